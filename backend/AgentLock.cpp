@@ -1,0 +1,28 @@
+#include "backend/AgentLock.h"
+
+#include <juce_core/juce_core.h>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace Kest::Settings {
+
+AgentLock::AgentLock(const std::string& settingsFolder)
+{
+    const juce::File folder(juce::String::fromUTF8(settingsFolder.c_str()));
+    folder.createDirectory();
+    const auto path = folder.getChildFile("Kest-Settings.lock").getFullPathName();
+    file = open(path.toRawUTF8(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    heldByAnother = file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+AgentLock::~AgentLock()
+{
+    if (file >= 0)
+        close(file);
+}
+
+} // namespace Kest::Settings

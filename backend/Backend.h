@@ -1,0 +1,158 @@
+// The agent's core without a user interface: what it knows of the host and of encodings, and the user's choices.
+#pragma once
+
+#include "backend/EncodingStatus.h"
+#include "backend/Guarded.h"
+#include "backend/SystemPaths.h"
+
+#include <juce_core/juce_core.h>
+#include <juce_data_structures/juce_data_structures.h>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace LIPC {
+struct ClientEntry;
+struct SessionBuffer;
+} // namespace LIPC
+
+namespace Kest::Settings {
+
+struct ProgressLine;
+struct PathLine;
+struct TypeLine;
+struct ErrorLine;
+struct OverlongValue;
+struct LineAccumulator;
+
+/// Called on one of the Backend's threads; must return quickly and must not call the Backend. `type` 0 is a
+/// status message with its number; a type above 0 is the process id of an encoder, and `number` its percentage
+/// or -1 on failure. `description` is NUL-terminated, may be null, and is valid only during the call.
+using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
+                                    const char* description);
+
+/// The session's set of bus plug-ins has changed.
+constexpr std::int32_t kMsgBusListChanged = 3;
+
+/// One lives as long as the agent. Unless a declaration says otherwise, operations are called on the main
+/// thread; failures of files and shared memory are silent, as the host may come and go at any time.
+class Backend {
+public:
+    explicit Backend(SystemPaths systemPaths = {},
+                     std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
+    /// Ends and joins both threads; takes no longer than what they are just doing.
+    ~Backend();
+    Backend(const Backend&) = delete;
+    Backend& operator=(const Backend&) = delete;
+
+    /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
+    static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
+
+    // Plain options. Each setter saves the settings file first and then tells the host, if there is one. No
+    // range is enforced.
+    int getSoloMode() const; // 0 latch, 1 exclusive
+    void setSoloMode(int mode);
+    int getHdxAuxTrackDelay() const;
+    void setHdxAuxTrackDelay(int choice);
+    bool getDefaultPannerObjects() const;
+    void setDefaultPannerObjects(bool on);
+    int getDAW_LinkControl() const; // 0 off, 1 on
+    void setDAW_LinkControl(int value);
+    int getLatencyCompensationControl() const; // 0 off, 1 on
+    void setLatencyCompensationControl(int value);
+
+    /// The names of the installed room layouts, in the file system's order; empty when there are none.
+    juce::StringArray getFacilityList() const;
+    juce::String getFacility() const;
+    void setFacility(const juce::String& name);
+
+    /// A speaker-configuration id of `sSpkrConf2Name`; -1 when the stored layout belongs to none.
+    int getPhysMonConfig() const;
+    /// Ignores an id that is none.
+    void setPhysMonConfig(int speakerConfiguration);
+
+    /// Replaces `names` by the buses' display names, bytes as the host has them: "Main Bus" first, the others
+    /// sorted by byte. Not to be called from the message callback.
+    void getKestBusNamesList(std::vector<std::string>& names) const;
+    /// Makes a bus the session's default bus; null or the name of no bus changes nothing. Not remembered.
+    void setDefaultKestBus(const char* name);
+
+    /// What is known of an encoding; a record with `pid` 0 when nothing is. Any thread, but not from the
+    /// message callback.
+    encodingStatus getEncodingStatus(int pid) const;
+
+    const SystemPaths& paths() const { return systemPaths; }
+
+private:
+    // The threads' bodies.
+    void namedPipeThreadloop();
+    void timerThreadloop();
+
+    // Session monitor.
+    struct MonitorState {
+        std::int32_t lastHostMessage = 0;
+    };
+    void monitorPass(MonitorState& state);
+    void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
+    void refreshBusClients(const LIPC::SessionBuffer& session) KEST_UNCHECKED;
+    bool acceptsHost() const;
+
+    // Encoding progress.
+    int openFifo();
+    void feed(const char* bytes, std::size_t count, LineAccumulator& accumulator);
+    void parse_1line(std::ostringstream& line);
+    void take(std::int32_t pid, const ProgressLine& line);
+    void take(std::int32_t pid, const PathLine& line);
+    void take(std::int32_t pid, const TypeLine& line);
+    void take(std::int32_t pid, const ErrorLine& line);
+    void take(std::int32_t pid, const OverlongValue& line);
+    encodingStatus& touchEncoding(std::int32_t pid) KEST_REQUIRES(encodingMutex);
+    void wakeReader();
+    void closeFifo();
+
+    void sendMessage(std::int32_t number, std::int32_t type, const char* description) const;
+
+    // Settings store.
+    void prepareSettings();
+    juce::PropertySet& userSettings() const;
+    void storeSetting(const char* key, const juce::var& value);
+    void publishParameter(int parameter, float value) const;
+    void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
+
+    const SystemPaths systemPaths;
+    const std::chrono::nanoseconds monitorPeriod;
+    const char* const fifoPath; // the characters of `systemPaths`
+    std::unique_ptr<juce::ApplicationProperties> properties;
+    mutable bool settingsAreOpen = false;
+
+public:
+    // Assigned once by the owner, after construction; until then messages are dropped.
+    std::atomic<BackendMessageCallback*> messageCallback = nullptr;
+    std::atomic<void*> messageContext = nullptr;
+
+private:
+    std::atomic<std::int32_t> stopRequests = 0; // raised by the destructor alone
+    std::thread pipeThread;
+    mutable Mutex encodingMutex;
+    std::map<std::int32_t, encodingStatus> encodingStatuses KEST_GUARDED_BY(encodingMutex);
+    std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
+    std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id
+    mutable Mutex busMutex;
+
+    Mutex fifoMutex;
+    int fifo KEST_GUARDED_BY(fifoMutex) = -1; // the reader's own descriptor, by which it is woken
+    Mutex stopMutex;
+    std::condition_variable_any stopSignal; // wakes the monitor from its pause
+    std::thread monitorThread;
+};
+
+} // namespace Kest::Settings

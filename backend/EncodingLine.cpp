@@ -1,0 +1,90 @@
+#include "backend/EncodingLine.h"
+
+#include <charconv>
+
+namespace Kest::Settings {
+namespace {
+
+constexpr std::size_t kLongestValue = 1023;
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
+/// Walks along a line; every step that does not fit leaves it where it was and says so.
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : rest(text) {}
+
+    bool literal(std::string_view expected)
+    {
+        if (!rest.starts_with(expected))
+            return false;
+        rest.remove_prefix(expected.size());
+        return true;
+    }
+
+    Scanner& blanks()
+    {
+        rest.remove_prefix(std::min<std::size_t>(rest.find_first_not_of(kBlanks), rest.size()));
+        return *this;
+    }
+
+    std::optional<std::int32_t> number()
+    {
+        blanks();
+        // from_chars knows no plus sign.
+        const bool plus = rest.size() > 1 && rest[0] == '+' && rest[1] != '-';
+        const char* begin = rest.data() + (plus ? 1 : 0);
+        std::int32_t value = 0;
+        const auto [end, error] = std::from_chars(begin, rest.data() + rest.size(), value);
+        if (error != std::errc{})
+            return std::nullopt;
+        rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+        return value;
+    }
+
+    /// What follows "name:" and blanks, where the line goes on with that.
+    std::optional<std::string_view> field(std::string_view name) const
+    {
+        Scanner ahead = *this;
+        if (!ahead.literal(name))
+            return std::nullopt;
+        return ahead.blanks().rest;
+    }
+
+private:
+    std::string_view rest;
+};
+
+} // namespace
+
+std::optional<EncodingLine> parseEncodingLine(std::string_view line)
+{
+    Scanner scanner(line);
+    if (!scanner.literal("pid:"))
+        return std::nullopt;
+    const auto pid = scanner.number();
+    if (!pid)
+        return std::nullopt;
+
+    const EncodingLine error{*pid, ErrorLine{}};
+    if (!scanner.blanks().literal(","))
+        return error;
+    scanner.blanks();
+
+    if (const auto value = scanner.field("P:")) {
+        const auto percentage = Scanner(*value).number();
+        if (percentage && *percentage >= 0)
+            return EncodingLine{*pid, ProgressLine{*percentage}};
+    } else if (const auto path = scanner.field("path:"); path && !path->empty()) {
+        if (path->size() > kLongestValue)
+            return EncodingLine{*pid, OverlongValue{}};
+        return EncodingLine{*pid, PathLine{*path}};
+    } else if (const auto type = scanner.field("enc_type:"); type && !type->empty()) {
+        const auto word = type->substr(0, type->find_first_of(kBlanks));
+        if (word.size() > kLongestValue)
+            return EncodingLine{*pid, OverlongValue{}};
+        return EncodingLine{*pid, TypeLine{word}};
+    }
+    return error;
+}
+
+} // namespace Kest::Settings

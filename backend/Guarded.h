@@ -1,0 +1,43 @@
+// Mutexes that name what they guard: clang checks it (-Wthread-safety), other compilers see plain mutexes.
+#pragma once
+
+#include <mutex>
+
+#if defined(__clang__)
+#define KEST_ANNOTATION(x) __attribute__((x))
+#else
+#define KEST_ANNOTATION(x)
+#endif
+
+#define KEST_CAPABILITY(name) KEST_ANNOTATION(capability(name))
+#define KEST_SCOPED_CAPABILITY KEST_ANNOTATION(scoped_lockable)
+#define KEST_GUARDED_BY(mutex) KEST_ANNOTATION(guarded_by(mutex))
+#define KEST_REQUIRES(mutex) KEST_ANNOTATION(requires_capability(mutex))
+#define KEST_ACQUIRE(...) KEST_ANNOTATION(acquire_capability(__VA_ARGS__))
+#define KEST_RELEASE(...) KEST_ANNOTATION(release_capability(__VA_ARGS__))
+#define KEST_UNCHECKED KEST_ANNOTATION(no_thread_safety_analysis)
+
+namespace Kest {
+
+class KEST_CAPABILITY("mutex") Mutex {
+public:
+    void lock() KEST_ACQUIRE() { mutex.lock(); }
+    void unlock() KEST_RELEASE() { mutex.unlock(); }
+
+private:
+    std::mutex mutex;
+};
+
+/// Holds a mutex for its own life.
+class KEST_SCOPED_CAPABILITY MutexLock {
+public:
+    explicit MutexLock(Mutex& toHold) KEST_ACQUIRE(toHold) : mutex(toHold) { mutex.lock(); }
+    ~MutexLock() KEST_RELEASE() { mutex.unlock(); }
+    MutexLock(const MutexLock&) = delete;
+    MutexLock& operator=(const MutexLock&) = delete;
+
+private:
+    Mutex& mutex;
+};
+
+} // namespace Kest

@@ -1,0 +1,130 @@
+// The user's choices: kept in the settings file, and told to the host.
+#include "backend/Backend.h"
+
+#include "backend/SettingsFileCheck.h"
+#include "lipc/SessionBuffer.h"
+#include "lipc/SettingsRecord.h"
+#include "lipc/ShmManaged.h"
+#include "log/Log.h"
+#include "tables/KestSettingsTables.h"
+
+namespace Kest::Settings {
+namespace {
+
+constexpr char kSoloModeKey[] = "SoloMode";
+constexpr char kHdxAuxTrackDelayKey[] = "HdxAuxTrackDelaySetting";
+constexpr char kDefaultPannerObjectsKey[] = "defaultPannerObjects";
+constexpr char kDAWLinkControlKey[] = "DAWLinkControlSetting";
+constexpr char kLatencyCompensationControlKey[] = "LatencyCompensationControlSetting";
+
+} // namespace
+
+void Backend::prepareSettings()
+{
+    juce::PropertiesFile::Options options;
+    options.applicationName = kSettingsName;
+    options.filenameSuffix = "xml";
+    // Absolute, so that the file is in the same place under the home folder on every system.
+    options.folderName = juce::String::fromUTF8(systemPaths.absoluteSettingsFolder().c_str());
+    options.osxLibrarySubFolder = "Application Support";
+    options.commonToAllUsers = false;
+    options.ignoreCaseOfKeyNames = false;
+    options.doNotSave = false;
+    options.millisecondsBeforeSaving = 0;
+    options.storageFormat = juce::PropertiesFile::storeAsXML;
+    options.processLock = nullptr;
+
+    const juce::File folder(options.folderName);
+    if (!folder.exists())
+        folder.createDirectory();
+    properties->setStorageParameters(options);
+}
+
+// The file is read anew after each save, so it is looked at before each reading.
+juce::PropertySet& Backend::userSettings() const
+{
+    if (!settingsAreOpen)
+        setAsideWhenDamaged(systemPaths.settingsFile());
+    settingsAreOpen = true;
+    return *properties->getUserSettings();
+}
+
+void Backend::storeSetting(const char* key, const juce::var& value)
+{
+    // The store would keep text that begins like markup as markup, and give back another text.
+    if (value.toString().trimStart().startsWithChar('<')) {
+        Lct::Log(Lct::eLogError, "storeSetting", "%s not saved: a value may not begin with '<'", key);
+        return;
+    }
+    userSettings().setValue(key, value);
+    properties->closeFiles();
+    settingsAreOpen = false;
+}
+
+void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
+{
+    if (hostArchMismatch != 0)
+        return;
+    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
+    if (session.contents() == nullptr)
+        return;
+    if (auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
+        write(*own);
+}
+
+void Backend::publishParameter(int parameter, float value) const
+{
+    withOwnRecord([=](LIPC::ClientEntry& own) { LIPC::storeShared(own.params[parameter], value); });
+}
+
+int Backend::getSoloMode() const { return userSettings().getIntValue(kSoloModeKey, 0); }
+
+void Backend::setSoloMode(int mode)
+{
+    storeSetting(kSoloModeKey, mode);
+    publishParameter(LIPC::eSoloMode, static_cast<float>(mode));
+}
+
+int Backend::getHdxAuxTrackDelay() const { return userSettings().getIntValue(kHdxAuxTrackDelayKey, 0); }
+
+void Backend::setHdxAuxTrackDelay(int choice)
+{
+    storeSetting(kHdxAuxTrackDelayKey, choice);
+    publishParameter(LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
+}
+
+bool Backend::getDefaultPannerObjects() const
+{
+    return userSettings().getBoolValue(kDefaultPannerObjectsKey, false);
+}
+
+void Backend::setDefaultPannerObjects(bool on)
+{
+    storeSetting(kDefaultPannerObjectsKey, on);
+    publishParameter(LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
+}
+
+int Backend::getDAW_LinkControl() const
+{
+    return userSettings().getIntValue(kDAWLinkControlKey, parameterDefault(LIPC::eDAWLinkControl));
+}
+
+void Backend::setDAW_LinkControl(int value)
+{
+    storeSetting(kDAWLinkControlKey, value);
+    publishParameter(LIPC::eDAWLinkControl, static_cast<float>(value));
+}
+
+int Backend::getLatencyCompensationControl() const
+{
+    return userSettings().getIntValue(kLatencyCompensationControlKey,
+                                      parameterDefault(LIPC::eLatencyCompensationControl));
+}
+
+void Backend::setLatencyCompensationControl(int value)
+{
+    storeSetting(kLatencyCompensationControlKey, value);
+    publishParameter(LIPC::eLatencyCompensationControl, static_cast<float>(value));
+}
+
+} // namespace Kest::Settings

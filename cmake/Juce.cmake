@@ -1,0 +1,45 @@
+# JUCE's three modules without a user interface, compiled once into kest_juce. On Debian the sources come from
+# the package juce-modules-source-data; elsewhere they are fetched at the same version.
+set(KEST_JUCE_VERSION 7.0.5)
+set(KEST_JUCE_MODULES "/usr/share/juce/modules" CACHE PATH "Folder of JUCE's modules")
+
+if(NOT EXISTS ${KEST_JUCE_MODULES}/juce_core/juce_core.h)
+    include(FetchContent)
+    FetchContent_Declare(juce GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
+                         GIT_TAG ${KEST_JUCE_VERSION} GIT_SHALLOW ON)
+    FetchContent_GetProperties(juce)
+    if(NOT juce_POPULATED)
+        FetchContent_Populate(juce) # the sources only: JUCE's own build files are not needed
+    endif()
+    set(KEST_JUCE_MODULES ${juce_SOURCE_DIR}/modules CACHE PATH "Folder of JUCE's modules" FORCE)
+endif()
+
+find_package(ZLIB REQUIRED)
+if(APPLE)
+    enable_language(OBJCXX)
+    set(juce_unit_suffix mm)
+else()
+    set(juce_unit_suffix cpp)
+endif()
+
+add_library(kest_juce STATIC)
+foreach(module juce_core juce_events juce_data_structures)
+    target_sources(kest_juce PRIVATE ${KEST_JUCE_MODULES}/${module}/${module}.${juce_unit_suffix})
+endforeach()
+target_include_directories(kest_juce SYSTEM PUBLIC ${KEST_JUCE_MODULES})
+target_compile_definitions(kest_juce PUBLIC
+    JUCE_GLOBAL_MODULE_SETTINGS_INCLUDED=1
+    JUCE_STANDALONE_APPLICATION=1
+    JUCE_MODULE_AVAILABLE_juce_core=1
+    JUCE_MODULE_AVAILABLE_juce_events=1
+    JUCE_MODULE_AVAILABLE_juce_data_structures=1
+    JUCE_INCLUDE_ZLIB_CODE=0
+    JUCE_USE_CURL=0
+    JUCE_CHECK_MEMORY_LEAKS=0
+    $<IF:$<CONFIG:Debug>,DEBUG=1,NDEBUG=1>)
+target_compile_options(kest_juce PRIVATE -w)
+target_link_libraries(kest_juce PUBLIC ZLIB::ZLIB Threads::Threads ${CMAKE_DL_LIBS})
+if(APPLE)
+    target_link_libraries(kest_juce PUBLIC "-framework Cocoa" "-framework Foundation" "-framework IOKit"
+                          "-framework Security")
+endif()

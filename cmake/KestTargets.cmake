@@ -1,0 +1,46 @@
+# What every library, program and test of this tree is built with.
+
+# Warnings are errors for our own code; the mutex annotations are checked where the compiler can (clang).
+add_library(kest_options INTERFACE)
+target_compile_options(kest_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>)
+
+set(KEST_SANITIZE "" CACHE STRING "Sanitizers for all code, as -fsanitize takes them")
+if(KEST_SANITIZE)
+    add_compile_options(-fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${KEST_SANITIZE})
+endif()
+
+# kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...])
+#
+# One folder, one static library. Its headers are reached as "NAME/Header.h", and only by those that say
+# `USES NAME`: each library has an include folder of its own, which holds nothing but a link to the library's
+# folder. An include against the direction of dependency therefore does not build.
+function(kest_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES;LINKS")
+    string(REPLACE "/" "_" target "kest_${name}")
+    set(root ${CMAKE_BINARY_DIR}/include/${target})
+    get_filename_component(parent ${root}/${name} DIRECTORY)
+    file(MAKE_DIRECTORY ${parent})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${name} SYMBOLIC)
+
+    add_library(${target} STATIC ${ARG_SOURCES})
+    target_include_directories(${target} PUBLIC ${root})
+    target_link_libraries(${target} PRIVATE kest_options PUBLIC ${ARG_LINKS})
+    foreach(used IN LISTS ARG_USES)
+        string(REPLACE "/" "_" used "kest_${used}")
+        target_link_libraries(${target} PUBLIC ${used})
+    endforeach()
+endfunction()
+
+# kest_program(NAME SOURCES main.cpp ... USES library ... [LINKS target ...])
+function(kest_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES;LINKS")
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE kest_options ${ARG_LINKS})
+    foreach(used IN LISTS ARG_USES)
+        string(REPLACE "/" "_" used "kest_${used}")
+        target_link_libraries(${name} PRIVATE ${used})
+    endforeach()
+endfunction()

@@ -1,0 +1,31 @@
+// The fixed-width name of a client in the shared session.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace LIPC {
+
+/// 64 characters padded with NULs and one more byte that is always 0, so that a name that fills all 64
+/// characters is terminated too.
+class ClientID {
+public:
+    static constexpr std::size_t kCharacters = 64;
+
+    ClientID() : ClientID("") {}
+    /// Takes at most 64 characters of a NUL-terminated text; the rest is cut.
+    explicit ClientID(const char* name);
+    ClientID(const ClientID& other) : ClientID(other.characters) {}
+    ClientID& operator=(const ClientID& other);
+
+    /// The name up to its first NUL, at most 64 characters: reading never leaves the record, whatever another
+    /// process wrote into it. Valid as long as this object is.
+    std::string_view text() const;
+
+private:
+    char characters[kCharacters + 1];
+};
+
+static_assert(sizeof(ClientID) == 65, "the session's records would move");
+
+} // namespace LIPC

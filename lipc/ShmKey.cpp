@@ -1,0 +1,58 @@
+#include "lipc/ShmKey.h"
+
+#include "log/Log.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/ipc.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace LIPC {
+namespace {
+
+constexpr int kProjectId = 1;
+
+// Makes sure that an empty file stands at the path. What cannot be done is left for ftok to report: it needs
+// no more than the path, so another user's marker that this one may not write serves as well.
+void prepareMarker(const char* path)
+{
+    const int file = open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+    if (file < 0)
+        return;
+    struct stat status {};
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
+        (void)!ftruncate(file, 0);
+    close(file);
+}
+
+// ftok follows links, and a planted one would give the key of a file that somebody else chose.
+key_t keyOf(const char* path)
+{
+    struct stat status {};
+    if (lstat(path, &status) == 0 && S_ISLNK(status.st_mode)) {
+        errno = ELOOP;
+        return -1;
+    }
+    return ftok(path, kProjectId);
+}
+
+} // namespace
+
+// The host derives its keys from the same doubled names, "/tmp/LIPC_LIPC_SESSION".
+std::string markerPath(const char* name) { return std::string("/tmp/LIPC_") + name; }
+
+key_t shmKey(const char* name)
+{
+    const auto path = markerPath(name);
+    prepareMarker(path.c_str());
+    const key_t key = keyOf(path.c_str());
+    if (key == -1)
+        Lct::Log(Lct::eLogError, "shmKey", "Could not create key for shm object (ftok) (%s): %s", name,
+                 std::strerror(errno));
+    return key;
+}
+
+} // namespace LIPC

@@ -1,0 +1,41 @@
+// Short-lived attachments to the host's segments.
+#pragma once
+
+#include <cstddef>
+
+#include <sys/types.h>
+
+namespace LIPC {
+
+/// What every attachment has. Made from a segment's name, whose key it derives at once.
+class ShmManaged {
+public:
+    explicit ShmManaged(const char* name);
+    virtual ~ShmManaged() = default;
+    ShmManaged(const ShmManaged&) = delete;
+    ShmManaged& operator=(const ShmManaged&) = delete;
+
+    key_t key;               // -1 when the key could not be derived
+    int id = -1;             // the segment's identifier; negative when there is none
+    void* address = nullptr; // where it is attached; null when it is absent or too small
+
+protected:
+    /// Attaches an existing segment of at least `bytes` bytes for reading and writing.
+    void attach(std::size_t bytes);
+    void detach();
+};
+
+/// Attaches to an existing segment for the life of this object, which is that of one operation. Never creates,
+/// resizes or removes a segment, and never throws. `Layout` is the form of the segment's contents and tells in
+/// `kSegmentBytes` how long a segment must be. May be used on any thread.
+template <typename Layout>
+class ShmManagedOpen : public ShmManaged {
+public:
+    explicit ShmManagedOpen(const char* name) : ShmManaged(name) { attach(Layout::kSegmentBytes); }
+    ~ShmManagedOpen() override { detach(); }
+
+    /// The segment's contents, null when it is absent. Valid as long as this object is.
+    Layout* contents() const { return static_cast<Layout*>(address); }
+};
+
+} // namespace LIPC

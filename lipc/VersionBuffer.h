@@ -1,0 +1,19 @@
+// The host's word size, the contents of the segment "LIPC_VERSION".
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace LIPC {
+
+struct VersionBuffer {
+    static constexpr std::size_t kSegmentBytes = 8;
+
+    std::int32_t hostData; // the host's own
+    std::int32_t wordSize; // bits of the running host; the agent works with 64
+};
+
+static_assert(sizeof(VersionBuffer) == VersionBuffer::kSegmentBytes);
+static_assert(offsetof(VersionBuffer, wordSize) == 4);
+
+} // namespace LIPC

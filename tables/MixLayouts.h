@@ -1,0 +1,52 @@
+// The speaker layouts of the mixing system: their ids and, per id, name, channel counts and preset.
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+namespace LSS {
+
+// Layout ids as the host stores and exchanges them, hence the fixed values; 23 is not in use.
+enum class eMixLayout : std::int32_t {
+    Mono = 0,
+    Stereo = 1,
+    LCR = 2,
+    LCRS = 3,
+    Quad = 4,
+    OnScreen_2_2H = 5,
+    Surround_5_0 = 6,
+    Surround_5_1 = 7,
+    Surround_6_0 = 8,
+    Surround_6_1 = 9,
+    Surround_7_0 = 10,
+    Surround_7_1 = 11,
+    Kest_222 = 12,
+    Kest_8_0 = 13,
+    Kest_9_1 = 14,
+    Kest_10_1 = 15,
+    Kest_11_1 = 16,
+    Kest_11_1_740 = 17,
+    Kest_13_1_751 = 18,
+    Atmos_9_1 = 19,
+    Kest_13_1_661 = 20, // only a speaker list: in neither layout map
+    Kest_11_1_Cinema = 21,
+    Kest_13_1_Cinema = 22,
+    KestMax_20_1 = 24,
+    KestMax_22_1 = 25,
+    KestMax_26_1 = 26,
+    NHK_22_2 = 27,
+};
+
+struct MixLayout {
+    const char* name;         // NUL-terminated, never null
+    std::int32_t channels;    // loudspeakers without the LFEs
+    std::int32_t lfeChannels; // 0 to 2
+    std::int32_t flag;        // 0 or 1; belongs to the host, no meaning in this agent
+    const char* presetName;   // NUL-terminated; null where the layout has no preset
+};
+
+// Look up with find: ids that a map does not hold are a normal answer.
+extern const std::map<eMixLayout, MixLayout> cMixLayouts;     // ids 0 to 19, 21, 22
+extern const std::map<eMixLayout, MixLayout> cKestMaxLayouts; // ids 24 to 27
+
+} // namespace LSS
