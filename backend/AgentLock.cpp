@@ -3,7 +3,6 @@
 #include <juce_core/juce_core.h>
 
 #include <cerrno>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>

@@ -5,7 +5,8 @@
 
 namespace Kest::Settings {
 
-/// Held for the life of the process that has it. The system releases it when the process ends, however it ends.
+/// Held for the life of the process that has it. The system releases it when the process ends, however it
+/// ends.
 class AgentLock {
 public:
     /// Takes the lock beside the settings file, whose folder is made when missing. Never waits.
@@ -14,8 +15,8 @@ public:
     AgentLock(const AgentLock&) = delete;
     AgentLock& operator=(const AgentLock&) = delete;
 
-    /// Another agent of this user runs. False when the lock file cannot be made at all: a folder that cannot be
-    /// written must not keep the agent from running.
+    /// Another agent of this user runs. False when the lock file cannot be made at all: a folder that cannot
+    /// be written must not keep the agent from running.
     bool isHeldByAnother() const { return heldByAnother; }
 
 private:

@@ -5,9 +5,8 @@
 #include "lipc/ShmManaged.h"
 #include "lipc/VersionBuffer.h"
 
-#include <cstdio>
-
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -38,7 +37,8 @@ private:
 } // namespace
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
-    : systemPaths(std::move(paths)), monitorPeriod(period), fifoPath(systemPaths.encodingProgressFifo.c_str()),
+    : systemPaths(std::move(paths)), monitorPeriod(period),
+      fifoPath(systemPaths.encodingProgressFifo.c_str()),
       properties(std::make_unique<juce::ApplicationProperties>())
 {
     prepareSettings();
@@ -72,7 +72,8 @@ Backend::~Backend()
 bool Backend::acceptsHost() const
 {
     const LIPC::ShmManagedOpen<LIPC::VersionBuffer> version(systemPaths.versionSegment.c_str());
-    return version.contents() == nullptr || LIPC::loadShared(version.contents()->wordSize) == kAcceptedWordSize;
+    return version.contents() == nullptr ||
+           LIPC::loadShared(version.contents()->wordSize) == kAcceptedWordSize;
 }
 
 void Backend::save_username(const std::string& markerPath)

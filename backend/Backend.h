@@ -1,4 +1,5 @@
-// The agent's core without a user interface: what it knows of the host and of encodings, and the user's choices.
+// The agent's core without a user interface: what it knows of the host and of encodings, and the user's
+// choices.
 #pragma once
 
 #include "backend/EncodingStatus.h"
@@ -35,8 +36,9 @@ struct OverlongValue;
 struct LineAccumulator;
 
 /// Called on one of the Backend's threads; must return quickly and must not call the Backend. `type` 0 is a
-/// status message with its number; a type above 0 is the process id of an encoder, and `number` its percentage
-/// or -1 on failure. `description` is NUL-terminated, may be null, and is valid only during the call.
+/// status message with its number; a type above 0 is the process id of an encoder, and `number` its
+/// percentage or -1 on failure. `description` is NUL-terminated, may be null, and is valid only during the
+/// call.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 

@@ -1,6 +1,5 @@
 // The bus plug-ins by name, and the session's default bus.
 #include "backend/Backend.h"
-
 #include "lipc/SessionBuffer.h"
 #include "lipc/ShmManaged.h"
 

@@ -33,9 +33,9 @@ struct EncodingLine {
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// A line that begins with "pid:" and a number and has none of the first three forms is an error line, whatever
-/// follows. Any other line is nothing. A number that does not fit 32 bits does not count as one.
-/// The result points into `line`.
+/// A line that begins with "pid:" and a number and has none of the first three forms is an error line,
+/// whatever follows. Any other line is nothing. A number that does not fit 32 bits does not count as one. The
+/// result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

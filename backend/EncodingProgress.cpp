@@ -1,13 +1,11 @@
 // The named pipe in which encoders report, and the table of what they have reported.
 #include "backend/Backend.h"
-
 #include "backend/EncodingLine.h"
 #include "log/Log.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -137,8 +135,8 @@ void Backend::closeFifo()
     struct stat own {};
     struct stat there {};
     const bool isFifo = lstat(fifoPath, &there) == 0 && S_ISFIFO(there.st_mode);
-    const bool isOurs = fifo < 0 || (fstat(fifo, &own) == 0 && own.st_dev == there.st_dev &&
-                                     own.st_ino == there.st_ino);
+    const bool isOurs =
+        fifo < 0 || (fstat(fifo, &own) == 0 && own.st_dev == there.st_dev && own.st_ino == there.st_ino);
     if (fifo >= 0)
         close(fifo);
     fifo = -1;

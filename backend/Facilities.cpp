@@ -1,6 +1,5 @@
 // The room: which facility it is, and which loudspeakers stand in it.
 #include "backend/Backend.h"
-
 #include "lipc/ClientEntry.h"
 #include "lipc/SettingsRecord.h"
 #include "tables/KestSettingsTables.h"

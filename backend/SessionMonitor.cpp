@@ -1,6 +1,5 @@
 // Once a second: the message that the host has left, and the bus plug-ins that are registered.
 #include "backend/Backend.h"
-
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"

@@ -49,7 +49,8 @@ bool skipValue(std::string_view& rest)
 
 bool isSettingsText(std::string_view text)
 {
-    if (text.find('\0') != std::string_view::npos || !skip(text, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"))
+    if (text.find('\0') != std::string_view::npos ||
+        !skip(text, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"))
         return false;
     if (!skip(text, "<PROPERTIES/>")) {
         if (!skip(text, "<PROPERTIES>"))

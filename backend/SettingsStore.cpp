@@ -1,6 +1,5 @@
 // The user's choices: kept in the settings file, and told to the host.
 #include "backend/Backend.h"
-
 #include "backend/SettingsFileCheck.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"

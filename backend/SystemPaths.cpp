@@ -9,7 +9,10 @@ juce::File folder(const SystemPaths& paths) { return {juce::String::fromUTF8(pat
 
 } // namespace
 
-std::string SystemPaths::absoluteSettingsFolder() const { return folder(*this).getFullPathName().toStdString(); }
+std::string SystemPaths::absoluteSettingsFolder() const
+{
+    return folder(*this).getFullPathName().toStdString();
+}
 
 std::string SystemPaths::settingsFile() const
 {

@@ -29,8 +29,8 @@ struct ClientEntry {
     static constexpr int kStrings = 10;
 
     ClientEntry() = default;
-    /// A snapshot of a record that its owner may be changing: numbers are whole, texts end within their field,
-    /// values may be of before and after a change.
+    /// A snapshot of a record that its owner may be changing: numbers are whole, texts end within their
+    /// field, values may be of before and after a change.
     ClientEntry(const ClientEntry& shared);
     ClientEntry& operator=(const ClientEntry&) = delete;
 

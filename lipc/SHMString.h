@@ -11,15 +11,15 @@
 
 namespace LIPC {
 
-/// `Slots` texts of at most `Length` - 1 characters and the index of the valid one. A writer fills a slot that
-/// nobody reads and then flips the index.
+/// `Slots` texts of at most `Length` - 1 characters and the index of the valid one. A writer fills a slot
+/// that nobody reads and then flips the index.
 template <typename Character, std::size_t Length, std::size_t Slots>
 class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
 
 public:
-    /// Publishes a NUL-terminated text. `length` is the caller's count of its characters: from `Length` + 1 on
-    /// the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit. A text of exactly `Length`
+    /// Publishes a NUL-terminated text. `length` is the caller's count of its characters: from `Length` + 1
+    /// on the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit. A text of exactly `Length`
     /// bytes fills its slot, and its terminator falls on the byte behind the slot.
     void put(const Character* text, int length);
 

@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <cstring>
-
 #include <fcntl.h>
 #include <sys/ipc.h>
 #include <sys/stat.h>

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-
 #include <sys/types.h>
 
 namespace LIPC {
@@ -10,8 +9,8 @@ namespace LIPC {
 /// The empty file on whose identity the key of the segment `name` rests.
 std::string markerPath(const char* name);
 
-/// The key of the segment called `name`, or -1 with one log line. Makes the marker file when it is missing and
-/// empties it when it is not empty; a link in its place is never followed. May be called on any thread.
+/// The key of the segment called `name`, or -1 with one log line. Makes the marker file when it is missing
+/// and empties it when it is not empty; a link in its place is never followed. May be called on any thread.
 key_t shmKey(const char* name);
 
 } // namespace LIPC

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <cstdio>
-
 #include <sys/ipc.h>
 #include <sys/shm.h>
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-
 #include <sys/types.h>
 
 namespace LIPC {
@@ -25,9 +24,9 @@ protected:
     void detach();
 };
 
-/// Attaches to an existing segment for the life of this object, which is that of one operation. Never creates,
-/// resizes or removes a segment, and never throws. `Layout` is the form of the segment's contents and tells in
-/// `kSegmentBytes` how long a segment must be. May be used on any thread.
+/// Attaches to an existing segment for the life of this object, which is that of one operation. Never
+/// creates, resizes or removes a segment, and never throws. `Layout` is the form of the segment's contents
+/// and tells in `kSegmentBytes` how long a segment must be. May be used on any thread.
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-
 #include <sys/time.h>
 #include <syslog.h>
 

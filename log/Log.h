@@ -8,10 +8,10 @@ enum eLogLevel {
     eLogWarning, // printed as "<WARN>"
 };
 
-/// Writes one line, "2026-03-01 14:05:09.004211 <ERRO> tag message", to the standard error stream, the standard
-/// output stream and the system log. `tag` names the reporting operation; `format` and what follows are as for
-/// `printf`. A message or line that does not fit 511 bytes is cut; its line feed stays.
-/// May be called on any thread. Failures of the streams or the system log are ignored.
+/// Writes one line, "2026-03-01 14:05:09.004211 <ERRO> tag message", to the standard error stream, the
+/// standard output stream and the system log. `tag` names the reporting operation; `format` and what follows
+/// are as for `printf`. A message or line that does not fit 511 bytes is cut; its line feed stays. May be
+/// called on any thread. Failures of the streams or the system log are ignored.
 [[gnu::format(printf, 3, 4)]] void Log(eLogLevel level, const char* tag, const char* format, ...);
 
 } // namespace Lct

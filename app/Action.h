@@ -1,0 +1,31 @@
+// What choosing a menu item does: the operations of `KestSettingsAppDelegate` and its parts, by name.
+#pragma once
+
+#include <cstdint>
+
+namespace Kest::App {
+
+enum class Action : std::uint8_t {
+    none,
+    setSoloModeXOR,
+    setSoloModeLatch,
+    setHdxAuxTrackDelay,
+    setSpeakerConfig,
+    setFacility,
+    setDAWLinkControl,
+    setLatencyCompensationControl,
+    setDefaultPannerObjects,
+    setDAWType,
+    setDefaultKestBus,
+    encShowInFinder,
+    abortEncoding,
+    clearEncodingHistory,
+    restartService,
+    switchTo32,
+    switchTo64,
+    showAboutDialog,
+    openUninstaller,
+    terminate,
+};
+
+} // namespace Kest::App

@@ -1,0 +1,80 @@
+#include "app/DefaultBusMenu.h"
+
+#include "app/MacRoman.h"
+#include "backend/Backend.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Kest::App {
+namespace {
+
+constexpr std::size_t kLongestBusName = 255; // bytes in Mac OS Roman
+
+} // namespace
+
+void DefaultBusMenu::refreshBusList()
+{
+    std::vector<std::string> names;
+    backend.getKestBusNamesList(names);
+    kestBusNamesList.clear();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        std::printf("bus %d : %s\n", static_cast<int>(i), names[i].c_str());
+        kestBusNamesList.push_back(macRomanToUtf8(names[i]));
+    }
+    std::printf("\n");
+    updateKestBusMenu();
+}
+
+void DefaultBusMenu::updateKestBusMenu()
+{
+    outlets.mDefaultBusMenu->removeAllItems();
+    buildKestBusMenu();
+}
+
+void DefaultBusMenu::buildKestBusMenu()
+{
+    auto& menu = *outlets.mDefaultBusMenu;
+    bool found = false;
+    for (std::size_t i = 0; i < kestBusNamesList.size(); ++i) {
+        if (i == 1) // the main bus stands above, the rest below
+            menu.addItem(
+                std::make_unique<MenuItem>(ItemProperties{.title = {}, .separator = true, .view = {}}));
+        const auto& name = kestBusNamesList[i];
+        const bool isCurrent = name == currentDefaultKestBus;
+        menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = name,
+                                                               .action = Action::setDefaultKestBus,
+                                                               .mark = Mark::radio,
+                                                               .tag = static_cast<int>(i),
+                                                               .on = isCurrent,
+                                                               .view = {}}));
+        found = found || isCurrent;
+    }
+    if (found)
+        return;
+    backend.setDefaultKestBus(kMainBus);
+    currentDefaultKestBus = kMainBus;
+    if (auto* mainBus = menu.itemWithTitle(kMainBus))
+        mainBus->setState(true);
+}
+
+void DefaultBusMenu::setDefaultKestBus(Sender sender)
+{
+    if (sender.menuItem() != nullptr)
+        sender.menuItem()->setState(true);
+    const auto index = static_cast<std::size_t>(sender.tag());
+    if (sender.tag() >= 0 && index < kestBusNamesList.size()) {
+        currentDefaultKestBus = kestBusNamesList[index];
+        tellBackend(currentDefaultKestBus);
+    }
+    updateKestBusMenu();
+}
+
+void DefaultBusMenu::tellBackend(const std::string& name)
+{
+    const auto bytes = utf8ToMacRoman(name);
+    if (bytes.size() >= 2) // one byte is one character in Mac OS Roman
+        backend.setDefaultKestBus(bytes.substr(0, kLongestBusName).c_str());
+}
+
+} // namespace Kest::App

@@ -1,0 +1,49 @@
+// What the application asks of the platform that it runs on.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Kest::App {
+
+/// Draws the menu and runs the main loop. Hands back what was chosen and what is about to open through
+/// `KestSettingsAppDelegate`; decides nothing itself.
+class FrontEnd {
+public:
+    virtual ~FrontEnd() = default;
+
+    /// Main thread, once, before anything else: shows the handle on the menu, with an image of that name.
+    virtual void showStatusItem(const std::string& imageName) = 0;
+    /// Any thread. Runs a job on the main thread, later and in order; drops it when the loop has ended.
+    virtual void post(std::function<void()> job) = 0;
+    /// Main thread, at most once in each of its jobs: the model is not what it was.
+    virtual void menuChanged() = 0;
+    /// Main thread: ends the loop.
+    virtual void quit() = 0;
+};
+
+/// What the about panel tells.
+struct About {
+    std::string name;
+    std::string version;
+    std::string licence;
+};
+
+/// Services of the desktop. Main thread only; none waits for a program that it starts, but the shell.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    /// Starts a program by its path. False when it could not be started.
+    virtual bool run(const std::string& program, const std::vector<std::string>& arguments) = 0;
+    /// False when there is no such application.
+    virtual bool launchApplication(const std::string& path) = 0;
+    /// Shows a folder where the user looks at files, selected in the folder that it is in.
+    virtual void selectFile(const std::string& folder) = 0;
+    virtual void showAboutPanel(const About& about) = 0;
+    /// Runs a command with the shell and waits for it, so that a second one finds the first one done.
+    virtual void runShellCommand(const std::string& command) = 0;
+};
+
+} // namespace Kest::App

@@ -1,0 +1,138 @@
+#include "app/InterfaceDescription.h"
+
+namespace Kest::App {
+namespace {
+
+/// One line of the menu, with what is below it.
+struct Row {
+    ItemProperties properties;
+    bool hasSubmenu = false;
+    std::vector<Row> rows;
+    MenuItem* Outlets::*itemOutlet = nullptr;
+    Menu* Outlets::*menuOutlet = nullptr;
+
+    Row& tag(int tag) { return properties.tag = tag, *this; }
+    Row& greyed() { return properties.enabled = false, *this; }
+    Row& hidden() { return properties.hidden = true, *this; }
+    Row& as(MenuItem* Outlets::*outlet) { return itemOutlet = outlet, *this; }
+    Row& menuAs(Menu* Outlets::*outlet) { return menuOutlet = outlet, *this; }
+};
+
+Row item(const char* title, Action action, Mark mark = Mark::none)
+{
+    Row row;
+    row.properties.title = title;
+    row.properties.action = action;
+    row.properties.mark = mark;
+    return row;
+}
+
+Row check(const char* title, Action action) { return item(title, action, Mark::check); }
+Row radio(const char* title, Action action) { return item(title, action, Mark::radio); }
+
+Row separator()
+{
+    Row row;
+    row.properties.separator = true;
+    return row;
+}
+
+Row submenu(const char* title, std::vector<Row> rows = {})
+{
+    Row row = item(title, Action::none);
+    row.hasSubmenu = true;
+    row.rows = std::move(rows);
+    return row;
+}
+
+// To add an item: a line here, an `Action` for what it does, and a line in the delegate's `perform`.
+std::vector<Row> statusMenuRows()
+{
+    // clang-format off
+    using A = Action;
+    using O = Outlets;
+    return {
+        submenu("Solo Mode", {
+            radio("Latch", A::setSoloModeLatch).as(&O::mSoloModeLatchMenuItem),
+            radio("Exclusive (XOR)", A::setSoloModeXOR).as(&O::mSoloModeXORMenuItem),
+        }),
+        submenu("Default Bus").menuAs(&O::mDefaultBusMenu),
+        submenu("Speaker Configuration").menuAs(&O::mSpeakerConfMenu),
+
+        item("Facility", A::none).greyed().as(&O::mFacilityMenuItem), // a heading, hidden at start-up
+        submenu("Monitoring Facility").menuAs(&O::mFacilityMenu),
+        submenu("Second Monitoring Facility") // hidden at start-up: the host knows one facility
+            .as(&O::mFacilityMenuItem2).menuAs(&O::mFacilityMenu2),
+
+        separator(),
+        submenu("HDX Aux Track Delay", {
+            radio("Off", A::setHdxAuxTrackDelay).tag(0),
+            radio("Low Latency", A::setHdxAuxTrackDelay).tag(1),
+            radio("High Latency", A::setHdxAuxTrackDelay).tag(2),
+        }).menuAs(&O::mHdxAuxMenu),
+        submenu("DAW Type", { // hidden: choosing one has no effect
+            radio("Native", A::setDAWType).tag(0),
+            radio("HDX", A::setDAWType).tag(1),
+        }).hidden().menuAs(&O::mDAWtypeMenu),
+        check("DAW Link Control", A::setDAWLinkControl).as(&O::mDAWLinkControlMenu),
+        check("Latency Compensation", A::setLatencyCompensationControl)
+            .as(&O::mLatencyCompensationControlMenu),
+        check("Default Panner Objects", A::setDefaultPannerObjects) // hidden at start-up
+            .as(&O::mDefaultPannerObjectsMenuItem),
+
+        separator().as(&O::mEncodingsDivider),
+        submenu("Encoding History", {
+            item("Clear History", A::clearEncodingHistory).greyed().as(&O::mClearEncodingHistory),
+            separator().as(&O::mClearEncodingHistoryDivider),
+        }).menuAs(&O::mEncodingProgressMenu),
+        separator().as(&O::mEncodingsEndDivider),
+
+        item("Restart Host Service", A::restartService).as(&O::mRestartServiceMenuItem),
+        submenu("Architecture", {
+            item("32 Bit", A::switchTo32).as(&O::mArchitecture32MenuItem),
+            item("64 Bit", A::switchTo64).as(&O::mArchitecture64MenuItem),
+        }),
+        item("Open Uninstaller", A::openUninstaller).as(&O::mUninstall),
+
+        separator(),
+        item("About Kest Settings", A::showAboutDialog),
+        item("Quit Kest Settings", A::terminate),
+    };
+    // clang-format on
+}
+
+std::vector<Row> encodingRows()
+{
+    return {
+        item("Show Output Folder", Action::encShowInFinder).tag(1),
+        item("Abort and Delete Output Folder", Action::abortEncoding).tag(kAbortTag),
+    };
+}
+
+void fill(Menu& menu, const std::vector<Row>& rows, MenuModel& model, Outlets& outlets)
+{
+    for (const auto& row : rows) {
+        auto& added = menu.addItem(std::make_unique<MenuItem>(row.properties));
+        if (row.itemOutlet != nullptr)
+            outlets.*row.itemOutlet = &added;
+        if (!row.hasSubmenu)
+            continue;
+        added.setSubmenu(std::make_unique<Menu>(model));
+        if (row.menuOutlet != nullptr)
+            outlets.*row.menuOutlet = added.submenu();
+        fill(*added.submenu(), row.rows, model, outlets);
+    }
+}
+
+} // namespace
+
+Outlets loadInterface(MenuModel& model)
+{
+    Outlets outlets;
+    fill(model.statusMenu(), statusMenuRows(), model, outlets);
+    outlets.mEncodingSubMenu = std::make_unique<Menu>(model);
+    fill(*outlets.mEncodingSubMenu, encodingRows(), model, outlets);
+    return outlets;
+}
+
+} // namespace Kest::App

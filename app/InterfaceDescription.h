@@ -1,0 +1,45 @@
+// Which items the menu has, with their titles and order, and the names by which the code knows some of them.
+#pragma once
+
+#include "app/MenuModel.h"
+
+#include <memory>
+
+namespace Kest::App {
+
+/// Items and menus of the loaded description. They live as long as the model, but for the items of menus that
+/// are rebuilt, of which none is here.
+struct Outlets {
+    MenuItem* mSoloModeXORMenuItem = nullptr;
+    MenuItem* mSoloModeLatchMenuItem = nullptr;
+    MenuItem* mRestartServiceMenuItem = nullptr;
+    MenuItem* mArchitecture32MenuItem = nullptr;
+    MenuItem* mArchitecture64MenuItem = nullptr;
+    Menu* mFacilityMenu = nullptr;
+    Menu* mFacilityMenu2 = nullptr;
+    MenuItem* mFacilityMenuItem = nullptr;
+    MenuItem* mFacilityMenuItem2 = nullptr;
+    Menu* mHdxAuxMenu = nullptr;
+    Menu* mSpeakerConfMenu = nullptr;
+    MenuItem* mDAWLinkControlMenu = nullptr;
+    MenuItem* mLatencyCompensationControlMenu = nullptr;
+    MenuItem* mDefaultPannerObjectsMenuItem = nullptr;
+    Menu* mDefaultBusMenu = nullptr;
+    Menu* mDAWtypeMenu = nullptr;
+    MenuItem* mUninstall = nullptr;
+
+    Menu* mEncodingProgressMenu = nullptr;
+    MenuItem* mClearEncodingHistory = nullptr;
+    MenuItem* mClearEncodingHistoryDivider = nullptr;
+    MenuItem* mEncodingsDivider = nullptr;
+    MenuItem* mEncodingsEndDivider = nullptr;
+    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's actions, in no menu itself
+};
+
+/// The tag of the abort item in `mEncodingSubMenu`.
+constexpr int kAbortTag = 2;
+
+/// Fills the empty status menu.
+Outlets loadInterface(MenuModel& model);
+
+} // namespace Kest::App

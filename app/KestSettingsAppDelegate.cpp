@@ -1,0 +1,163 @@
+#include "app/KestSettingsAppDelegate.h"
+
+namespace Kest::App {
+
+class KestSettingsAppDelegate::Job {
+public:
+    explicit Job(KestSettingsAppDelegate& ofDelegate) : delegate(ofDelegate) { ++delegate.openJobs; }
+    ~Job()
+    {
+        if (--delegate.openJobs == 0 && delegate.model.takeChanged())
+            delegate.frontEnd.menuChanged();
+    }
+    Job(const Job&) = delete;
+    Job& operator=(const Job&) = delete;
+
+private:
+    KestSettingsAppDelegate& delegate;
+};
+
+KestSettingsAppDelegate::Parts::Parts(const Outlets& outlets, Settings::Backend& backend,
+                                      Workspace& workspace)
+    : settings(outlets, backend), facilities(outlets, backend), buses(outlets, backend),
+      encodings(outlets, backend, workspace), services(workspace, backend.paths())
+{}
+
+KestSettingsAppDelegate::KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop,
+                                                 Settings::SystemPaths paths, std::chrono::nanoseconds period)
+    : frontEnd(platform), workspace(desktop), systemPaths(std::move(paths)), monitorPeriod(period)
+{}
+
+KestSettingsAppDelegate::~KestSettingsAppDelegate() = default;
+
+void KestSettingsAppDelegate::awakeFromNib()
+{
+    const Job job(*this);
+    outlets = loadInterface(model);
+    frontEnd.showStatusItem("Kestronics_Logo_19px");
+
+    mBackend = std::make_unique<Settings::Backend>(systemPaths, monitorPeriod);
+    mBackend->messageCallback = msg_from_backend_callback;
+    mBackend->messageContext = this;
+
+    parts.emplace(outlets, *mBackend, workspace);
+    parts->settings.showStoredChoices();
+    parts->buses.updateKestBusMenu();
+    parts->settings.showStoredSpeakerConfig();
+    parts->buses.startWithMainBus();
+
+    outlets.mDefaultPannerObjectsMenuItem->setEnabled(false);
+    outlets.mDefaultPannerObjectsMenuItem->setHidden(true);
+    outlets.mFacilityMenuItem->setHidden(true);
+    outlets.mFacilityMenuItem2->setHidden(true);
+}
+
+// The Backend tells of buses only when they change: without a host not at all, and when the monitor's first
+// pass came before the callback was set, not again. Asked for through the slot, so that it is done once.
+void KestSettingsAppDelegate::applicationDidFinishLaunching()
+{
+    msg_from_backend_callback(this, Settings::kMsgBusListChanged, 0, "");
+}
+
+void KestSettingsAppDelegate::applicationWillTerminate()
+{
+    if (mBackend == nullptr)
+        return;
+    ServiceActions services(workspace, systemPaths);
+    parts.reset();
+    mBackend.reset();
+    services.unloadLaunchAgent();
+}
+
+bool KestSettingsAppDelegate::choose(ItemId id)
+{
+    const Job job(*this);
+    auto* item = model.itemWithId(id);
+    if (item == nullptr || !parts)
+        return false;
+    const auto& seen = item->properties();
+    if (!seen.enabled || seen.hidden || seen.separator || seen.action == Action::none)
+        return false;
+    perform(seen.action, item);
+    return true;
+}
+
+void KestSettingsAppDelegate::menuWillOpen(ItemId id)
+{
+    const Job job(*this);
+    const auto* item = model.itemWithId(id);
+    if (item != nullptr && item->submenu() != nullptr && parts)
+        parts->facilities.menuWillOpen(*item->submenu());
+}
+
+void KestSettingsAppDelegate::perform(Action action, Sender sender)
+{
+    // clang-format off
+    switch (action) {
+    case Action::none: return;
+    case Action::setSoloModeXOR: return parts->settings.setSoloModeXOR(sender);
+    case Action::setSoloModeLatch: return parts->settings.setSoloModeLatch(sender);
+    case Action::setHdxAuxTrackDelay: return parts->settings.setHdxAuxTrackDelay(sender);
+    case Action::setSpeakerConfig: return parts->settings.setSpeakerConfig(sender);
+    case Action::setFacility: return parts->facilities.setFacility(sender);
+    case Action::setDAWLinkControl: return parts->settings.setDAWLinkControl(sender);
+    case Action::setLatencyCompensationControl: return parts->settings.setLatencyCompensationControl(sender);
+    case Action::setDefaultPannerObjects: return parts->settings.setDefaultPannerObjects(sender);
+    case Action::setDAWType: return parts->settings.setDAWType(sender);
+    case Action::setDefaultKestBus: return parts->buses.setDefaultKestBus(sender);
+    case Action::encShowInFinder: return parts->encodings.encShowInFinder(sender);
+    case Action::abortEncoding: return parts->encodings.abortEncoding(sender);
+    case Action::clearEncodingHistory: return parts->encodings.clearEncodingHistory(sender);
+    case Action::restartService: return parts->services.restartService();
+    case Action::switchTo32: return parts->services.switchTo32();
+    case Action::switchTo64: return parts->services.switchTo64();
+    case Action::showAboutDialog: return parts->services.showAboutDialog();
+    case Action::openUninstaller: return parts->services.openUninstaller();
+    case Action::terminate: return frontEnd.quit();
+    }
+    // clang-format on
+}
+
+bool KestSettingsAppDelegate::queueMsgFromBackend(std::int32_t number, std::int32_t type,
+                                                  const char* description)
+{
+    return slot.queueMsgFromBackend(number, type, description);
+}
+
+void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
+{
+    const Job job(*this);
+    while (const auto message = slot.take())
+        receivedMsgFromBackend(message->number, message->type, message->description);
+}
+
+void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::int32_t type,
+                                                     const std::string& description)
+{
+    const Job job(*this);
+    if (!parts)
+        return;
+    if (type > 0)
+        parts->encodings.receivedMsgFromBackend(number, type, description);
+    else if (type == 0)
+        receivedStatusMessage(number);
+}
+
+void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
+{
+    if (number == Settings::kMsgBusListChanged)
+        parts->buses.refreshBusList();
+    else if (const auto* message = statusMessage(number); message != nullptr && message->isShown)
+        showNotification(message->text);
+}
+
+void KestSettingsAppDelegate::showNotification(const std::string&) {}
+
+void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type, const char* description)
+{
+    auto* delegate = static_cast<KestSettingsAppDelegate*>(context);
+    if (delegate != nullptr && delegate->queueMsgFromBackend(number, type, description))
+        delegate->frontEnd.post([delegate] { delegate->handleQueuedMsgFromBackend(); });
+}
+
+} // namespace Kest::App

@@ -1,0 +1,96 @@
+// The application: owns the menu, the Backend and the parts that work on them, and hands each event to its
+// part.
+#pragma once
+
+#include "app/DefaultBusMenu.h"
+#include "app/EncodingHistoryMenu.h"
+#include "app/FacilityMenus.h"
+#include "app/FrontEnd.h"
+#include "app/InterfaceDescription.h"
+#include "app/MenuModel.h"
+#include "app/MessageSlot.h"
+#include "app/Sender.h"
+#include "app/ServiceActions.h"
+#include "app/SettingsMenus.h"
+#include "app/StatusMessages.h"
+#include "backend/Backend.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Kest::App {
+
+/// Main thread only, but for `queueMsgFromBackend`. The front end and the workspace outlive it.
+class KestSettingsAppDelegate {
+public:
+    KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop, Settings::SystemPaths paths = {},
+                            std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
+    virtual ~KestSettingsAppDelegate();
+    KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
+    KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
+
+    // Life, in this order, once each.
+    /// Loads the menu, starts the Backend and shows everything that is stored.
+    void awakeFromNib();
+    /// Has the bus menu filled, with "Main Bus" at least, whether or not there is a host yet.
+    void applicationDidFinishLaunching();
+    /// Ends the Backend with its threads and unloads the launch agent.
+    void applicationWillTerminate();
+
+    // From the front end.
+    const MenuModel& menu() const { return model; }
+    /// Does what the item is for. False when it is unknown, a separator, hidden, greyed or for nothing.
+    bool choose(ItemId item);
+    /// The submenu of an item is about to be looked at. Ignores what is no submenu.
+    void menuWillOpen(ItemId item);
+
+    // From the Backend.
+    /// Any thread. True when the slot was empty, and `handleQueuedMsgFromBackend` must be run.
+    bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
+    void handleQueuedMsgFromBackend();
+    void receivedMsgFromBackend(std::int32_t number, std::int32_t type, const std::string& description);
+
+    /// The hook for a later display of notifications; shows nothing.
+    virtual void showNotification(const std::string& text);
+
+private:
+    friend void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
+                                          const char* description);
+
+    /// Everything that happens within one job of the main thread; at its end the front end is told once.
+    class Job;
+    /// The parts that need the Backend; they live as long as it does.
+    struct Parts {
+        Parts(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace);
+        SettingsMenus settings;
+        FacilityMenus facilities;
+        DefaultBusMenu buses;
+        EncodingHistoryMenu encodings;
+        ServiceActions services;
+    };
+
+    void perform(Action action, Sender sender);
+    void receivedStatusMessage(std::int32_t number);
+
+    FrontEnd& frontEnd;
+    Workspace& workspace;
+    const Settings::SystemPaths systemPaths;
+    const std::chrono::nanoseconds monitorPeriod;
+
+    MenuModel model;
+    Outlets outlets;
+    MessageSlot slot;
+    int openJobs = 0;
+    std::unique_ptr<Settings::Backend> mBackend;
+    std::optional<Parts> parts;
+};
+
+/// The Backend's callback: keeps the message and has it handled on the main thread. Any thread; does nothing
+/// when `context`, the delegate, is null.
+void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
+                               const char* description);
+
+} // namespace Kest::App

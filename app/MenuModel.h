@@ -1,0 +1,156 @@
+// The menu as plain objects: what every front end draws, and the only thing it draws.
+#pragma once
+
+#include "app/Action.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace Kest::App {
+
+class Menu;
+class MenuItem;
+class MenuModel;
+
+/// Names an item for as long as the agent runs; never given to another item. 0 names the status menu itself,
+/// and an item's id names its submenu too.
+using ItemId = std::int32_t;
+constexpr ItemId kStatusMenuId = 0;
+
+/// How an item shows that it is on.
+enum class Mark : std::uint8_t { none, check, radio };
+
+/// What stands in the row of an encoding, in place of its title.
+struct EntryView {
+    std::string name;
+    std::string percentage; // "42%", or empty
+    bool operator==(const EntryView&) const = default;
+};
+
+/// Everything that is seen of an item. All text is UTF-8.
+struct ItemProperties {
+    std::string title;
+    Action action = Action::none;
+    Mark mark = Mark::none;
+    int tag = 0;
+    bool on = false;
+    bool enabled = true;
+    bool hidden = false;
+    bool red = false; // a stored choice that is no longer offered
+    bool separator = false;
+    std::optional<EntryView> view;
+    bool operator==(const ItemProperties&) const = default;
+};
+
+/// The item's text where there are no colours and no views: title or entry, and "(not available)" for a red
+/// one.
+std::string plainLabel(const ItemProperties& item);
+
+/// Main thread only, like the whole model. Lives as long as the menu that it is in.
+class MenuItem {
+public:
+    explicit MenuItem(ItemProperties properties) : seen(std::move(properties)) {}
+    ~MenuItem();
+    MenuItem(const MenuItem&) = delete;
+    MenuItem& operator=(const MenuItem&) = delete;
+
+    ItemId id() const { return identity; }
+    const ItemProperties& properties() const { return seen; }
+    const std::string& title() const { return seen.title; }
+    int tag() const { return seen.tag; }
+
+    void setState(bool on) { change(seen.on, on); }
+    void setEnabled(bool enabled) { change(seen.enabled, enabled); }
+    void setHidden(bool hidden) { change(seen.hidden, hidden); }
+    void setTag(int tag) { change(seen.tag, tag); }
+    void setView(const EntryView& view) { change(seen.view, std::optional(view)); }
+    void setSubmenu(std::unique_ptr<Menu> menu);
+
+    Menu* submenu() const { return below.get(); }
+    /// The menu that the item is in; null while it is in none.
+    Menu* menu() const { return above; }
+    /// The item whose submenu this one is in; null at the top.
+    MenuItem* parentItem() const;
+
+private:
+    friend class Menu;
+    template <typename Value>
+    void change(Value& value, Value to);
+
+    ItemProperties seen;
+    ItemId identity = kStatusMenuId;
+    Menu* above = nullptr;
+    std::unique_ptr<Menu> below;
+};
+
+/// An ordered list of items, which it owns.
+class Menu {
+public:
+    /// The model outlives the menu.
+    explicit Menu(MenuModel& ofModel) : model(ofModel) {}
+    ~Menu();
+    Menu(const Menu&) = delete;
+    Menu& operator=(const Menu&) = delete;
+
+    int numberOfItems() const { return static_cast<int>(items.size()); }
+    const std::vector<std::unique_ptr<MenuItem>>& itemArray() const { return items; }
+    /// The first match from the top; null when there is none.
+    MenuItem* itemWithTag(int tag) const;
+    MenuItem* itemWithTitle(const std::string& title) const;
+    /// -1 for an item of another menu.
+    int indexOfItem(const MenuItem& item) const;
+
+    /// `index` is 0 to `numberOfItems()`. An item that takes the place of one that `removeAllItems` has
+    /// removed just before, with the same title and action, takes its id too: to those who look it is the
+    /// same.
+    MenuItem& insertItem(std::unique_ptr<MenuItem> item, int index);
+    MenuItem& addItem(std::unique_ptr<MenuItem> item) { return insertItem(std::move(item), numberOfItems()); }
+    /// Takes an item of this menu out, alive.
+    std::unique_ptr<MenuItem> removeItem(const MenuItem& item);
+    void removeAllItems();
+
+    /// A menu of equal items with ids of their own.
+    std::unique_ptr<Menu> copy() const;
+
+    /// The item whose submenu this is; null for the status menu and for templates.
+    MenuItem* ownerItem() const { return owner; }
+
+private:
+    friend class MenuItem;
+    ItemId identityFor(const MenuItem& item);
+
+    MenuModel& model;
+    MenuItem* owner = nullptr;
+    std::vector<std::unique_ptr<MenuItem>> items;
+    std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`, until taken up again
+};
+
+/// The status menu with all that is in it.
+class MenuModel {
+public:
+    MenuModel() : root(std::make_unique<Menu>(*this)) {}
+    MenuModel(const MenuModel&) = delete;
+    MenuModel& operator=(const MenuModel&) = delete;
+
+    Menu& statusMenu() { return *root; }
+    const Menu& statusMenu() const { return *root; }
+    /// Null when no item in the status menu or below has the id.
+    MenuItem* itemWithId(ItemId id) const;
+
+    /// Whether anything has changed since this was last asked.
+    bool takeChanged();
+
+private:
+    friend class Menu;
+    friend class MenuItem;
+    ItemId lastId = kStatusMenuId;
+    bool changed = false;
+    std::unordered_map<ItemId, MenuItem*> index;
+    std::unique_ptr<Menu> root;
+};
+
+} // namespace Kest::App

@@ -1,0 +1,38 @@
+// The way of a backend message from the Backend's threads to the main thread.
+#pragma once
+
+#include "backend/Guarded.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace Kest::App {
+
+struct BackendMessage {
+    std::int32_t number = 0;
+    std::int32_t type = 0;
+    std::string description; // valid UTF-8 of at most 1022 bytes
+};
+
+/// Room for one message on purpose: the newest one wins, and a main thread that is busy is not asked twice.
+/// Any thread.
+class MessageSlot {
+public:
+    /// Keeps the message in place of one that waits. Null and invalid UTF-8 count as an empty description, an
+    /// over-long one is cut at a whole character. True when none was waiting: then somebody must come and
+    /// take it.
+    bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
+
+    /// Empties the slot.
+    std::optional<BackendMessage> take();
+
+private:
+    Mutex msgLock;
+    std::int32_t msg_nr_queue KEST_GUARDED_BY(msgLock) = 0;
+    std::int32_t msg_type_queue KEST_GUARDED_BY(msgLock) = 0;
+    std::string msg_descr_queue KEST_GUARDED_BY(msgLock);
+    std::int32_t msgs_in_queue KEST_GUARDED_BY(msgLock) = 0; // 0 or 1
+};
+
+} // namespace Kest::App

@@ -1,0 +1,29 @@
+#include "app/StatusMessages.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace Kest::App {
+namespace {
+
+constexpr StatusMessage kMessages[] = {
+    {-9, "HDX High Latency is not supported at 96kHz", false},
+    {-7, "No volume information is received", true},
+    {-5, "Audio is received on the Kest-Mixing Engine input bus", true},
+    {-4, "One or more Kest-Bus plug-ins use a different buffer size", false},
+    {-3, "One or more Kest-Return plug-ins use a different buffer size", false},
+    {-2, "Press play to relink", true},
+    {-1, "One or more Kest-Panner plug-ins use a different buffer size", false},
+    {1, "Dynamically linked Core API library (vortalinksdk) is not loaded", false},
+    {2, "Linking...", true},
+};
+
+} // namespace
+
+const StatusMessage* statusMessage(std::int32_t number)
+{
+    const auto* found = std::ranges::find(kMessages, number, &StatusMessage::number);
+    return found == std::end(kMessages) ? nullptr : found;
+}
+
+} // namespace Kest::App

@@ -1,0 +1,161 @@
+#include "platform/terminal/TextFrontEnd.h"
+
+#include "app/KestSettingsAppDelegate.h"
+#include "platform/terminal/MenuPath.h"
+#include "platform/terminal/TextMenu.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <unistd.h>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr std::size_t kLongestLine = 4096;
+constexpr char kHelp[] =
+    "choose ITEM      what a click on it does, e.g. choose Speaker Configuration > Stereo\n"
+    "open SUBMENU     its items, e.g. open Monitoring Facility\n"
+    "menu             the whole menu\n"
+    "quit             ends the agent";
+
+void printError(const std::string& error) { std::fprintf(stderr, "%s\n", printable(error).c_str()); }
+
+std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(item.properties) + "\""; }
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t\r");
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+} // namespace
+
+void TextFrontEnd::run(App::KestSettingsAppDelegate& application)
+{
+    delegate = &application;
+    post([this] { // behind what start-up has posted, so that the menu is whole
+        printMenu();
+        printsChanges = true;
+    });
+    loop.watchInput(STDIN_FILENO, [this] { readInput(); });
+    loop.run();
+    delegate = nullptr;
+}
+
+void TextFrontEnd::menuChanged()
+{
+    if (delegate == nullptr)
+        return;
+    auto now = takeSnapshot(delegate->menu());
+    if (printsChanges)
+        for (const auto& line : changeLines(shown, now))
+            std::printf("%s\n", line.c_str());
+    shown = std::move(now);
+}
+
+void TextFrontEnd::readInput()
+{
+    char bytes[kLongestLine];
+    const auto count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return;
+    if (count <= 0)
+        return inputEnded();
+    unfinishedLine.append(bytes, static_cast<std::size_t>(count));
+    for (auto end = unfinishedLine.find('\n'); end != std::string::npos; end = unfinishedLine.find('\n')) {
+        const auto line = unfinishedLine.substr(0, end);
+        unfinishedLine.erase(0, end + 1);
+        obey(trimmed(line));
+    }
+    if (unfinishedLine.size() > kLongestLine) {
+        printError("a line of more than 4096 bytes is no command");
+        unfinishedLine.clear();
+    }
+}
+
+// At a terminal the user has said good-bye; a script or a service manager has just nothing more to say.
+void TextFrontEnd::inputEnded()
+{
+    loop.unwatchInput();
+    if (isatty(STDIN_FILENO) != 0)
+        loop.quit();
+}
+
+void TextFrontEnd::obey(std::string_view line)
+{
+    const auto command = line.substr(0, line.find(' '));
+    const auto argument = trimmed(line.substr(command.size()));
+    if (command == "choose")
+        choose(argument);
+    else if (command == "open")
+        open(argument);
+    else if (line == "menu")
+        printMenu();
+    else if (line == "quit")
+        loop.quit();
+    else if (line == "help")
+        std::printf("%s\n", kHelp);
+    else if (!line.empty())
+        printError("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
+}
+
+void TextFrontEnd::choose(std::string_view path)
+{
+    const auto [item, error] = findByPath(shown, path);
+    if (item == nullptr)
+        printError(error);
+    else if (item->hasSubmenu)
+        printError(quoted(*item) + " is a submenu: open it, or choose one of its items");
+    else if (!delegate->choose(item->id))
+        printError(quoted(*item) + " is greyed");
+}
+
+void TextFrontEnd::open(std::string_view path)
+{
+    const auto [item, error] = findByPath(shown, path);
+    if (item == nullptr)
+        return printError(error);
+    if (!item->hasSubmenu)
+        return printError(quoted(*item) + " is not a submenu");
+    const auto id = item->id;
+    announceOpening(*item);
+    printLinesOf(*findItem(shown, id));
+}
+
+void TextFrontEnd::printMenu()
+{
+    shown = takeSnapshot(delegate->menu());
+    announceOpening(shown);
+    printLinesOf(shown);
+}
+
+void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
+{
+    const bool isWhole = menu.id == App::kStatusMenuId;
+    std::printf("%s\n", isWhole ? "Kest Settings" : printable(itemName(menu.properties)).c_str());
+    for (const auto& line : menuLines(menu))
+        std::printf("%s\n", line.c_str());
+}
+
+// What is printed is looked at, so submenus that are made up on opening are; the print shows what has
+// changed.
+void TextFrontEnd::announceOpening(const App::ItemSnapshot& menu)
+{
+    std::vector<App::ItemId> submenus;
+    const auto collect = [&submenus](const auto& self, const App::ItemSnapshot& item) -> void {
+        if (!item.hasSubmenu || item.properties.hidden)
+            return;
+        submenus.push_back(item.id);
+        for (const auto& child : item.items)
+            self(self, child);
+    };
+    collect(collect, menu);
+
+    const bool before = std::exchange(printsChanges, false);
+    for (const auto id : submenus)
+        delegate->menuWillOpen(id);
+    printsChanges = before;
+}
+
+} // namespace Kest::Terminal

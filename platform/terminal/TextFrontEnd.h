@@ -1,0 +1,45 @@
+// The menu as lines on standard output, with choices as lines on standard input.
+#pragma once
+
+#include "app/FrontEnd.h"
+#include "app/MenuSnapshot.h"
+#include "platform/posix/MainLoop.h"
+
+#include <string>
+#include <string_view>
+
+namespace Kest::App {
+class KestSettingsAppDelegate;
+}
+
+namespace Kest::Terminal {
+
+/// Main thread only, but for `post`.
+class TextFrontEnd final : public App::FrontEnd {
+public:
+    /// Prints the menu, then takes choices and prints changes until it is asked to quit.
+    void run(App::KestSettingsAppDelegate& application);
+
+    void showStatusItem(const std::string&) override {} // the lines are the handle
+    void post(std::function<void()> job) override { loop.post(std::move(job)); }
+    void menuChanged() override;
+    void quit() override { loop.quit(); }
+
+private:
+    void readInput();
+    void inputEnded();
+    void obey(std::string_view line);
+    void choose(std::string_view path);
+    void open(std::string_view path);
+    void printMenu();
+    void printLinesOf(const App::ItemSnapshot& menu) const;
+    void announceOpening(const App::ItemSnapshot& menu);
+
+    Posix::MainLoop loop;
+    App::KestSettingsAppDelegate* delegate = nullptr; // set while running
+    App::ItemSnapshot shown;
+    bool printsChanges = false;
+    std::string unfinishedLine;
+};
+
+} // namespace Kest::Terminal

@@ -1,0 +1,23 @@
+// The menu in plain lines of text.
+#pragma once
+
+#include "app/MenuDiff.h"
+
+#include <string>
+#include <vector>
+
+namespace Kest::Terminal {
+
+/// Text of another process as it may be sent to a terminal: control characters become "?".
+std::string printable(const std::string& text);
+
+/// How an item is called in paths: its title, or the name of its encoding.
+std::string itemName(const App::ItemProperties& item);
+
+/// The items of a menu, a line each, submenus indented below theirs; hidden ones are left out.
+std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
+
+/// A line for each item that came, went or looks different, named by its path ("Default Bus > Dialog").
+std::vector<std::string> changeLines(const App::ItemSnapshot& shown, const App::ItemSnapshot& now);
+
+} // namespace Kest::Terminal

@@ -1,0 +1,79 @@
+// A front end and a desktop that only remember what they were asked.
+#pragma once
+
+#include "app/FrontEnd.h"
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Kest::Test {
+
+class FakeFrontEnd final : public App::FrontEnd {
+public:
+    void showStatusItem(const std::string& name) override { imageName = name; }
+    void post(std::function<void()> job) override
+    {
+        const std::lock_guard lock(mutex);
+        jobs.push_back(std::move(job));
+    }
+    void menuChanged() override { ++changes; }
+    void quit() override { hasQuit = true; }
+
+    /// Runs what has been posted so far, and returns how much that was.
+    int runJobs()
+    {
+        std::deque<std::function<void()>> toRun;
+        {
+            const std::lock_guard lock(mutex);
+            toRun.swap(jobs);
+        }
+        for (const auto& job : toRun)
+            job();
+        return static_cast<int>(toRun.size());
+    }
+
+    int pendingJobs()
+    {
+        const std::lock_guard lock(mutex);
+        return static_cast<int>(jobs.size());
+    }
+
+    std::string imageName;
+    int changes = 0;
+    bool hasQuit = false;
+
+private:
+    std::mutex mutex;
+    std::deque<std::function<void()>> jobs;
+};
+
+class FakeWorkspace final : public App::Workspace {
+public:
+    bool run(const std::string& program, const std::vector<std::string>& arguments) override
+    {
+        std::string words = "run " + program;
+        for (const auto& argument : arguments)
+            words += " " + argument;
+        asked.push_back(words);
+        whenRun();
+        return true;
+    }
+    bool launchApplication(const std::string& path) override
+    {
+        asked.push_back("launch " + path);
+        return applicationsLaunch;
+    }
+    void selectFile(const std::string& folder) override { asked.push_back("select " + folder); }
+    void showAboutPanel(const App::About& about) override { asked.push_back("about " + about.name); }
+    void runShellCommand(const std::string& command) override { asked.push_back("shell " + command); }
+
+    std::vector<std::string> asked;
+    bool applicationsLaunch = true;
+    std::function<void()> whenRun = [] {}; // looks at the world at the moment when a program is started
+};
+
+} // namespace Kest::Test

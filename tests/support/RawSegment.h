@@ -1,0 +1,95 @@
+// A host's segment as nothing but bytes: the second, independent witness of the layouts. Knows no structure
+// of the library; offsets in the tests that use it are literal numbers.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <sys/ipc.h>
+#include <sys/shm.h>
+#include <unistd.h>
+
+namespace Kest::Test {
+
+class RawSegment {
+public:
+    static constexpr std::size_t kSessionBytes = 3458217;
+    static constexpr std::size_t kFirstSlot = 1120;
+    static constexpr std::size_t kSlotBytes = 3376;
+
+    /// Makes the segment of that name, all zeros.
+    RawSegment(const std::string& name, std::size_t bytes) : marker("/tmp/LIPC_" + name)
+    {
+        std::ofstream(marker, std::ios::app).close();
+        id = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+        void* attached = id < 0 ? nullptr : shmat(id, nullptr, 0);
+        if (id < 0 || attached == reinterpret_cast<void*>(-1))
+            throw std::runtime_error("no segment " + name);
+        memory = static_cast<unsigned char*>(attached);
+    }
+    ~RawSegment()
+    {
+        shmdt(memory);
+        shmctl(id, IPC_RMID, nullptr);
+    }
+    RawSegment(const RawSegment&) = delete;
+    RawSegment& operator=(const RawSegment&) = delete;
+
+    static std::size_t slot(int index) { return kFirstSlot + kSlotBytes * static_cast<std::size_t>(index); }
+
+    // Single accesses, as another process that the agent's threads run beside makes them.
+    void putInt(std::size_t offset, std::int32_t value)
+    {
+        __atomic_store(reinterpret_cast<std::int32_t*>(memory + offset), &value, __ATOMIC_RELEASE);
+    }
+    void putFloat(std::size_t offset, float value)
+    {
+        __atomic_store(reinterpret_cast<float*>(memory + offset), &value, __ATOMIC_RELEASE);
+    }
+    std::int32_t intAt(std::size_t offset) const
+    {
+        std::int32_t value = 0;
+        __atomic_load(reinterpret_cast<const std::int32_t*>(memory + offset), &value, __ATOMIC_ACQUIRE);
+        return value;
+    }
+    float floatAt(std::size_t offset) const
+    {
+        float value = 0;
+        __atomic_load(reinterpret_cast<const float*>(memory + offset), &value, __ATOMIC_ACQUIRE);
+        return value;
+    }
+    /// With its terminator.
+    void putText(std::size_t offset, const std::string& text)
+    {
+        std::memcpy(memory + offset, text.c_str(), text.size() + 1);
+    }
+    std::string textAt(std::size_t offset) const { return reinterpret_cast<const char*>(memory + offset); }
+    unsigned char* bytes() { return memory; }
+
+    /// A bus plug-in: type "KBUS", its bytes in memory in reverse order. Call while no monitor is looking, or
+    /// put the type last, as here.
+    void putBus(int index, const std::string& busId, const std::string& label)
+    {
+        putText(slot(index), busId);
+        putText(slot(index) + 72, label);
+        putInt(slot(index) + 68, 0x4B425553);
+    }
+    void putAgentRecord(int index) { putText(slot(index), "KestSettings"); }
+    void removeClient(int index) { putInt(slot(index) + 68, 0); }
+    int attachments() const
+    {
+        shmid_ds status{};
+        shmctl(id, IPC_STAT, &status);
+        return static_cast<int>(status.shm_nattch);
+    }
+
+private:
+    std::string marker;
+    int id = -1;
+    unsigned char* memory = nullptr;
+};
+
+} // namespace Kest::Test

@@ -1,0 +1,49 @@
+// A folder of a test's own, removed with all that is in it.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string>
+
+namespace Kest::Test {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::string name = std::filesystem::temp_directory_path() / "kest-test-XXXXXX";
+        if (mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        folder = name;
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string operator/(const std::string& name) const { return folder / name; }
+    const std::filesystem::path& path() const { return folder; }
+
+private:
+    std::filesystem::path folder;
+};
+
+inline std::string readFile(const std::filesystem::path& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+inline void writeFile(const std::filesystem::path& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+} // namespace Kest::Test
