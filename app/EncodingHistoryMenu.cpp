@@ -103,7 +103,7 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     setClearEncodingHistoryEnabled();
 }
 
-void EncodingHistoryMenu::clearEncodingHistory(Sender)
+void EncodingHistoryMenu::clearEncodingHistory(Sender) const
 {
     auto& menu = *outlets.mEncodingProgressMenu;
     while (getEncodingHistoryLength() > kFixedItems)
@@ -111,7 +111,7 @@ void EncodingHistoryMenu::clearEncodingHistory(Sender)
     setClearEncodingHistoryEnabled();
 }
 
-void EncodingHistoryMenu::setClearEncodingHistoryEnabled()
+void EncodingHistoryMenu::setClearEncodingHistoryEnabled() const
 {
     outlets.mClearEncodingHistory->setEnabled(getEncodingHistoryLength() > kFixedItems);
 }

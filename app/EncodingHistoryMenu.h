@@ -33,14 +33,14 @@ public:
     void encShowInFinder(Sender sender);
     void abortEncoding(Sender sender);
     /// Forgets all entries; ends no process and removes no file.
-    void clearEncodingHistory(Sender sender);
+    void clearEncodingHistory(Sender sender) const;
 
     /// Kills the encoder at once, if it is a known one.
     void stopEncoding(int pid);
     /// Removes the whole folder of the output of a known encoding.
     void deleteEncoding(int pid);
 
-    void setClearEncodingHistoryEnabled();
+    void setClearEncodingHistoryEnabled() const;
     /// The two fixed items included.
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 

@@ -43,9 +43,9 @@ public:
     // From the front end.
     const MenuModel& menu() const { return model; }
     /// Does what the item is for. False when it is unknown, a separator, hidden, greyed or for nothing.
-    bool choose(ItemId item);
+    bool choose(ItemId id);
     /// The submenu of an item is about to be looked at. Ignores what is no submenu.
-    void menuWillOpen(ItemId item);
+    void menuWillOpen(ItemId id);
 
     // From the Backend.
     /// Any thread. True when the slot was empty, and `handleQueuedMsgFromBackend` must be run.

@@ -8,15 +8,23 @@
 #include <unistd.h>
 
 namespace Kest::Settings {
+namespace {
 
-AgentLock::AgentLock(const std::string& settingsFolder)
+int openLockFile(const std::string& settingsFolder)
 {
     const juce::File folder(juce::String::fromUTF8(settingsFolder.c_str()));
     folder.createDirectory();
     const auto path = folder.getChildFile("Kest-Settings.lock").getFullPathName();
-    file = open(path.toRawUTF8(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-    heldByAnother = file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return open(path.toRawUTF8(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
 }
+
+bool isTaken(int file) { return file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
+
+} // namespace
+
+AgentLock::AgentLock(const std::string& settingsFolder)
+    : file(openLockFile(settingsFolder)), heldByAnother(isTaken(file))
+{}
 
 AgentLock::~AgentLock()
 {

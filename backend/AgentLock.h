@@ -20,8 +20,8 @@ public:
     bool isHeldByAnother() const { return heldByAnother; }
 
 private:
-    int file = -1;
-    bool heldByAnother = false;
+    const int file; // -1 when it cannot be made
+    const bool heldByAnother;
 };
 
 } // namespace Kest::Settings

@@ -107,7 +107,7 @@ int Backend::openFifo()
         const int descriptor = open(fifoPath, O_RDWR | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
         struct stat status {};
         if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode)) {
-            (void)fchmod(descriptor, kForAll); // whatever the umask: encoders of other users report too
+            fchmod(descriptor, kForAll); // whatever the umask: encoders of other users report too
             const MutexLock lock(fifoMutex);
             fifo = descriptor;
             return descriptor;
@@ -125,7 +125,7 @@ void Backend::wakeReader()
 {
     const MutexLock lock(fifoMutex);
     if (fifo >= 0)
-        (void)!write(fifo, "bla\n", 4);
+        [[maybe_unused]] const auto written = write(fifo, "bla\n", 4);
 }
 
 // Removes the pipe unless something else has taken its place.
@@ -169,17 +169,17 @@ void Backend::parse_1line(std::ostringstream& line)
         std::visit([&](const auto& content) { take(parsed->pid, content); }, parsed->content);
 }
 
-void Backend::take(std::int32_t pid, const ProgressLine& progress)
+void Backend::take(std::int32_t pid, const ProgressLine& line)
 {
     const char* name = nullptr;
     {
         const MutexLock lock(encodingMutex);
         auto& encoding = touchEncoding(pid);
-        encoding.percentage = progress.percentage;
+        encoding.percentage = line.percentage;
         name = encoding.nameText;
     }
     // Valid without the lock: only this thread changes a name.
-    sendMessage(progress.percentage, pid, name);
+    sendMessage(line.percentage, pid, name);
 }
 
 void Backend::take(std::int32_t pid, const PathLine& line)

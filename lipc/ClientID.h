@@ -23,7 +23,7 @@ public:
     std::string_view text() const;
 
 private:
-    char characters[kCharacters + 1];
+    char characters[kCharacters + 1] = {};
 };
 
 static_assert(sizeof(ClientID) == 65, "the session's records would move");

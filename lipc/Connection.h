@@ -11,7 +11,7 @@ namespace LIPC {
 struct Connection {
     ClientID ids[3];
     std::uint8_t flag = 0;
-    std::array<std::uint8_t, 256> map;
+    std::array<std::uint8_t, 256> map{};
     std::uint32_t word = 0;
     std::uint8_t endFlag = 0;
 

@@ -23,7 +23,7 @@ void prepareMarker(const char* path)
         return;
     struct stat status {};
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
-        (void)!ftruncate(file, 0);
+        [[maybe_unused]] const int failure = ftruncate(file, 0);
     close(file);
 }
 

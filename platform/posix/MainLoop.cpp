@@ -25,7 +25,7 @@ void onEndingSignal(int signal)
     if (signalSeen.exchange(true))
         _exit(128 + signal);
     const int before = errno;
-    (void)!write(signalPipe, &kSignal, 1);
+    [[maybe_unused]] const auto written = write(signalPipe, &kSignal, 1);
     errno = before;
 }
 
@@ -74,8 +74,9 @@ void MainLoop::post(std::function<void()> job)
 {
     const MutexLock lock(jobsMutex);
     jobs.push_back(std::move(job));
-    if (jobs.size() == 1)
-        (void)!write(wakeUpWrite, &kJob, 1);
+    if (jobs.size() > 1)
+        return; // somebody has woken the loop for these
+    [[maybe_unused]] const auto written = write(wakeUpWrite, &kJob, 1);
 }
 
 void MainLoop::watchInput(int descriptor, std::function<void()> readable)

@@ -6,7 +6,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-extern char** environ;
+extern char** environ; // NOLINT(readability-redundant-declaration): macOS declares none
 
 namespace Kest::Posix {
 namespace {
@@ -55,6 +55,9 @@ void PosixWorkspace::forgetEnded()
     std::erase_if(started, [](pid_t pid) { return waitpid(pid, nullptr, WNOHANG) != 0; });
 }
 
-void PosixWorkspace::runShellCommand(const std::string& command) { (void)!std::system(command.c_str()); }
+void PosixWorkspace::runShellCommand(const std::string& command) 
+{
+    [[maybe_unused]] const int outcome = std::system(command.c_str());
+}
 
 } // namespace Kest::Posix

@@ -1,0 +1,87 @@
+#include "tools/k3dhost_simulator/Options.h"
+
+#include <cstdio>
+#include <getopt.h>
+
+namespace K3DHostSimulator {
+namespace {
+
+constexpr char kHelp[] =
+    R"(k3dhost-simulator [--scenario FILE|-]    plays a host that the settings agent can talk to
+k3dhost-simulator --check                tells whether a host runs: exit status 0 if so, else 1
+
+The host starts at once, unless the scenario's first command is a start; with "-" it starts only by a
+start. After the last command of a FILE it goes on until SIGTERM, SIGINT or SIGHUP; with "-" it stops at
+the end of the input. Exit status: 0; 1 when a command or a wait failed, or a host runs already; 2 for a
+wrong command line or scenario.
+
+Scenario, one command a line; a line that begins with # is a comment:
+  wait 300ms | wait 2s
+  wait for LINE [within 5s]       until the agent has written what prints LINE (see below); at most 10s
+                                  unless told. A line since the last start that no wait has taken will do.
+  bus add ID NAME                 at most 64 bytes each; in double quotes \xNN is any byte but NUL,
+  bus rename ID NAME              \\ a backslash and \" a quote
+  bus remove ID
+  message NUMBER                  posts a message to the agent
+  start [64|32] [without KestSettings]
+                                  new segments without buses; a running host is stopped first
+  stop                            removes the segments
+  kill                            kills the simulator, so that its segments stay behind
+  end                             stops the host and exits
+
+Standard output, one line for each thing that happens:
+  host started, 64 bit            host started, 32 bit, without KestSettings
+  host stopped                    host killed
+  bus ID NAME added               bus ID NAME removed              bus ID NAME renamed to NAME
+  message -7
+and for each thing that the agent wrote:
+  SoloMode 1                      HdxAuxTrackDelay 2               DAWLinkControl 1
+  defaultPannerObjects 0          LatencyCompensationControl 1     PhysMonConfig 7
+  Facility Studio A               default bus NAME (id ID)         default bus (id ID)
+and for bytes that are not the agent's to write:
+  FOREIGN WRITE at offset N       FOREIGN WRITE at offset N of LIPC_VERSION
+)";
+
+constexpr option kOptions[] = {
+    {"scenario", required_argument, nullptr, 's'},
+    {"check", no_argument, nullptr, 'c'},
+    {"help", no_argument, nullptr, 'h'},
+    {nullptr, 0, nullptr, 0},
+};
+
+std::optional<Options> wrong(const std::string& what)
+{
+    std::fprintf(stderr, "k3dhost-simulator: %s\n", what.c_str());
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus)
+{
+    Options options;
+    exitStatus = 2;
+    for (int letter = 0; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
+        switch (letter) {
+        case 's':
+            options.scenario = optarg;
+            break;
+        case 'c':
+            options.check = true;
+            break;
+        case 'h':
+            std::fputs(kHelp, stdout);
+            exitStatus = 0;
+            return std::nullopt;
+        default: // getopt_long has said what is wrong
+            return std::nullopt;
+        }
+    }
+    if (optind < argc)
+        return wrong(std::string("unexpected argument '") + argv[optind] + "'");
+    if (options.check && options.scenario)
+        return wrong("--check plays no scenario");
+    return options;
+}
+
+} // namespace K3DHostSimulator

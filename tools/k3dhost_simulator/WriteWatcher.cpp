@@ -1,0 +1,115 @@
+#include "tools/k3dhost_simulator/WriteWatcher.h"
+
+#include "tools/k3dhost_simulator/AgentFields.h"
+#include "tools/k3dhost_simulator/SessionRecords.h"
+#include "tools/k3dhost_simulator/Text.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace K3DHostSimulator {
+namespace {
+
+constexpr std::string_view kFacility = "Facility ";
+constexpr std::string_view kDefaultBus = "default bus ";
+constexpr std::string_view kForeignWrite = "FOREIGN WRITE at offset ";
+
+// Of a text the agent writes the slots and the index, but not the type word before nor the padding behind.
+constexpr std::size_t kTextStart = 8;
+constexpr std::size_t kTextEnd = 268;
+
+struct Stretch {
+    std::size_t begin;
+    std::size_t end;
+};
+
+// The agent's own fields in the order of their offsets; the last ends with the segment.
+std::vector<Stretch> agentStretches(int settingsSlot)
+{
+    std::vector<Stretch> fields;
+    if (settingsSlot >= 0) {
+        const auto record = offsetof(LIPC::SessionBuffer, clients) +
+                            static_cast<std::size_t>(settingsSlot) * sizeof(LIPC::ClientEntry);
+        for (const auto& parameter : kAgentParameters) {
+            const auto begin = record + offsetof(LIPC::ClientEntry, params) +
+                               static_cast<std::size_t>(parameter.number) * sizeof(float);
+            fields.push_back({begin, begin + sizeof(float)});
+        }
+        const auto text =
+            record + offsetof(LIPC::ClientEntry, strings) + LIPC::kFacilityString * sizeof(LIPC::SHMString);
+        fields.push_back({text + kTextStart, text + kTextEnd});
+    }
+    fields.push_back({offsetof(LIPC::SessionBuffer, defaultBus), LIPC::SessionBuffer::kSegmentBytes});
+    std::sort(fields.begin(), fields.end(), [](auto& a, auto& b) { return a.begin < b.begin; });
+    return fields;
+}
+
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.substr(0, start.size()) == start && text.size() > start.size();
+}
+
+} // namespace
+
+WriteWatcher::WriteWatcher() : image(std::make_unique<LIPC::SessionBuffer>()) {}
+
+std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& session)
+{
+    std::vector<std::string> lines;
+    const int slot = slotOf(*image, LIPC::kSettingsClientName);
+    if (slot >= 0) {
+        const auto& record = session.clients[slot];
+        for (const auto& parameter : kAgentParameters) {
+            const float value = LIPC::loadShared(record.params[parameter.number]);
+            float& known = image->clients[slot].params[parameter.number];
+            if (std::memcmp(&value, &known, sizeof value) == 0)
+                continue;
+            known = value;
+            lines.push_back(std::string(parameter.name) + " " + printableNumber(value));
+        }
+        if (facility.look(record.strings[LIPC::kFacilityString].text()))
+            lines.push_back(std::string(kFacility) + printableUtf8(facility.text()));
+    }
+    if (defaultBus.look(session.defaultBus.text()))
+        lines.push_back(defaultBusLine());
+    return lines;
+}
+
+std::string WriteWatcher::defaultBusLine() const
+{
+    const int slot = slotOf(*image, defaultBus.text());
+    const auto id = "(id " + printableBytes(defaultBus.text()) + ")";
+    if (slot < 0)
+        return std::string(kDefaultBus) + id;
+    return std::string(kDefaultBus) + printableBytes(image->clients[slot].labelText()) + " " + id;
+}
+
+std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& session)
+{
+    std::vector<std::string> lines;
+    const auto* found = reinterpret_cast<const unsigned char*>(&session);
+    auto* known = reinterpret_cast<unsigned char*>(image.get());
+    std::size_t begin = 0;
+    for (const auto& field : agentStretches(slotOf(*image, LIPC::kSettingsClientName))) {
+        const auto length = field.begin - begin;
+        if (std::memcmp(found + begin, known + begin, length) != 0) {
+            const auto* changed = std::mismatch(found + begin, found + field.begin, known + begin).first;
+            lines.push_back(std::string(kForeignWrite) + std::to_string(changed - found));
+            std::memcpy(known + begin, found + begin, length);
+        }
+        begin = field.end;
+    }
+    return lines;
+}
+
+bool WriteWatcher::canReport(std::string_view line)
+{
+    const bool isParameter =
+        std::any_of(std::begin(kAgentParameters), std::end(kAgentParameters), [line](const auto& parameter) {
+            return startsWith(line, std::string(parameter.name) + " ");
+        });
+    return isParameter || startsWith(line, kFacility) || startsWith(line, kDefaultBus) ||
+           startsWith(line, kForeignWrite);
+}
+
+} // namespace K3DHostSimulator

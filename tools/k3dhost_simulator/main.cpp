@@ -1,0 +1,122 @@
+// k3dhost-simulator: a host for the settings agent, for demonstrations and tests. --help tells its language.
+#include "tools/k3dhost_simulator/CommandSource.h"
+#include "tools/k3dhost_simulator/Host.h"
+#include "tools/k3dhost_simulator/Options.h"
+#include "tools/k3dhost_simulator/ScenarioPlayer.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+using namespace K3DHostSimulator;
+
+namespace {
+
+constexpr std::chrono::milliseconds kLookEvery{10};
+constexpr int kFailed = 1;
+constexpr int kWrongInput = 2;
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void requestStop(int) { stopRequested = 1; }
+
+void handleSignals()
+{
+    struct sigaction action {};
+    action.sa_handler = requestStop;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        sigaction(signal, &action, nullptr);
+    // A reader of our output that goes away is no reason to leave the segments behind.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+int fail(const std::string& line, int exitStatus)
+{
+    std::fprintf(stderr, "%s\n", line.c_str());
+    return exitStatus;
+}
+
+int failAt(const Command& command, const std::string& what)
+{
+    return fail("line " + std::to_string(command.line) + ": " + what, kFailed);
+}
+
+int check()
+{
+    const pid_t host = runningHost();
+    if (host == 0) {
+        std::puts("no host");
+        return kFailed;
+    }
+    std::printf("host running (process %d)\n", static_cast<int>(host));
+    return 0;
+}
+
+// Until a signal, the end of the input or of the scenario, or a failure.
+int play(CommandSource& source, Host& host, ScenarioPlayer& player)
+{
+    Command current;
+    while (stopRequested == 0 && !player.hasEnded()) {
+        host.watch();
+        if (player.isWaiting()) {
+            source.sleep(kLookEvery);
+            continue;
+        }
+        if (player.failure())
+            return failAt(current, *player.failure());
+        std::string error;
+        const auto command = source.next(error);
+        if (!error.empty())
+            return fail(error, kWrongInput);
+        if (command) {
+            current = *command;
+            if (const auto failure = player.play(current))
+                return failAt(current, *failure);
+            continue;
+        }
+        if (source.hasEnded())
+            return 0;
+        source.sleep(kLookEvery);
+    }
+    return 0;
+}
+
+int run(const Options& options)
+{
+    const bool fromInput = options.scenario == "-";
+    CommandSource source;
+    if (fromInput)
+        source.readFrom(STDIN_FILENO);
+    else if (options.scenario)
+        if (const auto failure = source.readFile(*options.scenario))
+            return fail(*failure, kWrongInput);
+
+    const auto print = [](const std::string& line) { std::puts(line.c_str()); };
+    HeardLines heard;
+    Host host(print, [&](const std::string& line) {
+        print(line);
+        heard.add(line);
+    });
+    ScenarioPlayer player(host, heard);
+
+    if (!fromInput && !source.beginsWithStart())
+        if (const auto failure = host.start(64, true))
+            return fail(*failure, kFailed);
+    return play(source, host, player);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    int exitStatus = 0;
+    const auto options = parseOptions(argc, argv, exitStatus);
+    if (!options)
+        return exitStatus;
+    if (options->check)
+        return check();
+    handleSignals();
+    return run(*options);
+}
