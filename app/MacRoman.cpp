@@ -45,8 +45,9 @@ std::string macRomanToUtf8(std::string_view bytes)
 std::string utf8ToMacRoman(std::string_view text)
 {
     std::string bytes;
-    auto rest = juce::String::fromUTF8(text.data(), static_cast<int>(text.size())).getCharPointer();
-    while (const auto character = rest.getAndAdvance()) {
+    const auto characters = juce::String::fromUTF8(text.data(), static_cast<int>(text.size()));
+    for (auto rest = characters.getCharPointer(); !rest.isEmpty();) {
+        const auto character = rest.getAndAdvance();
         const auto* upper = std::ranges::find(kUpperHalf, character);
         if (character < 0x80)
             bytes += static_cast<char>(character);

@@ -1,9 +1,8 @@
 #include "app/MessageSlot.h"
 
-#include <juce_core/juce_core.h>
+#include "app/Utf8.h"
 
 #include <cstring>
-#include <limits>
 #include <utility>
 
 namespace Kest::App {
@@ -13,8 +12,7 @@ constexpr std::size_t kLongestDescription = 1022; // bytes
 
 std::string textOf(const char* description)
 {
-    if (description == nullptr ||
-        !juce::CharPointer_UTF8::isValidString(description, std::numeric_limits<int>::max()))
+    if (description == nullptr || !isUtf8(description))
         return {};
     auto length = std::strlen(description);
     if (length > kLongestDescription) {

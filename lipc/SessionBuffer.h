@@ -20,9 +20,9 @@ struct SessionBuffer {
     /// Replaces `out` by copies of all records of a type, in slot order, and returns their number.
     int getClientEntries(int type, std::deque<ClientEntry>& out) const;
 
-    unsigned char header[1120]; // the host's own
+    unsigned char header[1120] = {}; // the host's own
     ClientEntry clients[kSlots];
-    unsigned char reserved[8]; // the host's own
+    unsigned char reserved[8] = {}; // the host's own
     ClientID defaultBus;       // the id of the bus client that is the default bus
 };
 

@@ -25,6 +25,7 @@ public:
     /// Main thread. Returns when asked to quit; jobs that are left are dropped.
     void run();
     void quit() { quitting = true; }
+    bool isQuitting() const { return quitting; }
 
 private:
     void drainWakeUps();

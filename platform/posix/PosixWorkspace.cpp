@@ -55,7 +55,7 @@ void PosixWorkspace::forgetEnded()
     std::erase_if(started, [](pid_t pid) { return waitpid(pid, nullptr, WNOHANG) != 0; });
 }
 
-void PosixWorkspace::runShellCommand(const std::string& command) 
+void PosixWorkspace::runShellCommand(const std::string& command)
 {
     [[maybe_unused]] const int outcome = std::system(command.c_str());
 }

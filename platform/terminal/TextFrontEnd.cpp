@@ -62,16 +62,25 @@ void TextFrontEnd::readInput()
         return;
     if (count <= 0)
         return inputEnded();
-    unfinishedLine.append(bytes, static_cast<std::size_t>(count));
-    for (auto end = unfinishedLine.find('\n'); end != std::string::npos; end = unfinishedLine.find('\n')) {
-        const auto line = unfinishedLine.substr(0, end);
-        unfinishedLine.erase(0, end + 1);
-        obey(trimmed(line));
+    for (std::string_view rest(bytes, static_cast<std::size_t>(count)); !rest.empty() && !loop.isQuitting();) {
+        const auto end = rest.find('\n');
+        takeInput(rest.substr(0, end), end != std::string_view::npos);
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     }
-    if (unfinishedLine.size() > kLongestLine) {
+}
+
+// An over-long line is dropped whole.
+void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
+{
+    if (unfinishedLine.size() <= kLongestLine)
+        unfinishedLine += piece;
+    if (!endsLine)
+        return;
+    const auto line = std::exchange(unfinishedLine, {});
+    if (line.size() > kLongestLine)
         printError("a line of more than 4096 bytes is no command");
-        unfinishedLine.clear();
-    }
+    else
+        obey(trimmed(line));
 }
 
 // At a terminal the user has said good-bye; a script or a service manager has just nothing more to say.

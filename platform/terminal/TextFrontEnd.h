@@ -27,6 +27,7 @@ public:
 
 private:
     void readInput();
+    void takeInput(std::string_view piece, bool endsLine);
     void inputEnded();
     void obey(std::string_view line);
     void choose(std::string_view path);
@@ -39,7 +40,7 @@ private:
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     App::ItemSnapshot shown;
     bool printsChanges = false;
-    std::string unfinishedLine;
+    std::string unfinishedLine; // at most two reads long
 };
 
 } // namespace Kest::Terminal

@@ -1,5 +1,7 @@
 #include "platform/terminal/TextMenu.h"
 
+#include "app/Utf8.h"
+
 #include <algorithm>
 
 namespace Kest::Terminal {
@@ -138,13 +140,13 @@ private:
 
 std::string printable(const std::string& text)
 {
-    std::string safe;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
-        const bool isC1 = byte == 0xC2 && next >= 0x80 && next < 0xA0; // in UTF-8
-        safe += byte < 0x20 || byte == 0x7F || isC1 ? '?' : text[i];
-        i += isC1 ? 1 : 0;
+    auto safe = App::toUtf8(text);
+    for (std::size_t i = 0; i < safe.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(safe[i]);
+        if (byte < 0x20 || byte == 0x7F)
+            safe[i] = '?';
+        else if (byte == 0xC2 && static_cast<unsigned char>(safe[i + 1]) < 0xA0) // U+0080 to U+009F
+            safe.replace(i, 2, "?");
     }
     return safe;
 }

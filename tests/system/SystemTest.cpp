@@ -194,10 +194,14 @@ TEST_F(System, BusesComeAndGoInTheMenuAndOneBecomesTheDefault)
 TEST_F(System, AnAbortedEncodingIsGoneWithItsFolder)
 {
     startAgent();
+    // Of two messages at one moment only the newer one is shown, so each encoder reports again soon.
+    const auto startEncoder = [](const std::string& output) {
+        return std::make_unique<Process>(std::vector<std::string>{
+            program("encoder-simulator"), "--output", output, "--seconds", "100", "--steps", "100"});
+    };
     const std::string folder = "/tmp/out/Film";
-    Process encoder(
-        {program("encoder-simulator"), "--output", folder + "/Film_Mix_Atm.wav", "--seconds", "600"});
-    Process other({program("encoder-simulator"), "--output", "/tmp/out/Other/Other.wav", "--seconds", "600"});
+    const auto encoder = startEncoder(folder + "/Film_Mix_Atm.wav");
+    const auto other = startEncoder("/tmp/out/Other/Other.wav");
     ASSERT_TRUE(eventually([&] {
         return agent->hasPrinted("added Encoding History > Film_Mix") &&
                agent->hasPrinted("added Encoding History > Other");
@@ -206,10 +210,10 @@ TEST_F(System, AnAbortedEncodingIsGoneWithItsFolder)
     ASSERT_TRUE(agent->prints("output folder " + folder));
     choose("Encoding History > Film_Mix > Abort and Delete Output Folder");
     ASSERT_TRUE(agent->prints("removed Encoding History > Film_Mix"));
-    EXPECT_EQ(encoder.exitStatus(), 128 + SIGKILL);
+    EXPECT_EQ(encoder->exitStatus(), 128 + SIGKILL);
     EXPECT_FALSE(fs::exists(folder));
     EXPECT_TRUE(fs::exists("/tmp/out/Other/Other.wav"));
-    EXPECT_EQ(kill(other.pid(), 0), 0);
+    EXPECT_EQ(kill(other->pid(), 0), 0);
 }
 
 TEST_F(System, EncodingsFinishFailAndFallSilent)

@@ -29,7 +29,7 @@ std::optional<std::string> OutputFile::create(const std::string& path)
 
 void OutputFile::grow()
 {
-    static const std::vector<char> block(64 * 1024, '\x5A');
+    static const std::vector<char> block(65536, '\x5A');
     std::fwrite(block.data(), 1, block.size(), file);
     std::fflush(file);
 }

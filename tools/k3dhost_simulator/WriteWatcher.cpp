@@ -62,7 +62,7 @@ std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& se
         for (const auto& parameter : kAgentParameters) {
             const float value = LIPC::loadShared(record.params[parameter.number]);
             float& known = image->clients[slot].params[parameter.number];
-            if (std::memcmp(&value, &known, sizeof value) == 0)
+            if (std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(known)) // NaN too
                 continue;
             known = value;
             lines.push_back(std::string(parameter.name) + " " + printableNumber(value));

@@ -1,0 +1,118 @@
+// The whole application on a front end, a desktop and places that are the test's own.
+#pragma once
+
+#include "app/KestSettingsAppDelegate.h"
+#include "app/MenuSnapshot.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeFrontEnd.h"
+#include "tests/support/TestPlace.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <map>
+
+namespace Kest::Test {
+
+/// Notes what the notification hook gets.
+class NotingDelegate final : public App::KestSettingsAppDelegate {
+public:
+    using KestSettingsAppDelegate::KestSettingsAppDelegate;
+    void showNotification(const std::string& text) override
+    {
+        notes.push_back(text);
+        whenNoted();
+    }
+    std::vector<std::string> notes;
+    std::function<void()> whenNoted = [] {};
+};
+
+class Agent {
+public:
+    /// With a settings file that holds these values; with none there is no file.
+    explicit Agent(const std::map<std::string, std::string>& settings = {})
+    {
+        std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n\n<PROPERTIES>\n";
+        for (const auto& [key, value] : settings)
+            text.append("  <VALUE name=\"").append(key).append("\" val=\"").append(value).append("\"/>\n");
+        std::filesystem::create_directories(place.paths.settingsFolder);
+        if (!settings.empty())
+            writeFile(place.paths.settingsFile(), text + "</PROPERTIES>\n");
+    }
+    void start()
+    {
+        delegate.awakeFromNib();
+        delegate.applicationDidFinishLaunching();
+        frontEnd.runJobs();
+    }
+
+    /// "Solo Mode/Latch"; throws where there is none.
+    App::MenuItem& at(const std::string& path) const
+    {
+        const auto slash = path.rfind('/');
+        const auto& menu =
+            slash == std::string::npos ? delegate.menu().statusMenu() : *at(path.substr(0, slash)).submenu();
+        auto* item = menu.itemWithTitle(path.substr(slash + 1)); // npos + 1 is 0
+        return item != nullptr ? *item : throw std::runtime_error("no item " + path);
+    }
+    const App::ItemProperties& seen(const std::string& path) const { return at(path).properties(); }
+    bool choose(const std::string& path) { return delegate.choose(at(path).id()); }
+    void open(const std::string& path) { delegate.menuWillOpen(at(path).id()); }
+
+    /// A submenu's items with title and tag; "*" is on, "!" is red.
+    std::vector<std::string> items(const std::string& path) const
+    {
+        std::vector<std::string> lines;
+        for (const auto& item : at(path).submenu()->itemArray()) {
+            const auto& is = item->properties();
+            lines.push_back((is.separator ? "-" : is.title) + " " + std::to_string(is.tag) +
+                            (is.on ? "*" : "") + (is.red ? "!" : ""));
+        }
+        return lines;
+    }
+    std::vector<App::ItemId> ids(const std::string& path) const
+    {
+        std::vector<App::ItemId> found;
+        for (const auto& item : at(path).submenu()->itemArray())
+            found.push_back(item->id());
+        return found;
+    }
+
+    /// Runs the jobs that come until the condition holds.
+    bool pumpUntil(const std::function<bool()>& condition)
+    {
+        return eventually([&] { return frontEnd.runJobs(), condition(); });
+    }
+
+    /// As it stands in the settings file; "absent" when it does not.
+    std::string stored(const std::string& key) const
+    {
+        const auto text = readFile(place.paths.settingsFile());
+        const auto start = "name=\"" + key + "\" val=\"";
+        const auto found = text.find(start);
+        const auto value = found + start.size();
+        return found == std::string::npos ? "absent" : text.substr(value, text.find('"', value) - value);
+    }
+
+    /// As an encoder: names its output file, unless it is "", and its progress. The menu shows it on return.
+    bool report(int pid, const std::string& path, int percentage = 50)
+    {
+        const auto begin = "pid: " + std::to_string(pid) + " , ";
+        const auto lines = (path.empty() ? "" : begin + "path: " + path + "\n") + begin +
+                           "P: " + std::to_string(percentage) + "\n";
+        int fifo = -1;
+        const char* name = place.paths.encodingProgressFifo.c_str();
+        const bool sent = eventually([&] { return (fifo = ::open(name, O_WRONLY | O_NONBLOCK)) >= 0; }) &&
+                          write(fifo, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size());
+        close(fifo);
+        return sent && pumpUntil([&] { return entry(pid) != nullptr; });
+    }
+    const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
+
+    TestPlace place;
+    FakeFrontEnd frontEnd;
+    FakeWorkspace workspace;
+    NotingDelegate delegate{frontEnd, workspace, place.paths, std::chrono::milliseconds(5)};
+};
+
+} // namespace Kest::Test

@@ -1,0 +1,110 @@
+// The bus menu over a host whose buses come and go, and the bytes of the session's default bus.
+#include "app/MacRoman.h"
+#include "tests/app/Agent.h"
+
+#include <set>
+
+namespace {
+
+using namespace Kest::App;
+using testing::ElementsAre;
+
+class DefaultBusMenu : public testing::Test {
+protected:
+    // From slot 5 on; the bus in slot 5 is the client "bus-5".
+    void putBuses(const std::vector<std::string>& labels)
+    {
+        for (int slot = 5; const auto& label : labels) {
+            host.putBus(slot, "bus-" + std::to_string(slot), label);
+            ++slot;
+        }
+    }
+    std::vector<std::string> items() const { return agent.items("Default Bus"); }
+    bool shows(const std::vector<std::string>& wanted)
+    {
+        return agent.pumpUntil([&] { return items() == wanted; });
+    }
+    /// The host's default bus after a choice.
+    std::string choose(const std::string& name)
+    {
+        EXPECT_TRUE(agent.choose("Default Bus/" + name));
+        EXPECT_TRUE(agent.seen("Default Bus/" + name).on);
+        return host.textAt(3458152);
+    }
+
+    Kest::Test::Agent agent;
+    Kest::Test::RawSegment& host = agent.place.startHost();
+};
+
+TEST_F(DefaultBusMenu, FollowsTheBusesOfTheHostAndTheChoice)
+{
+    testing::internal::CaptureStdout();
+    agent.start();
+    const auto atFirst = items();
+    putBuses({"Zeta", "Alpha"});
+    const bool areShown = shows({"Main Bus 0*", "- 0", "Alpha 1", "Zeta 2"});
+    const auto printed = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(atFirst, ElementsAre("Main Bus 0*"));
+    EXPECT_TRUE(areShown);
+    EXPECT_THAT(printed, testing::HasSubstr("bus 0 : Main Bus\n\n"));
+    EXPECT_THAT(printed, testing::EndsWith("bus 0 : Main Bus\nbus 1 : Alpha\nbus 2 : Zeta\n\n"));
+
+    const auto ids = agent.ids("Default Bus");
+    EXPECT_EQ(choose("Zeta"), "bus-5");
+    EXPECT_THAT(items(), ElementsAre("Main Bus 0", "- 0", "Alpha 1", "Zeta 2*"));
+    EXPECT_EQ(agent.ids("Default Bus"), ids);
+
+    host.removeClient(6);
+    EXPECT_TRUE(shows({"Main Bus 0", "- 0", "Zeta 1*"}));
+    EXPECT_EQ(choose("Main Bus"), "bus-5") << "no bus has that name";
+}
+
+TEST_F(DefaultBusMenu, FallsBackToTheMainBusWhenTheChosenOneDisappears)
+{
+    putBuses({"Main Bus", "Zeta"});
+    agent.start();
+    ASSERT_TRUE(shows({"Main Bus 0*", "- 0", "Zeta 1"}));
+    EXPECT_EQ(choose("Zeta"), "bus-6");
+    host.removeClient(6);
+    EXPECT_TRUE(shows({"Main Bus 0*"}));
+    EXPECT_EQ(host.textAt(3458152), "bus-5");
+}
+
+TEST_F(DefaultBusMenu, HandsMacRomanNamesBackAsTheyWereAndShortOnesNotAtAll)
+{
+    const std::string name = "Caf\u00E9 \uF8FF";
+    putBuses({"Caf\x8E \xF0", "X", "\x80"});
+    agent.start();
+    ASSERT_TRUE(shows({"Main Bus 0*", "- 0", name + " 1", "X 2", "Ä 3"}));
+    EXPECT_EQ(choose(name), "bus-5");
+    EXPECT_EQ(choose("X"), "bus-5");
+    EXPECT_EQ(choose("Ä"), "bus-5") << "one character, whatever its bytes";
+}
+
+// The monitor's first message may come before there is anybody to take it. Here another one takes its place.
+TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatWasLost)
+{
+    agent.delegate.awakeFromNib();
+    putBuses({"Zeta"});
+    ASSERT_TRUE(Kest::Test::eventually([&] { return agent.frontEnd.pendingJobs() > 0; }));
+    msg_from_backend_callback(&agent.delegate, 100, 0, "");
+    agent.frontEnd.runJobs();
+    EXPECT_THAT(items(), ElementsAre());
+    agent.delegate.applicationDidFinishLaunching();
+    agent.frontEnd.runJobs();
+    EXPECT_THAT(items(), ElementsAre("Main Bus 0*", "- 0", "Zeta 1"));
+}
+
+TEST(MacRoman, GivesEveryByteBackAndACharacterOfItsOwn)
+{
+    std::set<std::string> characters;
+    for (int byte = 1; byte < 256; ++byte) {
+        const std::string bytes(1, static_cast<char>(byte));
+        EXPECT_EQ(utf8ToMacRoman(*characters.insert(macRomanToUtf8(bytes)).first), bytes) << byte;
+    }
+    EXPECT_EQ(characters.size(), 255U);
+    EXPECT_EQ(macRomanToUtf8("\x80\x8A\xA5\xCA\xDB\xFF"), "Ää•\u00A0€ˇ");
+    EXPECT_EQ(utf8ToMacRoman("a→😀z"), "a??z");
+}
+
+} // namespace

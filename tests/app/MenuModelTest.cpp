@@ -1,0 +1,181 @@
+// The menu model's ids, its notion of change, and the way from one snapshot to the next.
+#include "app/MenuDiff.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <random>
+
+namespace {
+
+using namespace Kest::App;
+using testing::ElementsAre;
+
+std::unique_ptr<MenuItem> newItem(const std::string& title, Action action = Action::none)
+{
+    return std::make_unique<MenuItem>(
+        ItemProperties{.title = title, .action = action, .separator = title.empty(), .view = {}});
+}
+
+std::vector<ItemId> idsOf(const Menu& menu)
+{
+    std::vector<ItemId> ids;
+    for (const auto& item : menu.itemArray())
+        ids.push_back(item->id());
+    return ids;
+}
+
+TEST(MenuModel, KeepsTheIdsOfEqualItemsOverARebuildAndReusesNone)
+{
+    MenuModel model;
+    auto& menu = model.statusMenu();
+    for (const char* title : {"A", "", "B", "B", "C"})
+        menu.addItem(newItem(title));
+    EXPECT_THAT(idsOf(menu), ElementsAre(1, 2, 3, 4, 5));
+    menu.removeAllItems();
+    for (const char* title : {"New", "B", "B", "B", "", "A"})
+        menu.addItem(newItem(title));
+    menu.addItem(newItem("C", Action::terminate)); // another action: another item
+    EXPECT_THAT(idsOf(menu), ElementsAre(6, 3, 4, 7, 2, 1, 8));
+    menu.removeItem(*menu.itemWithTitle("A"));
+    EXPECT_EQ(menu.addItem(newItem("A")).id(), 9) << "removed on its own: what comes is another item";
+}
+
+TEST(MenuModel, HasChangedOnlyWhenSomethingIsNotAsItWas)
+{
+    MenuModel model;
+    auto& item = model.statusMenu().addItem(newItem("A"));
+    EXPECT_TRUE(model.takeChanged());
+    const std::vector<std::function<void()>> changes = {
+        [] {}, // none
+        [&] { item.setState(true); },
+        [&] { item.setEnabled(false); },
+        [&] { item.setHidden(true); },
+        [&] { item.setTag(7); },
+        [&] {
+            item.setView({"x", ""});
+        },
+    };
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        changes[i]();
+        EXPECT_EQ(model.takeChanged(), i > 0) << i;
+        changes[i]();
+        EXPECT_FALSE(model.takeChanged()) << i;
+    }
+    const auto removed = model.statusMenu().removeItem(item);
+    EXPECT_TRUE(model.takeChanged());
+    removed->setTag(8);
+    model.statusMenu().removeAllItems();
+    EXPECT_FALSE(model.takeChanged()) << "an item that nobody sees, and a menu that was empty";
+}
+
+/// Does to a model what the application does to its own, at random.
+struct RandomHand {
+    int upTo(int most) { return std::uniform_int_distribution(0, most)(random); }
+
+    std::unique_ptr<MenuItem> someItem()
+    {
+        constexpr const char* kTitles[] = {"", "A", "B", "C"};
+        return newItem(kTitles[upTo(3)], upTo(1) == 0 ? Action::none : Action::terminate);
+    }
+    void refill(Menu& menu)
+    {
+        menu.removeAllItems();
+        for (int i = upTo(4); i > 0; --i)
+            menu.addItem(someItem());
+    }
+    void actOn(Menu& menu)
+    {
+        const int count = menu.numberOfItems();
+        if (count == 0 || upTo(3) == 0)
+            return (void)menu.insertItem(someItem(), upTo(count));
+        auto& item = *menu.itemArray()[static_cast<std::size_t>(upTo(count - 1))];
+        if (item.submenu() != nullptr && upTo(3) > 0)
+            return actOn(*item.submenu());
+        const std::function<void()> acts[] = {
+            [&] { menu.removeItem(item); },
+            [&] { menu.insertItem(menu.removeItem(item), upTo(count - 1)); },
+            [&] { item.setSubmenu(std::make_unique<Menu>(model)); },
+            [&] { item.setState(upTo(1) == 0); },
+            [&] { item.setEnabled(upTo(1) == 0); },
+            [&] { item.setHidden(upTo(1) == 0); },
+            [&] { item.setTag(upTo(3)); },
+            [&] {
+                item.setView({"name", std::to_string(upTo(2)) + "%"});
+            },
+            [&] { refill(menu); },
+        };
+        acts[upTo(8)]();
+    }
+
+    MenuModel& model;
+    std::mt19937 random{20260301};
+};
+
+const ItemSnapshot* child(const ItemSnapshot& menu, ItemId id)
+{
+    const auto found = std::ranges::find(menu.items, id, &ItemSnapshot::id);
+    return found == menu.items.end() ? nullptr : &*found;
+}
+
+// What a front end does: redraws what it is told to, and leaves everything else as it is.
+void apply(const MenuDifference& difference, const ItemSnapshot& now, ItemSnapshot& shown)
+{
+    if (std::ranges::count(difference.changedItems, now.id) > 0) {
+        EXPECT_FALSE(shown.properties == now.properties && shown.hasSubmenu == now.hasSubmenu) << "no change";
+        shown.properties = now.properties;
+        shown.hasSubmenu = now.hasSubmenu;
+    }
+    if (std::ranges::count(difference.reshapedMenus, now.id) > 0) {
+        std::vector<ItemSnapshot> items;
+        for (const auto& item : now.items)
+            items.push_back(child(shown, item.id) != nullptr ? *child(shown, item.id) : item);
+        EXPECT_NE(std::exchange(shown.items, items), items) << "the same shape";
+    }
+    for (auto& item : shown.items)
+        if (const auto* same = child(now, item.id))
+            apply(difference, *same, item);
+}
+
+// An item's title and action never change.
+using Identities = std::map<ItemId, std::pair<std::string, Action>>;
+
+// All items of a menu by their ids, none of which may be there twice.
+void collect(const ItemSnapshot& menu, Identities& items)
+{
+    for (const auto& item : menu.items) {
+        EXPECT_TRUE(items.try_emplace(item.id, item.properties.title, item.properties.action).second)
+            << item.id;
+        collect(item, items);
+    }
+}
+
+TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
+{
+    MenuModel model;
+    RandomHand hand{model};
+    auto shown = takeSnapshot(model);
+    Identities ever;
+    for (int round = 0; round < 600 && !HasFailure(); ++round) {
+        for (int acts = hand.upTo(3); acts >= 0; --acts)
+            hand.actOn(model.statusMenu());
+        const auto now = takeSnapshot(model);
+        const auto difference = diff(shown, now);
+        EXPECT_EQ(difference.isEmpty(), shown == now) << round;
+        EXPECT_TRUE(model.takeChanged() || shown == now) << round;
+        apply(difference, now, shown);
+        EXPECT_EQ(shown, now) << round;
+
+        Identities items;
+        collect(now, items);
+        for (const auto& [id, is] : items)
+            EXPECT_EQ(ever.try_emplace(id, is).first->second, is) << "given to another item: " << id;
+        for (const auto& [id, is] : ever)
+            EXPECT_EQ(model.itemWithId(id) != nullptr, items.contains(id)) << round << " " << id;
+    }
+    EXPECT_GT(ever.size(), 500U) << "too little has happened to prove anything";
+}
+
+} // namespace

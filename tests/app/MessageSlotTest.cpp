@@ -1,0 +1,111 @@
+// A backend message's way to the main thread, alone and through the application.
+#include "tests/app/Agent.h"
+
+#include <semaphore>
+
+namespace {
+
+using namespace Kest::App;
+using testing::ElementsAre;
+
+// Handed on in place of an older message, and once.
+std::string handedOn(const char* description)
+{
+    MessageSlot slot;
+    EXPECT_TRUE(slot.queueMsgFromBackend(1, 10, "older"));
+    EXPECT_FALSE(slot.queueMsgFromBackend(2, 20, description));
+    const auto message = slot.take().value();
+    EXPECT_TRUE(message.number == 2 && message.type == 20);
+    EXPECT_FALSE(slot.take());
+    return message.description;
+}
+
+TEST(MessageSlot, TakesInvalidTextForNoneAndCutsLongTextAtACharacter)
+{
+    EXPECT_EQ(handedOn("Zażółć €😀"), "Zażółć €😀");
+    EXPECT_EQ(handedOn(nullptr), "");
+    for (const char* text : {"\xFF", "name \xC3", "name \xE2\x82", "\x80", // no such byte, cut, no beginning
+                             "\xC0\xAF", "\xC1\x81", "\xE0\x80\xAF",       // longer than need be
+                             "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80"}) // no characters
+        EXPECT_EQ(handedOn(text), "") << testing::PrintToString(text);
+
+    for (std::size_t letters = 1012; letters <= 1024; ++letters)
+        for (const std::string character : {"é", "€", "😀"}) {
+            const auto text = std::string(letters, 'a') + character + "bcdefghijklm";
+            const bool fits = letters + character.size() <= 1022;
+            const auto kept = std::min<std::size_t>(fits ? text.size() : letters, 1022);
+            EXPECT_EQ(handedOn(text.c_str()), text.substr(0, kept)) << letters << character;
+        }
+}
+
+TEST(MessageSlot, LosesNoWakeUpAndHandsNothingOutTwice)
+{
+    constexpr int kMessages = 20000;
+    MessageSlot slot;
+    std::counting_semaphore<> jobs(0);
+    const auto send = [&](int type) {
+        for (int number = 1; number <= kMessages; ++number)
+            if (slot.queueMsgFromBackend(number, type, std::to_string(number * type).c_str()))
+                jobs.release();
+    };
+    std::map<int, int> newest;
+    int last = 0;
+    const auto handle = [&] {
+        while (const auto message = slot.take()) {
+            last = message->number;
+            EXPECT_GT(last, std::exchange(newest[message->type], last)) << "handed out twice";
+            EXPECT_EQ(message->description, std::to_string(last * message->type)) << "of two messages";
+        }
+    };
+    std::thread one(send, 1);
+    std::thread two(send, 2);
+    while (last < kMessages && jobs.try_acquire_for(std::chrono::seconds(20)))
+        handle();
+    one.join();
+    two.join();
+    while (jobs.try_acquire())
+        handle();
+    EXPECT_FALSE(slot.take()) << "a message without a wake-up";
+    EXPECT_EQ(last, kMessages) << "the last one was lost";
+}
+
+class BackendMessages : public testing::Test {
+protected:
+    BackendMessages() { agent.start(); }
+    void call(int number) { msg_from_backend_callback(&agent.delegate, number, 0, nullptr); }
+
+    Kest::Test::Agent agent;
+    const std::vector<std::string>& notes = agent.delegate.notes;
+};
+
+TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatComesMeanwhile)
+{
+    const auto changes = agent.frontEnd.changes;
+    agent.delegate.whenNoted = [&] {
+        agent.choose("DAW Link Control");
+        if (notes.size() == 1)
+            call(2);
+    };
+    for (const int number : {-5, -2, -7})
+        call(number);
+    msg_from_backend_callback(nullptr, -2, 0, "");
+    EXPECT_EQ(agent.frontEnd.runJobs(), 1);
+    EXPECT_THAT(notes, ElementsAre("No volume information is received", "Linking..."));
+    EXPECT_EQ(agent.frontEnd.changes, changes + 1) << "once a job";
+    agent.frontEnd.runJobs();
+    EXPECT_EQ(notes.size(), 2U) << "handled twice";
+}
+
+TEST_F(BackendMessages, ReachTheNotificationHookOnlyWhereTheyAreForTheUser)
+{
+    const auto changes = agent.frontEnd.changes;
+    for (int number = -12; number <= 120; ++number)
+        agent.delegate.receivedMsgFromBackend(number, number == 3 ? -1 : 0, "ignored");
+    agent.delegate.receivedMsgFromBackend(2, -1, "of a negative type");
+    EXPECT_THAT(notes, ElementsAre("No volume information is received",
+                                   "Audio is received on the Kest-Mixing Engine input bus",
+                                   "Press play to relink", "Linking..."));
+    EXPECT_EQ(agent.frontEnd.changes, changes) << "none leaves a trace in the menu";
+}
+
+} // namespace

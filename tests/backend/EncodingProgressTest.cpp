@@ -1,0 +1,141 @@
+// Encodings as they are reported through the real pipe, and the pipe's place in the file system.
+#include "tests/backend/BackendFixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace Kest::Test;
+using testing::ElementsAre;
+
+using EncodingProgress = BackendTest;
+
+std::string progress(int pid, int percentage)
+{
+    return "pid: " + std::to_string(pid) + " , P: " + std::to_string(percentage);
+}
+
+TEST_F(EncodingProgress, IsToldWithTheNameOfThePathThatCameBefore)
+{
+    start();
+    const Encoder encoder(fifo);
+    encoder.write("pid: 4711 , P: 37\npid: 4711 , ERROR: \npid: 4711 , path: /Out/Film.d/Film.v2.wav\n");
+    encoder.write("pid: 4711 , enc_type: Main\npid: 4711 , path:\npid: 4711 , P: -4\npid: 4711 , P: 38\n");
+    encoder.write("pid: 4711 , path: Film\npid: 4711 , P: 39\npid: 9 , path: /x.y/A\npid: 9 , P: 0\n");
+    EXPECT_THAT(heard(7), ElementsAre("37 4711 null", "-1 4711 null", "-1 4711 'Film.v2'",
+                                      "-1 4711 'Film.v2'", "38 4711 'Film.v2'", "39 4711 'Film'", "0 9 'A'"));
+
+    const auto known = backend->getEncodingStatus(4711);
+    EXPECT_EQ(known.pid, 4711);
+    EXPECT_EQ(known.percentage, 39);
+    EXPECT_EQ(known.encType + " " + known.path + " " + known.name, "Main Film Film");
+    EXPECT_STREQ(known.nameText, "Film");
+    EXPECT_EQ(known.errorCount, -3);
+    const auto unknown = backend->getEncodingStatus(4712);
+    EXPECT_EQ(unknown.pid, 0);
+    EXPECT_EQ(unknown.percentage, -1);
+    EXPECT_EQ(unknown.encType + unknown.path + unknown.name, "");
+    EXPECT_EQ(unknown.nameText, nullptr);
+    EXPECT_EQ(unknown.errorCount, 0);
+}
+
+TEST_F(EncodingProgress, IsReadFromLinesCutAnywhereAndOfAnyLineEnd)
+{
+    start();
+    const Encoder encoder(fifo);
+    std::size_t count = 0;
+    for (const auto& lineEnd :
+         {std::string("\n"), std::string("\r\n"), std::string("\r"), std::string(1, '\0')}) {
+        const auto line = progress(4711, 37) + lineEnd;
+        for (std::size_t cut = 0; cut <= line.size(); ++cut) {
+            encoder.write(line.substr(0, cut));
+            encoder.drain();
+            encoder.write(line.substr(cut));
+            ASSERT_EQ(heard(++count).size(), count) << cut;
+        }
+    }
+    EXPECT_THAT(heard(), testing::Each("37 4711 null"));
+    EXPECT_EQ(backend->getEncodingStatus(4711).errorCount, 0);
+}
+
+TEST_F(EncodingProgress, ComesFromSeveralWritersAtOnce)
+{
+    start();
+    std::vector<std::thread> writers;
+    for (int pid = 1; pid <= 4; ++pid)
+        writers.emplace_back([this, pid] {
+            const Encoder encoder(fifo);
+            for (int i = 0; i < 200; ++i)
+                encoder.write(progress(pid, i) + '\n');
+        });
+    for (auto& writer : writers)
+        writer.join();
+
+    int next[5] = {};
+    for (const auto& message : heard(800)) {
+        const int pid = message[message.find(' ') + 1] - '0';
+        EXPECT_EQ(message, std::to_string(next[pid]++) + " " + std::to_string(pid) + " null");
+    }
+}
+
+TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
+{
+    start();
+    const Encoder encoder(fifo);
+    const auto padded = [](int pid, std::size_t bytes) {
+        auto line = progress(pid, pid);
+        line.resize(bytes, ' ');
+        return line;
+    };
+    testing::internal::CaptureStderr();
+    // Neither the first 4096 bytes of a line nor what is behind them are a line.
+    encoder.write(padded(1, 4096) + '\n' + padded(2, 4097) + '\n' + padded(3, 40000) + '\n' + progress(4, 4) +
+                  '\n' + padded(5, 4096) + progress(6, 6) + '\n' + progress(7, 7) + '\n');
+    EXPECT_THAT(heard(3), ElementsAre("1 1 null", "4 4 null", "7 7 null"));
+    EXPECT_EQ(occurrences(testing::internal::GetCapturedStderr(), "dropped\n"), 3);
+
+    testing::internal::CaptureStderr();
+    const auto longest = "/x/" + std::string(1020, 'p');
+    encoder.write("pid: 8 , path: " + longest + "\npid: 8 , path: " + longest + "p\n" + progress(8, 5) +
+                  "\n");
+    EXPECT_EQ(heard(4).back(), "5 8 '" + longest.substr(3) + "'");
+    EXPECT_EQ(backend->getEncodingStatus(8).path, longest);
+    EXPECT_EQ(occurrences(testing::internal::GetCapturedStderr(), "<ERRO>"), 1);
+}
+
+TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
+{
+    writeFile(place.folder / "target", "kept");
+    const std::function<void()> others[] = {
+        [] {},
+        [this] { writeFile(fifo, "another's"); },
+        [this] { mkfifo(fifo.c_str(), 0600); },
+        [this] { fs::create_symlink(place.folder / "target", fifo); },
+        [this] { fs::create_symlink(place.folder / "missing", fifo); },
+    };
+    const auto umaskBefore = umask(077);
+    for (const auto& putOther : others) {
+        putOther(); // left over from before
+        start();
+        Encoder(fifo).drain();
+        backend.reset();
+        EXPECT_FALSE(fs::exists(fs::symlink_status(fifo))) << "its own pipe goes with it";
+
+        start();
+        forget();
+        const Encoder encoder(fifo);
+        EXPECT_TRUE(eventually([this] { return (statusOf(fifo).st_mode & 0777) == 0666; }))
+            << "encoders of other users report too";
+        fs::remove(fifo);
+        putOther(); // and put there meanwhile
+        encoder.write(progress(1, 5) + '\n');
+        EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
+        const bool isOther = fs::exists(fs::symlink_status(fifo));
+        backend.reset();
+        EXPECT_EQ(fs::remove(fifo), isOther) << "and nothing else does";
+    }
+    umask(umaskBefore);
+    EXPECT_EQ(readFile(place.folder / "target"), "kept");
+    EXPECT_FALSE(fs::exists(place.folder / "missing"));
+}
+
+} // namespace

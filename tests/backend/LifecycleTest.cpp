@@ -1,0 +1,97 @@
+// How the Backend begins and, above all, how it ends: promptly, and without a trace.
+#include "tests/backend/BackendFixture.h"
+
+#include <pwd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace Kest::Test;
+using namespace std::chrono_literals;
+
+class Lifecycle : public BackendTest {
+protected:
+    void floodWith(int pid)
+    {
+        writers.emplace_back([this, pid] {
+            const Encoder encoder(fifo);
+            std::string lines; // more than the pipe holds, so that it is always full
+            while (lines.size() < 1000000)
+                lines += "pid: " + std::to_string(pid) + " , path: /x/Film.wav\n";
+            while (encoder.write(lines)) // as long as somebody reads
+                ;
+        });
+        EXPECT_TRUE(eventually([&] { return backend->getEncodingStatus(pid).pid == pid; }));
+    }
+
+    const std::string marker = place.paths.lastUserMarker;
+    std::vector<std::thread> writers;
+};
+
+TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
+{
+    place.startHost().putBus(10, "bus-1", "Dialog");
+    const std::function<void()> states[] = {
+        [] {},   // it has just begun
+        [this] { // both threads wait, one within a line
+            Encoder(fifo).write("pid: 4711 , P:");
+            EXPECT_TRUE(
+                eventually([this] { return busNames().size() == 2 && place.session->attachments() == 1; }));
+        },
+        [this] { // the pipe's place is taken
+            const Encoder encoder(fifo);
+            fs::remove(fifo);
+            writeFile(fifo, "another's");
+        },
+        [this] {
+            floodWith(1);
+            floodWith(2);
+        },
+    };
+    std::thread([] {}).join(); // a sanitizer's own thread comes with the first
+    const auto threads = threadCount();
+    for (const auto& state : states) {
+        for (int i = 0; i < 20; ++i) {
+            start(1h);
+            state();
+            const auto begin = std::chrono::steady_clock::now();
+            backend.reset();
+            // Wanted is less than 100 ms; a second is what no scheduler and no sanitizer makes of it.
+            EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s) << &state - states;
+            for (auto& writer : writers)
+                writer.join();
+            writers.clear();
+            EXPECT_TRUE(eventually([&] { return threadCount() == threads; })) << &state - states;
+        }
+    }
+}
+
+TEST_F(Lifecycle, NamesTheLastUserInAFileOfItsOwnThatEverybodyMayOverwrite)
+{
+    const auto target = place.folder / "target";
+    const std::function<void()> others[] = {
+        [] {},
+        [&] { writeFile(marker, "somebody with a very long name\nand another line\n"); },
+        [&] { fs::create_symlink(target, marker); },
+        [&] { fs::create_symlink(place.folder / "missing", marker); },
+        [&] { fs::create_hard_link(target, marker); },
+        [&] { mkfifo(marker.c_str(), 0600); },
+    };
+    const auto umaskBefore = umask(077);
+    writeFile(target, "kept");
+    for (const auto& putOther : others) {
+        putOther();
+        start();
+        if (&putOther - others < 2) {
+            EXPECT_EQ(readFile(marker), std::string(getpwuid(geteuid())->pw_name) + "\n");
+            EXPECT_EQ(statusOf(marker).st_mode & 0777, 0666u);
+        }
+        EXPECT_TRUE(fs::remove(marker));
+    }
+    umask(umaskBefore);
+    EXPECT_EQ(readFile(target), "kept");
+    EXPECT_EQ(statusOf(target).st_mode & 0777, 0600u);
+    EXPECT_FALSE(fs::exists(place.folder / "missing"));
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+// What the session monitor tells of the host, and the buses that it finds there.
+#include "tests/backend/BackendFixture.h"
+
+#include <cmath>
+
+namespace {
+
+using namespace Kest::Test;
+using testing::ElementsAre;
+
+const std::string kBusListChanged = "3 0 ''";
+constexpr std::size_t kDefaultBus = 3458152;
+
+class SessionMonitor : public BackendTest {
+protected:
+    void post(float message) { place.session->putFloat(agentByte(300), message); }
+};
+
+TEST_F(SessionMonitor, PassesEachNewMessageOfTheHostOnOnceAndRounded)
+{
+    place.startHost();
+    start();
+    for (const float message : {NAN, INFINITY, -1e20F, -7.0F, -7.0F, 1.0F, 2.6F, 3.4F, -2.5F, 0.4F}) {
+        post(message);
+        awaitWholePass();
+    }
+    EXPECT_THAT(heard(), ElementsAre("-7 0 ''", "1 0 ''", "3 0 ''", "-3 0 ''", "0 0 ''"));
+
+    auto* listener = backend->messageCallback.exchange(nullptr);
+    post(-9);
+    awaitWholePass();
+    backend->messageCallback = listener;
+    awaitWholePass();
+    EXPECT_EQ(heard().size(), 5u) << "what nobody heard is not told later";
+}
+
+TEST_F(SessionMonitor, TellsInEveryPassOfTwoBusesWithOneName)
+{
+    auto& session = place.startHost();
+    session.putBus(10, "bus-1", "Dialog");
+    session.putBus(11, "bus-2", "Dialog");
+    start();
+    EXPECT_THAT(heard(6), testing::Each(kBusListChanged));
+    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Dialog"));
+    backend->setDefaultKestBus("Main Bus"); // no bus of that name
+    EXPECT_EQ(session.textAt(kDefaultBus), "");
+    backend->setDefaultKestBus("Dialog");
+    EXPECT_EQ(session.textAt(kDefaultBus), "bus-1");
+
+    session.removeClient(11);
+    awaitWholePass();
+    forget();
+    awaitWholePass();
+    EXPECT_THAT(heard(), ElementsAre());
+}
+
+TEST_F(SessionMonitor, TellsOnceOfABusThatIsNewRenamedReplacedOrGone)
+{
+    auto& session = place.startHost();
+    start();
+    const std::pair<std::function<void()>, std::string> changes[] = {
+        {[&] { session.putBus(10, "bus-1", "Bus A"); }, "Bus A"},
+        {[&] { session.putText(RawSegment::slot(10) + 72, "Bus B"); }, "Bus B"},
+        {[&] { session.putText(RawSegment::slot(10), "bus-2"); }, "Bus B"},
+        {[&] { session.removeClient(10); }, "Main Bus"},
+    };
+    for (const auto& [change, last] : changes) {
+        forget();
+        change();
+        awaitWholePass();
+        awaitWholePass();
+        EXPECT_THAT(heard(), ElementsAre(kBusListChanged)) << last;
+        EXPECT_EQ(busNames().back(), last);
+    }
+}
+
+TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
+{
+    start();
+    awaitWholePass();
+    place.startHost().putBus(10, "bus-1", "Dialog");
+    heard(1);
+    post(-7);
+    EXPECT_THAT(heard(2), ElementsAre(kBusListChanged, "-7 0 ''"));
+
+    place.stopHost();
+    awaitWholePass();
+    EXPECT_EQ(heard().size(), 2u) << "no host is no news";
+    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Dialog"));
+    forget();
+    place.startHost(); // with no bus, and message 0
+    EXPECT_THAT(heard(2), testing::UnorderedElementsAre(kBusListChanged, "0 0 ''"));
+    place.session->putBus(12, "bus-9", "Dialog");
+    heard(3);
+    backend->setDefaultKestBus("Dialog");
+    EXPECT_EQ(place.session->textAt(kDefaultBus), "bus-9");
+}
+
+TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByte)
+{
+    auto& session = place.startHost();
+    const std::string macRoman = "\x8E\x9F\xCA"; // bytes that are not UTF-8
+    const std::string longest(64, 'L');          // no room for a terminator
+    int slot = 20;
+    const std::vector<std::string> labels{"Zeta", macRoman, "alpha", "Main Bus", longest, "Alpha", "Main"};
+    for (const auto& label : labels)
+        session.putBus(--slot, "id of " + label, label);
+    start();
+    awaitWholePass();
+    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Alpha", longest, "Main", "Zeta", "alpha", macRoman));
+
+    for (const auto& name : {macRoman, longest, std::string("Main Bus")}) {
+        std::fill_n(session.bytes() + kDefaultBus, 65, static_cast<unsigned char>(0xEE));
+        auto wanted = sessionBytes();
+        auto id = ("id of " + name).substr(0, 64);
+        id.resize(65);
+        wanted.replace(kDefaultBus, 65, id);
+        backend->setDefaultKestBus(name.c_str());
+        EXPECT_TRUE(sessionBytes() == wanted) << name;
+    }
+    session.putText(kDefaultBus, "before");
+    for (const char* none : {static_cast<const char*>(nullptr), "Music", "", "bus"})
+        backend->setDefaultKestBus(none);
+    EXPECT_EQ(session.textAt(kDefaultBus), "before");
+    place.stopHost();
+    backend->setDefaultKestBus("Zeta"); // nobody to tell, and not remembered
+    EXPECT_EQ(place.startHost().textAt(kDefaultBus), "");
+}
+
+} // namespace

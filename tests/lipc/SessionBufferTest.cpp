@@ -1,0 +1,197 @@
+// The registry: its layout against records written by literal offsets, the lookups, copies of records, the
+// double-buffered texts to the byte, and the numeric functions.
+#include "lipc/SessionBuffer.h"
+
+#include "lipc/Numeric.h"
+#include "lipc/ShmManaged.h"
+#include "tests/support/RawSegment.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <string>
+
+namespace {
+
+using Kest::Test::RawSegment;
+
+class SessionBuffer : public testing::Test {
+protected:
+    ~SessionBuffer() override { unlink(("/tmp/LIPC_" + name).c_str()); }
+
+    /// A record with a value of its own in every field, by offset.
+    void fill(int index)
+    {
+        const auto slot = 1120 + 3376 * static_cast<std::size_t>(index);
+        raw.putText(slot, "bus-7");
+        raw.putInt(slot + 68, 0x4B425553);
+        raw.putText(slot + 72, std::string(64, 'L')); // its terminator is overwritten: it has none
+        raw.putInt(slot + 136, 0x11223344);
+        raw.putInt(slot + 140, 0x77885566);
+        for (std::size_t n = 0; n < 128; ++n)
+            raw.putFloat(slot + 144 + 4 * n, static_cast<float>(n) + 0.5F);
+        for (std::size_t k = 0; k < 10; ++k) {
+            raw.putText(slot + 656 + 272 * k + 8 + 128, "text " + std::to_string(k));
+            raw.putInt(slot + 656 + 272 * k + 264, 1);
+        }
+    }
+    std::string record(int index) const
+    {
+        return {reinterpret_cast<const char*>(&session.clients[index]), 3376};
+    }
+
+    const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
+    RawSegment raw{name, RawSegment::kSessionBytes};
+    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> open{name.c_str()};
+    LIPC::SessionBuffer& session{*open.contents()};
+};
+
+void expectFilled(const LIPC::ClientEntry& client)
+{
+    EXPECT_EQ(client.id.text(), "bus-7");
+    EXPECT_EQ(client.type, LIPC::kBusType);
+    EXPECT_EQ(client.labelText(), std::string(64, 'L'));
+    EXPECT_EQ(client.aux32, 0x11223344u);
+    EXPECT_EQ(client.auxA16, 0x5566u);
+    EXPECT_EQ(client.auxB16, 0x7788u);
+    for (int n = 0; n < 128; ++n)
+        EXPECT_EQ(client.params[n], static_cast<float>(n) + 0.5F);
+    for (int k = 0; k < 10; ++k)
+        EXPECT_EQ(client.strings[k].text(), "text " + std::to_string(k));
+}
+
+TEST_F(SessionBuffer, ReadsAndWritesTheBytesThatTheHostDoes)
+{
+    for (const int index : {0, 517, 1023}) {
+        fill(index);
+        expectFilled(session.clients[index]);
+    }
+    auto& client = session.clients[1022];
+    client.id = LIPC::ClientID("bus-7");
+    client.type = LIPC::kBusType;
+    std::ranges::fill(client.label, 'L');
+    client.aux32 = 0x11223344;
+    client.auxA16 = 0x5566;
+    client.auxB16 = 0x7788;
+    for (int n = 0; n < 128; ++n)
+        client.params[n] = static_cast<float>(n) + 0.5F;
+    for (int k = 0; k < 10; ++k)
+        client.strings[k].put(("text " + std::to_string(k)).c_str(), 6);
+    EXPECT_TRUE(record(1022) == record(1023));
+
+    session.defaultBus = LIPC::ClientID("bus-7");
+    EXPECT_EQ(raw.textAt(3458152), "bus-7");
+    EXPECT_EQ(LIPC::kMixEngineType, 0x4B4D4958);
+}
+
+TEST_F(SessionBuffer, FindsTheFirstRecordOfAName)
+{
+    EXPECT_EQ(session.getClientEntry("KestSettings"), nullptr);
+    for (const int index : {1023, 4}) {
+        raw.putAgentRecord(index);
+        EXPECT_EQ(session.getClientEntry("KestSettings"), &session.clients[index]);
+    }
+    EXPECT_EQ(session.getClientEntry("KestSetting"), nullptr);
+    EXPECT_EQ(session.getClientEntry("KestSettings2"), nullptr);
+
+    raw.putText(RawSegment::slot(9), std::string(80, 'n')); // no terminator within the field
+    for (const auto length : {64u, 65u, 70u})
+        EXPECT_EQ(session.getClientEntry(std::string(length, 'n').c_str()), &session.clients[9]) << length;
+    EXPECT_EQ(session.getClientEntry(std::string(63, 'n').c_str()), nullptr);
+    EXPECT_EQ(session.clients[9].id.text().size(), 64u);
+}
+
+TEST_F(SessionBuffer, CopiesTheRecordsOfATypeInSlotOrderWithoutLeavingTheirFields)
+{
+    raw.putBus(1023, "last", "");
+    raw.putInt(RawSegment::slot(7) + 68, 0x4B4D4958); // of another type
+    fill(2);
+    fill(3);
+    const auto text = RawSegment::slot(3) + 656;
+    std::fill_n(raw.bytes() + text + 8, 128, 't'); // slot 0 of text 0, without a terminator
+    raw.putInt(text + 264, 0);
+    raw.putInt(text + 272 + 264, 99); // the index of text 1
+
+    std::deque<LIPC::ClientEntry> buses(5); // what it holds already goes
+    ASSERT_EQ(session.getClientEntries(LIPC::kBusType, buses), 3);
+    ASSERT_EQ(buses.size(), 3u);
+    const auto original = record(2);
+    std::fill_n(raw.bytes() + RawSegment::slot(2), 2 * 3376, static_cast<unsigned char>(0xEE));
+    expectFilled(buses[0]);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&buses[0]), 3376), original)
+        << "slot 1 has each text";
+    EXPECT_EQ(buses[1].strings[0].text(), std::string(128, 't'));
+    EXPECT_EQ(buses[1].strings[1].text(), "");
+    EXPECT_EQ(buses[2].id.text(), "last");
+    EXPECT_EQ(session.getClientEntries(-1, buses), 0);
+}
+
+/// A field in the memory of another process, with guards on both sides; all that is not set is 0xEE.
+struct Field {
+    explicit Field(std::int32_t current)
+    {
+        std::memset(bytes, 0xEE, sizeof bytes);
+        std::memcpy(&bytes[16 + 264], &current, sizeof current);
+    }
+    LIPC::SHMString& text() { return *reinterpret_cast<LIPC::SHMString*>(&bytes[16]); }
+    std::string all() const { return {bytes, sizeof bytes}; }
+
+    alignas(8) char bytes[16 + 272 + 16];
+};
+
+TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)
+{
+    struct Case {
+        std::int32_t before;
+        std::size_t characters;
+        int length; // as the caller counts
+        std::int32_t after;
+        std::size_t published;
+    };
+    const Case cases[] = {
+        {0, 20, 20, 1, 20},    {1, 20, 20, 0, 20},       {0, 127, 127, 1, 127},       {1, 127, 127, 0, 127},
+        {0, 128, 128, 1, 128}, {1, 128, 128, 0, 128},    {0, 129, 129, 1, 127},       {1, 129, 129, 0, 127},
+        {0, 200, 200, 1, 127}, {1, 200, 200, 0, 127},    {0, 200, 100, 1, 127},       {1, 200, 100, 0, 127},
+        {2, 20, 20, 1, 20},    {7, 20, 20, 0, 20},       {-1, 128, 128, 0, 128},      {-2, 200, 200, 1, 127},
+        {0, 0, 0, 1, 0},       {INT_MAX, 20, 20, 0, 20}, {INT_MIN, 128, 128, 1, 128},
+    };
+    for (const auto& c : cases) {
+        const std::string text(c.characters, 'x');
+        const auto published = text.substr(0, c.published);
+        Field field(c.before);
+        Field wanted(c.after);
+        // The terminator of 128 characters falls behind the slot: into the other one, or where the index is.
+        const auto end = published.size() + (c.after == 1 && c.published == 128 ? 0 : 1);
+        std::memcpy(&wanted.bytes[16 + 8 + 128 * c.after], published.c_str(), end);
+
+        field.text().put(text.c_str(), c.length);
+        EXPECT_EQ(field.all(), wanted.all()) << c.before << ' ' << c.characters << ' ' << c.length;
+        EXPECT_EQ(field.text().text(), published);
+    }
+}
+
+TEST(SHMString, IsReadWithinItsSlotAndAsEmptyWhereThereIsNoSlot)
+{
+    for (const int current : {0, 1})
+        EXPECT_EQ(Field(current).text().text(), std::string(128, '\xEE')) << current;
+    for (const int current : {2, -1, INT_MAX, INT_MIN})
+        EXPECT_EQ(Field(current).text().text(), "") << current;
+}
+
+TEST(Numeric, RoundsHalvesAwayFromZeroAndHearsNothingAtMinus144Decibels)
+{
+    const std::pair<float, int> cases[] = {{0.5F, 1},      {-0.5F, -1}, {0.49999997F, 0}, {2.5F, 3},
+                                           {-2.5F, -3},    {2.6F, 3},   {-7.0F, -7},      {3e9F, 0},
+                                           {-INFINITY, 0}, {NAN, 0}};
+    for (const auto& [value, rounded] : cases)
+        EXPECT_EQ(LIPC::round(value), rounded) << value;
+    EXPECT_EQ(LIPC::db2amplitude(0.0F), 1.0F);
+    EXPECT_FLOAT_EQ(LIPC::db2amplitude(-20.0F), 0.1F);
+    EXPECT_GT(LIPC::db2amplitude(-143.9F), 0.0F);
+    for (const float silent : {-144.0F, -1e9F, NAN})
+        EXPECT_EQ(LIPC::db2amplitude(silent), 0.0F) << silent;
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+// The main loop and starting programs, with real signals and processes.
+#include "platform/posix/MainLoop.h"
+#include "platform/posix/PosixWorkspace.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace Kest;
+
+TEST(MainLoop, RunsEachThreadsJobsInOrderUntilItQuits)
+{
+    Posix::MainLoop loop;
+    std::vector<int> ran[2];
+    const auto quit = [&] {
+        loop.post([&] { loop.quit(); });
+        loop.post([] { ADD_FAILURE() << "after the end"; });
+    };
+    const auto post = [&](int thread) {
+        for (int i = 0; i < 1000; ++i)
+            loop.post([&, thread, i] {
+                ran[thread].push_back(i);
+                if (ran[0].size() + ran[1].size() == 2000)
+                    quit();
+            });
+    };
+    std::thread one(post, 0);
+    std::thread two(post, 1);
+    loop.run();
+    one.join();
+    two.join();
+    for (const auto& jobs : ran)
+        EXPECT_TRUE(jobs.size() == 1000 && std::ranges::is_sorted(jobs));
+}
+
+TEST(MainLoop, EndsOnEachOfTheEndingSignals)
+{
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        Posix::MainLoop loop;
+        loop.post([signal] { raise(signal); });
+        loop.run(); // comes back
+    }
+}
+
+TEST(PosixWorkspace, StartsProgramsOnTheirOwnAndWaitsForTheShell)
+{
+    struct Workspace final : Posix::PosixWorkspace {
+        void selectFile(const std::string&) override {}
+        void showAboutPanel(const App::About&) override {}
+    } workspace;
+    const Kest::Test::TemporaryFolder folder;
+    EXPECT_FALSE(workspace.run(folder / "missing", {}));
+    EXPECT_FALSE(workspace.launchApplication(folder / "missing"));
+
+    const Posix::MainLoop ignoresSigpipe; // the agent's dispositions and session are not the program's
+    const auto script = "cd '" + folder.path().string() +
+                        "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
+    ASSERT_TRUE(workspace.run("/bin/sh", {"-c", script}));
+    ASSERT_TRUE(Kest::Test::eventually([&] { return std::filesystem::exists(folder / "out"); }));
+    int status = 0;
+    pid_t pid = 0;
+    std::istringstream(Kest::Test::readFile(folder / "out")) >> status >> pid;
+    EXPECT_EQ(status, 128 + SIGPIPE);
+    EXPECT_EQ(getsid(pid), pid);
+    kill(pid, SIGKILL);
+
+    workspace.runShellCommand("echo done > '" + (folder / "it is") + "'");
+    EXPECT_EQ(Kest::Test::readFile(folder / "it is"), "done\n");
+}
+
+} // namespace
