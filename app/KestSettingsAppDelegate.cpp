@@ -37,8 +37,8 @@ void KestSettingsAppDelegate::awakeFromNib()
     frontEnd.showStatusItem("Kestronics_Logo_19px");
 
     mBackend = std::make_unique<Settings::Backend>(systemPaths, monitorPeriod);
+    mBackend->messageContext = this; // before the callback, which drops what has no context
     mBackend->messageCallback = msg_from_backend_callback;
-    mBackend->messageContext = this;
 
     parts.emplace(outlets, *mBackend, workspace);
     parts->settings.showStoredChoices();

@@ -22,9 +22,16 @@ fs::path resolved(const std::string& path)
     return result.has_filename() ? result : result.parent_path(); // no slash at the end
 }
 
+// By name, and by what the names lead to: a bind mount is another name that no link shows.
 bool isOrContains(const fs::path& folder, const fs::path& home)
 {
-    return std::ranges::mismatch(folder, home).in1 == folder.end();
+    if (std::ranges::mismatch(folder, home).in1 == folder.end())
+        return true;
+    std::error_code absent;
+    for (auto above = home; above != above.parent_path(); above = above.parent_path())
+        if (fs::equivalent(folder, above, absent))
+            return true;
+    return false;
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "tools/k3dhost_simulator/Text.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace K3DHostSimulator {
