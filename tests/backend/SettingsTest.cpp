@@ -9,6 +9,7 @@ std::function<void()> beforeRename;
 } // namespace
 
 // The settings file gets into its place by a rename: this is the moment at which a choice is in the file.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved names
 extern "C" int rename(const char* from, const char* to) noexcept(noexcept(rename(from, to)))
 {
     if (beforeRename)
@@ -49,7 +50,7 @@ const Choice kChoices[] = {
 
 class SettingsStore : public BackendTest {
 protected:
-    ~SettingsStore() override { beforeRename = nullptr; }
+    void TearDown() override { beforeRename = nullptr; }
 
     /// Makes every choice and finds it in the file and nowhere else.
     void expectOnlyInFile()
@@ -194,12 +195,14 @@ TEST_F(SettingsStore, SetsADamagedFileAsideBeforeAnythingIsSaved)
 
 TEST_F(SettingsStore, TakesAFileThatWasEditedByHandForWell)
 {
-    const std::string header = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    const std::string row = "<VALUE name=\"SoloMode\" val=\"7\"/>";
-    for (const auto& text : {"<PROPERTIES>" + row + "</PROPERTIES>",
-                             header + "<PROPERTIES>\n<!-- solo -->\n" + row + "</PROPERTIES>",
-                             header + "<PROPERTIES><VALUE name='SoloMode' val='7'></VALUE></PROPERTIES>"})
+    const std::string row = R"(<VALUE name="SoloMode" val="7"/>)";
+    const std::string header = R"(<?xml version="1.0" encoding="UTF-8"?>)";
+    for (const auto& body :
+         {row, "\n<!-- solo -->\n" + row, std::string("<VALUE name='SoloMode' val='7'></VALUE>")}) {
+        const auto text = "<PROPERTIES>" + body + "</PROPERTIES>";
         EXPECT_TRUE(Kest::Settings::isSettingsText(text)) << text;
+        EXPECT_TRUE(Kest::Settings::isSettingsText(header + text)) << text;
+    }
 }
 
 } // namespace

@@ -19,8 +19,6 @@ using Kest::Test::RawSegment;
 
 class SessionBuffer : public testing::Test {
 protected:
-    ~SessionBuffer() override { unlink(("/tmp/LIPC_" + name).c_str()); }
-
     /// A record with a value of its own in every field, by offset.
     void fill(int index)
     {
@@ -43,6 +41,7 @@ protected:
     }
 
     const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
+    const Kest::Test::MarkerRemover remover{name};
     RawSegment raw{name, RawSegment::kSessionBytes};
     const LIPC::ShmManagedOpen<LIPC::SessionBuffer> open{name.c_str()};
     LIPC::SessionBuffer& session{*open.contents()};
@@ -138,7 +137,7 @@ struct Field {
     LIPC::SHMString& text() { return *reinterpret_cast<LIPC::SHMString*>(&bytes[16]); }
     std::string all() const { return {bytes, sizeof bytes}; }
 
-    alignas(8) char bytes[16 + 272 + 16];
+    alignas(8) char bytes[16 + 272 + 16] = {};
 };
 
 TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)

@@ -20,7 +20,7 @@ using namespace Kest::Test;
 
 class Segment : public testing::Test {
 protected:
-    ~Segment() override { unlink(marker.c_str()); }
+    void TearDown() override { unlink(marker.c_str()); }
 
     /// Whether a segment of that size is attached. Looks at its attachments meanwhile and afterwards.
     template <typename Layout>

@@ -20,12 +20,14 @@ std::string systemLog;
 } // namespace
 
 // This program's own clock and system log, in place of the C library's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved names
 extern "C" int gettimeofday(timeval* time, void* /*zone*/) noexcept(noexcept(gettimeofday(time, nullptr)))
 {
     *time = {1772373909, microseconds}; // 2026-03-01 14:05:09
     return 0;
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" void syslog(int priority, const char* format, ...)
 {
     char text[8192];

@@ -14,6 +14,19 @@
 
 namespace Kest::Test {
 
+/// Removes a segment's key file. Outlives the segment: the file's place on the disk, which the key is made
+/// of, may be another test's a moment later.
+class MarkerRemover {
+public:
+    explicit MarkerRemover(const std::string& name) : marker("/tmp/LIPC_" + name) {}
+    ~MarkerRemover() { unlink(marker.c_str()); }
+    MarkerRemover(const MarkerRemover&) = delete;
+    MarkerRemover& operator=(const MarkerRemover&) = delete;
+
+private:
+    const std::string marker;
+};
+
 class RawSegment {
 public:
     static constexpr std::size_t kSessionBytes = 3458217;
@@ -21,12 +34,11 @@ public:
     static constexpr std::size_t kSlotBytes = 3376;
 
     /// Makes the segment of that name, all zeros.
-    RawSegment(const std::string& name, std::size_t bytes) : marker("/tmp/LIPC_" + name)
+    RawSegment(const std::string& name, std::size_t bytes)
+        : marker("/tmp/LIPC_" + name), id(make(marker, bytes))
     {
-        std::ofstream(marker, std::ios::app).close();
-        id = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
         void* attached = id < 0 ? nullptr : shmat(id, nullptr, 0);
-        if (id < 0 || attached == reinterpret_cast<void*>(-1))
+        if (id < 0 || reinterpret_cast<std::intptr_t>(attached) == -1)
             throw std::runtime_error("no segment " + name);
         memory = static_cast<unsigned char*>(attached);
     }
@@ -87,8 +99,14 @@ public:
     }
 
 private:
+    static int make(const std::string& marker, std::size_t bytes)
+    {
+        std::ofstream(marker, std::ios::app).close();
+        return shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+    }
+
     std::string marker;
-    int id = -1;
+    int id;
     unsigned char* memory = nullptr;
 };
 

@@ -1,11 +1,11 @@
 // A folder of a test's own, removed with all that is in it.
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <stdlib.h>
 #include <string>
 
 namespace Kest::Test {
