@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/shm.h>
 #include <unistd.h>
 
@@ -37,16 +38,13 @@ public:
     RawSegment(const std::string& name, std::size_t bytes)
         : marker("/tmp/LIPC_" + name), id(make(marker, bytes))
     {
-        void* attached = id < 0 ? nullptr : shmat(id, nullptr, 0);
+        void* attached = id < 0 ? nullptr : shmat(id, addressOfItsOwn(bytes), SHM_REMAP);
         if (id < 0 || reinterpret_cast<std::intptr_t>(attached) == -1)
             throw std::runtime_error("no segment " + name);
         memory = static_cast<unsigned char*>(attached);
     }
-    ~RawSegment()
-    {
-        shmdt(memory);
-        shmctl(id, IPC_RMID, nullptr);
-    }
+    /// Stays attached until the process ends, so that nothing else gets the address.
+    ~RawSegment() { shmctl(id, IPC_RMID, nullptr); }
     RawSegment(const RawSegment&) = delete;
     RawSegment& operator=(const RawSegment&) = delete;
 
@@ -99,6 +97,12 @@ public:
     }
 
 private:
+    // Where no other segment has been: the thread sanitizer does not know shmdt, and takes what a thread read
+    // in a segment that was here before for a race.
+    static void* addressOfItsOwn(std::size_t bytes)
+    {
+        return mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    }
     static int make(const std::string& marker, std::size_t bytes)
     {
         std::ofstream(marker, std::ios::app).close();
