@@ -1,6 +1,8 @@
 // What the application asks of the platform that it runs on.
 #pragma once
 
+#include "app/About.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -23,13 +25,6 @@ public:
     virtual void quit() = 0;
 };
 
-/// What the about panel tells.
-struct About {
-    std::string name;
-    std::string version;
-    std::string licence;
-};
-
 /// Services of the desktop. Main thread only; none waits for a program that it starts, but the shell.
 class Workspace {
 public:
@@ -41,6 +36,8 @@ public:
     virtual bool launchApplication(const std::string& path) = 0;
     /// Shows a folder where the user looks at files, selected in the folder that it is in.
     virtual void selectFile(const std::string& folder) = 0;
+    /// Where there is none, the menu itself tells what it would.
+    virtual bool hasAboutPanel() const { return true; }
     virtual void showAboutPanel(const About& about) = 0;
     /// Runs a command with the shell and waits for it, so that a second one finds the first one done.
     virtual void runShellCommand(const std::string& command) = 0;

@@ -1,5 +1,7 @@
 #include "app/InterfaceDescription.h"
 
+#include "app/About.h"
+
 namespace Kest::App {
 namespace {
 
@@ -18,7 +20,7 @@ struct Row {
     Row& menuAs(Menu* Outlets::*outlet) { return menuOutlet = outlet, *this; }
 };
 
-Row item(const char* title, Action action, Mark mark = Mark::none)
+Row item(const std::string& title, Action action, Mark mark = Mark::none)
 {
     Row row;
     row.properties.title = title;
@@ -45,8 +47,19 @@ Row submenu(const char* title, std::vector<Row> rows = {})
     return row;
 }
 
+constexpr char kAboutTitle[] = "About Kest Settings";
+
+std::vector<Row> aboutRows()
+{
+    return {
+        item(about().name, Action::none).greyed(),
+        item("Version " + about().version, Action::none).greyed(),
+        item("Licence " + about().licence, Action::none).greyed(),
+    };
+}
+
 // To add an item: a line here, an `Action` for what it does, and a line in the delegate's `perform`.
-std::vector<Row> statusMenuRows()
+std::vector<Row> statusMenuRows(bool hasAboutPanel)
 {
     // clang-format off
     using A = Action;
@@ -95,7 +108,7 @@ std::vector<Row> statusMenuRows()
         item("Open Uninstaller", A::openUninstaller).as(&O::mUninstall),
 
         separator(),
-        item("About Kest Settings", A::showAboutDialog),
+        hasAboutPanel ? item(kAboutTitle, A::showAboutDialog) : submenu(kAboutTitle, aboutRows()),
         item("Quit Kest Settings", A::terminate),
     };
     // clang-format on
@@ -126,10 +139,10 @@ void fill(Menu& menu, const std::vector<Row>& rows, MenuModel& model, Outlets& o
 
 } // namespace
 
-Outlets loadInterface(MenuModel& model)
+Outlets loadInterface(MenuModel& model, bool hasAboutPanel)
 {
     Outlets outlets;
-    fill(model.statusMenu(), statusMenuRows(), model, outlets);
+    fill(model.statusMenu(), statusMenuRows(hasAboutPanel), model, outlets);
     outlets.mEncodingSubMenu = std::make_unique<Menu>(model);
     fill(*outlets.mEncodingSubMenu, encodingRows(), model, outlets);
     return outlets;

@@ -39,7 +39,7 @@ struct Outlets {
 /// The tag of the abort item in `mEncodingSubMenu`.
 constexpr int kAbortTag = 2;
 
-/// Fills the empty status menu.
-Outlets loadInterface(MenuModel& model);
+/// Fills the empty status menu. Without an about panel, the about item is a submenu of plain lines.
+Outlets loadInterface(MenuModel& model, bool hasAboutPanel);
 
 } // namespace Kest::App

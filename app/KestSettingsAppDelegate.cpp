@@ -33,7 +33,7 @@ KestSettingsAppDelegate::~KestSettingsAppDelegate() = default;
 void KestSettingsAppDelegate::awakeFromNib()
 {
     const Job job(*this);
-    outlets = loadInterface(model);
+    outlets = loadInterface(model, workspace.hasAboutPanel());
     frontEnd.showStatusItem("Kestronics_Logo_19px");
 
     mBackend = std::make_unique<Settings::Backend>(systemPaths, monitorPeriod);

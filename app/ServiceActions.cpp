@@ -11,10 +11,7 @@ void ServiceActions::restartService()
     (void)workspace.run(paths.restartCommand, {});
 }
 
-void ServiceActions::showAboutDialog()
-{
-    workspace.showAboutPanel({"Kest Settings", KEST_VERSION, "GPL-3.0-or-later"});
-}
+void ServiceActions::showAboutDialog() { workspace.showAboutPanel(about()); }
 
 void ServiceActions::openUninstaller()
 {

@@ -91,13 +91,17 @@ void MainLoop::run()
         pollfd watched[] = {{wakeUpRead, POLLIN, 0}, {input, POLLIN, 0}}; // poll skips a descriptor of -1
         if (poll(watched, 2, -1) < 0)
             continue;
-        if (watched[0].revents != 0) {
-            drainWakeUps();
-            runJobs();
-        }
+        if (watched[0].revents != 0)
+            dispatchWakeUps();
         if (watched[1].revents != 0 && !quitting)
             inputReadable();
     }
+}
+
+void MainLoop::dispatchWakeUps()
+{
+    drainWakeUps();
+    runJobs();
 }
 
 void MainLoop::drainWakeUps()

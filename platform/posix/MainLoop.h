@@ -27,6 +27,10 @@ public:
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }
 
+    // For another loop that runs in place of this one: what it watches for, and what it then does.
+    int wakeUpDescriptor() const { return wakeUpRead; }
+    void dispatchWakeUps();
+
 private:
     void drainWakeUps();
     void runJobs();

@@ -1,0 +1,16 @@
+// What the agent says of itself.
+#pragma once
+
+#include <string>
+
+namespace Kest::App {
+
+struct About {
+    std::string name;
+    std::string version;
+    std::string licence;
+};
+
+const About& about();
+
+} // namespace Kest::App

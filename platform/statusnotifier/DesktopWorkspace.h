@@ -1,0 +1,31 @@
+// The services of a Linux desktop, asked for on the session bus.
+#pragma once
+
+#include "platform/posix/PosixWorkspace.h"
+#include "platform/statusnotifier/Bus.h"
+
+namespace Kest::StatusNotifier {
+
+/// Main thread only. The bus outlives it.
+class DesktopWorkspace final : public Posix::PosixWorkspace {
+public:
+    explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
+
+    /// In the desktop's file manager; where there is none on the bus, whatever opens folders.
+    void selectFile(const std::string& folder) override;
+    bool hasAboutPanel() const override { return false; } // the agent shows no dialogs
+    void showAboutPanel(const App::About&) override {}
+
+    // Called by sd-bus.
+    void fileManagerAnswered(bool shown);
+
+private:
+    sd_bus* bus;
+    SlotPtr pendingCall;
+    std::string pendingFolder;
+};
+
+/// A path as a "file:" address; everything but letters, digits and "-._~/" is escaped.
+std::string fileUri(const std::string& path);
+
+} // namespace Kest::StatusNotifier

@@ -1,0 +1,18 @@
+// The agent's logo as pixels, for panels that do not find it by its name. The SVG files have the same
+// strokes.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace Kest::StatusNotifier {
+
+struct Pixmap {
+    int side;                       // pixels; the picture is square
+    std::vector<std::uint8_t> argb; // four bytes a pixel from the top left, alpha first, not premultiplied
+};
+
+/// The logo in one grey that shows on light and dark panels.
+Pixmap drawLogo(int side);
+
+} // namespace Kest::StatusNotifier

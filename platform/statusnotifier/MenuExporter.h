@@ -1,0 +1,62 @@
+// The menu on the session bus: com.canonical.dbusmenu, version 3.
+#pragma once
+
+#include "platform/statusnotifier/Bus.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace Kest::StatusNotifier {
+
+/// What the exporter asks of the application.
+struct MenuQuestions {
+    std::function<App::ItemSnapshot()> snapshot;
+    // These tell of changes by `menuChanged` before they return.
+    std::function<void(App::ItemId)> choose;
+    std::function<void(App::ItemId)> menuWillOpen;
+    std::function<void(std::function<void()>)> post; // a job for later
+};
+
+constexpr char kMenuPath[] = "/MenuBar";
+
+/// Main thread only. The bus outlives it.
+class MenuExporter {
+public:
+    MenuExporter(sd_bus* bus, MenuQuestions questions);
+    MenuExporter(const MenuExporter&) = delete;
+    MenuExporter& operator=(const MenuExporter&) = delete;
+
+    /// Negative when the object could not be put on the bus (an errno).
+    int failure() const { return exportResult; }
+
+    /// Tells panels what differs from what they were told last: at most one signal of properties, and one of
+    /// layout for each menu of another shape.
+    void menuChanged();
+
+    // Called by sd-bus.
+    int getLayout(sd_bus_message* call);
+    int getGroupProperties(sd_bus_message* call);
+    int getProperty(sd_bus_message* call);
+    int event(sd_bus_message* call);
+    int eventGroup(sd_bus_message* call);
+    int aboutToShow(sd_bus_message* call);
+    int aboutToShowGroup(sd_bus_message* call);
+
+private:
+    void sendItemUpdates(const std::vector<ItemUpdate>& items);
+    void sendLayoutUpdated(App::ItemId parent);
+    /// False for an id that is not in the menu.
+    bool handle(App::ItemId id, const std::string& eventName);
+    void choose(App::ItemId id);
+    /// Whether opening has changed anything.
+    bool open(App::ItemId id);
+
+    sd_bus* bus;
+    MenuQuestions ask;
+    App::ItemSnapshot shown;
+    std::uint32_t revision = 1;
+    SlotPtr slot;
+    int exportResult = 0;
+};
+
+} // namespace Kest::StatusNotifier

@@ -1,0 +1,92 @@
+#include "platform/statusnotifier/MenuProperties.h"
+
+#include "app/Utf8.h"
+
+#include <algorithm>
+
+namespace Kest::StatusNotifier {
+namespace {
+
+using App::ItemSnapshot;
+using App::Mark;
+
+// A panel keeps an old tick when the state is taken away, so it is always told, as 0 or 1.
+void addMark(const App::ItemProperties& item, Properties& properties)
+{
+    if (item.mark == Mark::none)
+        return;
+    properties["toggle-type"] = item.mark == Mark::radio ? "radio" : "checkmark";
+    properties["toggle-state"] = std::int32_t{item.on ? 1 : 0};
+}
+
+ItemUpdate updateOf(const ItemSnapshot& shown, const ItemSnapshot& now)
+{
+    const auto before = itemProperties(shown);
+    ItemUpdate update{now.id, itemProperties(now), {}};
+    for (const auto& [name, value] : before)
+        if (!update.updated.contains(name))
+            update.removed.push_back(name);
+    std::erase_if(update.updated, [&](const auto& property) {
+        const auto same = before.find(property.first);
+        return same != before.end() && same->second == property.second;
+    });
+    return update;
+}
+
+} // namespace
+
+std::string escapedLabel(const std::string& text)
+{
+    std::string escaped;
+    for (const char c : App::toUtf8(text)) {
+        const auto byte = static_cast<unsigned char>(c);
+        escaped += byte < 0x20 || byte == 0x7F ? ' ' : c;
+        if (c == '_')
+            escaped += '_';
+    }
+    return escaped;
+}
+
+Properties itemProperties(const ItemSnapshot& item)
+{
+    const auto& seen = item.properties;
+    Properties properties;
+    if (!seen.enabled)
+        properties["enabled"] = false;
+    if (seen.hidden)
+        properties["visible"] = false;
+    if (seen.separator) {
+        properties["type"] = "separator";
+        return properties;
+    }
+    properties["label"] = escapedLabel(plainLabel(seen));
+    addMark(seen, properties);
+    if (seen.red)
+        properties["disposition"] = "alert";
+    if (item.hasSubmenu)
+        properties["children-display"] = "submenu";
+    return properties;
+}
+
+Layout layoutOf(const ItemSnapshot& item, int depth)
+{
+    Layout layout{item.id, itemProperties(item), {}};
+    if (depth != 0)
+        for (const auto& child : item.items)
+            layout.children.push_back(layoutOf(child, depth - 1));
+    return layout;
+}
+
+MenuUpdate updateBetween(const ItemSnapshot& shown, const ItemSnapshot& now)
+{
+    const auto difference = diff(shown, now);
+    MenuUpdate update{{}, difference.reshapedMenus};
+    for (const auto id : difference.changedItems) {
+        auto item = updateOf(*findItem(shown, id), *findItem(now, id));
+        if (!item.updated.empty() || !item.removed.empty())
+            update.items.push_back(std::move(item));
+    }
+    return update;
+}
+
+} // namespace Kest::StatusNotifier

@@ -1,0 +1,171 @@
+#include "platform/statusnotifier/StatusItem.h"
+
+#include "platform/statusnotifier/Logo.h"
+#include "platform/statusnotifier/MenuExporter.h"
+
+#include <map>
+#include <unistd.h>
+#include <utility>
+
+namespace Kest::StatusNotifier {
+namespace {
+
+constexpr char kInterface[] = "org.kde.StatusNotifierItem";
+constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
+constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
+constexpr char kWatcherMatch[] = "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+                                 "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
+                                 "arg0='org.kde.StatusNotifierWatcher'";
+constexpr int kPixmapSides[] = {16, 22, 24, 32, 44, 48, 64};
+
+int appendPixmaps(sd_bus_message* reply, bool drawn)
+{
+    sd_bus_message_open_container(reply, SD_BUS_TYPE_ARRAY, "(iiay)");
+    for (const int side : kPixmapSides) {
+        if (!drawn)
+            break;
+        const auto pixmap = drawLogo(side);
+        sd_bus_message_open_container(reply, SD_BUS_TYPE_STRUCT, "iiay");
+        sd_bus_message_append(reply, "ii", side, side);
+        sd_bus_message_append_array(reply, 'y', pixmap.argb.data(), pixmap.argb.size());
+        sd_bus_message_close_container(reply);
+    }
+    return sd_bus_message_close_container(reply);
+}
+
+int getText(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* item,
+            sd_bus_error*)
+{
+    return static_cast<const StatusItem*>(item)->getText(property, reply);
+}
+
+int getPixmap(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*,
+              sd_bus_error*)
+{
+    return appendPixmaps(reply, std::string_view(property) == "IconPixmap");
+}
+
+int getToolTip(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
+{
+    int result = sd_bus_message_open_container(reply, SD_BUS_TYPE_STRUCT, "sa(iiay)ss");
+    if (result >= 0)
+        result = sd_bus_message_append(reply, "s", "");
+    if (result >= 0)
+        result = appendPixmaps(reply, false);
+    if (result >= 0)
+        result = sd_bus_message_append(reply, "ss", "Kest Settings", "");
+    return result < 0 ? result : sd_bus_message_close_container(reply);
+}
+
+int getMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
+{
+    return sd_bus_message_append(reply, "o", kMenuPath);
+}
+
+int getItemIsMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
+{
+    return sd_bus_message_append(reply, "b", 1);
+}
+
+int getWindowId(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
+{
+    return sd_bus_message_append(reply, "i", 0);
+}
+
+// No Activate: a panel that finds one waits for a double click, or calls it in place of opening the menu.
+// Those that are empty are there because some panels complain of each that is missing.
+// clang-format off
+const sd_bus_vtable kProperties[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_PROPERTY("Category", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Id", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Title", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("WindowId", "i", getWindowId, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconThemePath", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("OverlayIconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("OverlayIconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionMovieName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ToolTip", "(sa(iiay)ss)", getToolTip, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ItemIsMenu", "b", getItemIsMenu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Menu", "o", getMenu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_SIGNAL("NewTitle", "", 0),
+    SD_BUS_SIGNAL("NewIcon", "", 0),
+    SD_BUS_SIGNAL("NewToolTip", "", 0),
+    SD_BUS_SIGNAL("NewStatus", "s", 0),
+    SD_BUS_VTABLE_END,
+};
+// clang-format on
+
+int onWatcherOwnerChanged(sd_bus_message* signal, void* item, sd_bus_error*)
+{
+    const char* name = nullptr;
+    const char* before = nullptr;
+    const char* now = nullptr;
+    if (sd_bus_message_read(signal, "sss", &name, &before, &now) >= 0)
+        static_cast<StatusItem*>(item)->watcherOwnerChanged(now);
+    return 0;
+}
+
+int onRegistrationAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
+{
+    static_cast<StatusItem*>(item)->registrationAnswered(sd_bus_message_is_method_error(answer, nullptr) ==
+                                                         0);
+    return 0;
+}
+
+} // namespace
+
+StatusItem::StatusItem(sd_bus* onBus, std::string themePath, std::function<void()> onNoTray)
+    : bus(onBus), iconThemePath(std::move(themePath)), noTray(std::move(onNoTray)),
+      name(std::string(kInterface) + "-" + std::to_string(getpid()) + "-1")
+{
+    sd_bus_slot* added = nullptr;
+    exportResult = sd_bus_add_object_vtable(bus, &added, kItemPath, kInterface, kProperties, this);
+    object.reset(added);
+    if (exportResult >= 0)
+        exportResult = sd_bus_request_name(bus, name.c_str(), 0);
+    if (exportResult < 0)
+        return;
+    sd_bus_slot* match = nullptr;
+    exportResult = sd_bus_add_match(bus, &match, kWatcherMatch, onWatcherOwnerChanged, this);
+    watcherMatch.reset(match);
+    registerItem();
+}
+
+int StatusItem::getText(const std::string& property, sd_bus_message* reply) const
+{
+    const std::map<std::string, std::string> texts{
+        {"Category", "ApplicationStatus"}, {"Id", "kest-settings"},
+        {"Title", "Kest Settings"},        {"Status", "Active"},
+        {"IconThemePath", iconThemePath},  {"IconName", "kest-settings-symbolic"},
+    };
+    const auto found = texts.find(property);
+    return sd_bus_message_append(reply, "s", found == texts.end() ? "" : found->second.c_str());
+}
+
+void StatusItem::watcherOwnerChanged(const std::string& owner)
+{
+    if (!owner.empty())
+        registerItem();
+}
+
+void StatusItem::registerItem()
+{
+    sd_bus_slot* call = nullptr;
+    sd_bus_call_method_async(bus, &call, kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem",
+                             onRegistrationAnswered, this, "s", name.c_str());
+    registration.reset(call);
+}
+
+void StatusItem::registrationAnswered(bool accepted)
+{
+    if (const auto tell = std::exchange(noTray, nullptr); !accepted && tell)
+        tell();
+}
+
+} // namespace Kest::StatusNotifier
