@@ -88,8 +88,8 @@ void Backend::save_username(const std::string& markerPath)
     struct stat status {};
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1) {
         const std::string line = std::string(user->pw_name) + "\n";
-        if (ftruncate(file, 0) == 0)
-            [[maybe_unused]] const auto written = write(file, line.data(), line.size());
+        if (ftruncate(file, 0) == 0) [[maybe_unused]]
+            const auto written = write(file, line.data(), line.size());
         fchmod(file, 0666); // whatever the umask: every user overwrites it
     }
     close(file);

@@ -124,8 +124,8 @@ int Backend::openFifo()
 void Backend::wakeReader()
 {
     const MutexLock lock(fifoMutex);
-    if (fifo >= 0)
-        [[maybe_unused]] const auto written = write(fifo, "bla\n", 4);
+    if (fifo >= 0) [[maybe_unused]]
+        const auto written = write(fifo, "bla\n", 4);
 }
 
 // Removes the pipe unless something else has taken its place.

@@ -23,7 +23,7 @@ struct SessionBuffer {
     unsigned char header[1120] = {}; // the host's own
     ClientEntry clients[kSlots];
     unsigned char reserved[8] = {}; // the host's own
-    ClientID defaultBus;       // the id of the bus client that is the default bus
+    ClientID defaultBus;            // the id of the bus client that is the default bus
 };
 
 static_assert(offsetof(SessionBuffer, clients) == 1120);

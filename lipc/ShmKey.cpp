@@ -22,8 +22,8 @@ void prepareMarker(const char* path)
     if (file < 0)
         return;
     struct stat status {};
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
-        [[maybe_unused]] const int failure = ftruncate(file, 0);
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) [[maybe_unused]]
+        const int failure = ftruncate(file, 0);
     close(file);
 }
 

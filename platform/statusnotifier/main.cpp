@@ -1,21 +1,15 @@
 // The settings agent in the tray of a Linux desktop.
 #include "app/KestSettingsAppDelegate.h"
-#include "backend/AgentLock.h"
+#include "platform/posix/RunAlone.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
 #include "platform/statusnotifier/TrayFrontEnd.h"
 
 #include <cstdio>
 
-int main()
-{
-    std::setvbuf(stdout, nullptr, _IOLBF, 0); // each line is seen when it is printed
-    const Kest::Settings::SystemPaths paths;
-    const Kest::Settings::AgentLock lock(paths.absoluteSettingsFolder());
-    if (lock.isHeldByAnother()) {
-        std::printf("Kest Settings is already running.\n");
-        return 0;
-    }
+namespace {
 
+int runInTray(const Kest::Settings::SystemPaths& paths)
+{
     Kest::StatusNotifier::TrayFrontEnd frontEnd;
     if (frontEnd.bus() == nullptr) {
         std::fprintf(stderr, "No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
@@ -29,3 +23,7 @@ int main()
     delegate.applicationWillTerminate();
     return shown ? 0 : 1;
 }
+
+} // namespace
+
+int main() { return Kest::Posix::runAlone(runInTray); }

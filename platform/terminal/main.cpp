@@ -1,21 +1,13 @@
 // The settings agent in a terminal.
 #include "app/KestSettingsAppDelegate.h"
-#include "backend/AgentLock.h"
+#include "platform/posix/RunAlone.h"
 #include "platform/terminal/TextFrontEnd.h"
 #include "platform/terminal/TextWorkspace.h"
 
-#include <cstdio>
+namespace {
 
-int main()
+int runInTerminal(const Kest::Settings::SystemPaths& paths)
 {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0); // each line is seen when it is printed
-    const Kest::Settings::SystemPaths paths;
-    const Kest::Settings::AgentLock lock(paths.absoluteSettingsFolder());
-    if (lock.isHeldByAnother()) {
-        std::printf("Kest Settings is already running.\n");
-        return 0;
-    }
-
     Kest::Terminal::TextFrontEnd frontEnd;
     Kest::Terminal::TextWorkspace workspace;
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
@@ -25,3 +17,7 @@ int main()
     delegate.applicationWillTerminate();
     return 0;
 }
+
+} // namespace
+
+int main() { return Kest::Posix::runAlone(runInTerminal); }

@@ -1,0 +1,21 @@
+#include "platform/posix/RunAlone.h"
+
+#include "backend/AgentLock.h"
+
+#include <cstdio>
+
+namespace Kest::Posix {
+
+int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, 0); // each line is seen when it is printed
+    const Settings::SystemPaths paths;
+    const Settings::AgentLock lock(paths.absoluteSettingsFolder());
+    if (lock.isHeldByAnother()) {
+        std::printf("Kest Settings is already running.\n");
+        return 0;
+    }
+    return agent(paths);
+}
+
+} // namespace Kest::Posix
