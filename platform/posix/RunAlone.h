@@ -7,8 +7,8 @@
 
 namespace Kest::Posix {
 
-/// Runs an agent with the standard places and gives its exit status. Where another agent of this user runs, says
-/// so in one line and gives 0.
+/// Runs an agent with the standard places and gives its exit status. Where another agent of this user runs,
+/// says so in one line and gives 0.
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent);
 
 } // namespace Kest::Posix
