@@ -265,7 +265,7 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     return sd_bus_send(bus, reply.get(), nullptr);
 }
 
-bool MenuExporter::open(App::ItemId id)
+bool MenuExporter::open(App::ItemId id) const
 {
     const auto before = revision;
     ask.menuWillOpen(id);

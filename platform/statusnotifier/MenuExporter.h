@@ -49,7 +49,7 @@ private:
     bool handle(App::ItemId id, const std::string& eventName);
     void choose(App::ItemId id);
     /// Whether opening has changed anything.
-    bool open(App::ItemId id);
+    bool open(App::ItemId id) const;
 
     sd_bus* bus;
     MenuQuestions ask;

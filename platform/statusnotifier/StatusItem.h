@@ -23,7 +23,7 @@ public:
     int failure() const { return exportResult; }
 
     // Called by sd-bus.
-    int getText(const std::string& name, sd_bus_message* reply) const;
+    int getText(const std::string& property, sd_bus_message* reply) const;
     void watcherOwnerChanged(const std::string& owner);
     void registrationAnswered(bool accepted);
 
