@@ -62,7 +62,8 @@ void TextFrontEnd::readInput()
         return;
     if (count <= 0)
         return inputEnded();
-    for (std::string_view rest(bytes, static_cast<std::size_t>(count)); !rest.empty() && !loop.isQuitting();) {
+    for (std::string_view rest(bytes, static_cast<std::size_t>(count));
+         !rest.empty() && !loop.isQuitting();) {
         const auto end = rest.find('\n');
         takeInput(rest.substr(0, end), end != std::string_view::npos);
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
@@ -86,7 +87,7 @@ void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
 // At a terminal the user has said good-bye; a script or a service manager has just nothing more to say.
 void TextFrontEnd::inputEnded()
 {
-    loop.unwatchInput();
+    loop.unwatchInput(STDIN_FILENO);
     if (isatty(STDIN_FILENO) != 0)
         loop.quit();
 }
