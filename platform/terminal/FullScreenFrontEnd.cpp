@@ -36,20 +36,14 @@ void FullScreenFrontEnd::watchSignals()
         screen.resize();
         drawLater();
     });
-    const auto resume = [this] {
+    loop.watchSignal(SIGTSTP, [this] { screen.suspend(); });
+    loop.watchSignal(SIGCONT, [this] {
+        if (!screen.isInForeground()) {
+            raise(SIGTTOU); // in the background there is nothing to draw on: stopped until there is
+            return;
+        }
         screen.resume();
         drawLater();
-    };
-    loop.watchSignal(SIGTSTP, [this, resume] {
-        screen.suspend();
-        if (screen.isInForeground())
-            resume();
-    });
-    loop.watchSignal(SIGCONT, [this, resume] {
-        if (screen.isInForeground())
-            resume();
-        else
-            raise(SIGTTOU); // in the background there is nothing to draw on: stopped until it is
     });
 }
 

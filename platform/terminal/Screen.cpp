@@ -31,22 +31,22 @@ bool canBeDrawnOn()
            std::strcmp(std::getenv("TERM"), "dumb") != 0 && canPlaceCursor(STDOUT_FILENO);
 }
 
-int attributesOf(const ScreenLine& line, bool hasColours)
+attr_t attributesOf(const ScreenLine& line, bool hasColours)
 {
-    const auto selected = line.selected ? A_REVERSE : A_NORMAL;
+    const attr_t selected = line.selected ? A_REVERSE : A_NORMAL;
     switch (line.look) {
     case Look::plain:
-        return static_cast<int>(selected);
+        return selected;
     case Look::title:
-        return static_cast<int>(A_BOLD);
+        return A_BOLD;
     case Look::greyed:
-        return static_cast<int>(selected | A_DIM);
+        return selected | A_DIM;
     case Look::red:
-        return static_cast<int>(selected | (hasColours ? COLOR_PAIR(kRedPair) : A_NORMAL));
+        return hasColours ? selected | static_cast<attr_t>(COLOR_PAIR(kRedPair)) : selected;
     case Look::status:
-        return static_cast<int>(A_REVERSE);
+        return A_REVERSE;
     }
-    return static_cast<int>(A_NORMAL);
+    return A_NORMAL;
 }
 
 } // namespace
@@ -77,7 +77,6 @@ Screen::Screen(FILE* terminal, const termios& modes)
 
 bool Screen::start()
 {
-    std::fflush(stdout);
     curses->screen = newterm(nullptr, output, stdin);
     if (curses->screen == nullptr)
         return false;
@@ -87,6 +86,7 @@ bool Screen::start()
     noecho();
     nonl();
     keypad(stdscr, TRUE);
+    defineKeys();
     nodelay(stdscr, TRUE);
     set_escdelay(kEscapeDelay);
     curs_set(0);
@@ -94,6 +94,18 @@ bool Screen::start()
     mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
     mouseinterval(0); // a press is a press at once
     return true;
+}
+
+// Terminals send their cursor keys in one of two ways, and not always in the one that they were asked for.
+void Screen::defineKeys()
+{
+    const struct {
+        const char* bytes;
+        int code;
+    } keys[] = {{"\x1B[A", KEY_UP},   {"\x1B[B", KEY_DOWN}, {"\x1B[C", KEY_RIGHT},
+                {"\x1B[D", KEY_LEFT}, {"\x1B[H", KEY_HOME}, {"\x1B[F", KEY_END}};
+    for (const auto& key : keys)
+        define_key(key.bytes, key.code);
 }
 
 void Screen::startColours()
@@ -132,7 +144,7 @@ void Screen::draw(const std::vector<ScreenLine>& lines)
 
 void Screen::drawLine(int line, const ScreenLine& text) const
 {
-    wattrset(stdscr, attributesOf(text, hasColours));
+    wattrset(stdscr, static_cast<int>(attributesOf(text, hasColours)));
     mvwaddstr(stdscr, line, 0, text.text.c_str());
     wattrset(stdscr, static_cast<int>(A_NORMAL));
 }
@@ -175,6 +187,7 @@ void Screen::suspend()
     sigaction(SIGTSTP, &stop, &before);
     raise(SIGTSTP); // returns when continued, or at once where nobody could continue us
     sigaction(SIGTSTP, &before, nullptr);
+    raise(SIGCONT); // the same for both
 }
 
 void Screen::resume()

@@ -32,9 +32,9 @@ public:
 
     /// The window may have another size. To be drawn anew afterwards, as after `resume`.
     void resize();
-    /// Gives the terminal back and stops the process, as Ctrl-Z does.
+    /// Gives the terminal back and stops the process, as Ctrl-Z does. A SIGCONT follows in any case.
     void suspend();
-    /// Takes the terminal again.
+    /// Takes the terminal again, to be called on SIGCONT in the foreground.
     void resume();
     bool isInForeground() const;
 
@@ -43,6 +43,7 @@ private:
 
     Screen(FILE* terminal, const termios& modes);
     bool start();
+    static void defineKeys();
     void startColours();
     void drawLine(int line, const ScreenLine& text) const;
 
