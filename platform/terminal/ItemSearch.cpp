@@ -13,7 +13,8 @@ void search(const App::ItemSnapshot& menu, const std::string& menuPath, const st
         if (item.properties.hidden || item.properties.separator)
             continue;
         const auto name = itemName(item.properties);
-        const auto path = menuPath.empty() ? name : menuPath + " > " + name;
+        auto path = menuPath;
+        path.append(path.empty() ? "" : " > ").append(name);
         if (folded(name).find(part) != std::u32string::npos)
             matches.push_back({item.id, path});
         search(item, path, part, matches);

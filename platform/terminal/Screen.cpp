@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <langinfo.h>
 #include <poll.h>
+#include <string_view>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -19,16 +20,17 @@ namespace {
 constexpr int kEscapeDelay = 50; // milliseconds: what follows an Esc later is a key of its own
 constexpr short kRedPair = 1;
 
-bool isUnset(const char* variable)
+std::string_view valueOf(const char* variable)
 {
-    const char* value = std::getenv(variable);
-    return value == nullptr || *value == '\0';
+    const char* const value = std::getenv(variable);
+    return value == nullptr ? "" : value;
 }
 
 bool canBeDrawnOn()
 {
-    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !isUnset("TERM") &&
-           std::strcmp(std::getenv("TERM"), "dumb") != 0 && canPlaceCursor(STDOUT_FILENO);
+    const auto name = valueOf("TERM");
+    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !name.empty() && name != "dumb" &&
+           canPlaceCursor(STDOUT_FILENO);
 }
 
 attr_t attributesOf(const ScreenLine& line, bool hasColours)
@@ -110,7 +112,7 @@ void Screen::defineKeys()
 
 void Screen::startColours()
 {
-    if (!isUnset("NO_COLOR") || !has_colors())
+    if (!valueOf("NO_COLOR").empty() || !has_colors())
         return;
     hasColours =
         start_color() == OK && use_default_colors() == OK && init_pair(kRedPair, COLOR_RED, -1) == OK;

@@ -1,6 +1,7 @@
 // Apart from all else, for the library's header takes many names for its macros.
 #include "platform/terminal/TerminalStrings.h"
 
+#include <cstdint>
 #include <curses.h>
 #include <term.h>
 
@@ -19,7 +20,7 @@ int collect(int byte)
 const char* capability(const char* name)
 {
     const char* const text = tigetstr(name);
-    return text == reinterpret_cast<const char*>(-1) ? nullptr : text;
+    return reinterpret_cast<std::intptr_t>(text) == -1 ? nullptr : text;
 }
 
 } // namespace
