@@ -1,33 +1,48 @@
 #include "platform/posix/MainLoop.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <poll.h>
+#include <set>
 #include <unistd.h>
 #include <utility>
 
 namespace Kest::Posix {
 namespace {
 
-constexpr char kJob = 'j';
-constexpr char kSignal = 's';
+// What is written into the pipe: the number of a signal, or this.
+constexpr char kJob = 0;
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 // What a signal handler may touch.
 std::atomic<int> signalPipe = -1;
 std::atomic<bool> signalSeen = false;
+std::atomic<void (*)()> lastAct = nullptr;
+
+void onSignal(int signal)
+{
+    const int before = errno;
+    const auto number = static_cast<char>(signal);
+    [[maybe_unused]] const auto written = write(signalPipe, &number, 1);
+    errno = before;
+}
 
 void onEndingSignal(int signal)
 {
-    if (signalSeen.exchange(true))
+    if (signalSeen.exchange(true)) {
+        if (const auto act = lastAct.load(); act != nullptr)
+            act();
         _exit(128 + signal);
-    const int before = errno;
-    [[maybe_unused]] const auto written = write(signalPipe, &kSignal, 1);
-    errno = before;
+    }
+    onSignal(signal);
 }
+
+bool isEnding(int signal) { return std::ranges::find(kEndingSignals, signal) != std::end(kEndingSignals); }
 
 void handle(int signal, void (*handler)(int))
 {
@@ -66,6 +81,9 @@ MainLoop::~MainLoop()
 {
     for (const int signal : kEndingSignals)
         handle(signal, SIG_DFL);
+    for (const auto& [signal, arrived] : signals)
+        handle(signal, SIG_DFL);
+    lastAct = nullptr;
     close(wakeUpRead);
     close(wakeUpWrite);
 }
@@ -81,20 +99,46 @@ void MainLoop::post(std::function<void()> job)
 
 void MainLoop::watchInput(int descriptor, std::function<void()> readable)
 {
-    input = descriptor;
-    inputReadable = std::move(readable);
+    inputs[descriptor] = std::move(readable);
 }
+
+void MainLoop::watchSignal(int signal, std::function<void()> arrived)
+{
+    signals[signal] = std::move(arrived);
+    handle(signal, onSignal);
+}
+
+void MainLoop::setLastAct(void (*act)()) { lastAct = act; }
 
 void MainLoop::run()
 {
     while (!quitting) {
-        pollfd watched[] = {{wakeUpRead, POLLIN, 0}, {input, POLLIN, 0}}; // poll skips a descriptor of -1
-        if (poll(watched, 2, -1) < 0)
+        auto polled = watched();
+        if (poll(polled.data(), static_cast<nfds_t>(polled.size()), -1) < 0)
             continue;
-        if (watched[0].revents != 0)
+        if (polled.front().revents != 0)
             dispatchWakeUps();
-        if (watched[1].revents != 0 && !quitting)
-            inputReadable();
+        readInputs(polled);
+    }
+}
+
+std::vector<pollfd> MainLoop::watched() const
+{
+    std::vector<pollfd> all{{wakeUpRead, POLLIN, 0}};
+    for (const auto& [descriptor, readable] : inputs)
+        all.push_back({descriptor, POLLIN, 0});
+    return all;
+}
+
+// What comes first may end the loop, or the watch of what comes later.
+void MainLoop::readInputs(const std::vector<pollfd>& polled)
+{
+    for (std::size_t i = 1; i < polled.size() && !quitting; ++i) {
+        const auto input = inputs.find(polled[i].fd);
+        if (polled[i].revents == 0 || input == inputs.end())
+            continue;
+        const auto readable = input->second; // lives on while it ends its own watch
+        readable();
     }
 }
 
@@ -104,13 +148,18 @@ void MainLoop::dispatchWakeUps()
     runJobs();
 }
 
+// An ending signal goes before all others, so that nothing is begun at the end.
 void MainLoop::drainWakeUps()
 {
     char bytes[64];
     ssize_t count = 0;
+    std::set<int> arrived;
     while ((count = read(wakeUpRead, bytes, sizeof bytes)) > 0)
-        for (ssize_t i = 0; i < count; ++i)
-            quitting = quitting || bytes[i] == kSignal;
+        arrived.insert(bytes, bytes + count);
+    quitting = quitting || std::ranges::any_of(arrived, isEnding);
+    for (const int signal : arrived)
+        if (const auto watch = signals.find(signal); watch != signals.end() && !quitting)
+            watch->second();
 }
 
 void MainLoop::runJobs()

@@ -5,6 +5,10 @@
 
 #include <deque>
 #include <functional>
+#include <map>
+#include <vector>
+
+struct pollfd;
 
 namespace Kest::Posix {
 
@@ -21,7 +25,13 @@ public:
     void post(std::function<void()> job);
     /// Main thread. Calls `readable` whenever the descriptor has something to read or is at its end.
     void watchInput(int descriptor, std::function<void()> readable);
-    void unwatchInput() { input = -1; }
+    void unwatchInput(int descriptor) { inputs.erase(descriptor); }
+    /// Main thread. Calls `arrived` from the loop when the signal has come; several at once may count as one.
+    /// Not for the ending signals. The signal has its default effect again when the loop is gone.
+    void watchSignal(int signal, std::function<void()> arrived);
+    /// Main thread. What to do when a second ending signal ends the process at once; must be
+    /// async-signal-safe.
+    static void setLastAct(void (*act)());
     /// Main thread. Returns when asked to quit; jobs that are left are dropped.
     void run();
     void quit() { quitting = true; }
@@ -32,13 +42,15 @@ public:
     void dispatchWakeUps();
 
 private:
+    std::vector<pollfd> watched() const;
     void drainWakeUps();
     void runJobs();
+    void readInputs(const std::vector<pollfd>& polled);
 
     int wakeUpRead = -1;
     int wakeUpWrite = -1;
-    int input = -1;
-    std::function<void()> inputReadable;
+    std::map<int, std::function<void()>> inputs;
+    std::map<int, std::function<void()>> signals;
     bool quitting = false;
 
     Mutex jobsMutex;

@@ -2,16 +2,19 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <optional>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 extern char** environ; // NOLINT(readability-redundant-declaration): macOS declares none
 
 namespace Kest::Posix {
 namespace {
 
-// None of the agent's signal dispositions is the program's business.
+// None of the agent's signal dispositions is the program's business, nor are its input and output: the
+// program may live longer than whoever is at their other ends.
 std::optional<pid_t> spawn(const char* program, char* const* arguments)
 {
     posix_spawnattr_t attributes;
@@ -24,8 +27,13 @@ std::optional<pid_t> spawn(const char* program, char* const* arguments)
     posix_spawnattr_setsigdefault(&attributes, &all);
     posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
     pid_t pid = 0;
-    const int failure = posix_spawn(&pid, program, nullptr, &attributes, arguments, environ);
+    const int failure = posix_spawn(&pid, program, &files, &attributes, arguments, environ);
+    posix_spawn_file_actions_destroy(&files);
     posix_spawnattr_destroy(&attributes);
     return failure == 0 ? std::optional(pid) : std::nullopt;
 }

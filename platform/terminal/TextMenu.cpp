@@ -9,20 +9,6 @@ namespace {
 
 using App::ItemProperties;
 using App::ItemSnapshot;
-using App::Mark;
-
-std::string markText(const ItemProperties& item)
-{
-    switch (item.mark) {
-    case Mark::radio:
-        return item.on ? "(x) " : "( ) ";
-    case Mark::check:
-        return item.on ? "[x] " : "[ ] ";
-    case Mark::none:
-        break;
-    }
-    return "";
-}
 
 std::string lineOf(const ItemSnapshot& item)
 {
@@ -137,6 +123,19 @@ private:
 };
 
 } // namespace
+
+std::string markText(const ItemProperties& item)
+{
+    switch (item.mark) {
+    case App::Mark::radio:
+        return item.on ? "(x) " : "( ) ";
+    case App::Mark::check:
+        return item.on ? "[x] " : "[ ] ";
+    case App::Mark::none:
+        break;
+    }
+    return "";
+}
 
 std::string printable(const std::string& text)
 {

@@ -15,6 +15,9 @@ std::string printable(const std::string& text);
 /// How an item is called in paths: its title, or the name of its encoding.
 std::string itemName(const App::ItemProperties& item);
 
+/// "(x) " and the like; empty for an item that cannot be on.
+std::string markText(const App::ItemProperties& item);
+
 /// The items of a menu, a line each, submenus indented below theirs; hidden ones are left out.
 std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
 

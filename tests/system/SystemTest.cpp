@@ -3,6 +3,7 @@
 #include "tests/support/Eventually.h"
 #include "tests/support/Process.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/system/World.h"
 
 #include <gtest/gtest.h>
 
@@ -21,20 +22,6 @@ namespace fs = std::filesystem;
 constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
 constexpr char kLastUser[] = "/Users/Shared/.kestsettings_lastuser.txt";
 constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
-
-std::string program(const std::string& name) { return std::string(KEST_PROGRAMS) + "/" + name; }
-
-fs::path home() { return std::getenv("HOME"); }
-
-std::string settings()
-{
-    return readFile(home() / "Library/Application Support/Kestronics/Kest-Settings.xml");
-}
-
-bool hasSetting(const std::string& name, const std::string& value)
-{
-    return settings().find("name=\"" + name + "\" val=\"" + value + "\"") != std::string::npos;
-}
 
 /// The session as the host sees it, by literal offsets.
 class Session {

@@ -53,6 +53,32 @@ TEST(MainLoop, EndsOnEachOfTheEndingSignals)
     }
 }
 
+TEST(MainLoop, TellsOfOtherSignalsAndOfEachInputUntilItIsNotWatchedAnyMore)
+{
+    Posix::MainLoop loop;
+    int ends[2];
+    int others[2];
+    ASSERT_TRUE(pipe(ends) == 0 && pipe(others) == 0);
+    ASSERT_TRUE(write(ends[1], "x", 1) == 1 && write(others[1], "x", 1) == 1); // never read
+    int told = 0;
+    loop.watchInput(ends[0], [&] {
+        ++told;
+        loop.unwatchInput(ends[0]);
+    });
+    loop.watchInput(others[0], [&] {
+        loop.unwatchInput(others[0]);
+        raise(SIGWINCH);
+    });
+    loop.watchSignal(SIGWINCH, [&] {
+        ++told;
+        loop.quit();
+    });
+    loop.run();
+    EXPECT_EQ(told, 2);
+    for (const int end : {ends[0], ends[1], others[0], others[1]})
+        close(end);
+}
+
 TEST(PosixWorkspace, StartsProgramsOnTheirOwnAndWaitsForTheShell)
 {
     struct Workspace final : Posix::PosixWorkspace {

@@ -1,0 +1,93 @@
+#include "platform/terminal/FullScreenFrontEnd.h"
+
+#include "app/KestSettingsAppDelegate.h"
+
+#include <csignal>
+#include <ctime>
+#include <unistd.h>
+
+namespace Kest::Terminal {
+
+void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
+{
+    delegate = &application;
+    watchSignals();
+    drawLater(); // behind what start-up has posted, so that the menu is whole
+    loop.watchInput(STDIN_FILENO, [this] { readKeys(); });
+    if (printed.descriptor() >= 0)
+        loop.watchInput(printed.descriptor(), [this] {
+            menu.note(printed.lastLine());
+            drawLater();
+        });
+    loop.run();
+    delegate = nullptr;
+}
+
+void FullScreenFrontEnd::menuChanged()
+{
+    isMenuStale = true;
+    drawLater();
+}
+
+void FullScreenFrontEnd::watchSignals()
+{
+    Posix::MainLoop::setLastAct(TerminalGuard::restore);
+    loop.watchSignal(SIGWINCH, [this] {
+        screen.resize();
+        drawLater();
+    });
+    loop.watchSignal(SIGTSTP, [this] { screen.suspend(); });
+    loop.watchSignal(SIGCONT, [this] {
+        if (!screen.isInForeground()) {
+            raise(SIGTTOU); // in the background there is nothing to draw on: stopped until there is
+            return;
+        }
+        screen.resume();
+        drawLater();
+    });
+}
+
+void FullScreenFrontEnd::readKeys()
+{
+    if (Screen::hasHungUp())
+        return loop.quit();
+    while (const auto input = screen.nextInput()) {
+        takeMenu();
+        obey(menu.press(*input));
+        if (loop.isQuitting())
+            return;
+    }
+    drawLater();
+}
+
+void FullScreenFrontEnd::obey(const Request& request)
+{
+    if (request.quit)
+        return loop.quit();
+    if (request.chosen != App::kStatusMenuId)
+        delegate->choose(request.chosen);
+    for (const auto submenu : request.opened)
+        delegate->menuWillOpen(submenu);
+}
+
+void FullScreenFrontEnd::takeMenu()
+{
+    if (std::exchange(isMenuStale, false))
+        menu.show(takeSnapshot(delegate->menu()), std::time(nullptr));
+}
+
+// However much happens at once, it is drawn once.
+void FullScreenFrontEnd::drawLater()
+{
+    if (!std::exchange(isDrawingDue, true))
+        loop.post([this] { draw(); });
+}
+
+void FullScreenFrontEnd::draw()
+{
+    isDrawingDue = false;
+    takeMenu();
+    screen.draw(menu.lines(screen.size()));
+}
+
+} // namespace Kest::Terminal

@@ -1,0 +1,50 @@
+// The menu on the whole of a terminal's screen.
+#pragma once
+
+#include "app/FrontEnd.h"
+#include "platform/posix/MainLoop.h"
+#include "platform/terminal/MenuScreen.h"
+#include "platform/terminal/OutputCapture.h"
+#include "platform/terminal/Screen.h"
+
+#include <functional>
+#include <string>
+
+namespace Kest::App {
+class KestSettingsAppDelegate;
+}
+
+namespace Kest::Terminal {
+
+/// Main thread only, but for `post`. What the process prints meanwhile stands in a line of the screen.
+class FullScreenFrontEnd final : public App::FrontEnd {
+public:
+    /// The screen outlives it.
+    explicit FullScreenFrontEnd(Screen& onScreen) : screen(onScreen), menu(onScreen.glyphs()) {}
+
+    /// Shows the menu and takes keys until it is asked to quit.
+    void run(App::KestSettingsAppDelegate& application);
+
+    void showStatusItem(const std::string&) override {} // the screen is the handle
+    void post(std::function<void()> job) override { loop.post(std::move(job)); }
+    void menuChanged() override;
+    void quit() override { loop.quit(); }
+
+private:
+    void watchSignals();
+    void readKeys();
+    void obey(const Request& request);
+    void takeMenu();
+    void drawLater();
+    void draw();
+
+    Screen& screen;
+    OutputCapture printed;
+    Posix::MainLoop loop;
+    MenuScreen menu;
+    App::KestSettingsAppDelegate* delegate = nullptr; // set while running
+    bool isMenuStale = true;
+    bool isDrawingDue = false;
+};
+
+} // namespace Kest::Terminal

@@ -1,0 +1,58 @@
+#include "platform/terminal/MenuRow.h"
+
+#include "platform/terminal/TextMenu.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr int kShortestBar = 8;
+constexpr int kLongestBar = 40;
+
+std::optional<int> percentOf(const std::string& text)
+{
+    int value = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (failure != std::errc() || std::string_view(end) != "%")
+        return std::nullopt;
+    return std::clamp(value, 0, 100);
+}
+
+std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
+{
+    const auto& seen = item.properties;
+    const std::string greyed = seen.enabled ? "" : " (greyed)";
+    if (!seen.view)
+        return fitted(markText(seen) + drawable(plainLabel(seen), glyphs) + greyed, width, glyphs);
+
+    auto bar = progressBar(seen.view->percentage, std::clamp(width / 3, kShortestBar, kLongestBar), glyphs);
+    const auto name = markText(seen) + drawable(itemName(seen), glyphs) + greyed;
+    return fitted(name, width - cells(bar), glyphs) + bar;
+}
+
+} // namespace
+
+std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs)
+{
+    if (item.properties.separator)
+        return "  " + repeated(glyphs.separator(), width - 4) + "  ";
+    const std::string pointer = isSelected ? "> " : "  ";
+    const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.below() : "  ";
+    return pointer + labelText(item, width - 4, glyphs) + arrow;
+}
+
+std::string progressBar(const std::string& percentage, int width, Glyphs glyphs)
+{
+    const auto percent = percentOf(percentage);
+    if (!percent)
+        return {};
+    const int done = *percent * width / 100;
+    const auto number = std::to_string(*percent) + "%";
+    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
+           std::string(4 - number.size(), ' ') + number;
+}
+
+} // namespace Kest::Terminal

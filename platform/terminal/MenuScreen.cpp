@@ -1,0 +1,225 @@
+#include "platform/terminal/MenuScreen.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr std::size_t kLongestSearch = 256; // bytes
+constexpr int kAllTheWay = std::numeric_limits<int>::max() / 2;
+
+void collectSubmenus(const App::ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
+{
+    for (const auto& item : menu.items) {
+        if (!item.hasSubmenu || item.properties.hidden)
+            continue;
+        submenus.push_back(item.id);
+        collectSubmenus(item, submenus);
+    }
+}
+
+void removeLastCharacter(std::string& text)
+{
+    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80)
+        text.pop_back();
+    if (!text.empty())
+        text.pop_back();
+}
+
+} // namespace
+
+void MenuScreen::show(App::ItemSnapshot statusMenu, std::time_t now)
+{
+    buses.look(statusMenu, now);
+    navigator.show(std::move(statusMenu));
+    if (mode == Mode::search)
+        searchAgain();
+}
+
+Request MenuScreen::press(const Input& input)
+{
+    switch (mode) {
+    case Mode::menu:
+        return pressInMenu(input);
+    case Mode::search:
+        return pressInSearch(input);
+    case Mode::help: // any key ends it
+        mode = input.key == Key::other ? Mode::help : Mode::menu;
+        break;
+    }
+    return {};
+}
+
+Request MenuScreen::pressInMenu(const Input& input)
+{
+    switch (input.key) {
+    case Key::up:
+    case Key::wheelUp:
+        return navigator.moveBy(-1), Request{};
+    case Key::down:
+    case Key::wheelDown:
+        return navigator.moveBy(1), Request{};
+    case Key::pageUp:
+        return navigator.moveBy(1 - drawnHeight), Request{};
+    case Key::pageDown:
+        return navigator.moveBy(std::max(1, drawnHeight - 1)), Request{};
+    case Key::home:
+        return navigator.moveBy(-kAllTheWay), Request{};
+    case Key::end:
+        return navigator.moveBy(kAllTheWay), Request{};
+    case Key::left:
+    case Key::escape:
+    case Key::backspace:
+        return navigator.leave(), Request{};
+    case Key::right:
+        return open(navigator.selected());
+    case Key::enter:
+        return activate(navigator.selected());
+    case Key::click:
+        return click(input.line);
+    case Key::character:
+        return input.text.size() == 1 ? pressCharacter(input.text.front()) : Request{};
+    case Key::other:
+        break;
+    }
+    return {};
+}
+
+Request MenuScreen::pressCharacter(char letter)
+{
+    switch (letter) {
+    case 'h':
+        return pressInMenu({.key = Key::left, .text = {}});
+    case 'j':
+        return pressInMenu({.key = Key::down, .text = {}});
+    case 'k':
+        return pressInMenu({.key = Key::up, .text = {}});
+    case 'l':
+        return pressInMenu({.key = Key::right, .text = {}});
+    case ' ':
+        return pressInMenu({.key = Key::enter, .text = {}});
+    case 'q':
+        return {.opened = {}, .quit = true};
+    case '?':
+        mode = Mode::help;
+        return {};
+    case '/':
+        mode = Mode::search;
+        searched.clear();
+        searchAgain();
+        return openAll();
+    default:
+        return {};
+    }
+}
+
+Request MenuScreen::activate(App::ItemId id)
+{
+    const auto* item = findItem(navigator.menu(), id);
+    if (item == nullptr || id == App::kStatusMenuId)
+        return {};
+    if (item->hasSubmenu)
+        return open(id);
+    // Elsewhere a choice closes the menu, and one sees what came of it on opening it again.
+    return {.chosen = id, .opened = {navigator.menu().id}};
+}
+
+Request MenuScreen::open(App::ItemId submenu)
+{
+    const auto* before = &navigator.menu();
+    navigator.enter(submenu);
+    return &navigator.menu() == before ? Request{} : Request{.opened = {submenu}};
+}
+
+// What is searched is looked at.
+Request MenuScreen::openAll()
+{
+    Request request;
+    collectSubmenus(navigator.statusMenu(), request.opened);
+    return request;
+}
+
+Request MenuScreen::click(int line)
+{
+    const auto rows = navigator.rows();
+    const int row = drawnTop + line - 1;
+    if (line < 1 || line > drawnHeight || row >= static_cast<int>(rows.size()))
+        return {};
+    const auto& item = *rows[static_cast<std::size_t>(row)];
+    if (item.properties.separator)
+        return {};
+    const auto id = item.id;
+    navigator.select(id);
+    return activate(id);
+}
+
+Request MenuScreen::pressInSearch(const Input& input)
+{
+    const int last = std::max(0, static_cast<int>(matches.size()) - 1);
+    switch (input.key) {
+    case Key::up:
+    case Key::wheelUp:
+        match = std::max(0, match - 1);
+        break;
+    case Key::down:
+    case Key::wheelDown:
+        match = std::min(last, match + 1);
+        break;
+    case Key::escape:
+        mode = Mode::menu;
+        break;
+    case Key::enter:
+        return goToMatch();
+    case Key::click:
+        if (const int row = drawnTop + input.line - 1;
+            input.line >= 1 && input.line <= drawnHeight && row <= last) {
+            match = row;
+            return goToMatch();
+        }
+        break;
+    default:
+        edit(input);
+    }
+    return {};
+}
+
+void MenuScreen::edit(const Input& input)
+{
+    if (input.key == Key::backspace && searched.empty())
+        mode = Mode::menu;
+    else if (input.key == Key::backspace)
+        removeLastCharacter(searched);
+    else if (input.key == Key::character && searched.size() + input.text.size() <= kLongestSearch)
+        searched += input.text;
+    else
+        return;
+    match = 0;
+    searchAgain();
+}
+
+Request MenuScreen::goToMatch()
+{
+    if (matches.empty())
+        return {};
+    mode = Mode::menu;
+    navigator.goTo(matches[static_cast<std::size_t>(match)].id);
+    Request request;
+    for (const auto* menu : navigator.openMenus())
+        if (menu->id != App::kStatusMenuId)
+            request.opened.push_back(menu->id);
+    return request;
+}
+
+// The selected match stays selected when the menu changes under the search.
+void MenuScreen::searchAgain()
+{
+    const auto before = matches.empty() ? App::kStatusMenuId : matches[static_cast<std::size_t>(match)].id;
+    matches = findItems(navigator.statusMenu(), searched);
+    const auto same = std::ranges::find(matches, before, &SearchMatch::id);
+    const bool keeps = match != 0 && same != matches.end();
+    match = keeps ? static_cast<int>(same - matches.begin())
+                  : std::clamp(match, 0, std::max(0, static_cast<int>(matches.size()) - 1));
+}
+
+} // namespace Kest::Terminal

@@ -1,0 +1,133 @@
+// How the full-screen menu looks.
+#include "platform/terminal/MenuRow.h"
+#include "platform/terminal/MenuScreen.h"
+#include "platform/terminal/TextMenu.h"
+
+#include <algorithm>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr int kLinesAround = 3; // title, message, status
+
+constexpr const char* kHelp[] = {
+    "  Up Down k j          move",
+    "  Enter Space          choose, or open a submenu",
+    "  Right l              open a submenu",
+    "  Left h Esc           back to the menu above",
+    "  PgUp PgDn Home End   move far",
+    "  /                    find an item",
+    "  Mouse                click chooses, wheel moves",
+    "  Ctrl-Z               suspend",
+    "  q                    quit",
+};
+
+Look lookOf(const App::ItemProperties& item)
+{
+    return item.red ? Look::red : item.enabled ? Look::plain : Look::greyed;
+}
+
+// Two texts at the ends of a line; the left one gives way.
+std::string atBothEnds(const std::string& left, const std::string& right, int width, Glyphs glyphs)
+{
+    return fitted(left, width - cells(right), glyphs) + right;
+}
+
+// "4-20 of 40", or nothing when all is seen.
+std::string rangeText(int top, int height, int count)
+{
+    if (count <= height)
+        return {};
+    return " " + std::to_string(top + 1) + "-" + std::to_string(std::min(top + height, count)) + " of " +
+           std::to_string(count);
+}
+
+} // namespace
+
+std::vector<ScreenLine> MenuScreen::lines(Size size)
+{
+    std::vector<ScreenLine> all;
+    if (size.lines < kSmallest.lines || size.columns < kSmallest.columns) {
+        all.push_back({fitted("Window too small: 40x8 needed", size.columns, glyphs)});
+        all.resize(static_cast<std::size_t>(std::max(size.lines, 1)), {fitted("", size.columns, glyphs)});
+        return all;
+    }
+
+    drawnHeight = size.lines - kLinesAround;
+    std::vector<ScreenLine> content;
+    if (mode == Mode::help)
+        for (const auto* line : kHelp)
+            content.push_back({fitted(line, size.columns, glyphs)});
+    else
+        content = mode == Mode::search ? matchLines(drawnHeight, size.columns)
+                                       : menuLines(drawnHeight, size.columns);
+    content.resize(static_cast<std::size_t>(drawnHeight), {fitted("", size.columns, glyphs)});
+
+    const int count = static_cast<int>(mode == Mode::search ? matches.size() : navigator.rows().size());
+    const auto range = mode == Mode::help ? "" : rangeText(drawnTop, drawnHeight, count);
+    all.push_back({atBothEnds(titleText(), range, size.columns, glyphs), Look::title});
+    std::ranges::move(content, std::back_inserter(all));
+    all.push_back({fitted(messageText(), size.columns, glyphs)});
+    all.push_back({atBothEnds(buses.text(), " ? keys  q quit", size.columns, glyphs), Look::status});
+    return all;
+}
+
+std::string MenuScreen::titleText() const
+{
+    if (mode == Mode::help)
+        return "Keys";
+    if (mode == Mode::search)
+        return "Find an item: Enter goes there, Esc ends";
+    std::string title = "Kest Settings";
+    for (const auto* menu : navigator.openMenus())
+        if (menu->id != App::kStatusMenuId)
+            title += " > " + drawable(itemName(menu->properties), glyphs);
+    return title;
+}
+
+std::string MenuScreen::messageText() const
+{
+    switch (mode) {
+    case Mode::search:
+        return drawable("/" + searched, glyphs) + "_";
+    case Mode::help:
+        return "Any key goes back.";
+    case Mode::menu:
+        break;
+    }
+    return drawable(lastNote, glyphs);
+}
+
+std::vector<ScreenLine> MenuScreen::menuLines(int height, int width)
+{
+    const auto rows = navigator.rows();
+    const int count = static_cast<int>(rows.size());
+    drawnTop = navigator.firstRow(height);
+    std::vector<ScreenLine> drawn;
+    for (int row = drawnTop; row < std::min(drawnTop + height, count); ++row) {
+        const auto& item = *rows[static_cast<std::size_t>(row)];
+        const bool isSelected = item.id == navigator.selected();
+        drawn.push_back({rowText(item, isSelected, width, glyphs), lookOf(item.properties), isSelected});
+    }
+    if (rows.empty())
+        drawn.push_back({fitted("  (empty)", width, glyphs), Look::greyed});
+    return drawn;
+}
+
+std::vector<ScreenLine> MenuScreen::matchLines(int height, int width)
+{
+    const int count = static_cast<int>(matches.size());
+    drawnTop = std::max(0, match - height + 1);
+    std::vector<ScreenLine> drawn;
+    for (int row = drawnTop; row < std::min(drawnTop + height, count); ++row) {
+        const bool isSelected = row == match;
+        const auto text =
+            (isSelected ? "> " : "  ") + drawable(matches[static_cast<std::size_t>(row)].path, glyphs);
+        drawn.push_back({fitted(text, width, glyphs), Look::plain, isSelected});
+    }
+    if (matches.empty())
+        drawn.push_back({fitted("  no item holds this", width, glyphs), Look::greyed});
+    return drawn;
+}
+
+} // namespace Kest::Terminal

@@ -1,0 +1,83 @@
+#include "platform/terminal/OutputCapture.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr std::size_t kLongestLine = 4096;
+
+int redirect(int descriptor, int to)
+{
+    const int before = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (before >= 0)
+        dup2(to, descriptor);
+    return before;
+}
+
+void putBack(int descriptor, int before)
+{
+    if (before < 0)
+        return;
+    dup2(before, descriptor);
+    close(before);
+}
+
+bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
+} // namespace
+
+OutputCapture::OutputCapture()
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return;
+    readEnd = ends[0];
+    for (const int end : ends) {
+        fcntl(end, F_SETFD, FD_CLOEXEC);
+        fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    std::fflush(stdout);
+    outputBefore = redirect(STDOUT_FILENO, ends[1]);
+    if (isatty(STDERR_FILENO) != 0)
+        errorBefore = redirect(STDERR_FILENO, ends[1]);
+    close(ends[1]);
+}
+
+OutputCapture::~OutputCapture()
+{
+    std::fflush(stdout);
+    putBack(STDOUT_FILENO, outputBefore);
+    putBack(STDERR_FILENO, errorBefore);
+    if (readEnd >= 0)
+        close(readEnd);
+}
+
+const std::string& OutputCapture::lastLine()
+{
+    char bytes[4096];
+    ssize_t count = 0;
+    while ((count = read(readEnd, bytes, sizeof bytes)) > 0)
+        take(std::string(bytes, static_cast<std::size_t>(count)));
+    return last;
+}
+
+// A line counts as soon as it begins: some are never ended.
+void OutputCapture::take(const std::string& printed)
+{
+    unfinished += printed;
+    for (std::size_t end = 0; (end = unfinished.find('\n')) != std::string::npos;) {
+        if (const auto line = unfinished.substr(0, end); !isBlank(line))
+            last = line;
+        unfinished.erase(0, end + 1);
+    }
+    unfinished.resize(std::min(unfinished.size(), kLongestLine));
+    if (!isBlank(unfinished))
+        last = unfinished;
+}
+
+} // namespace Kest::Terminal

@@ -1,0 +1,205 @@
+#include "platform/terminal/Screen.h"
+
+#include "platform/terminal/ScreenKeys.h"
+#include "platform/terminal/TerminalStrings.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <curses.h>
+#include <fcntl.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <string_view>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr int kEscapeDelay = 50; // milliseconds: what follows an Esc later is a key of its own
+constexpr short kRedPair = 1;
+
+std::string_view valueOf(const char* variable)
+{
+    const char* const value = std::getenv(variable);
+    return value == nullptr ? "" : value;
+}
+
+bool canBeDrawnOn()
+{
+    const auto name = valueOf("TERM");
+    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !name.empty() && name != "dumb" &&
+           canPlaceCursor(STDOUT_FILENO);
+}
+
+attr_t attributesOf(const ScreenLine& line, bool hasColours)
+{
+    const attr_t selected = line.selected ? A_REVERSE : A_NORMAL;
+    switch (line.look) {
+    case Look::plain:
+        return selected;
+    case Look::title:
+        return A_BOLD;
+    case Look::greyed:
+        return selected | A_DIM;
+    case Look::red:
+        return hasColours ? selected | static_cast<attr_t>(COLOR_PAIR(kRedPair)) : selected;
+    case Look::status:
+        return A_REVERSE;
+    }
+    return A_NORMAL;
+}
+
+} // namespace
+
+struct Screen::Curses {
+    SCREEN* screen = nullptr;
+};
+
+std::unique_ptr<Screen> Screen::open()
+{
+    if (!canBeDrawnOn())
+        return nullptr;
+    termios modes{};
+    const int terminal = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    FILE* const output = terminal < 0 ? nullptr : fdopen(terminal, "w");
+    if (output == nullptr || tcgetattr(terminal, &modes) != 0) {
+        if (terminal >= 0)
+            close(terminal);
+        return nullptr;
+    }
+    std::unique_ptr<Screen> opened(new Screen(output, modes));
+    return opened->start() ? std::move(opened) : nullptr;
+}
+
+Screen::Screen(FILE* terminal, const termios& modes)
+    : output(terminal), modesBefore(modes), curses(std::make_unique<Curses>())
+{}
+
+bool Screen::start()
+{
+    curses->screen = newterm(nullptr, output, stdin);
+    if (curses->screen == nullptr)
+        return false;
+    guard.emplace(fileno(output), farewell(), modesBefore);
+    set_term(curses->screen);
+    cbreak();
+    noecho();
+    nonl();
+    keypad(stdscr, TRUE);
+    defineKeys();
+    nodelay(stdscr, TRUE);
+    set_escdelay(kEscapeDelay);
+    curs_set(0);
+    startColours();
+    mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
+    mouseinterval(0); // a press is a press at once
+    return true;
+}
+
+// Terminals send their cursor keys in one of two ways, and not always in the one that they were asked for.
+void Screen::defineKeys()
+{
+    const struct {
+        const char* bytes;
+        int code;
+    } keys[] = {{"\x1B[A", KEY_UP},   {"\x1B[B", KEY_DOWN}, {"\x1B[C", KEY_RIGHT},
+                {"\x1B[D", KEY_LEFT}, {"\x1B[H", KEY_HOME}, {"\x1B[F", KEY_END}};
+    for (const auto& key : keys)
+        define_key(key.bytes, key.code);
+}
+
+void Screen::startColours()
+{
+    if (!valueOf("NO_COLOR").empty() || !has_colors())
+        return;
+    hasColours =
+        start_color() == OK && use_default_colors() == OK && init_pair(kRedPair, COLOR_RED, -1) == OK;
+}
+
+Screen::~Screen()
+{
+    if (curses->screen != nullptr) {
+        if (!isendwin())
+            endwin();
+        if (isInForeground()) // else the modes are somebody else's
+            tcsetattr(fileno(output), TCSADRAIN, &modesBefore);
+        guard.reset();
+        delscreen(curses->screen);
+    }
+    std::fclose(output);
+}
+
+Glyphs Screen::glyphs() const { return {std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0}; }
+
+Size Screen::size() const { return {getmaxy(stdscr), getmaxx(stdscr)}; }
+
+void Screen::draw(const std::vector<ScreenLine>& lines)
+{
+    werase(stdscr);
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        drawLine(static_cast<int>(i), lines[i]);
+    wnoutrefresh(stdscr);
+    doupdate();
+}
+
+void Screen::drawLine(int line, const ScreenLine& text) const
+{
+    wattrset(stdscr, static_cast<int>(attributesOf(text, hasColours)));
+    mvwaddstr(stdscr, line, 0, text.text.c_str());
+    wattrset(stdscr, static_cast<int>(A_NORMAL));
+}
+
+std::optional<Input> Screen::nextInput()
+{
+    wint_t code = 0;
+    const int kind = wget_wch(stdscr, &code);
+    if (kind == ERR)
+        return std::nullopt;
+    if (kind != KEY_CODE_YES)
+        return inputOfCharacter(code);
+    if (code != KEY_MOUSE)
+        return inputOfKey(static_cast<int>(code));
+    MEVENT event{};
+    return getmouse(&event) == OK ? inputOfMouse(event.bstate, event.y) : Input{.text = {}};
+}
+
+bool Screen::hasHungUp()
+{
+    pollfd terminal{STDIN_FILENO, POLLIN, 0};
+    return poll(&terminal, 1, 0) < 0 || (terminal.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+}
+
+void Screen::resize()
+{
+    winsize window{};
+    if (ioctl(fileno(output), TIOCGWINSZ, &window) == 0 && window.ws_row > 0 && window.ws_col > 0)
+        resizeterm(window.ws_row, window.ws_col);
+    clearok(curscr, TRUE);
+}
+
+void Screen::suspend()
+{
+    endwin();
+    TerminalGuard::setActive(false);
+    struct sigaction stop {};
+    stop.sa_handler = SIG_DFL;
+    struct sigaction before {};
+    sigaction(SIGTSTP, &stop, &before);
+    raise(SIGTSTP); // returns when continued, or at once where nobody could continue us
+    sigaction(SIGTSTP, &before, nullptr);
+    raise(SIGCONT); // the same for both
+}
+
+void Screen::resume()
+{
+    if (!isendwin())
+        endwin(); // somebody else may have set other modes: all are set anew with the next drawing
+    TerminalGuard::setActive(true);
+    resize();
+}
+
+bool Screen::isInForeground() const { return tcgetpgrp(fileno(output)) == getpgrp(); }
+
+} // namespace Kest::Terminal

@@ -1,0 +1,57 @@
+// The terminal as a screen: the only part that knows ncurses.
+#pragma once
+
+#include "platform/terminal/MenuScreen.h"
+#include "platform/terminal/TerminalGuard.h"
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <termios.h>
+#include <vector>
+
+namespace Kest::Terminal {
+
+/// One for each process, main thread only. Has a descriptor of its own to the terminal, so that standard
+/// output may go elsewhere meanwhile. The terminal is in order again when it is gone.
+class Screen {
+public:
+    /// Null unless standard input and output are a terminal that can be drawn on.
+    static std::unique_ptr<Screen> open();
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    Glyphs glyphs() const;
+    Size size() const;
+    void draw(const std::vector<ScreenLine>& lines);
+    /// What has been pressed; nothing when there is no more for now. May take 50 ms after an Esc.
+    std::optional<Input> nextInput();
+    /// Whether nothing more can come: the terminal has gone.
+    static bool hasHungUp();
+
+    /// The window may have another size. To be drawn anew afterwards, as after `resume`.
+    void resize();
+    /// Gives the terminal back and stops the process, as Ctrl-Z does. A SIGCONT follows in any case.
+    void suspend();
+    /// Takes the terminal again, to be called on SIGCONT in the foreground.
+    void resume();
+    bool isInForeground() const;
+
+private:
+    struct Curses; // the library's screen
+
+    Screen(FILE* terminal, const termios& modes);
+    bool start();
+    static void defineKeys();
+    void startColours();
+    void drawLine(int line, const ScreenLine& text) const;
+
+    FILE* const output;
+    const termios modesBefore;
+    std::unique_ptr<Curses> curses;
+    std::optional<TerminalGuard> guard;
+    bool hasColours = false;
+};
+
+} // namespace Kest::Terminal

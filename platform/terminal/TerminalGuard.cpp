@@ -1,0 +1,63 @@
+#include "platform/terminal/TerminalGuard.h"
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <iterator>
+#include <unistd.h>
+
+namespace Kest::Terminal {
+namespace {
+
+constexpr int kCrashes[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
+
+// All that a signal handler needs, made ready beforehand.
+std::atomic<bool> active = false;
+int descriptor = -1;
+char farewellBytes[512];
+std::size_t farewellSize = 0;
+termios modesBefore{};
+struct sigaction actionsBefore[std::size(kCrashes)];
+
+void onCrash(int signal)
+{
+    TerminalGuard::restore();
+    const auto* const crash = std::ranges::find(kCrashes, signal);
+    sigaction(signal, &actionsBefore[crash - std::begin(kCrashes)], nullptr);
+    raise(signal); // takes effect on return
+}
+
+} // namespace
+
+TerminalGuard::TerminalGuard(int terminal, const std::string& farewell, const termios& before)
+{
+    descriptor = terminal;
+    farewellSize = std::min(farewell.size(), sizeof farewellBytes);
+    farewell.copy(farewellBytes, farewellSize);
+    modesBefore = before;
+    active = true;
+
+    struct sigaction action {};
+    action.sa_handler = onCrash;
+    for (std::size_t i = 0; i < std::size(kCrashes); ++i)
+        sigaction(kCrashes[i], &action, &actionsBefore[i]);
+}
+
+TerminalGuard::~TerminalGuard()
+{
+    active = false;
+    for (std::size_t i = 0; i < std::size(kCrashes); ++i)
+        sigaction(kCrashes[i], &actionsBefore[i], nullptr);
+}
+
+void TerminalGuard::setActive(bool isActive) { active = isActive; }
+
+void TerminalGuard::restore()
+{
+    if (!active.exchange(false))
+        return;
+    [[maybe_unused]] const auto written = write(descriptor, farewellBytes, farewellSize);
+    tcsetattr(descriptor, TCSANOW, &modesBefore);
+}
+
+} // namespace Kest::Terminal

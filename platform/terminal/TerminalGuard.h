@@ -1,0 +1,25 @@
+// Leaves the terminal in order when the process is killed by its own fault.
+#pragma once
+
+#include <string>
+#include <termios.h>
+
+namespace Kest::Terminal {
+
+/// One for each process. While it lives, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL put the terminal back
+/// and then have the effect that they had before. Main thread only, but for `restore`.
+class TerminalGuard {
+public:
+    /// `terminal` stays open as long as the guard lives; `farewell` is what to write to it.
+    TerminalGuard(int terminal, const std::string& farewell, const termios& before);
+    ~TerminalGuard();
+    TerminalGuard(const TerminalGuard&) = delete;
+    TerminalGuard& operator=(const TerminalGuard&) = delete;
+
+    /// Off while somebody else has the terminal.
+    static void setActive(bool isActive);
+    /// Puts the terminal back, once. Any thread, signal handlers too.
+    static void restore();
+};
+
+} // namespace Kest::Terminal

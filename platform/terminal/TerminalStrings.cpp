@@ -1,0 +1,49 @@
+// Apart from all else, for the library's header takes many names for its macros.
+#include "platform/terminal/TerminalStrings.h"
+
+#include <cstdint>
+#include <curses.h>
+#include <term.h>
+
+namespace Kest::Terminal {
+namespace {
+
+std::string collected;
+
+int collect(int byte)
+{
+    collected += static_cast<char>(byte);
+    return byte;
+}
+
+// Null for what the terminal lacks.
+const char* capability(const char* name)
+{
+    const char* const text = tigetstr(name);
+    return reinterpret_cast<std::intptr_t>(text) == -1 ? nullptr : text;
+}
+
+} // namespace
+
+bool canPlaceCursor(int terminal)
+{
+    int outcome = 0;
+    if (setupterm(nullptr, terminal, &outcome) != OK)
+        return false;
+    const bool can = capability("cup") != nullptr;
+    del_curterm(cur_term);
+    return can;
+}
+
+std::string farewell()
+{
+    collected.clear();
+    if (capability("kmous") != nullptr)
+        collected = "\x1B[?1006l\x1B[?1000l"; // no more mouse
+    for (const char* name : {"sgr0", "op", "rmkx", "cnorm", "rmcup"})
+        if (const char* const text = capability(name))
+            tputs(text, 1, collect);
+    return collected;
+}
+
+} // namespace Kest::Terminal
