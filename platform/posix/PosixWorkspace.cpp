@@ -13,9 +13,8 @@ extern char** environ; // NOLINT(readability-redundant-declaration): macOS decla
 namespace Kest::Posix {
 namespace {
 
-// None of the agent's signal dispositions is the program's business, nor are its input and output: the
-// program may live longer than whoever is at their other ends.
-std::optional<pid_t> spawn(const char* program, char* const* arguments)
+// None of the agent's signal dispositions is the program's business.
+std::optional<pid_t> spawn(const char* program, char* const* arguments, Streams streams)
 {
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -30,7 +29,8 @@ std::optional<pid_t> spawn(const char* program, char* const* arguments)
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
+        if (streams == Streams::none)
+            posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
     pid_t pid = 0;
     const int failure = posix_spawn(&pid, program, &files, &attributes, arguments, environ);
     posix_spawn_file_actions_destroy(&files);
@@ -51,7 +51,7 @@ bool PosixWorkspace::run(const std::string& program, const std::vector<std::stri
         argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    const auto pid = spawn(program.c_str(), argv.data());
+    const auto pid = spawn(program.c_str(), argv.data(), programStreams);
     if (pid)
         started.push_back(*pid);
     return pid.has_value();

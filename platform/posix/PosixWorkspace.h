@@ -8,9 +8,15 @@
 
 namespace Kest::Posix {
 
+/// What a started program has for input, output and errors: the agent's own, or nothing, where the agent's
+/// own belong to a full screen and end with it.
+enum class Streams { inherited, none };
+
 /// Main thread only. What shows something to the user is left to the front end.
 class PosixWorkspace : public App::Workspace {
 public:
+    explicit PosixWorkspace(Streams streams = Streams::inherited) : programStreams(streams) {}
+
     /// In a session of its own, so that the program outlives the agent's terminal.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }
@@ -19,6 +25,7 @@ public:
 private:
     void forgetEnded();
 
+    const Streams programStreams;
     std::vector<pid_t> started;
 };
 

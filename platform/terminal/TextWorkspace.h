@@ -8,6 +8,8 @@ namespace Kest::Terminal {
 /// Says on standard output what a desktop would show.
 class TextWorkspace final : public Posix::PosixWorkspace {
 public:
+    using PosixWorkspace::PosixWorkspace;
+
     void selectFile(const std::string& folder) override;
     void showAboutPanel(const App::About& about) override;
 };

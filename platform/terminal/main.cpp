@@ -11,9 +11,9 @@
 namespace {
 
 template <typename FrontEnd>
-void runWith(FrontEnd& frontEnd, const Kest::Settings::SystemPaths& paths)
+void runWith(FrontEnd& frontEnd, Kest::Posix::Streams streams, const Kest::Settings::SystemPaths& paths)
 {
-    Kest::Terminal::TextWorkspace workspace;
+    Kest::Terminal::TextWorkspace workspace(streams);
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
     delegate.awakeFromNib();
     delegate.applicationDidFinishLaunching();
@@ -25,10 +25,10 @@ int runInTerminal(const Kest::Settings::SystemPaths& paths)
 {
     if (const auto screen = Kest::Terminal::Screen::open()) {
         Kest::Terminal::FullScreenFrontEnd frontEnd(*screen);
-        runWith(frontEnd, paths);
+        runWith(frontEnd, Kest::Posix::Streams::none, paths);
     } else {
         Kest::Terminal::TextFrontEnd frontEnd;
-        runWith(frontEnd, paths);
+        runWith(frontEnd, Kest::Posix::Streams::inherited, paths);
     }
     return 0;
 }
