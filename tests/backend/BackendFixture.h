@@ -6,7 +6,6 @@
 #include "tests/support/TestPlace.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <fcntl.h>
@@ -21,14 +20,6 @@ inline struct stat statusOf(const std::string& path)
     struct stat status {};
     lstat(path.c_str(), &status);
     return status;
-}
-
-inline int occurrences(const std::string& text, const std::string& part)
-{
-    int count = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-        ++count;
-    return count;
 }
 
 inline std::ptrdiff_t threadCount()

@@ -25,13 +25,6 @@ TEST_F(SessionMonitor, PassesEachNewMessageOfTheHostOnOnceAndRounded)
         awaitWholePass();
     }
     EXPECT_THAT(heard(), ElementsAre("-7 0 ''", "1 0 ''", "3 0 ''", "-3 0 ''", "0 0 ''"));
-
-    auto* listener = backend->messageCallback.exchange(nullptr);
-    post(-9);
-    awaitWholePass();
-    backend->messageCallback = listener;
-    awaitWholePass();
-    EXPECT_EQ(heard().size(), 5u) << "what nobody heard is not told later";
 }
 
 TEST_F(SessionMonitor, TellsInEveryPassOfTwoBusesWithOneName)
@@ -42,8 +35,6 @@ TEST_F(SessionMonitor, TellsInEveryPassOfTwoBusesWithOneName)
     start();
     EXPECT_THAT(heard(6), testing::Each(kBusListChanged));
     EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Dialog"));
-    backend->setDefaultKestBus("Main Bus"); // no bus of that name
-    EXPECT_EQ(session.textAt(kDefaultBus), "");
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(session.textAt(kDefaultBus), "bus-1");
 
@@ -86,7 +77,6 @@ TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
     place.stopHost();
     awaitWholePass();
     EXPECT_EQ(heard().size(), 2u) << "no host is no news";
-    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Dialog"));
     forget();
     place.startHost(); // with no bus, and message 0
     EXPECT_THAT(heard(2), testing::UnorderedElementsAre(kBusListChanged, "0 0 ''"));
@@ -94,37 +84,6 @@ TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
     heard(3);
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(kDefaultBus), "bus-9");
-}
-
-TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByte)
-{
-    auto& session = place.startHost();
-    const std::string macRoman = "\x8E\x9F\xCA"; // bytes that are not UTF-8
-    const std::string longest(64, 'L');          // no room for a terminator
-    int slot = 20;
-    const std::vector<std::string> labels{"Zeta", macRoman, "alpha", "Main Bus", longest, "Alpha", "Main"};
-    for (const auto& label : labels)
-        session.putBus(--slot, "id of " + label, label);
-    start();
-    awaitWholePass();
-    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Alpha", longest, "Main", "Zeta", "alpha", macRoman));
-
-    for (const auto& name : {macRoman, longest, std::string("Main Bus")}) {
-        std::fill_n(session.bytes() + kDefaultBus, 65, static_cast<unsigned char>(0xEE));
-        auto wanted = sessionBytes();
-        auto id = ("id of " + name).substr(0, 64);
-        id.resize(65);
-        wanted.replace(kDefaultBus, 65, id);
-        backend->setDefaultKestBus(name.c_str());
-        EXPECT_TRUE(sessionBytes() == wanted) << name;
-    }
-    session.putText(kDefaultBus, "before");
-    for (const char* none : {static_cast<const char*>(nullptr), "Music", "", "bus"})
-        backend->setDefaultKestBus(none);
-    EXPECT_EQ(session.textAt(kDefaultBus), "before");
-    place.stopHost();
-    backend->setDefaultKestBus("Zeta"); // nobody to tell, and not remembered
-    EXPECT_EQ(place.startHost().textAt(kDefaultBus), "");
 }
 
 } // namespace

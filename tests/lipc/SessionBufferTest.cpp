@@ -1,8 +1,7 @@
-// The registry: its layout against records written by literal offsets, the lookups, copies of records, the
-// double-buffered texts to the byte, and the numeric functions.
+// The registry: its layout against records written by literal offsets, the lookups, copies of records, and
+// the double-buffered texts to the byte.
 #include "lipc/SessionBuffer.h"
 
-#include "lipc/Numeric.h"
 #include "lipc/ShmManaged.h"
 #include "tests/support/RawSegment.h"
 
@@ -10,8 +9,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cmath>
-#include <string>
 
 namespace {
 
@@ -35,10 +32,6 @@ protected:
             raw.putInt(slot + 656 + 272 * k + 264, 1);
         }
     }
-    std::string record(int index) const
-    {
-        return {reinterpret_cast<const char*>(&session.clients[index]), 3376};
-    }
 
     const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
     const Kest::Test::MarkerRemover remover{name};
@@ -61,25 +54,12 @@ void expectFilled(const LIPC::ClientEntry& client)
         EXPECT_EQ(client.strings[k].text(), "text " + std::to_string(k));
 }
 
-TEST_F(SessionBuffer, ReadsAndWritesTheBytesThatTheHostDoes)
+TEST_F(SessionBuffer, HasItsFieldsWhereTheHostWritesThem)
 {
     for (const int index : {0, 517, 1023}) {
         fill(index);
         expectFilled(session.clients[index]);
     }
-    auto& client = session.clients[1022];
-    client.id = LIPC::ClientID("bus-7");
-    client.type = LIPC::kBusType;
-    std::ranges::fill(client.label, 'L');
-    client.aux32 = 0x11223344;
-    client.auxA16 = 0x5566;
-    client.auxB16 = 0x7788;
-    for (int n = 0; n < 128; ++n)
-        client.params[n] = static_cast<float>(n) + 0.5F;
-    for (int k = 0; k < 10; ++k)
-        client.strings[k].put(("text " + std::to_string(k)).c_str(), 6);
-    EXPECT_TRUE(record(1022) == record(1023));
-
     session.defaultBus = LIPC::ClientID("bus-7");
     EXPECT_EQ(raw.textAt(3458152), "bus-7");
     EXPECT_EQ(LIPC::kMixEngineType, 0x4B4D4958);
@@ -93,18 +73,15 @@ TEST_F(SessionBuffer, FindsTheFirstRecordOfAName)
         EXPECT_EQ(session.getClientEntry("KestSettings"), &session.clients[index]);
     }
     EXPECT_EQ(session.getClientEntry("KestSetting"), nullptr);
-    EXPECT_EQ(session.getClientEntry("KestSettings2"), nullptr);
 
     raw.putText(RawSegment::slot(9), std::string(80, 'n')); // no terminator within the field
     for (const auto length : {64u, 65u, 70u})
         EXPECT_EQ(session.getClientEntry(std::string(length, 'n').c_str()), &session.clients[9]) << length;
     EXPECT_EQ(session.getClientEntry(std::string(63, 'n').c_str()), nullptr);
-    EXPECT_EQ(session.clients[9].id.text().size(), 64u);
 }
 
 TEST_F(SessionBuffer, CopiesTheRecordsOfATypeInSlotOrderWithoutLeavingTheirFields)
 {
-    raw.putBus(1023, "last", "");
     raw.putInt(RawSegment::slot(7) + 68, 0x4B4D4958); // of another type
     fill(2);
     fill(3);
@@ -114,16 +91,12 @@ TEST_F(SessionBuffer, CopiesTheRecordsOfATypeInSlotOrderWithoutLeavingTheirField
     raw.putInt(text + 272 + 264, 99); // the index of text 1
 
     std::deque<LIPC::ClientEntry> buses(5); // what it holds already goes
-    ASSERT_EQ(session.getClientEntries(LIPC::kBusType, buses), 3);
-    ASSERT_EQ(buses.size(), 3u);
-    const auto original = record(2);
+    ASSERT_EQ(session.getClientEntries(LIPC::kBusType, buses), 2);
+    ASSERT_EQ(buses.size(), 2u);
     std::fill_n(raw.bytes() + RawSegment::slot(2), 2 * 3376, static_cast<unsigned char>(0xEE));
     expectFilled(buses[0]);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&buses[0]), 3376), original)
-        << "slot 1 has each text";
     EXPECT_EQ(buses[1].strings[0].text(), std::string(128, 't'));
     EXPECT_EQ(buses[1].strings[1].text(), "");
-    EXPECT_EQ(buses[2].id.text(), "last");
     EXPECT_EQ(session.getClientEntries(-1, buses), 0);
 }
 
@@ -142,19 +115,16 @@ struct Field {
 
 TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)
 {
-    struct Case {
+    const struct {
         std::int32_t before;
         std::size_t characters;
         int length; // as the caller counts
         std::int32_t after;
         std::size_t published;
-    };
-    const Case cases[] = {
-        {0, 20, 20, 1, 20},    {1, 20, 20, 0, 20},    {0, 127, 127, 1, 127},    {1, 127, 127, 0, 127},
-        {0, 128, 128, 1, 128}, {1, 128, 128, 0, 128}, {0, 129, 129, 1, 127},    {1, 129, 129, 0, 127},
-        {0, 200, 200, 1, 127}, {1, 200, 200, 0, 127}, {0, 200, 100, 1, 127},    {1, 200, 100, 0, 127},
-        {2, 20, 20, 1, 20},    {7, 20, 20, 0, 20},    {-1, 128, 128, 0, 128},   {-2, 200, 200, 1, 127},
-        {0, 0, 0, 1, 0},       {0, 128, 129, 1, 127}, {INT_MAX, 20, 20, 0, 20}, {INT_MIN, 128, 128, 1, 128},
+    } cases[] = {
+        {0, 127, 127, 1, 127},  {1, 127, 127, 0, 127},    {0, 128, 128, 1, 128}, {1, 128, 128, 0, 128},
+        {0, 129, 129, 1, 127},  {1, 129, 129, 0, 127},    {0, 200, 100, 1, 127}, {2, 20, 20, 1, 20},
+        {-1, 128, 128, 0, 128}, {INT_MAX, 20, 20, 0, 20}, {0, 0, 0, 1, 0},
     };
     for (const auto& c : cases) {
         const std::string text(c.characters, 'x');
@@ -177,20 +147,6 @@ TEST(SHMString, IsReadWithinItsSlotAndAsEmptyWhereThereIsNoSlot)
         EXPECT_EQ(Field(current).text().text(), std::string(128, '\xEE')) << current;
     for (const int current : {2, -1, INT_MAX, INT_MIN})
         EXPECT_EQ(Field(current).text().text(), "") << current;
-}
-
-TEST(Numeric, RoundsHalvesAwayFromZeroAndHearsNothingAtMinus144Decibels)
-{
-    const std::pair<float, int> cases[] = {{0.5F, 1},      {-0.5F, -1}, {0.49999997F, 0}, {2.5F, 3},
-                                           {-2.5F, -3},    {2.6F, 3},   {-7.0F, -7},      {3e9F, 0},
-                                           {-INFINITY, 0}, {NAN, 0}};
-    for (const auto& [value, rounded] : cases)
-        EXPECT_EQ(LIPC::round(value), rounded) << value;
-    EXPECT_EQ(LIPC::db2amplitude(0.0F), 1.0F);
-    EXPECT_FLOAT_EQ(LIPC::db2amplitude(-20.0F), 0.1F);
-    EXPECT_GT(LIPC::db2amplitude(-143.9F), 0.0F);
-    for (const float silent : {-144.0F, -1e9F, NAN})
-        EXPECT_EQ(LIPC::db2amplitude(silent), 0.0F) << silent;
 }
 
 } // namespace

@@ -4,11 +4,7 @@
 #include "app/FrontEnd.h"
 
 #include <deque>
-#include <functional>
 #include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace Kest::Test {
 
@@ -65,14 +61,13 @@ public:
     bool launchApplication(const std::string& path) override
     {
         asked.push_back("launch " + path);
-        return applicationsLaunch;
+        return true;
     }
     void selectFile(const std::string& folder) override { asked.push_back("select " + folder); }
     void showAboutPanel(const App::About& about) override { asked.push_back("about " + about.name); }
     void runShellCommand(const std::string& command) override { asked.push_back("shell " + command); }
 
     std::vector<std::string> asked;
-    bool applicationsLaunch = true;
     std::function<void()> whenRun = [] {}; // looks at the world at the moment when a program is started
 };
 

@@ -1,33 +1,20 @@
 // The real tray agent on a session bus of its own, seen by a panel that this test plays.
-#include "tests/support/Eventually.h"
-#include "tests/support/Process.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/system/SystemWorld.h"
 
 #include <algorithm>
-#include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <map>
-#include <memory>
-#include <set>
-#include <string>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
-#include <vector>
 
 namespace Kest::Test {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 constexpr char kMenuPath[] = "/MenuBar";
-constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
 
-std::string program(const std::string& name) { return std::string(KEST_PROGRAMS) + "/" + name; }
+using Properties = std::map<std::string, std::string>; // numbers and flags as text
 
 /// The panel's side of the bus: the watcher with which items register, and a reader of their menu.
 class Panel {
@@ -67,7 +54,7 @@ public:
 
     struct Row {
         int id = 0;
-        std::map<std::string, std::string> properties; // numbers and flags as text
+        Properties properties;
         std::vector<Row> rows;
     };
     Row layout(int parent = 0)
@@ -89,10 +76,8 @@ public:
                 const auto own = child.properties.find("label");
                 return own != child.properties.end() && own->second == label;
             });
-            if (found == row.rows.end()) {
-                ADD_FAILURE() << "no item " << label;
-                return {};
-            }
+            if (found == row.rows.end())
+                throw std::runtime_error("no item " + label);
             row = Row(*found);
         }
         return row;
@@ -111,9 +96,9 @@ public:
         return needsUpdate == 1;
     }
 
-    std::vector<std::string> items;                                         // as registered
-    std::vector<std::map<int, std::map<std::string, std::string>>> updates; // ItemsPropertiesUpdated
-    std::vector<int> layouts;                                               // parents in LayoutUpdated
+    std::vector<std::string> items;                 // as registered
+    std::vector<std::map<int, Properties>> updates; // ItemsPropertiesUpdated
+    std::vector<int> layouts;                       // parents in LayoutUpdated
 
 private:
     template <typename... Arguments>
@@ -149,9 +134,9 @@ private:
         }
         return 0;
     }
-    static std::map<std::string, std::string> readProperties(sd_bus_message* message)
+    static Properties readProperties(sd_bus_message* message)
     {
-        std::map<std::string, std::string> properties;
+        Properties properties;
         sd_bus_message_enter_container(message, 'a', "{sv}");
         while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
             const char* name = nullptr;
@@ -189,17 +174,8 @@ private:
     sd_bus* bus = nullptr;
 };
 
-class Tray : public testing::Test {
+class Tray : public SystemWorld {
 protected:
-    void SetUp() override
-    {
-        ASSERT_STREQ(std::getenv("HOME"), "/tmp/home")
-            << "run this in a world of its own: tools/private_world";
-        fs::remove_all("/tmp/home");
-        fs::create_directories("/tmp/home");
-        fs::remove_all(kFacilities);
-        fs::create_directories(fs::path(kFacilities) / "Studio_A");
-    }
     void startAgent()
     {
         agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings")});
@@ -212,7 +188,6 @@ protected:
     }
 
     Panel panel;
-    std::unique_ptr<Process> agent;
 };
 
 TEST_F(Tray, RegistersWithEachNewPanelAndSaysWhenThereIsNone)
@@ -242,8 +217,7 @@ TEST_F(Tray, AClickHasItsEffectAndOldAndNewStateAreTold)
     EXPECT_EQ(panel.updates[0][stereo]["toggle-state"], "1");
     EXPECT_EQ(panel.updates[0][widest]["toggle-state"], "0");
     EXPECT_TRUE(panel.layouts.empty());
-    const auto file = readFile("/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml");
-    EXPECT_NE(file.find("name=\"PhysMonConfig\" val=\"1\""), std::string::npos) << file;
+    expectStored("PhysMonConfig", "1");
 
     panel.click({"Speaker Configuration", "Stereo"}); // changes nothing, and is told again all the same
     ASSERT_TRUE(panel.waitFor([&] { return panel.updates.size() == 2; }));
@@ -255,34 +229,29 @@ TEST_F(Tray, AClickHasItsEffectAndOldAndNewStateAreTold)
 TEST_F(Tray, OpeningSaysWhetherItHasChangedAnythingAndKeepsTheIds)
 {
     startBoth();
-    const auto facilities = panel.at({"Monitoring Facility"});
-    std::set<int> ids;
-    for (const auto& row : facilities.rows)
-        ids.insert(row.id);
+    const auto menu = panel.at({"Monitoring Facility"});
     for (int opening = 0; opening < 100; ++opening)
-        ASSERT_FALSE(panel.aboutToShow(facilities.id));
+        ASSERT_FALSE(panel.aboutToShow(menu.id));
     EXPECT_TRUE(panel.layouts.empty());
 
-    fs::create_directories(fs::path(kFacilities) / "Studio_B");
-    EXPECT_TRUE(panel.aboutToShow(facilities.id));
+    fs::create_directories(facilities / "Studio_B");
+    EXPECT_TRUE(panel.aboutToShow(menu.id));
     ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
-    EXPECT_EQ(panel.layouts, std::vector<int>{facilities.id});
-    const auto now = panel.layout(facilities.id);
+    EXPECT_EQ(panel.layouts, std::vector<int>{menu.id});
+    const auto now = panel.layout(menu.id);
     ASSERT_EQ(now.rows.size(), 3U);
     EXPECT_EQ(now.rows[0].properties.at("label"), "Standard-Surround (not available)");
     EXPECT_EQ(now.rows[0].properties.at("disposition"), "alert");
     EXPECT_EQ(now.rows[2].properties.at("label"), "Studio__B");
-    EXPECT_TRUE(ids.contains(now.rows[0].id) && ids.contains(now.rows[1].id) &&
-                !ids.contains(now.rows[2].id));
+    for (std::size_t i = 0; i < 2; ++i)
+        EXPECT_EQ(now.rows[i].id, menu.rows[i].id);
 }
 
 TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
 {
     startBoth();
-    const int pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
-    const auto report = [&](const std::string& line) {
-        EXPECT_EQ(write(pipe, line.data(), line.size()), static_cast<ssize_t>(line.size()));
-    };
+    const int pipe = open(kFifo, O_WRONLY | O_CLOEXEC);
+    const auto report = [&](const std::string& line) { EXPECT_GT(write(pipe, line.data(), line.size()), 0); };
     report("pid: 4711 , path: /tmp/out/Film_Mix.wav\npid: 4711 , P: 1\n");
     ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
     const auto history = panel.at({"Encoding History"});
@@ -293,12 +262,9 @@ TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
     panel.layouts.clear();
     for (int percentage = 2; percentage < 50; ++percentage) {
         report("pid: 4711 , P: " + std::to_string(percentage) + "\n");
-        const auto count = static_cast<std::size_t>(percentage - 1);
-        ASSERT_TRUE(panel.waitFor([&] { return panel.updates.size() == count; }));
-        const std::map<std::string, std::string> wanted{
-            {"label", "Film  " + std::to_string(percentage) + "%"}};
-        EXPECT_EQ(panel.updates.back().at(history.rows[2].id), wanted);
-        EXPECT_EQ(panel.updates.back().size(), 1U);
+        ASSERT_TRUE(panel.waitFor([&] { return std::ssize(panel.updates) == percentage - 1; }));
+        const Properties wanted{{"label", "Film  " + std::to_string(percentage) + "%"}};
+        EXPECT_EQ(panel.updates.back(), (std::map{std::pair{history.rows[2].id, wanted}}));
     }
     EXPECT_TRUE(panel.layouts.empty());
     close(pipe);
