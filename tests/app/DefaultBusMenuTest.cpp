@@ -1,8 +1,5 @@
 // The bus menu over a host whose buses come and go, and the bytes of the session's default bus.
-#include "app/MacRoman.h"
 #include "tests/app/Agent.h"
-
-#include <set>
 
 namespace {
 
@@ -38,17 +35,10 @@ protected:
 
 TEST_F(DefaultBusMenu, FollowsTheBusesOfTheHostAndTheChoice)
 {
-    testing::internal::CaptureStdout();
     agent.start();
-    const auto atFirst = items();
+    EXPECT_THAT(items(), ElementsAre("Main Bus 0*"));
     putBuses({"Zeta", "Alpha"});
-    const bool areShown = shows({"Main Bus 0*", "- 0", "Alpha 1", "Zeta 2"});
-    const auto printed = testing::internal::GetCapturedStdout();
-    EXPECT_THAT(atFirst, ElementsAre("Main Bus 0*"));
-    EXPECT_TRUE(areShown);
-    EXPECT_THAT(printed, testing::HasSubstr("bus 0 : Main Bus\n\n"));
-    EXPECT_THAT(printed, testing::EndsWith("bus 0 : Main Bus\nbus 1 : Alpha\nbus 2 : Zeta\n\n"));
-
+    EXPECT_TRUE(shows({"Main Bus 0*", "- 0", "Alpha 1", "Zeta 2"}));
     const auto ids = agent.ids("Default Bus");
     EXPECT_EQ(choose("Zeta"), "bus-5");
     EXPECT_THAT(items(), ElementsAre("Main Bus 0", "- 0", "Alpha 1", "Zeta 2*"));
@@ -57,17 +47,6 @@ TEST_F(DefaultBusMenu, FollowsTheBusesOfTheHostAndTheChoice)
     host.removeClient(6);
     EXPECT_TRUE(shows({"Main Bus 0", "- 0", "Zeta 1*"}));
     EXPECT_EQ(choose("Main Bus"), "bus-5") << "no bus has that name";
-}
-
-TEST_F(DefaultBusMenu, FallsBackToTheMainBusWhenTheChosenOneDisappears)
-{
-    putBuses({"Main Bus", "Zeta"});
-    agent.start();
-    ASSERT_TRUE(shows({"Main Bus 0*", "- 0", "Zeta 1"}));
-    EXPECT_EQ(choose("Zeta"), "bus-6");
-    host.removeClient(6);
-    EXPECT_TRUE(shows({"Main Bus 0*"}));
-    EXPECT_EQ(host.textAt(3458152), "bus-5");
 }
 
 TEST_F(DefaultBusMenu, HandsMacRomanNamesBackAsTheyWereAndShortOnesNotAtAll)
@@ -93,18 +72,6 @@ TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatWasLost)
     agent.delegate.applicationDidFinishLaunching();
     agent.frontEnd.runJobs();
     EXPECT_THAT(items(), ElementsAre("Main Bus 0*", "- 0", "Zeta 1"));
-}
-
-TEST(MacRoman, GivesEveryByteBackAndACharacterOfItsOwn)
-{
-    std::set<std::string> characters;
-    for (int byte = 1; byte < 256; ++byte) {
-        const std::string bytes(1, static_cast<char>(byte));
-        EXPECT_EQ(utf8ToMacRoman(*characters.insert(macRomanToUtf8(bytes)).first), bytes) << byte;
-    }
-    EXPECT_EQ(characters.size(), 255U);
-    EXPECT_EQ(macRomanToUtf8("\x80\x8A\xA5\xCA\xDB\xFF"), "Ää•\u00A0€ˇ");
-    EXPECT_EQ(utf8ToMacRoman("a→😀z"), "a??z");
 }
 
 } // namespace

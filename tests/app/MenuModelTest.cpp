@@ -1,74 +1,20 @@
-// The menu model's ids, its notion of change, and the way from one snapshot to the next.
+// The way from one snapshot to the next.
 #include "app/MenuDiff.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <random>
 
 namespace {
 
 using namespace Kest::App;
-using testing::ElementsAre;
 
 std::unique_ptr<MenuItem> newItem(const std::string& title, Action action = Action::none)
 {
     return std::make_unique<MenuItem>(
         ItemProperties{.title = title, .action = action, .separator = title.empty(), .view = {}});
-}
-
-std::vector<ItemId> idsOf(const Menu& menu)
-{
-    std::vector<ItemId> ids;
-    for (const auto& item : menu.itemArray())
-        ids.push_back(item->id());
-    return ids;
-}
-
-TEST(MenuModel, KeepsTheIdsOfEqualItemsOverARebuildAndReusesNone)
-{
-    MenuModel model;
-    auto& menu = model.statusMenu();
-    for (const char* title : {"A", "", "B", "B", "C"})
-        menu.addItem(newItem(title));
-    EXPECT_THAT(idsOf(menu), ElementsAre(1, 2, 3, 4, 5));
-    menu.removeAllItems();
-    for (const char* title : {"New", "B", "B", "B", "", "A"})
-        menu.addItem(newItem(title));
-    menu.addItem(newItem("C", Action::terminate)); // another action: another item
-    EXPECT_THAT(idsOf(menu), ElementsAre(6, 3, 4, 7, 2, 1, 8));
-    menu.removeItem(*menu.itemWithTitle("A"));
-    EXPECT_EQ(menu.addItem(newItem("A")).id(), 9) << "removed on its own: what comes is another item";
-}
-
-TEST(MenuModel, HasChangedOnlyWhenSomethingIsNotAsItWas)
-{
-    MenuModel model;
-    auto& item = model.statusMenu().addItem(newItem("A"));
-    EXPECT_TRUE(model.takeChanged());
-    const std::vector<std::function<void()>> changes = {
-        [] {}, // none
-        [&] { item.setState(true); },
-        [&] { item.setEnabled(false); },
-        [&] { item.setHidden(true); },
-        [&] { item.setTag(7); },
-        [&] {
-            item.setView({"x", ""});
-        },
-    };
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        changes[i]();
-        EXPECT_EQ(model.takeChanged(), i > 0) << i;
-        changes[i]();
-        EXPECT_FALSE(model.takeChanged()) << i;
-    }
-    const auto removed = model.statusMenu().removeItem(item);
-    EXPECT_TRUE(model.takeChanged());
-    removed->setTag(8);
-    model.statusMenu().removeAllItems();
-    EXPECT_FALSE(model.takeChanged()) << "an item that nobody sees, and a menu that was empty";
 }
 
 /// Does to a model what the application does to its own, at random.

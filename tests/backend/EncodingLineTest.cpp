@@ -1,12 +1,7 @@
-// The encoders' lines: each form, with the C library's own scanner as a second opinion.
+// The encoders' lines: each form, and what is none.
 #include "backend/EncodingLine.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdio>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -24,24 +19,6 @@ std::string parsed(const std::string& text)
     const auto line = parseEncodingLine(text);
     return !line ? "nothing"
                  : std::to_string(line->pid) + std::visit([](auto& c) { return words(c); }, line->content);
-}
-
-/// The same by the patterns that stand for the forms.
-std::string scanned(const std::string& line)
-{
-    int pid = 0;
-    int percentage = -1;
-    char value[2048] = "";
-    // NOLINTBEGIN(cert-err34-c): scanf's own rules are what is asked for
-    if (std::sscanf(line.c_str(), "pid: %d , P: %d", &pid, &percentage) >= 1 && percentage >= 0)
-        return std::to_string(pid) + " P " + std::to_string(percentage);
-    if (std::sscanf(line.c_str(), "pid: %d , path: %2047[^\n]", &pid, value) >= 1 && value[0] != '\0')
-        return std::to_string(pid) + " path " + value;
-    if (std::sscanf(line.c_str(), "pid: %d , enc_type: %2047s", &pid, value) >= 1 && value[0] != '\0')
-        return std::to_string(pid) + " type " + value;
-    return std::sscanf(line.c_str(), "pid: %d , ERROR: ", &pid) >= 1 ? std::to_string(pid) + " error"
-                                                                     : "nothing";
-    // NOLINTEND(cert-err34-c)
 }
 
 TEST(EncodingLine, HasFourForms)
@@ -62,12 +39,9 @@ TEST(EncodingLine, HasFourForms)
         {{"pid: -2147483648 , ERROR: "}, "-2147483648 error"},
     };
     for (const auto& [lines, wanted] : cases) {
-        for (const auto& line : lines) {
+        for (const auto& line : lines)
             EXPECT_EQ(parsed(line), wanted) << line;
-            EXPECT_EQ(scanned(line), wanted) << line;
-        }
     }
-    // Where scanf would do something undefined, or cut.
     const std::string longest(1023, 'x');
     EXPECT_EQ(parsed("pid: 2147483648 , P: 5"), "nothing");
     EXPECT_EQ(parsed("pid: 4711 , P: 99999999999"), "4711 error");
@@ -75,21 +49,6 @@ TEST(EncodingLine, HasFourForms)
     EXPECT_EQ(parsed("pid: 1 , path: " + longest + "x"), "1 overlong");
     EXPECT_EQ(parsed("pid: 1 , enc_type: " + longest + " and more"), "1 type " + longest);
     EXPECT_EQ(parsed("pid: 1 , enc_type: " + longest + "x"), "1 overlong");
-}
-
-TEST(EncodingLine, IsReadAsScanfReadsItWhateverItsPieces)
-{
-    const std::vector<std::string> pieces{
-        " ", "\t", "\v", ",", "P:", "path:", "enc_type:", "ERROR:", "5",
-        "0", "-",  "+",  ".", "x",  "/a",    "pid:",      " , ",    " , P: "};
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp)
-    std::mt19937 random(20260301); // the same lines in every run
-    for (int round = 0; round < 50000; ++round) {
-        std::string line = random() % 2 == 0 ? "pid:" : "pid: 4";
-        for (auto count = random() % 8; count > 0; --count)
-            line += pieces[random() % pieces.size()];
-        ASSERT_EQ(parsed(line), scanned(line)) << line;
-    }
 }
 
 } // namespace

@@ -2,12 +2,10 @@
 // of the library; offsets in the tests that use it are literal numbers.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
-#include <string>
 #include <sys/ipc.h>
 #include <sys/mman.h>
 #include <sys/shm.h>

@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
-#include <string>
 
 namespace Kest::Test {
 

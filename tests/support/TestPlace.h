@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <memory>
-#include <unistd.h>
 
 namespace Kest::Test {
 

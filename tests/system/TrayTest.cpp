@@ -1,7 +1,7 @@
 // The real tray agent on a session bus of its own, seen by a panel that this test plays.
 #include "tests/support/Eventually.h"
 #include "tests/support/Process.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/system/World.h"
 
 #include <gtest/gtest.h>
 
@@ -26,8 +26,6 @@ constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 constexpr char kMenuPath[] = "/MenuBar";
 constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
-
-std::string program(const std::string& name) { return std::string(KEST_PROGRAMS) + "/" + name; }
 
 /// The panel's side of the bus: the watcher with which items register, and a reader of their menu.
 class Panel {
@@ -242,8 +240,7 @@ TEST_F(Tray, AClickHasItsEffectAndOldAndNewStateAreTold)
     EXPECT_EQ(panel.updates[0][stereo]["toggle-state"], "1");
     EXPECT_EQ(panel.updates[0][widest]["toggle-state"], "0");
     EXPECT_TRUE(panel.layouts.empty());
-    const auto file = readFile("/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml");
-    EXPECT_NE(file.find("name=\"PhysMonConfig\" val=\"1\""), std::string::npos) << file;
+    EXPECT_TRUE(hasSetting("PhysMonConfig", "1")) << settings();
 
     panel.click({"Speaker Configuration", "Stereo"}); // changes nothing, and is told again all the same
     ASSERT_TRUE(panel.waitFor([&] { return panel.updates.size() == 2; }));
