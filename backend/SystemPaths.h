@@ -1,6 +1,8 @@
 // Every fixed place outside the agent that it reads, writes or starts.
 #pragma once
 
+#include "lipc/SettingsRecord.h"
+
 #include <string>
 
 namespace Kest::Settings {
@@ -17,8 +19,8 @@ struct SystemPaths {
     std::string uninstaller = "/Applications/Kestronics/Kest-3D Uninstall.app";
     std::string launchAgent = "/Library/LaunchAgents/com.kestronics.kest-settings.plist";
     // Names of shared-memory segments, from which their key files follow.
-    std::string versionSegment = "LIPC_VERSION";
-    std::string sessionSegment = "LIPC_SESSION";
+    std::string versionSegment = LIPC::kVersionSegment;
+    std::string sessionSegment = LIPC::kSessionSegment;
 
     /// The settings folder as an absolute path.
     std::string absoluteSettingsFolder() const;

@@ -21,6 +21,11 @@ TEST(Services, StartWhatTheyAreFor)
     const auto uninstall = "launch " + paths.uninstaller;
     EXPECT_THAT(agent.workspace.asked, ElementsAre(restart, restart, uninstall, "about Kest Settings"));
 
+    agent.workspace.applicationsLaunch = false;
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(agent.choose("Open Uninstaller"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("Uninstall failed to launch\n"));
+
     EXPECT_EQ(agent.delegate.menu().statusMenu().itemArray().back()->title(), "Quit Kest Settings");
     EXPECT_FALSE(agent.frontEnd.hasQuit);
     EXPECT_TRUE(agent.choose("Quit Kest Settings"));

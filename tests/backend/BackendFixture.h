@@ -23,14 +23,6 @@ inline struct stat statusOf(const std::string& path)
     return status;
 }
 
-inline int occurrences(const std::string& text, const std::string& part)
-{
-    int count = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-        ++count;
-    return count;
-}
-
 inline std::ptrdiff_t threadCount()
 {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});

@@ -21,7 +21,6 @@ namespace fs = std::filesystem;
 
 constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
 constexpr char kLastUser[] = "/Users/Shared/.kestsettings_lastuser.txt";
-constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
 
 /// The session as the host sees it, by literal offsets.
 class Session {

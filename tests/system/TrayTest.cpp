@@ -25,7 +25,6 @@ namespace fs = std::filesystem;
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 constexpr char kMenuPath[] = "/MenuBar";
-constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
 
 /// The panel's side of the bus: the watcher with which items register, and a reader of their menu.
 class Panel {

@@ -9,6 +9,8 @@
 
 namespace Kest::Test {
 
+constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
+
 inline std::string program(const std::string& name) { return std::string(KEST_PROGRAMS) + "/" + name; }
 
 inline std::filesystem::path home() { return std::getenv("HOME"); }
