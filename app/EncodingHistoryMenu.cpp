@@ -1,5 +1,6 @@
 #include "app/EncodingHistoryMenu.h"
 
+#include "app/MessageSlot.h"
 #include "app/OutputFolder.h"
 #include "backend/Backend.h"
 #include "log/Log.h"
@@ -42,6 +43,13 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
     if (auto* abort = entry.submenu()->itemWithTag(kAbortTag))
         abort->setEnabled(number < kFinished);
     setClearEncodingHistoryEnabled();
+}
+
+void EncodingHistoryMenu::showLatest(std::int32_t pid, bool hasFailed)
+{
+    const auto status = backend.getEncodingStatus(pid);
+    if (status.pid == pid)
+        receivedMsgFromBackend(hasFailed ? -1 : status.percentage, pid, descriptionText(status.name.c_str()));
 }
 
 MenuItem& EncodingHistoryMenu::entryFor(std::int32_t pid, const std::string& title)

@@ -29,6 +29,9 @@ public:
     /// Shows an encoding's latest state. `number` is its percentage, negative when it has failed.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
+    /// The same by what the Backend knows of it; that its last report was a failure is not recorded there.
+    void showLatest(std::int32_t pid, bool hasFailed);
+
     // Actions. The process id is the tag of the entry whose submenu the sender is in.
     void encShowInFinder(Sender sender);
     void abortEncoding(Sender sender);

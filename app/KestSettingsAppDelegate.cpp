@@ -129,6 +129,19 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
     const Job job(*this);
     while (const auto message = slot.take())
         receivedMsgFromBackend(message->number, message->type, message->description);
+    catchUp(slot.takeSkipped());
+}
+
+// A message that gave way to a newer one is not handled any more, but what it was about is shown as it is
+// now.
+void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
+{
+    if (!parts)
+        return;
+    if (skipped.busList)
+        parts->buses.refreshBusList();
+    for (const auto& [pid, hasFailed] : skipped.encodings)
+        parts->encodings.showLatest(pid, hasFailed);
 }
 
 void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::int32_t type,

@@ -74,6 +74,7 @@ private:
 
     void perform(Action action, Sender sender);
     void receivedStatusMessage(std::int32_t number);
+    void catchUp(const SkippedMessages& skipped);
 
     FrontEnd& frontEnd;
     Workspace& workspace;

@@ -4,6 +4,7 @@
 #include "backend/Guarded.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -15,24 +16,41 @@ struct BackendMessage {
     std::string description; // valid UTF-8 of at most 1022 bytes
 };
 
+/// Whose messages have given way to newer ones, so that what the menu tells of them is out of date.
+struct SkippedMessages {
+    bool busList = false;
+    /// By process id: whether the encoding's last message told of a failure.
+    std::map<std::int32_t, bool> encodings;
+};
+
+/// The text of a description: none for null and for invalid UTF-8; an over-long one is cut at a whole
+/// character.
+std::string descriptionText(const char* description);
+
 /// Room for one message on purpose: the newest one wins, and a main thread that is busy is not asked twice.
 /// Any thread.
 class MessageSlot {
 public:
-    /// Keeps the message in place of one that waits. Null and invalid UTF-8 count as an empty description, an
-    /// over-long one is cut at a whole character. True when none was waiting: then somebody must come and
+    /// Keeps the message in place of one that waits. True when none was waiting: then somebody must come and
     /// take it.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
 
     /// Empties the slot.
     std::optional<BackendMessage> take();
 
+    /// Whose newest message was none of those taken; to be asked when `take` has nothing more.
+    SkippedMessages takeSkipped();
+
 private:
+    void noteSkipped() KEST_REQUIRES(msgLock);
+    void forgetSkipped() KEST_REQUIRES(msgLock);
+
     Mutex msgLock;
     std::int32_t msg_nr_queue KEST_GUARDED_BY(msgLock) = 0;
     std::int32_t msg_type_queue KEST_GUARDED_BY(msgLock) = 0;
     std::string msg_descr_queue KEST_GUARDED_BY(msgLock);
     std::int32_t msgs_in_queue KEST_GUARDED_BY(msgLock) = 0; // 0 or 1
+    SkippedMessages skipped KEST_GUARDED_BY(msgLock);
 };
 
 } // namespace Kest::App

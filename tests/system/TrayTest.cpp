@@ -300,5 +300,37 @@ TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
     close(pipe);
 }
 
+TEST_F(Tray, ShowsTheLastStateOfEachOfManyEncodingsAtOnce)
+{
+    constexpr int kEncodings = 200;
+    startBoth();
+    const int pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
+    const auto reportAll = [&](const std::function<std::string(int)>& what) {
+        for (int encoding = 0; encoding < kEncodings; ++encoding) {
+            const auto line = "pid: " + std::to_string(10000 + encoding) + " , " + what(encoding) + "\n";
+            EXPECT_EQ(write(pipe, line.data(), line.size()), static_cast<ssize_t>(line.size()));
+        }
+    };
+    const auto label = [](int encoding) { return "Film " + std::to_string(1000 + encoding); };
+    reportAll([&](int encoding) { return "path: /tmp/out/" + label(encoding) + ".wav"; });
+    for (int percentage = 5; percentage <= 95; percentage += 5)
+        reportAll([&](int) { return "P: " + std::to_string(percentage); });
+    reportAll([](int encoding) { return encoding % 10 == 7 ? "ERROR: disk full" : "P: 100"; });
+    std::map<std::string, int> wanted;
+    for (int encoding = 0; encoding < kEncodings; ++encoding)
+        ++wanted[label(encoding) + (encoding % 10 == 7 ? " - Failed" : "  100%")];
+
+    std::map<std::string, int> shown;
+    EXPECT_TRUE(panel.waitFor([&] {
+        shown.clear();
+        for (const auto& row : panel.at({"Encoding History"}).rows)
+            if (const auto own = row.properties.find("label"); own != row.properties.end())
+                ++shown[own->second];
+        shown.erase("Clear History");
+        return shown == wanted;
+    })) << testing::PrintToString(shown);
+    close(pipe);
+}
+
 } // namespace
 } // namespace Kest::Test
