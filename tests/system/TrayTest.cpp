@@ -23,6 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
+constexpr char kFileManager[] = "org.freedesktop.FileManager1";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 constexpr char kMenuPath[] = "/MenuBar";
 
@@ -39,6 +40,13 @@ public:
             SD_BUS_VTABLE_END,
         };
         sd_bus_add_object_vtable(bus, nullptr, "/StatusNotifierWatcher", kWatcher, kVtable, this);
+        static const sd_bus_vtable kFileManagerVtable[] = {
+            SD_BUS_VTABLE_START(0),
+            SD_BUS_METHOD("ShowItems", "ass", "", &Panel::onShowItems, SD_BUS_VTABLE_UNPRIVILEGED),
+            SD_BUS_VTABLE_END,
+        };
+        sd_bus_add_object_vtable(bus, nullptr, "/org/freedesktop/FileManager1", kFileManager,
+                                 kFileManagerVtable, this);
         sd_bus_add_match(bus, nullptr, "type='signal',interface='com.canonical.dbusmenu'", &Panel::onSignal,
                          this);
     }
@@ -47,6 +55,7 @@ public:
     Panel& operator=(const Panel&) = delete;
 
     void start() { EXPECT_GE(sd_bus_request_name(bus, kWatcher, 0), 0); }
+    void startFileManager() { EXPECT_GE(sd_bus_request_name(bus, kFileManager, 0), 0); }
     void stop() { EXPECT_GE(sd_bus_release_name(bus, kWatcher), 0); }
 
     bool waitFor(const std::function<bool()>& condition)
@@ -111,6 +120,7 @@ public:
     std::vector<std::string> items;                                         // as registered
     std::vector<std::map<int, std::map<std::string, std::string>>> updates; // ItemsPropertiesUpdated
     std::vector<int> layouts;                                               // parents in LayoutUpdated
+    std::vector<std::string> shownFolders;                                  // the file manager's
 
 private:
     template <typename... Arguments>
@@ -124,6 +134,14 @@ private:
         const char* name = nullptr;
         sd_bus_message_read(message, "s", &name);
         static_cast<Panel*>(panel)->items.emplace_back(name);
+        return sd_bus_reply_method_return(message, "");
+    }
+    static int onShowItems(sd_bus_message* message, void* panel, sd_bus_error*)
+    {
+        const char* address = nullptr;
+        const char* startupId = nullptr;
+        sd_bus_message_read(message, "ass", 1, &address, &startupId);
+        static_cast<Panel*>(panel)->shownFolders.emplace_back(address);
         return sd_bus_reply_method_return(message, "");
     }
     static int onSignal(sd_bus_message* signal, void* panel, sd_bus_error*)
@@ -207,6 +225,17 @@ protected:
         startAgent();
         ASSERT_TRUE(panel.seesItem(1));
     }
+    /// As an encoder.
+    static void report(const std::string& lines)
+    {
+        int pipe = -1;
+        EXPECT_TRUE(eventually([&] {
+            pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
+            return pipe >= 0;
+        }));
+        EXPECT_EQ(write(pipe, lines.data(), lines.size()), static_cast<ssize_t>(lines.size()));
+        close(pipe);
+    }
 
     Panel panel;
     std::unique_ptr<Process> agent;
@@ -275,10 +304,6 @@ TEST_F(Tray, OpeningSaysWhetherItHasChangedAnythingAndKeepsTheIds)
 TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
 {
     startBoth();
-    const int pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
-    const auto report = [&](const std::string& line) {
-        EXPECT_EQ(write(pipe, line.data(), line.size()), static_cast<ssize_t>(line.size()));
-    };
     report("pid: 4711 , path: /tmp/out/Film_Mix.wav\npid: 4711 , P: 1\n");
     ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
     const auto history = panel.at({"Encoding History"});
@@ -297,18 +322,26 @@ TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
         EXPECT_EQ(panel.updates.back().size(), 1U);
     }
     EXPECT_TRUE(panel.layouts.empty());
-    close(pipe);
+}
+
+TEST_F(Tray, RevealAsksTheDesktopsFileManager)
+{
+    startBoth();
+    panel.startFileManager();
+    report("pid: 4711 , path: /tmp/Größe 1%/Film_Mix.wav\npid: 4711 , P: 1\n");
+    ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
+    panel.click({"Encoding History", "Film  1%", "Show Output Folder"});
+    EXPECT_TRUE(panel.waitFor([&] { return !panel.shownFolders.empty(); }));
+    EXPECT_EQ(panel.shownFolders, std::vector<std::string>{"file:///tmp/Gr%C3%B6%C3%9Fe%201%25"});
 }
 
 TEST_F(Tray, ShowsTheLastStateOfEachOfManyEncodingsAtOnce)
 {
     constexpr int kEncodings = 200;
     startBoth();
-    const int pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
     const auto reportAll = [&](const std::function<std::string(int)>& what) {
         for (int encoding = 0; encoding < kEncodings; ++encoding) {
-            const auto line = "pid: " + std::to_string(10000 + encoding) + " , " + what(encoding) + "\n";
-            EXPECT_EQ(write(pipe, line.data(), line.size()), static_cast<ssize_t>(line.size()));
+            report("pid: " + std::to_string(10000 + encoding) + " , " + what(encoding) + "\n");
         }
     };
     const auto label = [](int encoding) { return "Film " + std::to_string(1000 + encoding); };
@@ -329,7 +362,6 @@ TEST_F(Tray, ShowsTheLastStateOfEachOfManyEncodingsAtOnce)
         shown.erase("Clear History");
         return shown == wanted;
     })) << testing::PrintToString(shown);
-    close(pipe);
 }
 
 } // namespace
