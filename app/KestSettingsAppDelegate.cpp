@@ -127,9 +127,10 @@ bool KestSettingsAppDelegate::queueMsgFromBackend(std::int32_t number, std::int3
 void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
 {
     const Job job(*this);
-    while (const auto message = slot.take())
+    while (const auto message = slot.take()) {
+        catchUp(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
-    catchUp(slot.takeSkipped());
+    }
 }
 
 // A message that gave way to a newer one is not handled any more, but what it was about is shown as it is
