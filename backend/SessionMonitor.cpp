@@ -53,6 +53,7 @@ void Backend::monitorPass(MonitorState& state)
     const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
     if (session.contents() == nullptr)
         return;
+    session.populate();
     if (const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
         passHostMessageOn(*own, state);
     refreshBusClients(*session.contents());
