@@ -86,7 +86,7 @@ std::vector<ScreenLine> MenuScreen::lines(Size size)
     all.push_back({atBothEnds(titleText(), range, size.columns, glyphs), Look::title});
     std::ranges::move(content, std::back_inserter(all));
     all.push_back({fitted(messageText(), size.columns, glyphs)});
-    all.push_back({atBothEnds(buses.text(), " ? keys  q quit", size.columns, glyphs), Look::status});
+    all.push_back({atBothEnds(statusText(), " ? keys  q quit", size.columns, glyphs), Look::status});
     return all;
 }
 
@@ -101,6 +101,19 @@ std::string MenuScreen::titleText() const
         if (menu->id != App::kStatusMenuId)
             title += " > " + drawable(itemName(menu->properties), glyphs);
     return title;
+}
+
+std::string MenuScreen::statusText() const
+{
+    switch (host) {
+    case Settings::HostState::refused:
+        return "K3DHost refused, not 64 bit";
+    case Settings::HostState::absent:
+        return "no K3DHost, " + buses.text();
+    case Settings::HostState::attached:
+        break;
+    }
+    return "K3DHost: " + buses.text();
 }
 
 std::string MenuScreen::messageText() const
