@@ -19,7 +19,7 @@ std::size_t farewellSize = 0;
 termios modesBefore{};
 struct sigaction actionsBefore[std::size(kCrashes)];
 // A stack that has run full has no room for a handler.
-constexpr std::size_t kHandlerStackBytes = 64 * 1024;
+constexpr std::size_t kHandlerStackBytes = 65536;
 alignas(16) char handlerStack[kHandlerStackBytes];
 stack_t stackBefore{};
 
