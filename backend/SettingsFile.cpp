@@ -26,6 +26,16 @@ juce::PropertySet valuesOf(const std::string& text)
     return values;
 }
 
+// Text that begins like markup the store would take for markup, and its parser may never come back.
+bool canBeKept(const juce::String& value)
+{
+    juce::PropertySet one;
+    one.setValue("value", value);
+    const auto text = one.createXml("PROPERTIES")->toString().toStdString();
+    return !value.trimStart().startsWithChar('<') && isSettingsText(text) &&
+           valuesOf(text).getValue("value") == value;
+}
+
 FileText readSettings(const std::string& path) { return readFile(path, kLongestSettings + 1); }
 
 bool isWell(const FileText& file) { return file.error == 0 && isSettingsText(file.text); }
@@ -67,9 +77,8 @@ const juce::PropertySet& SettingsFile::values()
 
 bool SettingsFile::keep(const char* key, const juce::var& value)
 {
-    // The store would take text that begins like markup for markup, and its parser may never come back.
-    if (value.toString().trimStart().startsWithChar('<')) {
-        report(path, "does not get a value", "it may not begin with '<'");
+    if (!canBeKept(value.toString())) {
+        report(path, "not saved", "it cannot hold such a text");
         return false;
     }
     unsaved.setValue(key, value);

@@ -27,7 +27,8 @@ public:
     const juce::PropertySet& values();
 
     /// Saves a choice, and all that could not be saved before; true when all of it is on the disk. When not,
-    /// the file stays as it was, and the choice lives until the agent ends.
+    /// the file stays as it was, and the choice lives until the agent ends; but text that the file cannot
+    /// hold is refused.
     bool keep(const char* key, const juce::var& value);
 
 private:
