@@ -1,6 +1,7 @@
 // The Backend's life: what stands before its threads start, and in which order all of it ends.
 #include "backend/Backend.h"
 
+#include "backend/SettingsFile.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
 #include "lipc/VersionBuffer.h"
@@ -39,10 +40,9 @@ private:
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
     : systemPaths(std::move(paths)), monitorPeriod(period),
       fifoPath(systemPaths.encodingProgressFifo.c_str()),
-      properties(std::make_unique<juce::ApplicationProperties>())
+      properties(std::make_unique<juce::ApplicationProperties>()),
+      settingsFile(std::make_unique<SettingsFile>(*properties, systemPaths))
 {
-    prepareSettings();
-
     const SignalsBlocked blocked;
     pipeThread = std::thread(&Backend::namedPipeThreadloop, this);
     if (acceptsHost()) {
@@ -58,6 +58,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
 
 Backend::~Backend()
 {
+    messageCallback = nullptr; // whoever listens is about to go
     {
         const MutexLock lock(stopMutex);
         ++stopRequests;

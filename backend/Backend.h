@@ -34,6 +34,7 @@ struct TypeLine;
 struct ErrorLine;
 struct OverlongValue;
 struct LineAccumulator;
+class SettingsFile;
 
 /// Called on one of the Backend's threads; must return quickly and must not call the Backend. `type` 0 is a
 /// status message with its number; a type above 0 is the process id of an encoder, and `number` its
@@ -135,8 +136,7 @@ private:
     void sendMessage(std::int32_t number, std::int32_t type, const char* description) const;
 
     // Settings store.
-    void prepareSettings();
-    juce::PropertySet& userSettings() const;
+    const juce::PropertySet& userSettings() const;
     void storeSetting(const char* key, const juce::var& value);
     void publishParameter(int parameter, float value) const;
     void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
@@ -145,7 +145,7 @@ private:
     const std::chrono::nanoseconds monitorPeriod;
     const char* const fifoPath; // the characters of `systemPaths`
     std::unique_ptr<juce::ApplicationProperties> properties;
-    mutable bool settingsAreOpen = false;
+    std::unique_ptr<SettingsFile> settingsFile; // saves through `properties`
 
 public:
     // Assigned once by the owner, after construction; until then messages are dropped.

@@ -1,12 +1,6 @@
 #include "backend/SettingsFileCheck.h"
 
-#include "log/Log.h"
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
 
 namespace Kest::Settings {
 namespace {
@@ -74,7 +68,7 @@ bool skipValue(Scanner& scanner)
 
 bool isSettingsText(std::string_view text)
 {
-    if (text.find('\0') != std::string_view::npos)
+    if (text.size() > kLongestSettings || text.find('\0') != std::string_view::npos)
         return false;
     Scanner scanner(text);
     if (text.starts_with("<?xml") && !(scanner.skip("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")))
@@ -87,21 +81,6 @@ bool isSettingsText(std::string_view text)
                 return false;
     }
     return scanner.isAtEnd();
-}
-
-void setAsideWhenDamaged(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        return;
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (isSettingsText(text.str()))
-        return;
-    const auto aside = path + ".bad";
-    const bool moved = std::rename(path.c_str(), aside.c_str()) == 0;
-    Lct::Log(Lct::eLogError, "settings", "%s is damaged; %s", path.c_str(),
-             moved ? "set aside as .bad" : std::strerror(errno));
 }
 
 } // namespace Kest::Settings

@@ -1,10 +1,9 @@
 // The user's choices: kept in the settings file, and told to the host.
 #include "backend/Backend.h"
-#include "backend/SettingsFileCheck.h"
+#include "backend/SettingsFile.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
 #include "lipc/ShmManaged.h"
-#include "log/Log.h"
 #include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
@@ -18,47 +17,9 @@ constexpr char kLatencyCompensationControlKey[] = "LatencyCompensationControlSet
 
 } // namespace
 
-void Backend::prepareSettings()
-{
-    juce::PropertiesFile::Options options;
-    options.applicationName = kSettingsName;
-    options.filenameSuffix = "xml";
-    // Absolute, so that the file is in the same place under the home folder on every system.
-    options.folderName = juce::String::fromUTF8(systemPaths.absoluteSettingsFolder().c_str());
-    options.osxLibrarySubFolder = "Application Support";
-    options.commonToAllUsers = false;
-    options.ignoreCaseOfKeyNames = false;
-    options.doNotSave = false;
-    options.millisecondsBeforeSaving = 0;
-    options.storageFormat = juce::PropertiesFile::storeAsXML;
-    options.processLock = nullptr;
+const juce::PropertySet& Backend::userSettings() const { return settingsFile->values(); }
 
-    const juce::File folder(options.folderName);
-    if (!folder.exists())
-        folder.createDirectory();
-    properties->setStorageParameters(options);
-}
-
-// The file is read anew after each save, so it is looked at before each reading.
-juce::PropertySet& Backend::userSettings() const
-{
-    if (!settingsAreOpen)
-        setAsideWhenDamaged(systemPaths.settingsFile());
-    settingsAreOpen = true;
-    return *properties->getUserSettings();
-}
-
-void Backend::storeSetting(const char* key, const juce::var& value)
-{
-    // The store would keep text that begins like markup as markup, and give back another text.
-    if (value.toString().trimStart().startsWithChar('<')) {
-        Lct::Log(Lct::eLogError, "storeSetting", "%s not saved: a value may not begin with '<'", key);
-        return;
-    }
-    userSettings().setValue(key, value);
-    properties->closeFiles();
-    settingsAreOpen = false;
-}
+void Backend::storeSetting(const char* key, const juce::var& value) { settingsFile->keep(key, value); }
 
 void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
 {

@@ -24,11 +24,17 @@ std::atomic<int> signalPipe = -1;
 std::atomic<bool> signalSeen = false;
 std::atomic<void (*)()> lastAct = nullptr;
 
+// A full pipe wakes the loop all the same.
+void writeByte(int pipe, char byte)
+{
+    while (write(pipe, &byte, 1) < 0 && errno == EINTR)
+        ;
+}
+
 void onSignal(int signal)
 {
     const int before = errno;
-    const auto number = static_cast<char>(signal);
-    [[maybe_unused]] const auto written = write(signalPipe, &number, 1);
+    writeByte(signalPipe, static_cast<char>(signal));
     errno = before;
 }
 
@@ -94,7 +100,7 @@ void MainLoop::post(std::function<void()> job)
     jobs.push_back(std::move(job));
     if (jobs.size() > 1)
         return; // somebody has woken the loop for these
-    [[maybe_unused]] const auto written = write(wakeUpWrite, &kJob, 1);
+    writeByte(wakeUpWrite, kJob);
 }
 
 void MainLoop::watchInput(int descriptor, std::function<void()> readable)

@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 using namespace Kest::Test;
 using Kest::Settings::Backend;
 using testing::HasSubstr;
+using namespace std::string_literals;
 
 struct Choice {
     std::string key;
@@ -121,7 +122,7 @@ TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
     EXPECT_FALSE(fs::exists(place.paths.lastUserMarker));
 }
 
-TEST_F(SettingsStore, SetsADamagedFileAsideBeforeAnythingIsSaved)
+TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
 {
     start();
     backend->setSoloMode(7);
@@ -136,8 +137,59 @@ TEST_F(SettingsStore, SetsADamagedFileAsideBeforeAnythingIsSaved)
         EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
         EXPECT_EQ(backend->getDAW_LinkControl(), 1);
-        EXPECT_EQ(backend->getSoloMode(), 0);
+        EXPECT_EQ(backend->getSoloMode(), 7);
     }
+}
+
+TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
+{
+    start();
+    backend->setSoloMode(7);
+    const auto whole = readFile(file);
+    fs::remove(file);
+    fs::create_directory(file); // exists, and cannot be read
+    backend->setSoloMode(1);
+    EXPECT_EQ(backend->getSoloMode(), 1);
+    EXPECT_TRUE(fs::is_directory(file));
+
+    fs::remove(file);
+    writeFile(file, whole);
+    backend->setDAW_LinkControl(1);
+    EXPECT_THAT(readFile(file), HasSubstr("\"SoloMode\" val=\"1\""));
+}
+
+TEST_F(SettingsStore, WritesThroughALinkAndClearsUpAfterADeath)
+{
+    const auto target = place.folder / "dotfiles.xml";
+    const auto stray = place.paths.settingsFolder + "/Kest-Settings_temp1f.xml";
+    fs::create_directories(place.paths.settingsFolder);
+    fs::create_symlink("../dotfiles.xml", file);
+    for (const int mode : {7, 1}) {
+        start();
+        backend->setSoloMode(mode);
+        EXPECT_THAT(readFile(target), HasSubstr("val=\"" + std::to_string(mode) + "\""));
+        EXPECT_TRUE(fs::is_symlink(file));
+    }
+    fs::remove(file);
+    writeFile(stray, "<PROP");
+    start();
+    EXPECT_FALSE(fs::exists(stray));
+}
+
+TEST_F(SettingsStore, RefusesAValueThatTheFileCannotHold)
+{
+    start();
+    backend->setFacility("Studio B");
+    for (const auto& name : {"<a><?x?>b"s, " <b"s, std::string(70000, 'x')}) {
+        testing::internal::CaptureStderr();
+        backend->setFacility(name);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("it cannot hold such a text"));
+        EXPECT_EQ(backend->getFacility(), "Studio B");
+    }
+    const auto any = juce::String::fromUTF8("a<b>&\"'\x01 \xc3\xa8\n");
+    backend->setFacility(any);
+    start();
+    EXPECT_EQ(backend->getFacility(), any);
 }
 
 } // namespace

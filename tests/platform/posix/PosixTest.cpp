@@ -22,6 +22,16 @@ TEST(MainLoop, EndsOnEachOfTheEndingSignals)
     }
 }
 
+TEST(MainLoop, EndsTheProcessAtOnceOnASecondEndingSignal)
+{
+    const auto endTwice = [] {
+        Posix::MainLoop loop;
+        raise(SIGTERM);
+        raise(SIGTERM);
+    };
+    EXPECT_EXIT(endTwice(), testing::ExitedWithCode(128 + SIGTERM), "");
+}
+
 TEST(MainLoop, TellsOfOtherSignalsAndOfEachInputUntilItIsNotWatchedAnyMore)
 {
     Posix::MainLoop loop;

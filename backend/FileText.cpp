@@ -1,0 +1,106 @@
+#include "backend/FileText.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Kest::Settings {
+namespace {
+
+/// Calls again what a signal has interrupted; a file system that never lets it through must not hang the
+/// agent.
+template <typename Call>
+auto again(const Call& call)
+{
+    constexpr int kPatience = 100;
+    auto result = call();
+    for (int i = 1; result < 0 && errno == EINTR && i < kPatience; ++i)
+        result = call();
+    return result;
+}
+
+class OpenFile {
+public:
+    OpenFile(const std::string& path, int flags)
+        : descriptor(again([&] { return open(path.c_str(), flags | O_CLOEXEC, 0644); }))
+    {}
+    ~OpenFile()
+    {
+        if (descriptor >= 0)
+            close(descriptor);
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    const int descriptor;
+};
+
+bool flush(const std::string& path)
+{
+    const OpenFile file(path, O_RDONLY);
+    return file.descriptor >= 0 && again([&] { return flushToDisk(file.descriptor) ? 0 : -1; }) == 0;
+}
+
+bool writeWhole(int file, const std::string& text)
+{
+    for (std::size_t done = 0; done < text.size();) {
+        const auto count = again([&] { return write(file, text.data() + done, text.size() - done); });
+        if (count <= 0)
+            return false;
+        done += static_cast<std::size_t>(count);
+    }
+    return flushToDisk(file);
+}
+
+bool writeTemporary(const std::string& path, const std::string& text)
+{
+    const OpenFile file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
+    return file.descriptor >= 0 && writeWhole(file.descriptor, text);
+}
+
+} // namespace
+
+FileText readFile(const std::string& path, std::size_t limit)
+{
+    const OpenFile file(path, O_RDONLY | O_NONBLOCK); // a pipe at the path must not be waited for
+    struct stat status {};
+    if (file.descriptor < 0 || fstat(file.descriptor, &status) != 0)
+        return {errno, {}};
+    if (!S_ISREG(status.st_mode))
+        return {EINVAL, {}};
+    FileText whole;
+    whole.text.resize(limit);
+    for (std::size_t done = 0;;) {
+        const auto count =
+            again([&] { return read(file.descriptor, whole.text.data() + done, limit - done); });
+        if (count < 0)
+            return {errno, {}};
+        done += static_cast<std::size_t>(count);
+        if (count == 0 || done == limit) {
+            whole.text.resize(done);
+            return whole;
+        }
+    }
+}
+
+std::string temporaryOf(const std::string& path) { return path + "_temp"; }
+
+bool replaceFile(const std::string& path, const std::string& text)
+{
+    const auto temporary = temporaryOf(path);
+    if (writeTemporary(temporary, text) && std::rename(temporary.c_str(), path.c_str()) == 0)
+        return true;
+    const int failure = errno;
+    unlink(temporary.c_str());
+    errno = failure;
+    return false;
+}
+
+bool flushWithFolder(const std::string& path)
+{
+    return flush(path) && flush(path.substr(0, path.rfind('/') + 1));
+}
+
+} // namespace Kest::Settings

@@ -1,0 +1,194 @@
+#include "backend/SettingsFile.h"
+
+#include "backend/FileText.h"
+#include "backend/SettingsFileCheck.h"
+#include "backend/SettingsPlace.h"
+#include "backend/SystemPaths.h"
+#include "log/Log.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+namespace Kest::Settings {
+namespace {
+
+// As the store itself reads them, but without touching a file.
+juce::PropertySet valuesOf(const std::string& text)
+{
+    juce::PropertySet values;
+    const auto document = juce::parseXML(juce::String::fromUTF8(text.c_str()));
+    if (document != nullptr)
+        for (const auto* row : document->getChildWithTagNameIterator("VALUE"))
+            if (const auto& name = row->getStringAttribute("name"); name.isNotEmpty())
+                values.setValue(name, row->getStringAttribute("val"));
+    return values;
+}
+
+// Text that begins like markup the store would take for markup, and its parser may never come back.
+bool canBeKept(const juce::String& value)
+{
+    juce::PropertySet one;
+    one.setValue("value", value);
+    const auto text = one.createXml("PROPERTIES")->toString().toStdString();
+    return !value.trimStart().startsWithChar('<') && isSettingsText(text) &&
+           valuesOf(text).getValue("value") == value;
+}
+
+FileText readSettings(const std::string& path) { return readFile(path, kLongestSettings + 1); }
+
+bool isWell(const FileText& file) { return file.error == 0 && isSettingsText(file.text); }
+
+bool isMissing(const FileText& file) { return file.error == ENOENT || file.error == ENOTDIR; }
+
+void report(const std::string& path, const char* what, const char* why)
+{
+    Lct::Log(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemPaths& paths)
+    : store(juceStore), path(settingsFileBehindLinks(paths.settingsFile())), lastGood(path + ".last"),
+      damaged(path + ".bad")
+{
+    const juce::File folder(juce::String::fromUTF8(paths.absoluteSettingsFolder().c_str()));
+    if (!folder.exists())
+        folder.createDirectory();
+    removeStrays(path);
+    unlink(temporaryOf(lastGood).c_str());
+    store.setStorageParameters(storeOptions(path));
+    unsaved.setFallbackPropertySet(&inFile);
+}
+
+SettingsFile::~SettingsFile()
+{
+    if (unsaved.getAllProperties().size() > 0)
+        save();
+}
+
+const juce::PropertySet& SettingsFile::values()
+{
+    if (!isLoaded)
+        load();
+    return unsaved;
+}
+
+bool SettingsFile::keep(const char* key, const juce::var& value)
+{
+    if (!canBeKept(value.toString())) {
+        report(path, "not saved", "it cannot hold such a text");
+        return false;
+    }
+    unsaved.setValue(key, value);
+    if (!save())
+        return false;
+    unsaved.clear();
+    return true;
+}
+
+SettingsFile::Load SettingsFile::load()
+{
+    auto file = readSettings(path);
+    if (file.error == 0 && !isSettingsText(file.text) && setAside())
+        file = readSettings(path);
+    isLoaded = isWell(file) || isMissing(file);
+    if (!isLoaded) {
+        if (!std::exchange(isReported, true))
+            report(path, "cannot be used, and is left alone", std::strerror(file.error));
+        useLastGood();
+        return Load::failed;
+    }
+    isReported = false;
+    text = isMissing(file) ? std::string() : std::move(file.text);
+    inFile = valuesOf(text);
+    if (isMissing(file))
+        return Load::missing;
+    hasCopy = keepLastGood();
+    return Load::whole;
+}
+
+void SettingsFile::useLastGood()
+{
+    if (const auto copy = readSettings(lastGood); isWell(copy))
+        inFile = valuesOf(copy.text);
+}
+
+// There is a file at each moment, so that a death in between does not look like a first start.
+bool SettingsFile::setAside()
+{
+    const bool isCopyWell = isWell(readSettings(lastGood));
+    unlink(damaged.c_str());
+    const bool isAside = (isCopyWell && link(path.c_str(), damaged.c_str()) == 0) ||
+                         std::rename(path.c_str(), damaged.c_str()) == 0;
+    const int failure = errno;
+    const bool isBack = isAside && isCopyWell && std::rename(lastGood.c_str(), path.c_str()) == 0;
+    report(path, "is damaged",
+           !isAside ? std::strerror(failure)
+           : isBack ? "set aside as .bad; its last good copy is used"
+                    : "set aside as .bad");
+    return isAside;
+}
+
+bool SettingsFile::save()
+{
+    isLoaded = false; // whatever comes of it, the file is read anew by whoever asks next
+    const auto before = load();
+    isLoaded = false;
+    if (before == Load::failed) {
+        report(path, "not saved", "it cannot be read");
+        return false;
+    }
+    if (before == Load::whole && !hasCopy) {
+        report(path, "not saved", "its last good copy cannot be kept");
+        return false;
+    }
+    if (saveThroughStore(before)) {
+        keepLastGood();
+        return true;
+    }
+    report(path, "not saved", putBack(before) ? "it is as it was" : "it is put right at the next start");
+    return false;
+}
+
+bool SettingsFile::saveThroughStore(Load before)
+{
+    auto* file = store.getUserSettings();
+    // What the store could not read it would save as nothing.
+    const bool isRead = file->getAllProperties() == inFile.getAllProperties();
+    if (isRead)
+        file->addAllPropertiesFrom(unsaved);
+    const auto wanted = file->getAllProperties();
+    store.closeFiles();
+    if (!isRead)
+        return false;
+
+    auto saved = readSettings(path);
+    if (!isWell(saved) || valuesOf(saved.text).getAllProperties() != wanted)
+        return false;
+    if (before == Load::whole && saved.text == text)
+        return true;
+    if (!flushWithFolder(path))
+        return false;
+    text = std::move(saved.text);
+    return true;
+}
+
+bool SettingsFile::keepLastGood()
+{
+    return readSettings(lastGood).text == text || replaceFile(lastGood, text);
+}
+
+// By renaming, which needs no room on the disk.
+bool SettingsFile::putBack(Load before)
+{
+    const auto now = readSettings(path);
+    if (before == Load::missing)
+        return isMissing(now) || unlink(path.c_str()) == 0;
+    if (now.error == 0 && now.text == text)
+        return true;
+    return std::rename(lastGood.c_str(), path.c_str()) == 0 && flushWithFolder(path);
+}
+
+} // namespace Kest::Settings

@@ -1,0 +1,58 @@
+// The user's choices in their file: neither a full disk, nor a damaged file, nor a death at any moment loses
+// them.
+#pragma once
+
+#include <juce_data_structures/juce_data_structures.h>
+
+#include <string>
+
+namespace Kest::Settings {
+
+struct SystemPaths;
+
+/// Stands around JUCE's store, which takes a cut file for a saved one and an unreadable file for an empty
+/// one. Beside the settings file lie its last good copy ("<file>.last") and, if there ever was one, a damaged
+/// file ("<file>.bad"). Main thread; each failure is one log line.
+class SettingsFile {
+public:
+    /// Makes the settings folder when it is missing, and tidies up behind an agent that died while saving.
+    /// A settings file that is a symbolic link stays one: the file it leads to is used.
+    SettingsFile(juce::ApplicationProperties& store, const SystemPaths& paths);
+    /// Tries once more to save what could not be saved.
+    ~SettingsFile();
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+
+    /// What was chosen, saved or not. Of a file that cannot be read, what its last good copy says.
+    const juce::PropertySet& values();
+
+    /// Saves a choice, and all that could not be saved before; true when all of it is on the disk. When not,
+    /// the file stays as it was, and the choice lives until the agent ends; but text that the file cannot
+    /// hold is refused.
+    bool keep(const char* key, const juce::var& value);
+
+private:
+    enum class Load { whole, missing, failed };
+
+    Load load();
+    bool setAside();
+    void useLastGood();
+    bool save();
+    bool saveThroughStore(Load before);
+    bool keepLastGood();
+    bool putBack(Load before);
+
+    juce::ApplicationProperties& store;
+    const std::string path;
+    const std::string lastGood;
+    const std::string damaged;
+
+    std::string text; // of the file, when it was last read or saved
+    bool isLoaded = false;
+    bool hasCopy = false;    // the last good copy is of the same text
+    bool isReported = false; // that the file cannot be read
+    juce::PropertySet inFile;
+    juce::PropertySet unsaved; // goes before `inFile`
+};
+
+} // namespace Kest::Settings

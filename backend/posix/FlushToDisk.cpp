@@ -1,0 +1,9 @@
+#include "backend/FileText.h"
+
+#include <unistd.h>
+
+namespace Kest::Settings {
+
+bool flushToDisk(int file) { return fsync(file) == 0; }
+
+} // namespace Kest::Settings
