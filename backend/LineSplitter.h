@@ -20,7 +20,7 @@ public:
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
     {
         while (!bytes.empty()) {
-            const auto* end = std::find_if(bytes.begin(), bytes.end(), isLineEnd);
+            const auto* end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return isLineEnd(c); });
             const auto piece = bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
             if (end == bytes.end())
                 return keep(piece);
