@@ -93,7 +93,7 @@ std::map<int, encodingStatus> scan(const std::string& bytes)
 // for 256 times as many as they are above 0xEF.
 std::string unfolded(Kest::Fuzz::Input& input)
 {
-    constexpr std::size_t kMostBytes = 6000;
+    constexpr std::size_t kMostBytes = 4500;
     std::string bytes;
     while (!input.isEmpty() && bytes.size() < kMostBytes) {
         const auto byte = input.byte();
@@ -119,9 +119,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::size_t kSmall = 2000;
     Feed whole(EncodingTable::kMostBytes);
     Feed small(kSmall);
-    for (std::string_view rest = bytes; !rest.empty();) {
+    int pieces = 0;
+    for (std::string_view rest = bytes; !rest.empty(); ++pieces) {
         cuts = cuts * 1664525 + 1013904223;
-        const std::size_t most = (cuts & 0x100U) != 0 ? 1024 : 16;
+        const std::size_t most = (cuts & 0x100U) != 0 || pieces > 32 ? 1024 : 16;
         const auto piece = rest.substr(0, 1 + (cuts >> 16) % most);
         for (auto* feed : {&whole, &small})
             feed->splitter.feed(
