@@ -39,6 +39,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend = std::make_unique<Settings::Backend>(systemPaths, monitorPeriod);
     mBackend->messageContext = this; // before the callback, which drops what has no context
     mBackend->messageCallback = msg_from_backend_callback;
+    mBackend->hostStateCallback = host_state_callback;
 
     parts.emplace(outlets, *mBackend, workspace);
     parts->settings.showStoredChoices();
@@ -67,6 +68,11 @@ void KestSettingsAppDelegate::applicationWillTerminate()
     parts.reset();
     mBackend.reset();
     services.unloadLaunchAgent();
+}
+
+Settings::HostState KestSettingsAppDelegate::hostState() const
+{
+    return mBackend == nullptr ? Settings::HostState::absent : mBackend->hostState();
 }
 
 bool KestSettingsAppDelegate::choose(ItemId id)
@@ -127,9 +133,10 @@ bool KestSettingsAppDelegate::queueMsgFromBackend(std::int32_t number, std::int3
 void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
 {
     const Job job(*this);
-    while (const auto message = slot.take())
+    while (const auto message = slot.take()) {
+        catchUp(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
-    catchUp(slot.takeSkipped());
+    }
 }
 
 // A message that gave way to a newer one is not handled any more, but what it was about is shown as it is
@@ -165,6 +172,12 @@ void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 }
 
 void KestSettingsAppDelegate::showNotification(const std::string&) {}
+
+void host_state_callback(void* context)
+{
+    auto& frontEnd = static_cast<KestSettingsAppDelegate*>(context)->frontEnd;
+    frontEnd.post([&frontEnd] { frontEnd.menuChanged(); });
+}
 
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type, const char* description)
 {

@@ -42,6 +42,8 @@ public:
 
     // From the front end.
     const MenuModel& menu() const { return model; }
+    /// For front ends that tell of it. The front end's `menuChanged` is called when it has changed, too.
+    Settings::HostState hostState() const;
     /// Does what the item is for. False when it is unknown, a separator, hidden, greyed or for nothing.
     bool choose(ItemId id);
     /// The submenu of an item is about to be looked at. Ignores what is no submenu.
@@ -57,6 +59,7 @@ public:
     virtual void showNotification(const std::string& text);
 
 private:
+    friend void host_state_callback(void* context);
     friend void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                           const char* description);
 
@@ -88,6 +91,10 @@ private:
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Parts> parts;
 };
+
+/// The Backend's callback for the host's coming and going: has the front end told on the main thread. Any
+/// thread.
+void host_state_callback(void* context);
 
 /// The Backend's callback: keeps the message and has it handled on the main thread. Any thread; does nothing
 /// when `context`, the delegate, is null.

@@ -49,31 +49,38 @@ std::optional<BackendMessage> MessageSlot::take()
     if (msgs_in_queue < 1)
         return std::nullopt;
     msgs_in_queue = 0;
-    return BackendMessage{msg_nr_queue, msg_type_queue, std::exchange(msg_descr_queue, {})};
-}
-
-SkippedMessages MessageSlot::takeSkipped()
-{
-    const MutexLock lock(msgLock);
-    return std::exchange(skipped, {});
+    return BackendMessage{msg_nr_queue, msg_type_queue, std::exchange(msg_descr_queue, {}), takeSkipped()};
 }
 
 // The message that waits gives way.
 void MessageSlot::noteSkipped()
 {
-    if (msg_type_queue > 0 && skipped.encodings.size() < kMostSkippedEncodings)
-        skipped.encodings[msg_type_queue] = msg_nr_queue < 0;
-    else if (msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged)
-        skipped.busList = true;
+    if (msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged)
+        busListSkipped = true;
+    if (msg_type_queue <= 0 || encodingsSkipped.size() >= kMostSkippedEncodings)
+        return;
+    auto& encoding = encodingsSkipped.try_emplace(msg_type_queue, SkippedEncoding{++skips}).first->second;
+    encoding.hasFailed = msg_nr_queue < 0;
 }
 
 // The message that waits tells what a skipped one would have told.
 void MessageSlot::forgetSkipped()
 {
     if (msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged)
-        skipped.busList = false;
-    else
-        skipped.encodings.erase(msg_type_queue);
+        busListSkipped = false;
+    encodingsSkipped.erase(msg_type_queue);
+}
+
+SkippedMessages MessageSlot::takeSkipped()
+{
+    std::map<std::size_t, SkippedMessages::Encoding> inOrder;
+    for (const auto& [pid, encoding] : encodingsSkipped)
+        inOrder[encoding.order] = {pid, encoding.hasFailed};
+    encodingsSkipped.clear();
+    SkippedMessages skipped{std::exchange(busListSkipped, false), {}};
+    for (const auto& [order, encoding] : inOrder)
+        skipped.encodings.push_back(encoding);
+    return skipped;
 }
 
 } // namespace Kest::App

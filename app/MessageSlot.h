@@ -7,20 +7,25 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Kest::App {
+
+/// What the messages were about that gave way to a newer one, as far as that one does not tell it too.
+struct SkippedMessages {
+    struct Encoding {
+        std::int32_t pid = 0;
+        bool hasFailed = false; // by its last message
+    };
+    bool busList = false;
+    std::vector<Encoding> encodings; // in the order in which they were skipped first
+};
 
 struct BackendMessage {
     std::int32_t number = 0;
     std::int32_t type = 0;
     std::string description; // valid UTF-8 of at most 1022 bytes
-};
-
-/// Whose messages have given way to newer ones, so that what the menu tells of them is out of date.
-struct SkippedMessages {
-    bool busList = false;
-    /// By process id: whether the encoding's last message told of a failure.
-    std::map<std::int32_t, bool> encodings;
+    SkippedMessages skipped; // all older than this one
 };
 
 /// The text of a description: none for null and for invalid UTF-8; an over-long one is cut at a whole
@@ -38,19 +43,23 @@ public:
     /// Empties the slot.
     std::optional<BackendMessage> take();
 
-    /// Whose newest message was none of those taken; to be asked when `take` has nothing more.
-    SkippedMessages takeSkipped();
-
 private:
+    struct SkippedEncoding {
+        std::size_t order = 0;
+        bool hasFailed = false;
+    };
     void noteSkipped() KEST_REQUIRES(msgLock);
     void forgetSkipped() KEST_REQUIRES(msgLock);
+    SkippedMessages takeSkipped() KEST_REQUIRES(msgLock);
 
     Mutex msgLock;
     std::int32_t msg_nr_queue KEST_GUARDED_BY(msgLock) = 0;
     std::int32_t msg_type_queue KEST_GUARDED_BY(msgLock) = 0;
     std::string msg_descr_queue KEST_GUARDED_BY(msgLock);
     std::int32_t msgs_in_queue KEST_GUARDED_BY(msgLock) = 0; // 0 or 1
-    SkippedMessages skipped KEST_GUARDED_BY(msgLock);
+    bool busListSkipped KEST_GUARDED_BY(msgLock) = false;
+    std::map<std::int32_t, SkippedEncoding> encodingsSkipped KEST_GUARDED_BY(msgLock); // by process id
+    std::size_t skips KEST_GUARDED_BY(msgLock) = 0;
 };
 
 } // namespace Kest::App

@@ -51,6 +51,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
         std::printf("K3DHost running in wrong architecture (32 bits : should be 64 )");
         std::fflush(stdout);
         ++hostArchMismatch;
+        host = HostState::refused;
     }
     monitorThread = std::thread(&Backend::timerThreadloop, this);
 }

@@ -42,6 +42,13 @@ struct OverlongValue;
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
+/// What the agent sees of the host: no session, its session, or one of another pointer width, which it leaves
+/// alone until it is started again.
+enum class HostState : std::uint8_t { absent, attached, refused };
+
+/// Called on one of the Backend's threads when `hostState` has changed.
+using HostStateCallback = void(void* context);
+
 /// The session's set of bus plug-ins has changed.
 constexpr std::int32_t kMsgBusListChanged = 3;
 
@@ -92,6 +99,9 @@ public:
     /// message callback.
     encodingStatus getEncodingStatus(int pid) const;
 
+    /// As the monitor's last pass found it. Any thread.
+    HostState hostState() const { return host; }
+
     const SystemPaths& paths() const { return systemPaths; }
 
 private:
@@ -104,6 +114,7 @@ private:
         std::int32_t lastHostMessage = 0;
     };
     void monitorPass(MonitorState& state);
+    void setHostState(HostState now);
     void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
     void refreshBusClients(const LIPC::SessionBuffer& session) KEST_UNCHECKED;
     bool acceptsHost() const;
@@ -135,13 +146,15 @@ private:
 public:
     // Assigned once by the owner, after construction; until then messages are dropped.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
-    std::atomic<void*> messageContext = nullptr;
+    std::atomic<HostStateCallback*> hostStateCallback = nullptr;
+    std::atomic<void*> messageContext = nullptr; // of both
 
 private:
     std::atomic<std::int32_t> stopRequests = 0; // raised by the destructor alone
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
+    std::atomic<HostState> host = HostState::absent;
     std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id
     mutable Mutex busMutex;

@@ -1,12 +1,14 @@
 #include "backend/EncodingLine.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace Kest::Settings {
 namespace {
 
 constexpr std::size_t kLongestValue = 1023;
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
+constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 /// Walks along a line; every step that does not fit leaves it where it was and says so.
 class Scanner {
@@ -23,7 +25,8 @@ public:
 
     Scanner& blanks()
     {
-        rest.remove_prefix(std::min<std::size_t>(rest.find_first_not_of(kBlanks), rest.size()));
+        while (!rest.empty() && isBlank(rest.front()))
+            rest.remove_prefix(1);
         return *this;
     }
 
@@ -79,7 +82,7 @@ std::optional<EncodingLine> parseEncodingLine(std::string_view line)
             return EncodingLine{*pid, OverlongValue{}};
         return EncodingLine{*pid, PathLine{*path}};
     } else if (const auto type = scanner.field("enc_type:"); type && !type->empty()) {
-        const auto word = type->substr(0, type->find_first_of(kBlanks));
+        const auto word = std::string_view(type->begin(), std::ranges::find_if(*type, isBlank));
         if (word.size() > kLongestValue)
             return EncodingLine{*pid, OverlongValue{}};
         return EncodingLine{*pid, TypeLine{word}};

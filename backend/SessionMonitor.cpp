@@ -31,11 +31,21 @@ void Backend::timerThreadloop()
 void Backend::monitorPass(MonitorState& state)
 {
     const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
+    setHostState(session.contents() == nullptr ? HostState::absent : HostState::attached);
     if (session.contents() == nullptr)
         return;
+    session.populate();
     if (const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
         passHostMessageOn(*own, state);
     refreshBusClients(*session.contents());
+}
+
+void Backend::setHostState(HostState now)
+{
+    if (host.exchange(now) == now)
+        return;
+    if (auto* callback = hostStateCallback.load())
+        callback(messageContext);
 }
 
 void Backend::passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state)

@@ -1,6 +1,8 @@
 // Short-lived attachments to the host's segments.
 #pragma once
 
+#include "lipc/PopulatePages.h"
+
 #include <cstddef>
 #include <sys/types.h>
 
@@ -35,6 +37,8 @@ public:
 
     /// The segment's contents, null when it is absent. Valid as long as this object is.
     Layout* contents() const { return static_cast<Layout*>(address); }
+    /// For an operation that looks at all of it.
+    void populate() const { populatePages(address, Layout::kSegmentBytes); }
 };
 
 } // namespace LIPC

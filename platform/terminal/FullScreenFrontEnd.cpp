@@ -87,6 +87,7 @@ void FullScreenFrontEnd::draw()
 {
     isDrawingDue = false;
     takeMenu();
+    menu.showHost(delegate->hostState());
     screen.draw(menu.lines(screen.size()));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/MenuSnapshot.h"
+#include "backend/Backend.h"
 #include "platform/terminal/BusListNote.h"
 #include "platform/terminal/Cells.h"
 #include "platform/terminal/ItemSearch.h"
@@ -61,7 +62,7 @@ struct ScreenLine {
     bool selected = false;
 };
 
-/// A title, the rows of the open menu, what was printed last, and what is known of the buses.
+/// A title, the rows of the open menu, what was printed last, and what is known of the host and its buses.
 class MenuScreen {
 public:
     explicit MenuScreen(Glyphs ofScreen) : glyphs(ofScreen) {}
@@ -70,6 +71,7 @@ public:
     void show(App::ItemSnapshot statusMenu, std::time_t now);
     /// A line that somebody has printed.
     void note(const std::string& line) { lastNote = line; }
+    void showHost(Settings::HostState state) { host = state; }
     Request press(const Input& input);
 
     /// The screen from the top, as many lines as it has; scrolls to what is selected.
@@ -91,12 +93,14 @@ private:
 
     std::string titleText() const;
     std::string messageText() const;
+    std::string statusText() const;
     std::vector<ScreenLine> menuLines(int height, int width);
     std::vector<ScreenLine> matchLines(int height, int width);
 
     const Glyphs glyphs;
     Navigator navigator;
     BusListNote buses;
+    Settings::HostState host = Settings::HostState::absent;
     std::string lastNote;
     Mode mode = Mode::menu;
     std::string searched;

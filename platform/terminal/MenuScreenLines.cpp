@@ -4,6 +4,8 @@
 #include "platform/terminal/TextMenu.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 namespace Kest::Terminal {
 namespace {
@@ -22,6 +24,13 @@ constexpr const char* kHelp[] = {
     "  q                    quit",
 };
 
+// For windows that the list above does not fit in: it fits in the smallest one.
+constexpr const char* kShortHelp[] = {
+    "  Up Down k j PgUp PgDn Home End  move", "  Enter Space Right l  choose, open",
+    "  Left h Esc  back     /  find an item", "  Mouse: click chooses, wheel moves",
+    "  Ctrl-Z  suspend      q  quit",
+};
+
 Look lookOf(const App::ItemProperties& item)
 {
     return item.red ? Look::red : item.enabled ? Look::plain : Look::greyed;
@@ -31,6 +40,16 @@ Look lookOf(const App::ItemProperties& item)
 std::string atBothEnds(const std::string& left, const std::string& right, int width, Glyphs glyphs)
 {
     return fitted(left, width - cells(right), glyphs) + right;
+}
+
+std::vector<ScreenLine> helpLines(int height, int width, Glyphs glyphs)
+{
+    const bool fits = height >= static_cast<int>(std::size(kHelp));
+    const auto help = fits ? std::span<const char* const>(kHelp) : std::span<const char* const>(kShortHelp);
+    std::vector<ScreenLine> drawn;
+    for (const auto* line : help)
+        drawn.push_back({fitted(line, width, glyphs)});
+    return drawn;
 }
 
 // "4-20 of 40", or nothing when all is seen.
@@ -56,8 +75,7 @@ std::vector<ScreenLine> MenuScreen::lines(Size size)
     drawnHeight = size.lines - kLinesAround;
     std::vector<ScreenLine> content;
     if (mode == Mode::help)
-        for (const auto* line : kHelp)
-            content.push_back({fitted(line, size.columns, glyphs)});
+        content = helpLines(drawnHeight, size.columns, glyphs);
     else
         content = mode == Mode::search ? matchLines(drawnHeight, size.columns)
                                        : menuLines(drawnHeight, size.columns);
@@ -68,7 +86,7 @@ std::vector<ScreenLine> MenuScreen::lines(Size size)
     all.push_back({atBothEnds(titleText(), range, size.columns, glyphs), Look::title});
     std::ranges::move(content, std::back_inserter(all));
     all.push_back({fitted(messageText(), size.columns, glyphs)});
-    all.push_back({atBothEnds(buses.text(), " ? keys  q quit", size.columns, glyphs), Look::status});
+    all.push_back({atBothEnds(statusText(), " ? keys  q quit", size.columns, glyphs), Look::status});
     return all;
 }
 
@@ -83,6 +101,19 @@ std::string MenuScreen::titleText() const
         if (menu->id != App::kStatusMenuId)
             title += " > " + drawable(itemName(menu->properties), glyphs);
     return title;
+}
+
+std::string MenuScreen::statusText() const
+{
+    switch (host) {
+    case Settings::HostState::refused:
+        return "K3DHost refused, not 64 bit";
+    case Settings::HostState::absent:
+        return "no K3DHost, " + buses.text();
+    case Settings::HostState::attached:
+        break;
+    }
+    return "K3DHost: " + buses.text();
 }
 
 std::string MenuScreen::messageText() const

@@ -18,6 +18,10 @@ char farewellBytes[512];
 std::size_t farewellSize = 0;
 termios modesBefore{};
 struct sigaction actionsBefore[std::size(kCrashes)];
+// A stack that has run full has no room for a handler.
+constexpr std::size_t kHandlerStackBytes = 64 * 1024;
+alignas(16) char handlerStack[kHandlerStackBytes];
+stack_t stackBefore{};
 
 void onCrash(int signal)
 {
@@ -37,8 +41,13 @@ TerminalGuard::TerminalGuard(int terminal, const std::string& farewell, const te
     modesBefore = before;
     active = true;
 
+    stack_t stack{};
+    stack.ss_sp = handlerStack;
+    stack.ss_size = sizeof handlerStack;
+    sigaltstack(&stack, &stackBefore);
     struct sigaction action {};
     action.sa_handler = onCrash;
+    action.sa_flags = SA_ONSTACK;
     for (std::size_t i = 0; i < std::size(kCrashes); ++i)
         sigaction(kCrashes[i], &action, &actionsBefore[i]);
 }
@@ -48,6 +57,7 @@ TerminalGuard::~TerminalGuard()
     active = false;
     for (std::size_t i = 0; i < std::size(kCrashes); ++i)
         sigaction(kCrashes[i], &actionsBefore[i], nullptr);
+    sigaltstack(&stackBefore, nullptr);
 }
 
 void TerminalGuard::setActive(bool isActive) { active = isActive; }

@@ -147,11 +147,13 @@ TEST_F(FullScreen, ChoicesByKeysAndMouseReachTheFileAndTheHost)
     ASSERT_TRUE(terminal.shows("no item holds this"));
     host.say("bus add bus-1 Dialog");
     ASSERT_TRUE(terminal.shows("> Default Bus > Dialog"));
-    ASSERT_TRUE(terminal.shows("2 buses, changed "));
+    ASSERT_TRUE(terminal.shows("K3DHost: 2 buses, changed "));
     terminal.press("Enter");
     ASSERT_TRUE(terminal.shows("> ( ) Dialog"));
     terminal.press("Enter");
     EXPECT_TRUE(host.prints("(id bus-1)"));
+    host.say("stop");
+    EXPECT_TRUE(terminal.shows("no K3DHost, 2 buses"));
     endAgent();
 }
 

@@ -58,7 +58,7 @@ TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
                                    "> (x) Dialog                            ",
                                    "  ( ) Music                             ", std::string(40, ' '),
                                    std::string(40, ' '), "bus 0 : ?[2J                            ",
-                                   "3 buses, no change so far ? keys  q quit"));
+                                   "no K3DHost, 3 buses, no ~ ? keys  q quit"));
 }
 
 TEST_F(MenuScreenTest, AChoiceNamesTheItemAndOpensItsMenuAnew)
@@ -125,12 +125,12 @@ TEST_F(MenuScreenTest, TellsWhenTheListOfBusesWasAnotherLast)
 {
     setenv("TZ", "UTC", 1);
     screen.show(sampleMenu(), 3600);
-    EXPECT_THAT(line(7, {8, 60}), StartsWith("3 buses, no change so far"));
+    EXPECT_THAT(line(7, {8, 60}), StartsWith("no K3DHost, 3 buses, no change so far"));
     auto menu = sampleMenu();
     menu.items[2].items.resize(1);
     screen.show(menu, 3661);
     screen.show(menu, 4000);
-    EXPECT_THAT(line(7, {8, 60}), StartsWith("1 bus, changed 01:01:01"));
+    EXPECT_THAT(line(7, {8, 60}), StartsWith("no K3DHost, 1 bus, changed 01:01:01"));
 }
 
 TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
