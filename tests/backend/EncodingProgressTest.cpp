@@ -138,6 +138,26 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
     EXPECT_EQ(readFile(fifo), "another's") << "nothing but its own pipe goes with it";
 }
 
+TEST_F(EncodingProgress, IsHeardThroughPipesThatHaveGoneButNotThroughEndlesslyMany)
+{
+    start();
+    std::vector<std::unique_ptr<Encoder>> encoders;
+    for (int pid = 1; pid <= 12; ++pid) {
+        encoders.push_back(std::make_unique<Encoder>(fifo));
+        encoders.back()->write(progress(pid, 0) + '\n');
+        heard(static_cast<std::size_t>(pid));
+        fs::remove(fifo);
+    }
+    const Encoder last(fifo);
+    forget();
+    for (const auto& encoder : encoders)
+        encoder->write(progress(2, 1) + '\n');
+    EXPECT_EQ(heard(7).size(), 7u);
+    encoders.clear();
+    last.write(progress(3, 2) + '\n');
+    EXPECT_EQ(heard(8).back(), "2 3 null");
+}
+
 TEST_F(EncodingProgress, TellsOnceOfWhatCannotBeReplacedAndTriesAgain)
 {
     testing::internal::CaptureStderr();
