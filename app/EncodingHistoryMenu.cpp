@@ -81,10 +81,11 @@ void EncodingHistoryMenu::stopEncoding(int pid)
 {
     if (backend.getEncodingStatus(pid).pid != pid)
         return;
-    if (mayBeKilled(pid))
-        workspace.runShellCommand("kill -9 " + std::to_string(pid));
-    else
+    const auto command = killCommand(pid);
+    if (command.empty())
         logRefusal(pid, "such a process is never killed");
+    else
+        workspace.runShellCommand(command);
 }
 
 void EncodingHistoryMenu::deleteEncoding(int pid)
@@ -94,7 +95,7 @@ void EncodingHistoryMenu::deleteEncoding(int pid)
         return;
     const auto [folder, refusal] = folderToRemove(status.path, homeFolders());
     if (refusal.empty())
-        workspace.runShellCommand("rm -Rf '" + folder + "'");
+        workspace.runShellCommand(removeCommand(folder));
     else
         logRefusal(pid, ("output not removed: " + refusal).c_str());
 }

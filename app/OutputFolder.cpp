@@ -64,6 +64,11 @@ std::vector<std::string> homeFolders()
     return folders;
 }
 
-bool mayBeKilled(int pid) { return pid > 1 && pid != getpid(); }
+std::string killCommand(int pid)
+{
+    return pid > 1 && pid != getpid() ? "kill -9 " + std::to_string(pid) : std::string();
+}
+
+std::string removeCommand(const std::string& folder) { return "rm -Rf '" + folder + "'"; }
 
 } // namespace Kest::App

@@ -19,7 +19,11 @@ FolderToRemove folderToRemove(const std::string& outputPath, const std::vector<s
 /// The home folders of the user: what the environment says and what the password entry says.
 std::vector<std::string> homeFolders();
 
-/// Processes 0 and 1, groups (negative numbers) and the agent itself are never killed.
-bool mayBeKilled(int pid);
+/// The shell command that ends an encoder at once. Empty for processes 0 and 1, groups (negative numbers) and
+/// the agent itself, which are never killed.
+std::string killCommand(int pid);
+
+/// The shell command that removes a folder that `folderToRemove` has let pass.
+std::string removeCommand(const std::string& folder);
 
 } // namespace Kest::App

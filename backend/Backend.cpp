@@ -47,13 +47,13 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
     pipeThread = std::thread(&Backend::namedPipeThreadloop, this);
     if (acceptsHost()) {
         save_username(systemPaths.lastUserMarker);
-        monitorThread = std::thread(&Backend::timerThreadloop, this);
     } else {
         std::printf("K3DHost running in wrong architecture (32 bits : should be 64 )");
         std::fflush(stdout);
         ++hostArchMismatch;
         host = HostState::refused;
     }
+    monitorThread = std::thread(&Backend::timerThreadloop, this);
 }
 
 Backend::~Backend()
@@ -64,10 +64,9 @@ Backend::~Backend()
         ++stopRequests;
     }
     stopSignal.notify_all();
-    wakeReader();
+    progressPipe.wake();
     pipeThread.join();
-    if (monitorThread.joinable())
-        monitorThread.join();
+    monitorThread.join();
 }
 
 // A host that is not running yet counts as accepted: it is looked for every second.

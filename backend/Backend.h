@@ -2,8 +2,9 @@
 // choices.
 #pragma once
 
-#include "backend/EncodingStatus.h"
+#include "backend/EncodingTable.h"
 #include "backend/Guarded.h"
+#include "backend/ProgressPipe.h"
 #include "backend/SystemPaths.h"
 
 #include <juce_core/juce_core.h>
@@ -16,8 +17,8 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -33,7 +34,6 @@ struct PathLine;
 struct TypeLine;
 struct ErrorLine;
 struct OverlongValue;
-struct LineAccumulator;
 class SettingsFile;
 
 /// Called on one of the Backend's threads; must return quickly and must not call the Backend. `type` 0 is a
@@ -121,17 +121,13 @@ private:
     bool acceptsHost() const;
 
     // Encoding progress.
-    int openFifo();
-    void feed(const char* bytes, std::size_t count, LineAccumulator& accumulator);
-    void parse_1line(std::ostringstream& line);
+    void restorePipe();
+    void parse_1line(std::string_view line);
     void take(std::int32_t pid, const ProgressLine& line);
     void take(std::int32_t pid, const PathLine& line);
     void take(std::int32_t pid, const TypeLine& line);
     void take(std::int32_t pid, const ErrorLine& line);
     void take(std::int32_t pid, const OverlongValue& line);
-    encodingStatus& touchEncoding(std::int32_t pid) KEST_REQUIRES(encodingMutex);
-    void wakeReader();
-    void closeFifo();
 
     void sendMessage(std::int32_t number, std::int32_t type, const char* description) const;
 
@@ -157,16 +153,15 @@ private:
     std::atomic<std::int32_t> stopRequests = 0; // raised by the destructor alone
     std::thread pipeThread;
     mutable Mutex encodingMutex;
-    std::map<std::int32_t, encodingStatus> encodingStatuses KEST_GUARDED_BY(encodingMutex);
+    EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
     std::atomic<HostState> host = HostState::absent;
     std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id
     mutable Mutex busMutex;
 
-    Mutex fifoMutex;
-    int fifo KEST_GUARDED_BY(fifoMutex) = -1; // the reader's own descriptor, by which it is woken
+    ProgressPipe progressPipe{fifoPath};
     Mutex stopMutex;
-    std::condition_variable_any stopSignal; // wakes the monitor from its pause
+    std::condition_variable_any stopSignal; // wakes both threads from their pauses
     std::thread monitorThread;
 };
 

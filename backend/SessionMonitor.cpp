@@ -1,39 +1,17 @@
-// Once a second: the message that the host has left, and the bus plug-ins that are registered.
+// Once a second: the message that the host has left, the bus plug-ins that are registered, and the place of
+// the encoders' pipe.
 #include "backend/Backend.h"
+#include "backend/BusScan.h"
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
 #include "lipc/ShmManaged.h"
 
 namespace Kest::Settings {
-
 namespace {
 
-using BusTable = std::map<std::string, std::string>; // display name to client id
-
-/// The bus plug-ins of one pass.
-struct BusScan {
-    BusTable table;
-    bool changed = false; // against the table known before
-};
-
-// Of two buses with one name the first is kept, and the second counts as a difference in every pass.
-BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known)
-{
-    std::deque<LIPC::ClientEntry> buses;
-    session.getClientEntries(LIPC::kBusType, buses);
-
-    BusScan scan;
-    for (const auto& bus : buses) {
-        const std::string name(bus.labelText());
-        const auto id = bus.id.text();
-        scan.table.emplace(name, id);
-        const auto before = known.find(name);
-        scan.changed = scan.changed || before == known.end() || before->second != id;
-    }
-    scan.changed = scan.changed || scan.table.size() != known.size();
-    return scan;
-}
+// Time for a host that has been interrupted in the middle of a name; a name takes it some nanoseconds.
+constexpr auto kWriteTime = std::chrono::milliseconds(1);
 
 } // namespace
 
@@ -41,7 +19,9 @@ void Backend::timerThreadloop()
 {
     MonitorState state;
     while (stopRequests == 0) {
-        monitorPass(state);
+        progressPipe.look(); // here, so that the reader need not wake by itself
+        if (hostArchMismatch == 0)
+            monitorPass(state);
         const MutexLock lock(stopMutex);
         stopSignal.wait_for(stopMutex, monitorPeriod, [this] { return stopRequests != 0; });
     }
@@ -77,11 +57,15 @@ void Backend::passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& stat
     state.lastHostMessage = number;
 }
 
-// This thread is the table's only writer, and so reads it without the lock.
+// This thread is the table's only writer, and so reads it without the lock. What the host is just changing
+// reads differently a moment later: that is left to the next pass.
 void Backend::refreshBusClients(const LIPC::SessionBuffer& session)
 {
     auto scan = scanBuses(session, busClients);
     if (!scan.changed)
+        return;
+    std::this_thread::sleep_for(kWriteTime);
+    if (scan != scanBuses(session, busClients))
         return;
     const MutexLock lock(busMutex);
     busClients = std::move(scan.table);

@@ -14,6 +14,12 @@ if(KEST_SANITIZE)
     add_link_options(-fsanitize=${KEST_SANITIZE})
 endif()
 
+option(KEST_COVERAGE "Count what is executed, clang only" OFF)
+if(KEST_COVERAGE)
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+    add_link_options(-fprofile-instr-generate)
+endif()
+
 # kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...])
 #
 # One folder, one static library. Its headers are reached as "NAME/Header.h", and only by those that say

@@ -22,6 +22,15 @@ public:
     /// process wrote into it. Valid as long as this object is.
     std::string_view text() const;
 
+    /// Whether `text()` is this name of at most 64 characters. Most names differ in their first character.
+    bool is(std::string_view name) const
+    {
+        std::size_t i = 0;
+        while (i < name.size() && characters[i] == name[i])
+            ++i;
+        return i == name.size() && (i == kCharacters || characters[i] == '\0');
+    }
+
 private:
     char characters[kCharacters + 1] = {};
 };

@@ -6,7 +6,7 @@ ClientEntry* SessionBuffer::getClientEntry(const char* name)
 {
     const std::string_view wanted(name, strnlen(name, ClientID::kCharacters));
     for (auto& client : clients)
-        if (client.id.text() == wanted)
+        if (client.id.is(wanted))
             return &client;
     return nullptr;
 }

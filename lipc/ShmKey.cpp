@@ -14,15 +14,17 @@ namespace {
 
 constexpr int kProjectId = 1;
 
-// Makes sure that an empty file stands at the path. What cannot be done is left for ftok to report: it needs
-// no more than the path, so another user's marker that this one may not write serves as well.
+// Makes sure that an empty file stands at the path; a second name of another file is left as it is. What
+// cannot be done is left for ftok to report: it needs no more than the path, so another user's marker that
+// this one may not write serves as well.
 void prepareMarker(const char* path)
 {
     const int file = open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
     if (file < 0)
         return;
     struct stat status {};
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) [[maybe_unused]]
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 && status.st_size > 0)
+        [[maybe_unused]]
         const int failure = ftruncate(file, 0);
     close(file);
 }

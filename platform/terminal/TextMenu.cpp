@@ -47,7 +47,7 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
     if (before.red != now.red)
         words.emplace_back(now.red ? "not available" : "available again");
     if (now.view && before.view != now.view)
-        words.push_back(now.view->percentage.empty() ? "no percentage" : now.view->percentage);
+        words.push_back(now.view->percentage.empty() ? "no percentage" : printable(now.view->percentage));
 
     std::string text;
     for (const auto& word : words)

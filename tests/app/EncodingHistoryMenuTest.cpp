@@ -4,6 +4,8 @@
 #include "app/OutputFolder.h"
 #include "tests/app/Agent.h"
 
+#include <climits>
+
 namespace {
 
 using namespace Kest::App;
@@ -85,7 +87,8 @@ TEST_F(EncodingHistory, RefusesDeadlyProcessesAndFoldersAndUnknownOnes)
         EXPECT_EQ(agent.entry(pid), nullptr);
     }
     EXPECT_THAT(asked, ElementsAre("shell kill -9 4710"));
-    EXPECT_FALSE(mayBeKilled(0) || mayBeKilled(-1) || mayBeKilled(-4711));
+    for (const int deadly : {0, 1, -1, -4711, INT_MIN, getpid()})
+        EXPECT_EQ(killCommand(deadly), "") << deadly;
 }
 
 TEST(OutputFolder, IsRemovedUnlessThatCouldTakeMoreThanTheOutput)
@@ -101,8 +104,21 @@ TEST(OutputFolder, IsRemovedUnlessThatCouldTakeMoreThanTheOutput)
         const auto verdict = folderToRemove(r + folder + "/Film.wav", homes);
         EXPECT_EQ(verdict.folder, r + folder) << verdict.refusal;
     }
-    std::vector<std::string> refused = {"",           "Film.wav",     "out/Film.wav",    "/Film.wav",
-                                        "//Film.wav", "/../Film.wav", "/tmp/../Film.wav"};
+    std::vector<std::string> refused = {"",
+                                        "Film.wav",
+                                        "out/Film.wav",
+                                        "-/Film.wav",
+                                        "~/Film.wav",
+                                        "$HOME/Film.wav",
+                                        "../../Film.wav",
+                                        "/Film.wav",
+                                        "//Film.wav",
+                                        "/./Film.wav",
+                                        "/../Film.wav",
+                                        "/tmp/../Film.wav",
+                                        "/'/Film.wav",
+                                        "/Out/'; kill -9 -1; '/Film.wav",
+                                        "/" + std::string(300, 'x') + "/Film.wav"};
     for (const char* folder :
          {"/users/me", "/users/me/", "/users/me/.", "/users/me/out/..", "/users/me/none/..", "/users",
           "/users/other", "/link", "/link/", "/link/..", "/above", "/above/me", "/users/me/it's", ""})

@@ -101,30 +101,75 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
         [] {},
         [this] { writeFile(fifo, "another's"); },
         [this] { fs::create_symlink(place.folder / "target", fifo); },
+        [this] { mkfifo(fifo.c_str(), 0600); },
     };
     const auto umaskBefore = umask(077);
     for (const auto& putOther : others) {
         putOther(); // left over from before
         start();
-        Encoder(fifo).drain();
+        forget();
+        {
+            const Encoder early(fifo);
+            early.write(progress(4, 4) + '\n');
+            heard(1);
+            fs::remove(fifo);
+            putOther(); // and put there meanwhile
+            EXPECT_TRUE(eventually([this] { return (statusOf(fifo).st_mode & 0777) == 0666; }))
+                << "encoders of other users report too";
+            Encoder(fifo).write(progress(1, 5) + '\n');
+            heard(2);
+            early.write(progress(2, 6) + '\n');
+            EXPECT_THAT(heard(3), ElementsAre("4 4 null", "5 1 null", "6 2 null"))
+                << "one that began before is heard too";
+        }
         backend.reset();
         EXPECT_FALSE(fs::exists(fs::symlink_status(fifo))) << "its own pipe goes with it";
-
-        start();
-        forget();
-        const Encoder encoder(fifo);
-        EXPECT_TRUE(eventually([this] { return (statusOf(fifo).st_mode & 0777) == 0666; }))
-            << "encoders of other users report too";
-        fs::remove(fifo);
-        putOther(); // and put there meanwhile
-        encoder.write(progress(1, 5) + '\n');
-        EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
-        const bool isOther = fs::exists(fs::symlink_status(fifo));
-        backend.reset();
-        EXPECT_EQ(fs::remove(fifo), isOther) << "and nothing else does";
     }
     umask(umaskBefore);
     EXPECT_EQ(readFile(place.folder / "target"), "kept");
+
+    start(std::chrono::hours(1));
+    forget();
+    Encoder(fifo).write(progress(1, 5) + '\n');
+    heard(1);
+    fs::remove(fifo);
+    writeFile(fifo, "another's");
+    backend.reset();
+    EXPECT_EQ(readFile(fifo), "another's") << "nothing but its own pipe goes with it";
+}
+
+TEST_F(EncodingProgress, IsHeardThroughPipesThatHaveGoneButNotThroughEndlesslyMany)
+{
+    start();
+    std::vector<std::unique_ptr<Encoder>> encoders;
+    for (int pid = 1; pid <= 12; ++pid) {
+        encoders.push_back(std::make_unique<Encoder>(fifo));
+        encoders.back()->write(progress(pid, 0) + '\n');
+        heard(static_cast<std::size_t>(pid));
+        fs::remove(fifo);
+    }
+    const Encoder last(fifo);
+    forget();
+    for (const auto& encoder : encoders)
+        encoder->write(progress(2, 1) + '\n');
+    EXPECT_EQ(heard(7).size(), 7u);
+    encoders.clear();
+    last.write(progress(3, 2) + '\n');
+    EXPECT_EQ(heard(8).back(), "2 3 null");
+}
+
+TEST_F(EncodingProgress, TellsOnceOfWhatCannotBeReplacedAndTriesAgain)
+{
+    testing::internal::CaptureStderr();
+    fs::create_directories(fifo + "/in it");
+    start();
+    for (int pass = 0; pass < 5; ++pass)
+        awaitWholePass();
+    fs::remove_all(fifo);
+    Encoder(fifo).write(progress(1, 5) + '\n');
+    EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
+    const auto told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::ranges::count(told, '\n'), 2) << told;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "tests/backend/BackendFixture.h"
 
 #include <cmath>
+#include <set>
 
 namespace {
 
@@ -72,6 +73,32 @@ TEST_F(SessionMonitor, TellsOnceOfABusThatIsNewRenamedReplacedOrGone)
         EXPECT_THAT(heard(), ElementsAre(kBusListChanged)) << last;
         EXPECT_EQ(busNames().back(), last);
     }
+}
+
+TEST_F(SessionMonitor, TellsNothingOfANameThatIsJustBeingWritten)
+{
+    auto& session = place.startHost();
+    session.putBus(10, "bus-1", std::string(60, 'A'));
+    start(std::chrono::microseconds(50));
+    std::atomic<bool> isDone = false;
+    std::thread host([&] {
+        for (char letter = 'A'; !isDone; letter = letter == 'Z' ? 'A' : static_cast<char>(letter + 1))
+            for (std::size_t i = 0; i < 60; ++i) // not in one go
+                __atomic_store_n(session.bytes() + RawSegment::slot(10) + 72 + i,
+                                 static_cast<unsigned char>(letter), __ATOMIC_RELAXED);
+    });
+    const auto isTorn = [](const std::string& name) { return name != std::string(name.size(), name[0]); };
+    std::set<std::string> torn;
+    const auto hasTorn = [&] {
+        for (const auto& name : busNames())
+            if (name != "Main Bus" && isTorn(name))
+                torn.insert(name);
+        return torn.size() > 5; // one that is not written on for a while cannot be told
+    };
+    EXPECT_FALSE(eventually(hasTorn, std::chrono::milliseconds(300))) << torn.size();
+    isDone = true;
+    host.join();
+    EXPECT_TRUE(eventually([&] { return !isTorn(busNames().back()); })) << "and of the whole one";
 }
 
 TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)

@@ -60,7 +60,7 @@ TEST_F(ShmKey, RestsOnAMarkerFileThatItEmpties)
     EXPECT_EQ(fs::last_write_time(marker), before) << "an empty file was written again";
 }
 
-TEST_F(ShmKey, FollowsNoLinkInTheMarkersPlace)
+TEST_F(ShmKey, HarmsNothingByALinkInTheMarkersPlace)
 {
     writeFile(folder / "target", "kept");
     for (const auto* target : {"target", "missing"}) {
@@ -74,6 +74,9 @@ TEST_F(ShmKey, FollowsNoLinkInTheMarkersPlace)
                     testing::HasSubstr("shmKey Could not create key for shm object (ftok) (" + name + "): "));
         EXPECT_EQ(std::ranges::count(line, '\n'), 1);
     }
+    fs::remove(marker);
+    fs::create_hard_link(folder / "target", marker);
+    EXPECT_NE(LIPC::shmKey(name.c_str()), -1);
     EXPECT_EQ(readFile(folder / "target"), "kept");
     EXPECT_FALSE(fs::exists(folder / "missing"));
 }

@@ -1,0 +1,47 @@
+// Lines out of a stream of bytes that arrives in pieces of any size.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Kest::Settings {
+
+/// A line ends at a line feed, a carriage return or a NUL byte.
+class LineSplitter {
+public:
+    // Encoders write lines of up to PIPE_BUF bytes whole; a longer one is mixed with others' and is dropped.
+    static constexpr std::size_t kLongestLine = 4096;
+
+    /// Calls `take` with each line that ends in these bytes, without its end; empty ones are left out. For
+    /// one of more than 4096 bytes `drop` is called instead, once. A line is valid during the call.
+    template <typename Take, typename Drop>
+    void feed(std::string_view bytes, Take&& take, Drop&& drop)
+    {
+        while (!bytes.empty()) {
+            const auto* end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return isLineEnd(c); });
+            const auto piece = bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
+            if (end == bytes.end())
+                return keep(piece);
+            bytes.remove_prefix(piece.size() + 1);
+            if (begun.size() + piece.size() > kLongestLine)
+                drop();
+            else if (!begun.empty())
+                take(std::string_view(begun.append(piece)));
+            else if (!piece.empty())
+                take(piece);
+            begun.clear();
+        }
+    }
+
+private:
+    static bool isLineEnd(char c) { return c == '\n' || c == '\r' || c == '\0'; }
+
+    // One byte more than a line may have marks one that is too long, whatever follows.
+    void keep(std::string_view piece) { begun.append(piece.substr(0, kLongestLine + 1 - begun.size())); }
+
+    std::string begun; // the line that has not ended yet, at most 4097 bytes of it
+};
+
+} // namespace Kest::Settings

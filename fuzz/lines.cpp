@@ -1,0 +1,145 @@
+// The encoders' lines in pieces of any size. The table that comes of them equals that of a reader which scans
+// each whole line with the four patterns by sscanf; a small table keeps its bound.
+#include "backend/EncodingLine.h"
+#include "backend/EncodingTable.h"
+#include "backend/LineSplitter.h"
+#include "fuzz/Input.h"
+
+#include <array>
+#include <climits>
+
+namespace {
+
+using namespace Kest::Settings;
+using Kest::Fuzz::require;
+
+struct Feed {
+    explicit Feed(std::size_t mostBytes) : table(mostBytes) {}
+
+    void take(std::string_view line)
+    {
+        const auto parsed = parseEncodingLine(line);
+        if (parsed)
+            std::visit([&](const auto& content) { take(parsed->pid, content); }, parsed->content);
+    }
+    void take(int pid, const ProgressLine& line) { keep(table.setPercentage(pid, line.percentage), pid); }
+    void take(int pid, const PathLine& line) { keep(table.setPath(pid, line.path), pid); }
+    void take(int pid, const TypeLine& line) { keep(table.setType(pid, line.word), pid); }
+    void take(int pid, const ErrorLine&) { keep(table.addError(pid), pid); }
+    void take(int, const OverlongValue&) {}
+    void keep(const encodingStatus& status, int pid) const
+    {
+        require(&status == table.find(pid) && status.pid == pid, "the record that was told of is kept");
+    }
+
+    EncodingTable table;
+    LineSplitter splitter;
+};
+
+/// A number that sscanf has a result for.
+bool fits(const char* text)
+{
+    errno = 0;
+    const long value = std::strtol(text, nullptr, 10);
+    return errno == 0 && value >= INT_MIN && value <= INT_MAX;
+}
+
+/// The record that one line makes or changes; false when the line is out of all bounds.
+void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
+{
+    static std::array<char, LineSplitter::kLongestLine + 1> text;
+    int pid = 0;
+    int percentage = -1;
+    if (line.size() > LineSplitter::kLongestLine || std::sscanf(line.c_str(), "pid: %d", &pid) != 1 ||
+        !fits(line.c_str() + 4))
+        return;
+    int end = 0;
+    if (std::sscanf(line.c_str(), "pid: %d , P: %n%d", &pid, &end, &percentage) == 2 &&
+        !fits(line.c_str() + end))
+        percentage = -1;
+    if (percentage >= 0)
+        table[pid].percentage = percentage;
+    else if (std::sscanf(line.c_str(), "pid: %d , path: %[^\n]", &pid, text.data()) == 2) {
+        const std::string path = text.data();
+        if (path.size() > 1023)
+            return;
+        table[pid].path = path;
+        table[pid].name = path.substr(path.rfind('/') + 1);
+        table[pid].name = table[pid].name.substr(0, table[pid].name.rfind('.'));
+    } else if (std::sscanf(line.c_str(), "pid: %d , enc_type: %s", &pid, text.data()) == 2) {
+        if (std::strlen(text.data()) <= 1023)
+            table[pid].encType = text.data();
+    } else {
+        --table[pid].errorCount;
+    }
+}
+
+std::map<int, encodingStatus> scan(const std::string& bytes)
+{
+    std::map<int, encodingStatus> table;
+    for (std::size_t begin = 0; begin < bytes.size();) {
+        auto end = begin;
+        while (end < bytes.size() && bytes[end] != '\n' && bytes[end] != '\r' && bytes[end] != '\0')
+            ++end;
+        if (end == bytes.size())
+            break;
+        scanLine(bytes.substr(begin, end - begin), table);
+        begin = end + 1;
+    }
+    return table;
+}
+
+// Long lines out of short inputs: 0xFF, a character and a count stand for as many of it; counts from 0xF0 on
+// for 256 times as many as they are above 0xEF.
+std::string unfolded(Kest::Fuzz::Input& input)
+{
+    constexpr std::size_t kMostBytes = 4500;
+    std::string bytes;
+    while (!input.isEmpty() && bytes.size() < kMostBytes) {
+        const auto byte = input.byte();
+        if (byte != 0xFF) {
+            bytes.push_back(static_cast<char>(byte));
+            continue;
+        }
+        const auto repeated = static_cast<char>(input.byte());
+        const std::size_t count = input.byte();
+        bytes.append(count < 0xF0 ? count : 256 * (count - 0xEF), repeated);
+    }
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Kest::Fuzz::Input input(data, size);
+    std::uint32_t cuts = static_cast<std::uint32_t>(input.number());
+    const auto bytes = unfolded(input);
+
+    constexpr std::size_t kSmall = 2000;
+    Feed whole(EncodingTable::kMostBytes);
+    Feed small(kSmall);
+    int pieces = 0;
+    for (std::string_view rest = bytes; !rest.empty(); ++pieces) {
+        cuts = cuts * 1664525 + 1013904223;
+        const std::size_t most = (cuts & 0x100U) != 0 || pieces > 32 ? 1024 : 16;
+        const auto piece = rest.substr(0, 1 + (cuts >> 16) % most);
+        for (auto* feed : {&whole, &small})
+            feed->splitter.feed(
+                piece, [feed](std::string_view line) { feed->take(line); }, [] {});
+        rest.remove_prefix(piece.size());
+        require(small.table.bytes() <= kSmall || small.table.size() == 1, "the bound of a table");
+    }
+
+    const auto wanted = scan(bytes);
+    require(whole.table.size() == wanted.size(), "as many encodings as sscanf finds");
+    for (const auto& [pid, status] : wanted) {
+        const auto* found = whole.table.find(pid);
+        require(found != nullptr && found->percentage == status.percentage && found->path == status.path &&
+                    found->name == status.name && found->encType == status.encType &&
+                    found->errorCount == status.errorCount,
+                "each is as sscanf finds it");
+        require(found->path.empty() || found->nameText == found->name.c_str(), "the text of a name");
+    }
+    return 0;
+}

@@ -1,0 +1,118 @@
+// Keys, clicks, typed and piped text, in a menu that changes meanwhile and holds any text: what is drawn fits
+// the screen, and only what can be chosen is.
+#include "fuzz/Input.h"
+#include "platform/terminal/MenuPath.h"
+#include "platform/terminal/MenuScreen.h"
+#include "platform/terminal/ScreenKeys.h"
+#include "platform/terminal/TextMenu.h"
+#include "tests/platform/terminal/SampleMenu.h"
+
+#include <clocale>
+
+namespace {
+
+using namespace Kest;
+using namespace Kest::Terminal;
+using Fuzz::require;
+
+struct Session {
+    void changeMenu(Fuzz::Input& input)
+    {
+        const auto before = menu;
+        auto& items = input.below(2) == 0 ? menu.items : menu.items[2].items;
+        auto& item = items[static_cast<std::size_t>(input.below(static_cast<int>(items.size())))];
+        switch (input.below(6)) {
+        case 0:
+            item.properties.hidden = !item.properties.hidden;
+            break;
+        case 1:
+            item.properties.enabled = !item.properties.enabled;
+            break;
+        case 2:
+            item.properties.title = input.text(input.byte() % 64U);
+            break;
+        case 3:
+            item.properties.view = App::EntryView{input.text(8), input.text(4)};
+            break;
+        case 4:
+            if (menu.items[2].items.size() > 1)
+                menu.items[2].items.pop_back();
+            break;
+        default:
+            menu.items[2].items.push_back(Test::bus(++lastId, input.text(8)));
+        }
+        for (const auto& line : changeLines(before, menu))
+            checkDrawable(line);
+        screen.show(menu, 1000);
+    }
+
+    void press(const Input& pressed)
+    {
+        const auto request = screen.press(pressed);
+        const auto* item = findItem(menu, request.chosen);
+        require(item != nullptr && !item->properties.hidden, "what is chosen is seen");
+        for (const auto id : request.opened)
+            require(findItem(menu, id) != nullptr && findItem(menu, id)->hasSubmenu,
+                    "what is opened is a submenu");
+    }
+
+    void draw(Size size)
+    {
+        const auto lines = screen.lines(size);
+        require(lines.size() == static_cast<std::size_t>(size.lines), "as many lines as the screen has");
+        for (const auto& line : lines) {
+            checkDrawable(line.text);
+            require(cells(line.text) == size.columns, "as wide as the screen");
+        }
+    }
+
+    static void checkDrawable(const std::string& line)
+    {
+        for (const char c : line)
+            require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F, "no control character is drawn");
+    }
+
+    App::ItemSnapshot menu = Test::sampleMenu();
+    App::ItemId lastId = 100;
+    MenuScreen screen{Glyphs{}};
+};
+
+void play(Session& session, Fuzz::Input& input)
+{
+    const int keys[] = {0402, 0403, 0404, 0405, 0406, 0407, 0422, 0423, 0512, 0522, 0550, 0527, 0};
+    switch (input.below(8)) {
+    case 0:
+        return session.press(inputOfCharacter(static_cast<std::wint_t>(input.number())));
+    case 1:
+        return session.press(inputOfKey(keys[input.below(13)]));
+    case 2:
+        return session.press(inputOfMouse(static_cast<unsigned long>(input.number()), input.byte() - 100));
+    case 3:
+        return session.changeMenu(input);
+    case 4:
+        return session.screen.note(input.text(input.byte() % 64U));
+    case 5: {
+        const auto found = findByPath(session.menu, input.text(input.byte() % 32U));
+        return require((found.item == nullptr) != found.error.empty(), "an item or an error");
+    }
+    case 6:
+        return session.draw({kSmallest.lines + input.below(40), kSmallest.columns + input.below(80)});
+    default:
+        return session.press(inputOfCharacter(input.byte()));
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const auto* locale = std::setlocale(LC_ALL, "C.UTF-8");
+    (void)locale;
+    Fuzz::Input input(data, size);
+    Session session;
+    session.screen.show(session.menu, 0);
+    while (!input.isEmpty())
+        play(session, input);
+    session.draw({24, 80});
+    return 0;
+}
