@@ -14,7 +14,7 @@ class KestSettingsAppDelegate;
 namespace Kest::AppKit {
 
 /// Main thread only, but for `post`. The application object is there before it.
-class AppKitFrontEnd final : public App::FrontEnd, private MenuListener {
+class AppKitFrontEnd : public App::FrontEnd, private MenuListener {
 public:
     AppKitFrontEnd();
     ~AppKitFrontEnd() override;

@@ -1,20 +1,11 @@
 // Where Objective-C calls C++: no C++ exception goes through the frames of AppKit.
 #pragma once
 
-#import <Foundation/Foundation.h>
-#include <exception>
+#include <functional>
 
 namespace Kest::AppKit {
 
-/// Runs it; an exception becomes one log line.
-template <typename Work>
-void stopExceptions(const char* where, const Work& work) noexcept
-{
-    try {
-        work();
-    } catch (const std::exception& failure) {
-        NSLog(@"%s: %s", where, failure.what());
-    }
-}
+/// Runs it; an exception becomes one log line. Any thread.
+void stopExceptions(const char* where, const std::function<void()>& work) noexcept;
 
 } // namespace Kest::AppKit

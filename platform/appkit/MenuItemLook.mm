@@ -23,8 +23,8 @@ void applyTitle(NSMenuItem* item, const App::ItemProperties& look)
     [item setTitle:title];
     if (look.red || [item attributedTitle] != nil)
         [item setAttributedTitle:look.red ? red(title) : nil];
-    if (look.view && itemsCanHaveViews())
-        [(id<KestMenuItemAbilities>)item setView:encodingRow(*look.view, plainLabel(look))];
+    if (itemsCanHaveViews())
+        [(id<KestMenuItemAbilities>)item setView:look.view ? encodingRow(*look.view, plainLabel(look)) : nil];
 }
 
 } // namespace

@@ -34,11 +34,13 @@ public:
 private:
     NSMenu* makeMenu(NSString* title) const;
     NSMenuItem* itemFor(const App::ItemSnapshot& item);
-    NSMenuItem* makeItem(const App::ItemSnapshot& item);
+    NSMenuItem* makeItem(const App::ItemSnapshot& item) const;
+    void aim(NSMenuItem* item, const App::ItemProperties& look) const;
     void applyItem(NSMenuItem* item, const App::ItemSnapshot& now);
     void applyShape(const App::ItemSnapshot& owner);
     void removeGone(NSMenu* menu, const App::ItemSnapshot& owner, bool isOpen);
     void forget(NSMenuItem* item);
+    void forgetBelow(NSMenuItem* item);
     NSMenu* menuOf(App::ItemId id) const;
 
     KestMenuBridge* const bridge;

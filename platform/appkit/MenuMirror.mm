@@ -84,24 +84,34 @@ NSMenu* MenuMirror::menuOf(App::ItemId id) const
 void MenuMirror::applyItem(NSMenuItem* item, const App::ItemSnapshot& now)
 {
     applyLook(item, now.properties);
-    if (now.hasSubmenu && ![item hasSubmenu]) {
-        NSMenu* submenu = makeMenu([item title]);
-        [item setSubmenu:submenu];
-        [submenu release];
-        applyShape(now);
-        [submenu setDelegate:(id)bridge];
+    if (now.hasSubmenu == static_cast<bool>([item hasSubmenu]))
+        return;
+    if (!now.hasSubmenu) { // one like it has taken its place
+        forgetBelow(item);
+        [item setSubmenu:nil];
+        aim(item, now.properties);
+        return;
     }
+    NSMenu* submenu = makeMenu([item title]);
+    [item setSubmenu:submenu]; // which aims it at its submenu
+    [submenu release];
+    applyShape(now);
+    [submenu setDelegate:(id)bridge];
 }
 
-NSMenuItem* MenuMirror::makeItem(const App::ItemSnapshot& item)
+void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
+{
+    [item setTarget:bridge];
+    [item setAction:look.action == App::Action::none ? nullptr : @selector(chooseItem:)];
+}
+
+NSMenuItem* MenuMirror::makeItem(const App::ItemSnapshot& item) const
 {
     if (item.properties.separator)
         return (NSMenuItem*)[NSMenuItem separatorItem];
-    const bool acts = item.properties.action != App::Action::none;
-    NSMenuItem* made = [[[menuItemClass() alloc] initWithTitle:@""
-                                                        action:acts ? @selector(chooseItem:) : nullptr
+    NSMenuItem* made = [[[menuItemClass() alloc] initWithTitle:@"" action:nullptr
                                                  keyEquivalent:@""] autorelease];
-    [made setTarget:bridge];
+    aim(made, item.properties);
     return made;
 }
 
@@ -152,6 +162,7 @@ void MenuMirror::removeGone(NSMenu* menu, const App::ItemSnapshot& owner, bool i
             gone.insert(idOf(item));
         } else {
             forget(item);
+            [[item retain] autorelease]; // it may be one of its own items that has it removed
             [menu removeItemAtIndex:index];
         }
     }
@@ -162,6 +173,11 @@ void MenuMirror::forget(NSMenuItem* item)
     items.erase(idOf(item));
     openMenus.erase(idOf(item));
     gone.erase(idOf(item));
+    forgetBelow(item);
+}
+
+void MenuMirror::forgetBelow(NSMenuItem* item)
+{
     NSMenu* submenu = [item submenu];
     [submenu setDelegate:nil];
     for (NSInteger index = 0; index < [submenu numberOfItems]; ++index)
