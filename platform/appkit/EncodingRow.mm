@@ -26,6 +26,7 @@ NSTextField* makeLabel(LabelTag tag, NSRect frame, NSTextAlignment alignment, NS
     [label setEditable:NO];
     [label setSelectable:NO];
     [label setBordered:NO];
+    [label setBezeled:NO];
     [label setDrawsBackground:NO];
     [label setFont:[NSFont menuFontOfSize:0]];
     [label setAlignment:alignment];
