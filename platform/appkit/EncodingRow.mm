@@ -41,20 +41,24 @@ KestEncodingRow* makeTemplate()
     [row setAutoresizingMask:NSViewWidthSizable];
     const CGFloat percentageLeft = kWidth - kRight - kPercentageWidth;
     [row addSubview:makeLabel(nameTag, NSMakeRect(kLeft, kLabelBottom, percentageLeft - kLeft, kLabelHeight),
-                              NSLeftTextAlignment, NSViewWidthSizable)];
+                              NSTextAlignmentLeft, NSViewWidthSizable)];
     [row addSubview:makeLabel(percentageTag,
                               NSMakeRect(percentageLeft, kLabelBottom, kPercentageWidth, kLabelHeight),
-                              NSRightTextAlignment, NSViewMinXMargin)];
+                              NSTextAlignmentRight, NSViewMinXMargin)];
     return row;
 }
 
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations" // on the Mac, for what GNUstep does not have yet
+
 KestEncodingRow* deepCopy(KestEncodingRow* row)
 {
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations" // the keyed archiver forgets tags of views
     return [NSUnarchiver unarchiveObjectWithData:[NSArchiver archivedDataWithRootObject:row]];
-#pragma clang diagnostic pop
 }
+
+NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
+
+#pragma clang diagnostic pop
 
 } // namespace
 
@@ -98,7 +102,7 @@ KestEncodingRow* deepCopy(KestEncodingRow* row)
 {
     const BOOL selected = [self isSelected];
     if (selected) { // a row of its own draws this too
-        [[NSColor selectedMenuItemColor] set];
+        [selectionColor() set];
         NSRectFill([self bounds]);
     }
     NSColor* ink = selected ? [NSColor selectedMenuItemTextColor] : [NSColor controlTextColor];
@@ -107,7 +111,7 @@ KestEncodingRow* deepCopy(KestEncodingRow* row)
             [label setTextColor:ink];
 
     NSRect filled = [self bar];
-    [[NSColor controlShadowColor] set];
+    [[NSColor gridColor] set];
     NSFrameRect(filled);
     filled.size.width *= [self progress];
     [(selected ? ink : [NSColor selectedControlColor]) set];

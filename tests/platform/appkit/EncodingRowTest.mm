@@ -19,7 +19,7 @@ KestEncodingRow* rowAt(const std::string& percentage)
 double filledPart(KestEncodingRow* row)
 {
     NSWindow* window = [[[NSWindow alloc] initWithContentRect:[row frame]
-                                                    styleMask:NSBorderlessWindowMask
+                                                    styleMask:NSWindowStyleMaskBorderless
                                                       backing:NSBackingStoreBuffered
                                                         defer:NO] autorelease];
     [window setReleasedWhenClosed:NO];
