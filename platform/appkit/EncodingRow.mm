@@ -51,9 +51,20 @@ KestEncodingRow* makeTemplate()
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations" // on the Mac, for what GNUstep does not have yet
 
+// Nil where a system's views are archived no more.
 KestEncodingRow* deepCopy(KestEncodingRow* row)
 {
-    return [NSUnarchiver unarchiveObjectWithData:[NSArchiver archivedDataWithRootObject:row]];
+    @try {
+        return [NSUnarchiver unarchiveObjectWithData:[NSArchiver archivedDataWithRootObject:row]];
+    } @catch (NSException*) {
+        return nil;
+    }
+}
+
+void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
+{
+    [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.name)];
+    [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentage)];
 }
 
 NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
@@ -125,9 +136,12 @@ namespace Kest::AppKit {
 KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& spoken)
 {
     static KestEncodingRow* const rowTemplate = makeTemplate();
-    [[rowTemplate nameLabel] setStringValue:toNSString(labels.name)];
-    [[rowTemplate percentageLabel] setStringValue:toNSString(labels.percentage)];
+    setLabels(rowTemplate, labels);
     KestEncodingRow* row = deepCopy(rowTemplate);
+    if (row == nil) {
+        row = [makeTemplate() autorelease];
+        setLabels(row, labels);
+    }
     if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
         [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(spoken)];
     return row;
