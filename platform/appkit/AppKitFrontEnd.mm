@@ -20,8 +20,10 @@ struct Job {
 void runJob(void* posted)
 {
     const std::unique_ptr<Job> job(static_cast<Job*>(posted));
-    if (!*job->ended)
-        stopExceptions("a job", job->work);
+    @autoreleasepool { // the loop's own one may be drained only with the next event
+        if (!*job->ended)
+            stopExceptions("a job", job->work);
+    }
 }
 
 } // namespace

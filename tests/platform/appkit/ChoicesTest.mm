@@ -1,4 +1,5 @@
 // Each item, chosen through AppKit, has its effect.
+#include "tables/KestSettingsTables.h"
 #include "tests/platform/appkit/AppKitAgent.h"
 
 // Notes that the application is asked to terminate, and has it go on.
@@ -36,7 +37,7 @@ TEST(EachChoice, ReachesTheFileAndTheSegment)
     AppKitAgent agent;
     auto& host = agent.place.startHost();
     agent.start();
-    std::vector<Case> cases = {
+    const std::vector<Case> cases = {
         {"Solo Mode/Exclusive (XOR)", "SoloMode", 1, 160, true},
         {"Solo Mode/Latch", "SoloMode", 0, 160, true},
         {"HDX Aux Track Delay/High Latency", "HdxAuxTrackDelaySetting", 2, 272, true},
@@ -45,10 +46,6 @@ TEST(EachChoice, ReachesTheFileAndTheSegment)
         {"DAW Link Control", "DAWLinkControlSetting", 1, 276, true},
         {"Latency Compensation", "LatencyCompensationControlSetting", 0, 304, false},
         {"Latency Compensation", "LatencyCompensationControlSetting", 1, 304, true},
-        {"Speaker Configuration/Stereo", "PhysMonConfig", 1, 308, true},
-        {"Speaker Configuration/Kest 9.1", "PhysMonConfig", 14, 308, true},
-        {"Speaker Configuration/Surround 7.1", "PhysMonConfig", 11, 308, true},
-        {"Speaker Configuration/KestMax 26.1", "PhysMonConfig", 26, 308, true},
     };
     for (const auto& [path, key, value, offset, staysOn] : cases) {
         host.putFloat(kRecord + offset, -5);
@@ -56,6 +53,13 @@ TEST(EachChoice, ReachesTheFileAndTheSegment)
         EXPECT_EQ(agent.stored(key), std::to_string(value)) << path;
         EXPECT_EQ(host.floatAt(kRecord + offset), static_cast<float>(value)) << path;
         EXPECT_EQ([agent.item(path) state] == NSControlStateValueOn, staysOn) << path;
+        EXPECT_EQ(agent.menuLines(), agent.modelLines());
+    }
+    for (const auto& [id, name] : Settings::sSpkrConf2Name) {
+        agent.choose("Speaker Configuration/" + name);
+        const int layout = static_cast<int>(Settings::sSpkrConf2Layout.at(id));
+        EXPECT_EQ(agent.stored("PhysMonConfig"), std::to_string(layout)) << name;
+        EXPECT_EQ(host.floatAt(kRecord + 308), static_cast<float>(layout)) << name;
         EXPECT_EQ(agent.menuLines(), agent.modelLines());
     }
 }
