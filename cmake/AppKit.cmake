@@ -12,6 +12,7 @@ if(NOT APPLE)
         message(FATAL_ERROR "KEST_BUILD_APPKIT needs GNUstep and GCC's Objective-C headers: install the packages "
                             "in scripts/appkit_packages, or set KEST_BUILD_APPKIT=OFF")
     endif()
+    set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
 endif()
 enable_language(OBJCXX)
 
