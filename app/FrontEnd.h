@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/About.h"
+#include "log/Log.h"
 
 #include <functional>
 #include <string>
@@ -41,6 +42,8 @@ public:
     virtual void showAboutPanel(const About& about) = 0;
     /// Runs a command with the shell and waits for it, so that a second one finds the first one done.
     virtual void runShellCommand(const std::string& command) = 0;
+    /// One line in the log of the desktop; without one, in the agent's own.
+    virtual void log(const std::string& line) { Lct::Log(Lct::eLogError, "desktop", "%s", line.c_str()); }
 };
 
 } // namespace Kest::App

@@ -1,7 +1,6 @@
 #include "app/ServiceActions.h"
 
 #include "backend/Backend.h"
-#include "log/Log.h"
 
 namespace Kest::App {
 
@@ -16,7 +15,7 @@ void ServiceActions::showAboutDialog() { workspace.showAboutPanel(about()); }
 void ServiceActions::openUninstaller()
 {
     if (!workspace.launchApplication(paths.uninstaller))
-        Lct::Log(Lct::eLogError, "openUninstaller", "Uninstall failed to launch");
+        workspace.log("Uninstall failed to launch");
 }
 
 void ServiceActions::unloadLaunchAgent()

@@ -20,13 +20,14 @@ if(KEST_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
-# kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...])
+# kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...] [HEADERS_ARE cpp|mm])
 #
 # One folder, one static library. Its headers are reached as "NAME/Header.h", and only by those that say
 # `USES NAME`: each library has an include folder of its own, which holds nothing but a link to the library's
-# folder. An include against the direction of dependency therefore does not build.
+# folder. An include against the direction of dependency therefore does not build. The headers are C++, unless
+# it says that they are Objective-C++ (mm).
 function(kest_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "HEADERS_ARE" "SOURCES;USES;LINKS")
     string(REPLACE "/" "_" target "kest_${name}")
     set(root ${CMAKE_BINARY_DIR}/include/${target})
     get_filename_component(parent ${root}/${name} DIRECTORY)
@@ -40,19 +41,22 @@ function(kest_library name)
         string(REPLACE "/" "_" used "kest_${used}")
         target_link_libraries(${target} PUBLIC ${used})
     endforeach()
-    kest_check_headers(${target} ${name})
+    if(NOT ARG_HEADERS_ARE)
+        set(ARG_HEADERS_ARE cpp)
+    endif()
+    kest_check_headers(${target} ${name} ${ARG_HEADERS_ARE})
 endfunction()
 
 # `cmake --build ... --target check_headers`: every header compiles alone, with what its library may use.
 add_custom_target(check_headers)
-function(kest_check_headers target name)
+function(kest_check_headers target name suffix)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *.h)
     if(NOT headers)
         return()
     endif()
     set(units)
     foreach(header IN LISTS headers)
-        set(unit ${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp)
+        set(unit ${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.${suffix})
         file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${name}/${header}\"\n")
         list(APPEND units ${unit})
     endforeach()

@@ -1,33 +1,18 @@
 #include "platform/statusnotifier/Logo.h"
 
+#include "app/LogoStrokes.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace Kest::StatusNotifier {
 namespace {
 
-struct Point {
-    double x;
-    double y;
-};
+using Point = App::LogoPoint;
 
-struct Stroke {
-    Point from;
-    Point to;
-};
-
-// In a square of 16 by 16: a K whose arms reach for a source of sound.
-constexpr Stroke kStrokes[] = {
-    {{4, 2.5}, {4, 13.5}},
-    {{4, 8.75}, {10, 2.5}},
-    {{6.25, 6.5}, {11, 13.5}},
-    {{13, 8}, {13, 8}},
-};
-constexpr double kCanvas = 16;
-constexpr double kHalfWidth = 1.1;
 constexpr std::uint8_t kGrey = 0x9A;
 
-double distance(Point p, const Stroke& stroke)
+double distance(Point p, const App::LogoStroke& stroke)
 {
     const Point along{stroke.to.x - stroke.from.x, stroke.to.y - stroke.from.y};
     const double length = along.x * along.x + along.y * along.y;
@@ -39,10 +24,10 @@ double distance(Point p, const Stroke& stroke)
 // How much of a pixel of that size around a point is covered, 0 to 1.
 double coverage(Point p, double pixel)
 {
-    double nearest = kCanvas;
-    for (const auto& stroke : kStrokes)
+    double nearest = App::kLogoCanvas;
+    for (const auto& stroke : App::kLogoStrokes)
         nearest = std::min(nearest, distance(p, stroke));
-    return std::clamp((kHalfWidth - nearest) / pixel + 0.5, 0.0, 1.0);
+    return std::clamp((App::kLogoHalfWidth - nearest) / pixel + 0.5, 0.0, 1.0);
 }
 
 } // namespace
@@ -51,7 +36,7 @@ Pixmap drawLogo(int side)
 {
     Pixmap pixmap{side, {}};
     pixmap.argb.reserve(static_cast<std::size_t>(side) * static_cast<std::size_t>(side) * 4);
-    const double pixel = kCanvas / side;
+    const double pixel = App::kLogoCanvas / side;
     for (int y = 0; y < side; ++y)
         for (int x = 0; x < side; ++x) {
             const double alpha = 255 * coverage({(x + 0.5) * pixel, (y + 0.5) * pixel}, pixel);

@@ -1,5 +1,4 @@
-// The agent's logo as pixels, for panels that do not find it by its name. The SVG files have the same
-// strokes.
+// The agent's logo as pixels, for panels that do not find it by its name.
 #pragma once
 
 #include <cstdint>

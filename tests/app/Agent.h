@@ -27,10 +27,12 @@ public:
     std::function<void()> whenNoted = [] {};
 };
 
-class Agent {
+/// On any front end that can be told to run what has been posted.
+template <typename FrontEnd>
+class AgentOn {
 public:
     /// With a settings file that holds these values; with none there is no file.
-    explicit Agent(const std::map<std::string, std::string>& settings = {})
+    explicit AgentOn(const std::map<std::string, std::string>& settings = {})
     {
         std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n\n<PROPERTIES>\n";
         for (const auto& [key, value] : settings)
@@ -110,9 +112,11 @@ public:
     const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
 
     TestPlace place;
-    FakeFrontEnd frontEnd;
+    FrontEnd frontEnd;
     FakeWorkspace workspace;
     NotingDelegate delegate{frontEnd, workspace, place.paths, std::chrono::milliseconds(5)};
 };
+
+using Agent = AgentOn<FakeFrontEnd>;
 
 } // namespace Kest::Test

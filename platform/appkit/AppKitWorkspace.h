@@ -1,0 +1,19 @@
+// The services of AppKit and Foundation.
+#pragma once
+
+#include "platform/posix/PosixWorkspace.h"
+
+namespace Kest::AppKit {
+
+/// Main thread only.
+class AppKitWorkspace final : public Posix::PosixWorkspace {
+public:
+    bool run(const std::string& program, const std::vector<std::string>& arguments) override;
+    bool launchApplication(const std::string& path) override;
+    void selectFile(const std::string& folder) override;
+    /// In front of all other applications.
+    void showAboutPanel(const App::About& about) override;
+    void log(const std::string& line) override;
+};
+
+} // namespace Kest::AppKit

@@ -1,0 +1,19 @@
+// C++ on purpose: with GNUstep's runtime, Objective-C++ catches no exceptions of C++.
+#include "platform/appkit/Boundary.h"
+
+#include "log/Log.h"
+
+#include <exception>
+
+namespace Kest::AppKit {
+
+void stopExceptions(const char* where, const std::function<void()>& work) noexcept
+{
+    try {
+        work();
+    } catch (const std::exception& failure) {
+        Lct::Log(Lct::eLogError, where, "%s", failure.what());
+    }
+}
+
+} // namespace Kest::AppKit

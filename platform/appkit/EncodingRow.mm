@@ -1,0 +1,150 @@
+#import "platform/appkit/EncodingRow.h"
+
+#include "platform/appkit/Text.h"
+
+#include <algorithm>
+
+namespace {
+
+// In points. The row begins where titles of other items do, behind the place of the check mark.
+constexpr CGFloat kWidth = 280;
+constexpr CGFloat kHeight = 34;
+constexpr CGFloat kLeft = 20;
+constexpr CGFloat kRight = 24; // with the submenu's arrow
+constexpr CGFloat kLabelHeight = 18;
+constexpr CGFloat kLabelBottom = 12;
+constexpr CGFloat kPercentageWidth = 48;
+constexpr CGFloat kBarBottom = 5;
+constexpr CGFloat kBarHeight = 5;
+
+enum LabelTag : std::uint8_t { nameTag = 1, percentageTag = 2 };
+
+NSTextField* makeLabel(LabelTag tag, NSRect frame, NSTextAlignment alignment, NSUInteger resizing)
+{
+    NSTextField* label = [[[NSTextField alloc] initWithFrame:frame] autorelease];
+    [label setTag:tag];
+    [label setEditable:NO];
+    [label setSelectable:NO];
+    [label setBordered:NO];
+    [label setBezeled:NO];
+    [label setDrawsBackground:NO];
+    [label setFont:[NSFont menuFontOfSize:0]];
+    [label setAlignment:alignment];
+    [label setAutoresizingMask:resizing];
+    [[label cell] setLineBreakMode:NSLineBreakByTruncatingMiddle];
+    return label;
+}
+
+KestEncodingRow* makeTemplate()
+{
+    KestEncodingRow* row = [[KestEncodingRow alloc] initWithFrame:NSMakeRect(0, 0, kWidth, kHeight)];
+    [row setAutoresizingMask:NSViewWidthSizable];
+    const CGFloat percentageLeft = kWidth - kRight - kPercentageWidth;
+    [row addSubview:makeLabel(nameTag, NSMakeRect(kLeft, kLabelBottom, percentageLeft - kLeft, kLabelHeight),
+                              NSTextAlignmentLeft, NSViewWidthSizable)];
+    [row addSubview:makeLabel(percentageTag,
+                              NSMakeRect(percentageLeft, kLabelBottom, kPercentageWidth, kLabelHeight),
+                              NSTextAlignmentRight, NSViewMinXMargin)];
+    return row;
+}
+
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations" // on the Mac, for what GNUstep does not have yet
+
+// Nil where a system's views are archived no more.
+KestEncodingRow* deepCopy(KestEncodingRow* row)
+{
+    @try {
+        return [NSUnarchiver unarchiveObjectWithData:[NSArchiver archivedDataWithRootObject:row]];
+    } @catch (NSException*) {
+        return nil;
+    }
+}
+
+void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
+{
+    [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.name)];
+    [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentage)];
+}
+
+NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
+
+#pragma clang diagnostic pop
+
+} // namespace
+
+// On the Mac only: the menu item that a view is the row of.
+@protocol KestRowOfAnItem
+- (id)enclosingMenuItem;
+- (BOOL)isHighlighted;
+@end
+
+@implementation KestEncodingRow
+
+- (NSTextField*)nameLabel
+{
+    return [self viewWithTag:nameTag];
+}
+
+- (NSTextField*)percentageLabel
+{
+    return [self viewWithTag:percentageTag];
+}
+
+- (CGFloat)progress
+{
+    return std::clamp([[[self percentageLabel] stringValue] doubleValue] / 100, 0.0, 1.0);
+}
+
+- (NSRect)bar
+{
+    return NSMakeRect(kLeft, kBarBottom, [self bounds].size.width - kLeft - kRight, kBarHeight);
+}
+
+- (BOOL)isSelected
+{
+    if (![self respondsToSelector:@selector(enclosingMenuItem)])
+        return NO;
+    id item = [(id<KestRowOfAnItem>)self enclosingMenuItem];
+    return [(id<KestRowOfAnItem>)item isHighlighted];
+}
+
+- (void)drawRect:(NSRect)dirty
+{
+    const BOOL selected = [self isSelected];
+    if (selected) { // a row of its own draws this too
+        [selectionColor() set];
+        NSRectFill([self bounds]);
+    }
+    NSColor* ink = selected ? [NSColor selectedMenuItemTextColor] : [NSColor controlTextColor];
+    for (NSTextField* label in [self subviews])
+        if (![[label textColor] isEqual:ink])
+            [label setTextColor:ink];
+
+    NSRect filled = [self bar];
+    [[NSColor gridColor] set];
+    NSFrameRect(filled);
+    filled.size.width *= [self progress];
+    [(selected ? ink : [NSColor selectedControlColor]) set];
+    NSRectFill(filled);
+}
+
+@end
+
+namespace Kest::AppKit {
+
+KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& spoken)
+{
+    static KestEncodingRow* const rowTemplate = makeTemplate();
+    setLabels(rowTemplate, labels);
+    KestEncodingRow* row = deepCopy(rowTemplate);
+    if (row == nil) {
+        row = [makeTemplate() autorelease];
+        setLabels(row, labels);
+    }
+    if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
+        [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(spoken)];
+    return row;
+}
+
+} // namespace Kest::AppKit

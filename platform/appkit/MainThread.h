@@ -1,0 +1,24 @@
+// The main thread and its loop.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+namespace Kest::AppKit {
+
+/// Main thread, before all else of AppKit. False, with one line on standard error, when there is no screen.
+bool connectToScreen();
+/// Main thread. Runs the application until it terminates, which ends the process.
+int runApplication(int argc, const char** argv);
+
+/// Any thread. Calls `function` with `context` on the main thread: later, in order, and also while a menu is
+/// open.
+void callOnMainThread(void (*function)(void*), void* context);
+
+/// The run-loop modes in which the main thread works: also while a menu or a panel is open.
+inline NSArray* workingModes()
+{
+    return [NSArray
+        arrayWithObjects:NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode, nil];
+}
+
+} // namespace Kest::AppKit

@@ -1,0 +1,55 @@
+#import "platform/appkit/MenuBridge.h"
+
+#include "platform/appkit/Boundary.h"
+
+namespace Kest::AppKit {
+
+void setId(NSMenuItem* item, App::ItemId id) { [item setRepresentedObject:[NSNumber numberWithInt:id]]; }
+
+App::ItemId idOf(NSMenuItem* item) { return [[item representedObject] intValue]; }
+
+App::ItemId idOf(NSMenu* menu)
+{
+    NSMenu* above = [menu supermenu];
+    const NSInteger index = above == nil ? -1 : [above indexOfItemWithSubmenu:menu];
+    return index < 0 ? App::kStatusMenuId : idOf([above itemAtIndex:index]);
+}
+
+} // namespace Kest::AppKit
+
+using namespace Kest::AppKit;
+
+@implementation KestMenuBridge
+
+- (id)initWithListener:(MenuListener*)menuListener
+{
+    self = [super init];
+    if (self != nil)
+        listener = menuListener;
+    return self;
+}
+
+- (void)disconnect
+{
+    listener = nullptr;
+}
+
+- (void)chooseItem:(NSMenuItem*)item
+{
+    if (listener != nullptr)
+        stopExceptions("choosing an item", [&] { listener->itemChosen(idOf(item)); });
+}
+
+- (void)menuWillOpen:(NSMenu*)menu
+{
+    if (listener != nullptr)
+        stopExceptions("opening a menu", [&] { listener->menuWillOpen(idOf(menu)); });
+}
+
+- (void)menuDidClose:(NSMenu*)menu
+{
+    if (listener != nullptr)
+        stopExceptions("closing a menu", [&] { listener->menuDidClose(idOf(menu)); });
+}
+
+@end

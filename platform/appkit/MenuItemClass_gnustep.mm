@@ -1,0 +1,68 @@
+// An item of GNUstep forgets its attributed title at once, and would not draw it.
+#import "platform/appkit/MenuItemClass.h"
+
+#include <objc/runtime.h>
+
+@interface KestMenuItem : NSMenuItem {
+@private
+    NSAttributedString* keptTitle;
+}
+@end
+
+@implementation KestMenuItem
+
+- (void)dealloc
+{
+    [keptTitle release];
+    [super dealloc];
+}
+
+- (NSAttributedString*)attributedTitle
+{
+    return keptTitle;
+}
+
+- (void)setAttributedTitle:(NSAttributedString*)title
+{
+    [keptTitle autorelease];
+    keptTitle = [title copy];
+    [[self menu] itemChanged:self];
+}
+
+@end
+
+namespace Kest::AppKit {
+namespace {
+
+using DrawTitle = void (*)(NSMenuItemCell* cell, SEL command, NSRect frame, NSView* view);
+DrawTitle drawPlainTitle = nullptr;
+
+void drawTitle(NSMenuItemCell* cell, SEL command, NSRect frame, NSView* view)
+{
+    NSAttributedString* title = [[cell menuItem] attributedTitle];
+    if (title == nil)
+        return drawPlainTitle(cell, command, frame, view);
+    NSRect place = [cell titleRectForBounds:frame];
+    const CGFloat height = [title size].height;
+    place.origin.y += (place.size.height - height) / 2;
+    place.size.height = height;
+    [title drawInRect:place];
+}
+
+void drawAttributedTitles()
+{
+    Method method = class_getInstanceMethod([NSMenuItemCell class], @selector(drawTitleWithFrame:inView:));
+    drawPlainTitle =
+        reinterpret_cast<DrawTitle>(method_setImplementation(method, reinterpret_cast<IMP>(drawTitle)));
+}
+
+} // namespace
+
+Class menuItemClass()
+{
+    if (drawPlainTitle == nullptr)
+        drawAttributedTitles();
+    return [KestMenuItem class];
+}
+
+} // namespace Kest::AppKit

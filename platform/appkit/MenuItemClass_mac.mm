@@ -1,0 +1,7 @@
+#import "platform/appkit/MenuItemClass.h"
+
+namespace Kest::AppKit {
+
+Class menuItemClass() { return [NSMenuItem class]; }
+
+} // namespace Kest::AppKit

@@ -1,0 +1,276 @@
+// AppKit's menu is the model's, item by item, whatever happens.
+#import "platform/appkit/EncodingRow.h"
+#include "tests/platform/appkit/AppKitAgent.h"
+
+#include <objc/runtime.h>
+#include <random>
+
+namespace Kest::Test {
+
+namespace {
+
+struct Seen {
+    std::string title, view;
+    NSInteger tag = 0;
+    bool on = false, enabled = false, hidden = false, red = false, acts = false, hasSubmenu = false;
+};
+
+std::string line(const Seen& is)
+{
+    return is.title + " " + std::to_string(is.tag) + (is.on ? " on" : "") + (is.enabled ? "" : " greyed") +
+           (is.hidden ? " hidden" : "") + (is.red ? " red" : "") + (is.acts ? " acts" : "") +
+           (is.view.empty() ? "" : " [" + is.view + "]") + (is.hasSubmenu ? " >" : "");
+}
+
+std::string text(NSString* string) { return [string UTF8String]; }
+
+// Red as it is to be: the whole title, in the system's font at its size.
+bool isRed(NSMenuItem* item)
+{
+    NSAttributedString* title = [item attributedTitle];
+    if (title == nil)
+        return false;
+    NSRange all;
+    NSDictionary* look = [title attributesAtIndex:0 effectiveRange:&all];
+    EXPECT_EQ(text([title string]), text([item title]));
+    EXPECT_EQ(all.length, [title length]);
+    EXPECT_TRUE([[look objectForKey:NSForegroundColorAttributeName] isEqual:[NSColor redColor]]);
+    EXPECT_TRUE(
+        [[look objectForKey:NSFontAttributeName] isEqual:[NSFont systemFontOfSize:[NSFont systemFontSize]]]);
+    return true;
+}
+
+std::string viewOf(NSMenuItem* item)
+{
+    auto* row = (KestEncodingRow*)[(id<KestMenuItemAbilities>)item view];
+    return row == nil ? ""
+                      : text([[row nameLabel] stringValue]) + "," + text([[row percentageLabel] stringValue]);
+}
+
+} // namespace
+
+std::vector<std::string> lines(const App::ItemSnapshot& menu, const std::string& above)
+{
+    std::vector<std::string> all;
+    for (const auto& item : menu.items) {
+        const auto& is = item.properties;
+        if (is.hidden && !AppKit::itemsCanHide())
+            continue;
+        const auto title = is.view && !AppKit::itemsCanHaveViews() ? plainLabel(is) : is.title;
+        const auto view =
+            is.view && AppKit::itemsCanHaveViews() ? is.view->name + "," + is.view->percentage : "";
+        all.push_back(above + (is.separator ? "-"
+                                            : line({title, view, is.tag, is.on, is.enabled, is.hidden, is.red,
+                                                    is.action != App::Action::none, item.hasSubmenu})));
+        const auto below = lines(item, above + title + "/");
+        all.insert(all.end(), below.begin(), below.end());
+    }
+    return all;
+}
+
+std::vector<std::string> lines(NSMenu* menu, const std::string& above)
+{
+    EXPECT_FALSE([menu autoenablesItems]);
+    std::vector<std::string> all;
+    for (NSMenuItem* item in [menu itemArray]) {
+        const auto title = text([item title]);
+        const bool hidden = AppKit::itemsCanHide() && [(id<KestMenuItemAbilities>)item isHidden];
+        const auto view = AppKit::itemsCanHaveViews() ? viewOf(item) : std::string();
+        const bool acts = sel_isEqual([item action], @selector(chooseItem:));
+        all.push_back(above + ([item isSeparatorItem]
+                                   ? "-"
+                                   : line({title, view, [item tag], [item state] == NSControlStateValueOn,
+                                           static_cast<bool>([item isEnabled]), hidden, isRed(item), acts,
+                                           static_cast<bool>([item hasSubmenu])})));
+        const auto below = lines([item submenu], above + title + "/");
+        all.insert(all.end(), below.begin(), below.end());
+    }
+    return all;
+}
+
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+TEST(MenuTree, IsTheModelsAfterStartUpAndEachKindOfChange)
+{
+    AppKitAgent agent({{"Facility", "Gone"}, {"SoloMode", "1"}});
+    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    auto& host = agent.place.startHost();
+    agent.start();
+    const auto same = [&] { EXPECT_EQ(agent.menuLines(), agent.modelLines()); };
+    same();
+    EXPECT_THAT(agent.menuLines(), Contains("Solo Mode/Exclusive (XOR) 0 on acts"));
+    EXPECT_EQ([agent.item("Solo Mode") menu], agent.frontEnd.statusMenu());
+
+    agent.open("Monitoring Facility");
+    same();
+    EXPECT_THAT(agent.menuLines(), Contains("Monitoring Facility/Gone 0 on red acts"));
+    agent.close("Monitoring Facility");
+    agent.choose("Monitoring Facility/Studio");
+    agent.open("Monitoring Facility"); // red is gone, and the item with it
+    same();
+    EXPECT_THAT(agent.menuLines(), Not(Contains(testing::HasSubstr("red"))));
+
+    host.putBus(5, "bus-5", "Dialog");
+    EXPECT_TRUE(agent.pumpUntil([&] { return agent.item("Default Bus/Dialog") != nil; }));
+    same();
+    EXPECT_TRUE(agent.report(4711, "/Out/Film/Film_Mix_Prt.wav", 42));
+    same();
+    agent.choose("DAW Link Control"); // another item comes out of hiding
+    same();
+    agent.delegate.receivedMsgFromBackend(100, 4711, "Film_Mix_Prt"); // no abort any more
+    same();
+    agent.choose("Encoding History/Clear History");
+    same();
+}
+
+// Adds, removes, moves and changes items of a model anywhere, any number of levels deep.
+class RandomChanges {
+public:
+    App::MenuModel model;
+
+    void change()
+    {
+        auto& menu = anyMenu(model.statusMenu());
+        const int count = menu.numberOfItems();
+        auto* item = count == 0 ? nullptr : menu.itemArray()[upTo(count - 1)].get();
+        switch (item == nullptr ? 0 : upTo(12)) {
+        case 0:
+        case 1:
+        case 9:
+        case 10:
+
+            menu.insertItem(anyItem(), static_cast<int>(upTo(count)));
+            break;
+        case 2:
+            menu.removeItem(*item);
+            break;
+        case 3:
+            rebuild(menu);
+            break;
+        case 4:
+            item->setTag(static_cast<int>(upTo(100000)));
+            break;
+        case 5:
+            item->setHidden(upTo(1) == 0);
+            break;
+        case 6:
+            item->setEnabled(upTo(1) == 0);
+            break;
+        case 7:
+            item->setState(upTo(1) == 0);
+            break;
+        case 8:
+            if (!item->properties().separator)
+                item->setView({"Film é " + std::to_string(upTo(9)), std::to_string(upTo(100)) + "%"});
+            break;
+        default:
+            if (item->submenu() == nullptr && item->properties().action == App::Action::none &&
+                !item->properties().separator)
+                item->setSubmenu(std::make_unique<App::Menu>(model));
+        }
+    }
+    std::size_t upTo(int last)
+    {
+        return std::uniform_int_distribution<std::size_t>(0, static_cast<std::size_t>(last))(random);
+    }
+    App::Menu& anyMenu(App::Menu& top)
+    {
+        for (const auto& item : top.itemArray())
+            if (item->submenu() != nullptr && upTo(2) == 0)
+                return anyMenu(*item->submenu());
+        return top;
+    }
+
+private:
+    std::unique_ptr<App::MenuItem> anyItem()
+    {
+        App::ItemProperties is{.title = "Item " + std::to_string(upTo(20)), .view = {}};
+        is.separator = upTo(9) == 0;
+        is.red = upTo(4) == 0;
+        is.action = is.separator || upTo(1) == 0 ? App::Action::none : App::Action::setFacility;
+        return std::make_unique<App::MenuItem>(is);
+    }
+    // As the bus menu is: gone and made anew, with some of the items the same.
+    void rebuild(App::Menu& menu)
+    {
+        std::vector<App::ItemProperties> before;
+        for (const auto& item : menu.itemArray())
+            if (upTo(9) != 0)
+                before.push_back(item->properties());
+        std::ranges::shuffle(before, random);
+        menu.removeAllItems();
+        for (const auto& item : before)
+            menu.addItem(std::make_unique<App::MenuItem>(item));
+    }
+
+    std::mt19937 random{20260301};
+};
+
+TEST(MenuTree, IsTheModelsAfterAThousandRandomChanges)
+{
+    RandomChanges random;
+    AppKit::MenuMirror mirror("Menu", nil);
+    std::size_t most = 0;
+    for (int i = 0; i < 1000; ++i) {
+        random.change();
+        const auto now = takeSnapshot(random.model);
+        mirror.show(now);
+        ASSERT_EQ(lines(mirror.statusMenu()), lines(now)) << "change " << i;
+        most = std::max(most, lines(now).size());
+    }
+    EXPECT_GE(most, 30U) << "the changes were of some size";
+}
+
+TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
+{
+    RandomChanges random;
+    AppKit::MenuMirror mirror("Menu", nil);
+    NSMenu* menu = mirror.statusMenu();
+    NSUInteger most = 0;
+    for (int i = 0; i < 200; ++i) {
+        mirror.menuOpened(App::kStatusMenuId);
+        NSArray* before = [NSArray arrayWithArray:[menu itemArray]];
+        most = std::max(most, [before count]);
+        for (int k = 0; k < 5; ++k) {
+            random.change();
+            mirror.show(takeSnapshot(random.model));
+            ASSERT_GE([[menu itemArray] count], [before count]);
+            ASSERT_TRUE([[[menu itemArray] subarrayWithRange:NSMakeRange(0, [before count])] isEqual:before]);
+        }
+        mirror.menuClosed(App::kStatusMenuId);
+        ASSERT_EQ(lines(menu), lines(takeSnapshot(random.model)));
+    }
+    EXPECT_GE(most, 10U) << "there was something to keep";
+}
+
+TEST(OpenMenu, GreysWhatWentAndShowsWhatCame)
+{
+    AppKitAgent agent;
+    agent.start();
+    const std::string history = "Encoding History";
+    agent.delegate.receivedMsgFromBackend(10, 4711, "Film");
+    agent.delegate.receivedMsgFromBackend(10, 4712, "Other");
+    agent.open(history);
+    NSMenu* menu = [agent.item(history) submenu];
+    NSMenuItem* film = [menu itemAtIndex:2];
+    agent.delegate.receivedMsgFromBackend(20, 4711, "Film");
+    EXPECT_EQ([menu itemAtIndex:2], film);
+    EXPECT_EQ(agent.menuLines(), agent.modelLines()) << "progress shows at once";
+
+    agent.delegate.choose(agent.at(history + "/Clear History").id());
+    agent.delegate.receivedMsgFromBackend(30, 4713, "Third");
+    EXPECT_EQ([menu numberOfItems], 5);
+    EXPECT_EQ([menu itemAtIndex:2], film);
+    EXPECT_FALSE([film isEnabled]);
+    AppKitAgent::choose((NSMenuItem*)[[film submenu] itemWithTag:App::kAbortTag]);
+    EXPECT_THAT(agent.workspace.asked, testing::ElementsAre()) << "it is no more";
+    agent.close(history);
+    EXPECT_EQ(agent.menuLines(), agent.modelLines());
+    EXPECT_EQ([menu numberOfItems], 3);
+}
+
+} // namespace
+} // namespace Kest::Test

@@ -1,0 +1,93 @@
+// The real agent with AppKit's menu on a screen of its own, worked with the pointer.
+#include "tests/support/Eventually.h"
+#include "tests/support/Process.h"
+#include "tests/system/World.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+
+namespace Kest::Test {
+namespace {
+
+constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
+
+class AppKitProgram : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::filesystem::remove_all(home() / "Library");
+        std::filesystem::create_directories(std::string(kFacilities) + "/Studio A");
+        std::filesystem::create_directories(std::string(kFacilities) + "/Studio B");
+    }
+    void start()
+    {
+        agent = std::make_unique<Process>(std::vector{program("kest-settings-appkit")});
+        ASSERT_TRUE(agent->prints("bus 0 : Main Bus"));
+        const auto bothAreShown = "test $(xdotool search --onlyvisible --name '^kest-settings' | wc -l) = 2";
+        ASSERT_TRUE(eventually([&] { return std::system(bothAreShown) == 0; })) << "its menu and its icon";
+    }
+    static bool hand(const std::string& commands)
+    {
+        return std::system(("xdotool " + commands).c_str()) == 0;
+    }
+    /// A place in a row of the menu, or of the submenu beside it; the first one under the title is 1.
+    static std::string row(int number, bool inSubmenu = false)
+    {
+        return "mousemove " + std::to_string(inSubmenu ? 240 : 60) + " " + std::to_string(12 + 20 * number) +
+               " ";
+    }
+    static std::string press(int number) { return row(number) + "mousedown 1 sleep 0.2 mouseup 1"; }
+    /// A menu that is slow to appear misses the pointer, so that it may take more than one try.
+    static bool chooses(const std::string& commands, const std::string& setting, const std::string& value)
+    {
+        return eventually([&] {
+            hand(commands);
+            return eventually([&] { return hasSetting(setting, value); }, std::chrono::seconds(3));
+        });
+    }
+
+    std::unique_ptr<Process> agent;
+};
+
+TEST_F(AppKitProgram, TakesChoicesFromTheMenuAndFromASubmenuThatIsMadeUpAsItOpens)
+{
+    start();
+    EXPECT_TRUE(chooses(press(7), "DAWLinkControlSetting", "1"));
+    std::filesystem::create_directories(std::string(kFacilities) + "/Annex");
+    // The stale choice is the second of four: Annex, Standard-Surround, Studio A, Studio B.
+    EXPECT_TRUE(chooses(row(4) + "mousedown 1 sleep 0.5 " + row(4, true) + "sleep 0.2 mouseup 1", "Facility",
+                        "Studio B"));
+}
+
+TEST_F(AppKitProgram, EndsInOrderWhenItIsAskedTo)
+{
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, 0}) {
+        start();
+        EXPECT_TRUE(std::filesystem::exists(kFifo));
+        if (number != 0)
+            agent->signal(number);
+        else
+            hand(press(16)); // Quit
+        EXPECT_EQ(agent->exitStatus(), 0) << number;
+        EXPECT_FALSE(std::filesystem::exists(kFifo));
+    }
+}
+
+TEST_F(AppKitProgram, SaysInOneLineWhyItDoesNotStart)
+{
+    start();
+    Process second({program("kest-settings-appkit")});
+    EXPECT_TRUE(second.prints("Kest Settings is already running."));
+    EXPECT_EQ(second.exitStatus(), 0);
+    agent->signal(SIGTERM);
+    EXPECT_EQ(agent->exitStatus(), 0);
+
+    Process unseen({"/usr/bin/env", "-u", "DISPLAY", program("kest-settings-appkit")});
+    EXPECT_TRUE(unseen.prints("No screen"));
+    EXPECT_EQ(unseen.exitStatus(), 1);
+}
+
+} // namespace
+} // namespace Kest::Test
