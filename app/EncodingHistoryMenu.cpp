@@ -5,6 +5,8 @@
 #include "backend/Backend.h"
 #include "log/Log.h"
 
+#include <algorithm>
+
 namespace Kest::App {
 namespace {
 
@@ -12,6 +14,13 @@ constexpr int kFixedItems = 2;
 constexpr int kFinished = 100;   // per cent
 constexpr int kShortestName = 5; // characters
 constexpr int kTagCharacters = 4;
+
+// Finished, or failed.
+bool isOver(const MenuItem& entry)
+{
+    const auto* abort = entry.submenu()->itemWithTag(kAbortTag);
+    return entry.properties().view->percentage.empty() || (abort != nullptr && !abort->properties().enabled);
+}
 
 void logRefusal(int pid, const char* what)
 {
@@ -57,11 +66,24 @@ MenuItem& EncodingHistoryMenu::entryFor(std::int32_t pid, const std::string& tit
     auto& menu = *outlets.mEncodingProgressMenu;
     if (auto* known = menu.itemWithTag(pid))
         return *known;
+    makeRoom();
     auto& entry =
         menu.insertItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = pid, .view = {}}),
                         getEncodingHistoryLength());
     entry.setSubmenu(outlets.mEncodingSubMenu->copy());
     return entry;
+}
+
+// As in the Backend's table: the oldest one that is over goes first.
+void EncodingHistoryMenu::makeRoom() const
+{
+    auto& menu = *outlets.mEncodingProgressMenu;
+    if (getEncodingHistoryLength() < kFixedItems + kMostEncodings)
+        return;
+    const auto first = menu.itemArray().begin() + kFixedItems;
+    const auto over =
+        std::find_if(first, menu.itemArray().end(), [](const auto& item) { return isOver(*item); });
+    menu.removeItem(over == menu.itemArray().end() ? **first : **over);
 }
 
 void EncodingHistoryMenu::encShowInFinder(Sender sender)

@@ -22,6 +22,9 @@ std::string encodingTitle(std::int32_t percentage, const std::string& descriptio
 /// all references outlive it.
 class EncodingHistoryMenu {
 public:
+    /// More than anybody looks through, and some 2 MB; only a flood of process ids meets it.
+    static constexpr int kMostEncodings = 2000;
+
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop)
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop)
     {}
@@ -48,6 +51,7 @@ public:
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
+    void makeRoom() const;
     MenuItem& entryFor(std::int32_t pid, const std::string& title);
 
     const Outlets& outlets;

@@ -15,8 +15,8 @@ namespace Kest::Settings {
 /// the one that was last heard of longest ago. A record that is returned is valid until the next change.
 class EncodingTable {
 public:
-    /// Some 15,000 encodings. With what the allocator leaves unused this stays under 8 MB.
-    static constexpr std::size_t kMostBytes = 6'000'000;
+    /// Some 10,000 encodings. With a menu of them the agent stays within 8 MB of what it was.
+    static constexpr std::size_t kMostBytes = 4'000'000;
 
     explicit EncodingTable(std::size_t mostBytesKept = kMostBytes) : mostBytes(mostBytesKept) {}
     EncodingTable(const EncodingTable&) = delete;

@@ -37,6 +37,19 @@ protected:
     const std::vector<std::string>& asked = agent.workspace.asked;
 };
 
+TEST_F(EncodingHistory, ForgetsTheOldestOneThatIsOverWhenThereAreTooMany)
+{
+    receive(50, 1, "running");
+    receive(-1, 2, "failed");
+    receive(100, 3, "finished");
+    const int last = EncodingHistoryMenu::kMostEncodings + 2;
+    for (int pid = 4; pid <= last; ++pid)
+        receive(50, pid, "running");
+    EXPECT_TRUE(agent.entry(1) != nullptr && agent.entry(2) == nullptr && agent.entry(3) == nullptr);
+    receive(50, last + 1, "running");
+    EXPECT_TRUE(agent.entry(1) == nullptr && agent.entry(4) != nullptr) << "all run: the oldest one";
+}
+
 TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
 {
     EXPECT_FALSE(mayBeCleared());
