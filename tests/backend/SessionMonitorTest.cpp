@@ -2,7 +2,6 @@
 #include "tests/backend/BackendFixture.h"
 
 #include <cmath>
-#include <set>
 
 namespace {
 
