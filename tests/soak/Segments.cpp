@@ -109,6 +109,21 @@ void operate(Kest::Settings::Backend& backend, int i)
     }
 }
 
+/// `replace` is called with sizes of another session to come under the same key.
+void operateAll(const TestPlace& place, int operations, const std::function<void(std::size_t)>& replace,
+                const State& state, const Segment* segment)
+{
+    const std::size_t sizes[] = {kNeeded, 1, 4096, kNeeded - 1};
+    Kest::Settings::Backend backend(place.paths, std::chrono::milliseconds(1));
+    for (int i = 0; i < operations; ++i) {
+        operate(backend, i);
+        if (state.isReplaced && i % 20 == 19)
+            replace(sizes[i / 20 % 4]);
+        if (state.isRemoved && i == operations / 2)
+            segment->remove();
+    }
+}
+
 // Root would be permitted everything.
 bool becomeSomebody(const TestPlace& place, const std::string& marker, const Segment& segment)
 {
@@ -149,19 +164,13 @@ int play(const State& state, int operations)
         areDetached = areDetached && (segment == nullptr || segment->hasNoAttachmentLeft());
         changed += segment == nullptr ? 0 : segment->foreignBytesChanged();
     };
-    {
-        Kest::Settings::Backend backend(place.paths, std::chrono::milliseconds(1));
-        const std::size_t sizes[] = {kNeeded, 1, 4096, kNeeded - 1};
-        for (int i = 0; i < operations; ++i) {
-            operate(backend, i);
-            if (state.isReplaced && i % 20 == 19) {
-                check();
-                make(sizes[i / 20 % 4]);
-            }
-            if (state.isRemoved && i == operations / 2)
-                segment->remove();
-        }
-    }
+    operateAll(
+        place, operations,
+        [&](std::size_t bytes) {
+            check();
+            make(bytes);
+        },
+        state, segment.get());
     if (isForbidden)
         segment->setMode(0600, geteuid());
     check();
