@@ -86,7 +86,10 @@ INI
     esac
 }
 
-has_tray() { busctl --user status org.kde.StatusNotifierWatcher; }
+has_tray() {
+    busctl --user call org.freedesktop.DBus /org/freedesktop/DBus org.freedesktop.DBus NameHasOwner s \
+        org.kde.StatusNotifierWatcher | grep -q true
+}
 has_no_tray() { ! has_tray; }
 
 start_panel() {
