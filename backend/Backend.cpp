@@ -51,7 +51,6 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
         std::printf("K3DHost running in wrong architecture (32 bits : should be 64 )");
         std::fflush(stdout);
         ++hostArchMismatch;
-        host = HostState::refused;
     }
     monitorThread = std::thread(&Backend::timerThreadloop, this);
 }
@@ -59,6 +58,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
 Backend::~Backend()
 {
     messageCallback = nullptr; // whoever listens is about to go
+    hostStateCallback = nullptr;
     {
         const MutexLock lock(stopMutex);
         ++stopRequests;

@@ -101,7 +101,7 @@ public:
     encodingStatus getEncodingStatus(int pid) const;
 
     /// As the monitor's last pass found it. Any thread.
-    HostState hostState() const { return host; }
+    HostState hostState() const;
 
     const SystemPaths& paths() const { return systemPaths; }
 
@@ -115,7 +115,7 @@ private:
         std::int32_t lastHostMessage = 0;
     };
     void monitorPass(MonitorState& state);
-    void setHostState(HostState now);
+    void noteSession(bool isThere);
     void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
     void refreshBusClients(const LIPC::SessionBuffer& session) KEST_UNCHECKED;
     bool acceptsHost() const;
@@ -154,7 +154,7 @@ private:
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
-    std::atomic<HostState> host = HostState::absent;
+    std::atomic<bool> sessionIsThere = false;
     std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id
     mutable Mutex busMutex;

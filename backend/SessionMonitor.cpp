@@ -31,7 +31,7 @@ void Backend::timerThreadloop()
 void Backend::monitorPass(MonitorState& state)
 {
     const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
-    setHostState(session.contents() == nullptr ? HostState::absent : HostState::attached);
+    noteSession(session.contents() != nullptr);
     if (session.contents() == nullptr)
         return;
     session.populate();
@@ -40,9 +40,16 @@ void Backend::monitorPass(MonitorState& state)
     refreshBusClients(*session.contents());
 }
 
-void Backend::setHostState(HostState now)
+HostState Backend::hostState() const
 {
-    if (host.exchange(now) == now)
+    if (hostArchMismatch != 0)
+        return HostState::refused;
+    return sessionIsThere ? HostState::attached : HostState::absent;
+}
+
+void Backend::noteSession(bool isThere)
+{
+    if (sessionIsThere.exchange(isThere) == isThere)
         return;
     if (auto* callback = hostStateCallback.load())
         callback(messageContext);
