@@ -5,7 +5,7 @@
 #include "backend/Backend.h"
 #include "log/Log.h"
 
-#include <algorithm>
+#include <vector>
 
 namespace Kest::App {
 namespace {
@@ -14,6 +14,7 @@ constexpr int kFixedItems = 2;
 constexpr int kFinished = 100;   // per cent
 constexpr int kShortestName = 5; // characters
 constexpr int kTagCharacters = 4;
+constexpr std::size_t kForgottenAtOnce = 100;
 
 // Finished, or failed.
 bool isOver(const MenuItem& entry)
@@ -63,27 +64,36 @@ void EncodingHistoryMenu::showLatest(std::int32_t pid, bool hasFailed)
 
 MenuItem& EncodingHistoryMenu::entryFor(std::int32_t pid, const std::string& title)
 {
-    auto& menu = *outlets.mEncodingProgressMenu;
-    if (auto* known = menu.itemWithTag(pid))
-        return *known;
+    if (const auto known = entries.find(pid); known != entries.end())
+        return *known->second;
     makeRoom();
-    auto& entry =
-        menu.insertItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = pid, .view = {}}),
-                        getEncodingHistoryLength());
+    auto& entry = outlets.mEncodingProgressMenu->insertItem(
+        std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = pid, .view = {}}),
+        getEncodingHistoryLength());
     entry.setSubmenu(outlets.mEncodingSubMenu->copy());
+    entries.emplace(pid, &entry);
     return entry;
 }
 
-// As in the Backend's table: the oldest one that is over goes first.
-void EncodingHistoryMenu::makeRoom() const
+void EncodingHistoryMenu::makeRoom()
 {
-    auto& menu = *outlets.mEncodingProgressMenu;
+    const auto& menu = outlets.mEncodingProgressMenu->itemArray();
     if (getEncodingHistoryLength() < kFixedItems + kMostEncodings)
         return;
-    const auto first = menu.itemArray().begin() + kFixedItems;
-    const auto over =
-        std::find_if(first, menu.itemArray().end(), [](const auto& item) { return isOver(*item); });
-    menu.removeItem(over == menu.itemArray().end() ? **first : **over);
+    std::vector<const MenuItem*> oldest;
+    for (const bool over : {true, false})
+        for (auto item = menu.begin() + kFixedItems; item != menu.end() && oldest.size() < kForgottenAtOnce;
+             ++item)
+            if (isOver(**item) == over)
+                oldest.push_back(item->get());
+    for (const auto* entry : oldest)
+        remove(*entry);
+}
+
+std::unique_ptr<MenuItem> EncodingHistoryMenu::remove(const MenuItem& entry)
+{
+    entries.erase(entry.tag());
+    return outlets.mEncodingProgressMenu->removeItem(entry);
 }
 
 void EncodingHistoryMenu::encShowInFinder(Sender sender)
@@ -130,15 +140,14 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     stopEncoding(entry->tag());
     deleteEncoding(entry->tag());
     // Kept until the end: the sender is a part of it.
-    const auto removed = outlets.mEncodingProgressMenu->removeItem(*entry);
+    const auto removed = remove(*entry);
     setClearEncodingHistoryEnabled();
 }
 
-void EncodingHistoryMenu::clearEncodingHistory(Sender) const
+void EncodingHistoryMenu::clearEncodingHistory(Sender)
 {
-    auto& menu = *outlets.mEncodingProgressMenu;
     while (getEncodingHistoryLength() > kFixedItems)
-        menu.removeItem(*menu.itemArray().back());
+        remove(*outlets.mEncodingProgressMenu->itemArray().back());
     setClearEncodingHistoryEnabled();
 }
 

@@ -6,7 +6,9 @@
 #include "app/Sender.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <unordered_map>
 
 namespace Kest::Settings {
 class Backend;
@@ -22,8 +24,9 @@ std::string encodingTitle(std::int32_t percentage, const std::string& descriptio
 /// all references outlive it.
 class EncodingHistoryMenu {
 public:
-    /// More than anybody looks through, and some 2 MB; only a flood of process ids meets it.
-    static constexpr int kMostEncodings = 2000;
+    /// More than a year of them; only a flood of process ids meets it. Then the oldest ones go, a hundred at
+    /// once: those that are over first.
+    static constexpr int kMostEncodings = 10'000;
 
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop)
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop)
@@ -39,7 +42,7 @@ public:
     void encShowInFinder(Sender sender);
     void abortEncoding(Sender sender);
     /// Forgets all entries; ends no process and removes no file.
-    void clearEncodingHistory(Sender sender) const;
+    void clearEncodingHistory(Sender sender);
 
     /// Kills the encoder at once, if it is a known one.
     void stopEncoding(int pid);
@@ -51,12 +54,14 @@ public:
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    void makeRoom() const;
+    void makeRoom();
+    std::unique_ptr<MenuItem> remove(const MenuItem& entry);
     MenuItem& entryFor(std::int32_t pid, const std::string& title);
 
     const Outlets& outlets;
     Settings::Backend& backend;
     Workspace& workspace;
+    std::unordered_map<std::int32_t, MenuItem*> entries; // by process id
 };
 
 } // namespace Kest::App

@@ -7,8 +7,10 @@ public:
     explicit Job(KestSettingsAppDelegate& ofDelegate) : delegate(ofDelegate) { ++delegate.openJobs; }
     ~Job()
     {
-        if (--delegate.openJobs == 0 && delegate.model.takeChanged())
-            delegate.frontEnd.menuChanged();
+        if (--delegate.openJobs != 0)
+            return;
+        if (const auto changes = delegate.model.takeChanges(); !changes.isEmpty())
+            delegate.frontEnd.menuChanged(changes);
     }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
@@ -176,7 +178,7 @@ void KestSettingsAppDelegate::showNotification(const std::string&) {}
 void host_state_callback(void* context)
 {
     auto& frontEnd = static_cast<KestSettingsAppDelegate*>(context)->frontEnd;
-    frontEnd.post([&frontEnd] { frontEnd.menuChanged(); });
+    frontEnd.post([&frontEnd] { frontEnd.menuChanged({}); });
 }
 
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type, const char* description)

@@ -17,24 +17,37 @@ std::string plainLabel(const ItemProperties& item)
 MenuItem::~MenuItem() = default;
 
 template <typename Value>
-void MenuItem::change(Value& value, Value to)
+void MenuItem::change(Value ItemProperties::*property, Value to)
 {
-    if (value == to)
+    if (properties().*property == to)
         return;
-    value = std::move(to);
-    if (above != nullptr)
-        above->model.changed = true;
+    noteChange();
+    seen = seen.with(property, std::move(to));
 }
 
-template void MenuItem::change(bool&, bool);
-template void MenuItem::change(int&, int);
-template void MenuItem::change(std::optional<EntryView>&, std::optional<EntryView>);
+template void MenuItem::change(bool ItemProperties::*, bool);
+template void MenuItem::change(int ItemProperties::*, int);
+template void MenuItem::change(std::optional<EntryView> ItemProperties::*, std::optional<EntryView>);
+
+void MenuItem::noteChange()
+{
+    if (above != nullptr)
+        above->model.journal.noteItem(identity, {seen, below != nullptr});
+}
+
+std::vector<ItemId> MenuItem::idsBelow() const
+{
+    return below == nullptr ? std::vector<ItemId>() : below->ids();
+}
 
 void MenuItem::setSubmenu(std::unique_ptr<Menu> menu)
 {
+    if (above != nullptr) {
+        noteChange();
+        above->model.journal.noteRefill(identity, idsBelow());
+    }
     below = std::move(menu);
     below->owner = this;
-    below->model.changed = true;
 }
 
 MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : above->owner; }
@@ -42,7 +55,18 @@ MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : abo
 Menu::~Menu()
 {
     for (const auto& item : items)
-        model.index.erase(item->identity);
+        model.index.remove(item->identity);
+}
+
+bool Menu::isPlaced() const { return owner != nullptr || &model.statusMenu() == this; }
+
+std::vector<ItemId> Menu::ids() const
+{
+    std::vector<ItemId> found;
+    found.reserve(items.size());
+    for (const auto& item : items)
+        found.push_back(item->identity);
+    return found;
 }
 
 MenuItem* Menu::itemWithTag(int tag) const
@@ -57,10 +81,13 @@ MenuItem* Menu::itemWithTitle(const std::string& title) const
     return found == items.end() ? nullptr : found->get();
 }
 
+// From the bottom up: menus of thousands grow and are cleared there.
 int Menu::indexOfItem(const MenuItem& item) const
 {
-    const auto found = std::ranges::find(items, &item, &std::unique_ptr<MenuItem>::get);
-    return found == items.end() ? -1 : static_cast<int>(found - items.begin());
+    int index = numberOfItems() - 1;
+    while (index >= 0 && items[static_cast<std::size_t>(index)].get() != &item)
+        --index;
+    return index;
 }
 
 MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
@@ -69,8 +96,9 @@ MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
     inserted.identity = identityFor(inserted);
     inserted.above = this;
     items.insert(items.begin() + index, std::move(item));
-    model.index[inserted.identity] = &inserted;
-    model.changed = true;
+    model.index.add(inserted.identity, inserted);
+    if (isPlaced())
+        model.journal.noteMenu(ownerId());
     return inserted;
 }
 
@@ -84,6 +112,8 @@ ItemId Menu::identityFor(const MenuItem& item)
     if (same == removed.end())
         return ++model.lastId;
     const auto identity = (*same)->identity;
+    model.journal.noteItem(identity, {(*same)->seen, (*same)->below != nullptr});
+    model.journal.noteRefill(identity, (*same)->idsBelow());
     removed.erase(same);
     return identity;
 }
@@ -93,19 +123,21 @@ std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
     const auto position = items.begin() + indexOfItem(item);
     auto taken = std::move(*position);
     items.erase(position);
-    model.index.erase(taken->identity);
+    model.index.remove(taken->identity);
     taken->above = nullptr;
-    model.changed = true;
+    if (isPlaced())
+        model.journal.noteMenu(ownerId());
     return taken;
 }
 
 void Menu::removeAllItems()
 {
+    if (isPlaced())
+        model.journal.noteRefill(ownerId(), ids());
     removed = std::exchange(items, {});
     for (const auto& item : removed) {
-        model.index.erase(item->identity);
+        model.index.remove(item->identity);
         item->above = nullptr;
-        model.changed = true;
     }
 }
 
@@ -113,7 +145,7 @@ std::unique_ptr<Menu> Menu::copy() const
 {
     auto copied = std::make_unique<Menu>(model);
     for (const auto& item : items) {
-        auto& twin = copied->addItem(std::make_unique<MenuItem>(item->properties()));
+        auto& twin = copied->addItem(std::make_unique<MenuItem>(item->sharedProperties()));
         if (item->submenu() != nullptr)
             twin.setSubmenu(item->submenu()->copy());
     }
@@ -122,15 +154,13 @@ std::unique_ptr<Menu> Menu::copy() const
 
 MenuItem* MenuModel::itemWithId(ItemId id) const
 {
-    const auto found = index.find(id);
-    if (found == index.end())
-        return nullptr;
-    const Menu* top = found->second->menu();
+    auto* found = index.find(id);
+    const Menu* top = found == nullptr ? nullptr : found->menu();
     while (top != nullptr && top->ownerItem() != nullptr)
         top = top->ownerItem()->menu();
-    return top == root.get() ? found->second : nullptr; // not one of a template
+    return top == root.get() ? found : nullptr; // not one of a template
 }
 
-bool MenuModel::takeChanged() { return std::exchange(changed, false); }
+MenuChanges MenuModel::takeChanges() { return journal.take(*this, std::exchange(lastKnownId, lastId)); }
 
 } // namespace Kest::App

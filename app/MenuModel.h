@@ -1,13 +1,12 @@
 // The menu as plain objects: what every front end draws, and the only thing it draws.
 #pragma once
 
-#include "app/Action.h"
+#include "app/ItemIndex.h"
+#include "app/MenuChanges.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Kest::App {
@@ -16,58 +15,25 @@ class Menu;
 class MenuItem;
 class MenuModel;
 
-/// Names an item for as long as the agent runs; never given to another item. 0 names the status menu itself,
-/// and an item's id names its submenu too.
-using ItemId = std::int32_t;
-constexpr ItemId kStatusMenuId = 0;
-
-/// How an item shows that it is on.
-enum class Mark : std::uint8_t { none, check, radio };
-
-/// What stands in the row of an encoding, in place of its title.
-struct EntryView {
-    std::string name;
-    std::string percentage; // "42%", or empty
-    bool operator==(const EntryView&) const = default;
-};
-
-/// Everything that is seen of an item. All text is UTF-8.
-struct ItemProperties {
-    std::string title;
-    Action action = Action::none;
-    Mark mark = Mark::none;
-    int tag = 0;
-    bool on = false;
-    bool enabled = true;
-    bool hidden = false;
-    bool red = false; // a stored choice that is no longer offered
-    bool separator = false;
-    std::optional<EntryView> view;
-    bool operator==(const ItemProperties&) const = default;
-};
-
-/// The item's text where there are no colours and no views: title or entry, and "(not available)" for a red
-/// one.
-std::string plainLabel(const ItemProperties& item);
-
 /// Main thread only, like the whole model. Lives as long as the menu that it is in.
 class MenuItem {
 public:
-    explicit MenuItem(ItemProperties properties) : seen(std::move(properties)) {}
+    explicit MenuItem(SharedProperties properties) : seen(std::move(properties)) {}
     ~MenuItem();
     MenuItem(const MenuItem&) = delete;
     MenuItem& operator=(const MenuItem&) = delete;
 
     ItemId id() const { return identity; }
-    const ItemProperties& properties() const { return seen; }
-    const std::string& title() const { return seen.title; }
-    int tag() const { return seen.tag; }
+    const ItemProperties& properties() const { return *seen; }
+    const SharedProperties& sharedProperties() const { return seen; }
+    const std::string& title() const { return seen->title; }
+    int tag() const { return seen->tag; }
 
-    void setState(bool on) { change(seen.on, on); }
-    void setEnabled(bool enabled) { change(seen.enabled, enabled); }
-    void setHidden(bool hidden) { change(seen.hidden, hidden); }
-    void setTag(int tag) { change(seen.tag, tag); }
-    void setView(const EntryView& view) { change(seen.view, std::optional(view)); }
+    void setState(bool on) { change(&ItemProperties::on, on); }
+    void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
+    void setHidden(bool hidden) { change(&ItemProperties::hidden, hidden); }
+    void setTag(int tag) { change(&ItemProperties::tag, tag); }
+    void setView(const EntryView& view) { change(&ItemProperties::view, std::optional(view)); }
     void setSubmenu(std::unique_ptr<Menu> menu);
 
     Menu* submenu() const { return below.get(); }
@@ -79,9 +45,11 @@ public:
 private:
     friend class Menu;
     template <typename Value>
-    void change(Value& value, Value to);
+    void change(Value ItemProperties::*property, Value to);
+    void noteChange();
+    std::vector<ItemId> idsBelow() const;
 
-    ItemProperties seen;
+    SharedProperties seen;
     ItemId identity = kStatusMenuId;
     Menu* above = nullptr;
     std::unique_ptr<Menu> below;
@@ -122,6 +90,10 @@ public:
 private:
     friend class MenuItem;
     ItemId identityFor(const MenuItem& item);
+    /// Whether the menu is one that may be seen; templates are not, nor is a menu that is still being made.
+    bool isPlaced() const;
+    ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->identity; }
+    std::vector<ItemId> ids() const;
 
     MenuModel& model;
     MenuItem* owner = nullptr;
@@ -141,15 +113,16 @@ public:
     /// Null when no item in the status menu or below has the id.
     MenuItem* itemWithId(ItemId id) const;
 
-    /// Whether anything has changed since this was last asked.
-    bool takeChanged();
+    /// What has changed since this was last asked.
+    MenuChanges takeChanges();
 
 private:
     friend class Menu;
     friend class MenuItem;
     ItemId lastId = kStatusMenuId;
-    bool changed = false;
-    std::unordered_map<ItemId, MenuItem*> index;
+    ItemId lastKnownId = kStatusMenuId; // to those who have taken the changes
+    MenuJournal journal;
+    ItemIndex index;
     std::unique_ptr<Menu> root;
 };
 

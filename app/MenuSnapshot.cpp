@@ -3,23 +3,34 @@
 namespace Kest::App {
 namespace {
 
-std::vector<ItemSnapshot> itemsOf(const Menu& menu)
+ItemSnapshot snapshotOf(const MenuItem& item, int depth);
+
+std::vector<ItemSnapshot> itemsOf(const Menu* menu, int depth)
 {
     std::vector<ItemSnapshot> items;
-    items.reserve(menu.itemArray().size());
-    for (const auto& item : menu.itemArray()) {
-        const Menu* submenu = item->submenu();
-        items.push_back({item->id(), item->properties(), submenu != nullptr,
-                         submenu == nullptr ? std::vector<ItemSnapshot>() : itemsOf(*submenu)});
-    }
+    if (menu == nullptr || depth == 0)
+        return items;
+    items.reserve(menu->itemArray().size());
+    for (const auto& item : menu->itemArray())
+        items.push_back(snapshotOf(*item, depth - 1));
     return items;
+}
+
+ItemSnapshot snapshotOf(const MenuItem& item, int depth)
+{
+    return {item.id(), item.sharedProperties(), item.submenu() != nullptr, itemsOf(item.submenu(), depth)};
 }
 
 } // namespace
 
-ItemSnapshot takeSnapshot(const MenuModel& model)
+ItemSnapshot takeSnapshot(const MenuModel& model) { return *takeSnapshot(model, kStatusMenuId, -1); }
+
+std::optional<ItemSnapshot> takeSnapshot(const MenuModel& model, ItemId id, int depth)
 {
-    return {kStatusMenuId, {}, true, itemsOf(model.statusMenu())};
+    if (id == kStatusMenuId)
+        return ItemSnapshot{id, ItemProperties(), true, itemsOf(&model.statusMenu(), depth)};
+    const auto* item = model.itemWithId(id);
+    return item == nullptr ? std::nullopt : std::optional(snapshotOf(*item, depth));
 }
 
 const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id)

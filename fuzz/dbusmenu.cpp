@@ -48,16 +48,33 @@ struct Connection {
     BusPtr panel;
 };
 
+void fill(App::Menu& menu, App::MenuModel& model, const App::ItemSnapshot& from)
+{
+    for (const auto& item : from.items) {
+        auto& added = menu.addItem(std::make_unique<App::MenuItem>(item.properties));
+        if (!item.hasSubmenu)
+            continue;
+        added.setSubmenu(std::make_unique<App::Menu>(model));
+        fill(*added.submenu(), model, item);
+    }
+}
+
 struct Session {
-    explicit Session(sd_bus* bus) : exporter(bus, questions()) { require(exporter.failure() >= 0, "a menu"); }
+    explicit Session(sd_bus* bus) : exporter(bus, questions())
+    {
+        fill(model.statusMenu(), model, Test::sampleMenu());
+        exporter.menuChanged(model.takeChanges());
+        require(exporter.failure() >= 0, "a menu");
+    }
 
     MenuQuestions questions()
     {
-        return {.snapshot = [this] { return menu; },
+        return {.menu = model,
                 .choose = [this](App::ItemId id) { change(id); }, // it may have gone since it was clicked
                 .menuWillOpen =
                     [this](App::ItemId id) {
-                        require(findItem(menu, id) != nullptr, "what is opened is in the menu");
+                        require(id == App::kStatusMenuId || model.itemWithId(id) != nullptr,
+                                "what is opened is in the menu");
                         change(id);
                     },
                 .post = [this](std::function<void()> job) { jobs.push_back(std::move(job)); }};
@@ -65,14 +82,15 @@ struct Session {
     // As the application does, sometimes: something is on, has another name, comes or goes.
     void change(App::ItemId id)
     {
-        auto& buses = menu.items[2].items;
+        auto& buses = *model.statusMenu().itemArray()[2]->submenu();
+        auto& first = *buses.itemArray().front();
         if (id % 3 == 0)
-            buses.push_back(Test::bus(++lastId, "Bus \xC3\xA9_&\x01"));
-        else if (id % 3 == 1 && buses.size() > 1)
-            buses.erase(buses.begin());
+            buses.addItem(std::make_unique<App::MenuItem>(Test::bus(0, "Bus \xC3\xA9_&\x01").properties));
+        else if (id % 3 == 1 && buses.numberOfItems() > 1)
+            buses.removeItem(first);
         else
-            buses[0].properties.on = !buses[0].properties.on;
-        exporter.menuChanged();
+            first.setState(!first.properties().on);
+        exporter.menuChanged(model.takeChanges());
     }
     void runJobs()
     {
@@ -80,8 +98,7 @@ struct Session {
             job();
     }
 
-    App::ItemSnapshot menu = Test::sampleMenu();
-    App::ItemId lastId = 100;
+    App::MenuModel model;
     std::vector<std::function<void()>> jobs;
     MenuExporter exporter;
 };

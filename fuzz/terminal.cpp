@@ -15,6 +15,12 @@ using namespace Kest;
 using namespace Kest::Terminal;
 using Fuzz::require;
 
+template <typename Property, typename Value>
+void set(App::ItemSnapshot& item, Property App::ItemProperties::*property, Value&& value)
+{
+    item.properties = item.properties.with(property, std::forward<Value>(value));
+}
+
 struct Session {
     void changeMenu(Fuzz::Input& input)
     {
@@ -23,16 +29,16 @@ struct Session {
         auto& item = items[static_cast<std::size_t>(input.below(static_cast<int>(items.size())))];
         switch (input.below(6)) {
         case 0:
-            item.properties.hidden = !item.properties.hidden;
+            set(item, &App::ItemProperties::hidden, !item.properties->hidden);
             break;
         case 1:
-            item.properties.enabled = !item.properties.enabled;
+            set(item, &App::ItemProperties::enabled, !item.properties->enabled);
             break;
         case 2:
-            item.properties.title = input.text(input.byte() % 64U);
+            set(item, &App::ItemProperties::title, input.text(input.byte() % 64U));
             break;
         case 3:
-            item.properties.view = App::EntryView{input.text(8), input.text(4)};
+            set(item, &App::ItemProperties::view, App::EntryView{input.text(8), input.text(4)});
             break;
         case 4:
             if (menu.items[2].items.size() > 1)
@@ -50,7 +56,7 @@ struct Session {
     {
         const auto request = screen.press(pressed);
         const auto* item = findItem(menu, request.chosen);
-        require(item != nullptr && !item->properties.hidden, "what is chosen is seen");
+        require(item != nullptr && !item->properties->hidden, "what is chosen is seen");
         for (const auto id : request.opened)
             require(findItem(menu, id) != nullptr && findItem(menu, id)->hasSubmenu,
                     "what is opened is a submenu");

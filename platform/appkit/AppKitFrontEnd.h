@@ -27,7 +27,7 @@ public:
 
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
-    void menuChanged() override;
+    void menuChanged(const App::MenuChanges& changes) override;
     /// The application terminates when the work at hand is done.
     void quit() override;
 

@@ -52,7 +52,7 @@ void AppKitFrontEnd::post(std::function<void()> job)
     callOnMainThread(runJob, std::make_unique<Job>(Job{std::move(job), ended}).release());
 }
 
-void AppKitFrontEnd::menuChanged()
+void AppKitFrontEnd::menuChanged(const App::MenuChanges&)
 {
     if (delegate != nullptr)
         mirror.show(takeSnapshot(delegate->menu()));

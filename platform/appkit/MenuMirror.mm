@@ -14,7 +14,7 @@ namespace {
 
 void leaveOutHidden(App::ItemSnapshot& menu)
 {
-    std::erase_if(menu.items, [](const auto& item) { return item.properties.hidden; });
+    std::erase_if(menu.items, [](const auto& item) { return item.properties->hidden; });
     for (auto& item : menu.items)
         leaveOutHidden(item);
 }
@@ -83,13 +83,13 @@ NSMenu* MenuMirror::menuOf(App::ItemId id) const
 
 void MenuMirror::applyItem(NSMenuItem* item, const App::ItemSnapshot& now)
 {
-    applyLook(item, now.properties);
+    applyLook(item, *now.properties);
     if (now.hasSubmenu == static_cast<bool>([item hasSubmenu]))
         return;
     if (!now.hasSubmenu) { // one like it has taken its place
         forgetBelow(item);
         [item setSubmenu:nil];
-        aim(item, now.properties);
+        aim(item, *now.properties);
         return;
     }
     NSMenu* submenu = makeMenu([item title]);
@@ -107,11 +107,11 @@ void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
 
 NSMenuItem* MenuMirror::makeItem(const App::ItemSnapshot& item) const
 {
-    if (item.properties.separator)
+    if (item.properties->separator)
         return (NSMenuItem*)[NSMenuItem separatorItem];
     NSMenuItem* made = [[[menuItemClass() alloc] initWithTitle:@"" action:nullptr
                                                  keyEquivalent:@""] autorelease];
-    aim(made, item.properties);
+    aim(made, *item.properties);
     return made;
 }
 

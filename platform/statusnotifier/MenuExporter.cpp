@@ -99,25 +99,22 @@ void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
 
 } // namespace
 
-MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions)
-    : bus(onBus), ask(std::move(questions)), shown(ask.snapshot())
+MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus), ask(std::move(questions))
 {
     sd_bus_slot* added = nullptr;
     exportResult = sd_bus_add_object_vtable(bus, &added, kMenuPath, kInterface, kMethods, this);
     slot.reset(added);
 }
 
-void MenuExporter::menuChanged()
+void MenuExporter::menuChanged(const App::MenuChanges& changes)
 {
-    auto now = ask.snapshot();
-    const auto update = updateBetween(shown, now);
-    shown = std::move(now);
-    if (update.isEmpty())
+    const auto updates = itemUpdates(changes, ask.menu);
+    if (updates.empty() && changes.menus.empty())
         return;
     ++revision;
-    if (!update.items.empty())
-        sendItemUpdates(update.items);
-    for (const auto parent : update.layouts)
+    if (!updates.empty())
+        sendItemUpdates(updates);
+    for (const auto parent : changes.menus)
         sendLayoutUpdated(parent);
 }
 
@@ -159,12 +156,12 @@ int MenuExporter::getLayout(sd_bus_message* call)
     int depth = 0;
     if (const int failed = sd_bus_message_read(call, "ii", &parent, &depth); failed < 0)
         return failed;
-    const auto* item = findItem(shown, parent);
-    if (item == nullptr)
+    const auto item = takeSnapshot(ask.menu, parent, depth);
+    if (!item)
         return unknownId(call, parent);
     const auto reply = replyTo(call);
     sd_bus_message_append(reply.get(), "u", revision);
-    appendLayout(reply.get(), layoutOf(*item, depth));
+    appendLayout(reply.get(), layoutOf(*item));
     return sd_bus_send(bus, reply.get(), nullptr);
 }
 
@@ -173,12 +170,12 @@ int MenuExporter::getGroupProperties(sd_bus_message* call)
 {
     auto ids = readIds(call);
     if (ids.empty())
-        collectIds(shown, ids);
+        collectIds(takeSnapshot(ask.menu), ids);
     const auto reply = replyTo(call);
     sd_bus_message_open_container(reply.get(), SD_BUS_TYPE_ARRAY, "(ia{sv})");
     for (const auto id : ids) {
-        const auto* item = findItem(shown, id);
-        if (item == nullptr)
+        const auto item = itemAlone(id);
+        if (!item)
             continue;
         sd_bus_message_open_container(reply.get(), SD_BUS_TYPE_STRUCT, "ia{sv}");
         sd_bus_message_append(reply.get(), "i", id);
@@ -195,8 +192,8 @@ int MenuExporter::getProperty(sd_bus_message* call)
     const char* name = nullptr;
     if (const int failed = sd_bus_message_read(call, "is", &id, &name); failed < 0)
         return failed;
-    const auto* item = findItem(shown, id);
-    if (item == nullptr)
+    const auto item = itemAlone(id);
+    if (!item)
         return unknownId(call, id);
     const auto properties = itemProperties(*item);
     const auto found = properties.find(name);
@@ -244,7 +241,7 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
     App::ItemId id = 0;
     if (const int failed = sd_bus_message_read(call, "i", &id); failed < 0)
         return failed;
-    if (findItem(shown, id) == nullptr)
+    if (!itemAlone(id))
         return unknownId(call, id);
     return sd_bus_reply_method_return(call, "b", open(id) ? 1 : 0);
 }
@@ -254,7 +251,7 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     std::vector<App::ItemId> changed;
     std::vector<App::ItemId> unknown;
     for (const auto id : readIds(call)) {
-        if (findItem(shown, id) == nullptr)
+        if (!itemAlone(id))
             unknown.push_back(id);
         else if (open(id))
             changed.push_back(id);
@@ -274,7 +271,7 @@ bool MenuExporter::open(App::ItemId id) const
 
 bool MenuExporter::handle(App::ItemId id, const std::string& eventName)
 {
-    if (findItem(shown, id) == nullptr)
+    if (!itemAlone(id))
         return false;
     if (eventName == "clicked") // the panel has its answer before anything is done that takes time
         ask.post([this, id] { choose(id); });
@@ -288,9 +285,9 @@ void MenuExporter::choose(App::ItemId id)
 {
     const auto before = revision;
     ask.choose(id);
-    const auto* item = findItem(shown, id);
-    if (revision == before && item != nullptr && item->properties.mark != App::Mark::none)
-        sendItemUpdates({{id, {{"toggle-state", std::int32_t{item->properties.on ? 1 : 0}}}, {}}});
+    const auto item = itemAlone(id);
+    if (revision == before && item && item->properties->mark != App::Mark::none)
+        sendItemUpdates({{id, {{"toggle-state", std::int32_t{item->properties->on ? 1 : 0}}}, {}}});
 }
 
 } // namespace Kest::StatusNotifier

@@ -5,12 +5,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace Kest::StatusNotifier {
 
 /// What the exporter asks of the application.
 struct MenuQuestions {
-    std::function<App::ItemSnapshot()> snapshot;
+    const App::MenuModel& menu; // outlives the exporter
     // These tell of changes by `menuChanged` before they return.
     std::function<void(App::ItemId)> choose;
     std::function<void(App::ItemId)> menuWillOpen;
@@ -29,9 +30,9 @@ public:
     /// Negative when the object could not be put on the bus (an errno).
     int failure() const { return exportResult; }
 
-    /// Tells panels what differs from what they were told last: at most one signal of properties, and one of
-    /// layout for each menu of another shape.
-    void menuChanged();
+    /// Tells panels what has changed: at most one signal of properties, and one of layout for each menu of
+    /// another shape.
+    void menuChanged(const App::MenuChanges& changes);
 
     // Called by sd-bus.
     int getLayout(sd_bus_message* call);
@@ -43,6 +44,7 @@ public:
     int aboutToShowGroup(sd_bus_message* call);
 
 private:
+    std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const { return takeSnapshot(ask.menu, id, 0); }
     void sendItemUpdates(const std::vector<ItemUpdate>& items);
     void sendLayoutUpdated(App::ItemId parent);
     /// False for an id that is not in the menu.
@@ -53,7 +55,6 @@ private:
 
     sd_bus* bus;
     MenuQuestions ask;
-    App::ItemSnapshot shown;
     std::uint32_t revision = 1;
     SlotPtr slot;
     int exportResult = 0;

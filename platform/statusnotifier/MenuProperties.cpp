@@ -49,7 +49,7 @@ std::string escapedLabel(const std::string& text)
 
 Properties itemProperties(const ItemSnapshot& item)
 {
-    const auto& seen = item.properties;
+    const auto& seen = *item.properties;
     Properties properties;
     if (!seen.enabled)
         properties["enabled"] = false;
@@ -68,25 +68,23 @@ Properties itemProperties(const ItemSnapshot& item)
     return properties;
 }
 
-Layout layoutOf(const ItemSnapshot& item, int depth)
+Layout layoutOf(const ItemSnapshot& item)
 {
     Layout layout{item.id, itemProperties(item), {}};
-    if (depth != 0)
-        for (const auto& child : item.items)
-            layout.children.push_back(layoutOf(child, depth - 1));
+    for (const auto& child : item.items)
+        layout.children.push_back(layoutOf(child));
     return layout;
 }
 
-MenuUpdate updateBetween(const ItemSnapshot& shown, const ItemSnapshot& now)
+std::vector<ItemUpdate> itemUpdates(const App::MenuChanges& changes, const App::MenuModel& menu)
 {
-    const auto difference = diff(shown, now);
-    MenuUpdate update{{}, difference.reshapedMenus};
-    for (const auto id : difference.changedItems) {
-        auto item = updateOf(*findItem(shown, id), *findItem(now, id));
-        if (!item.updated.empty() || !item.removed.empty())
-            update.items.push_back(std::move(item));
+    std::vector<ItemUpdate> updates;
+    for (const auto& [id, before] : changes.items) {
+        auto update = updateOf({id, before.properties, before.hadSubmenu, {}}, *takeSnapshot(menu, id, 0));
+        if (!update.updated.empty() || !update.removed.empty())
+            updates.push_back(std::move(update));
     }
-    return update;
+    return updates;
 }
 
 } // namespace Kest::StatusNotifier

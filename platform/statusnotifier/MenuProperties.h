@@ -2,7 +2,7 @@
 // bus.
 #pragma once
 
-#include "app/MenuDiff.h"
+#include "app/MenuSnapshot.h"
 
 #include <cstdint>
 #include <map>
@@ -22,15 +22,14 @@ std::string escapedLabel(const std::string& text);
 /// an item that has one never are.
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// An item with its submenu, down to some depth.
+/// An item with its submenu, as deep as the snapshot is.
 struct Layout {
     App::ItemId id = App::kStatusMenuId;
     Properties properties;
     std::vector<Layout> children;
 };
 
-/// `depth` -1 means all; 0 the item alone.
-Layout layoutOf(const App::ItemSnapshot& item, int depth);
+Layout layoutOf(const App::ItemSnapshot& item);
 
 struct ItemUpdate {
     App::ItemId id;
@@ -38,13 +37,7 @@ struct ItemUpdate {
     std::vector<std::string> removed; // back to their defaults
 };
 
-/// What a panel that shows one moment of the menu must be told of another.
-struct MenuUpdate {
-    std::vector<ItemUpdate> items;
-    std::vector<App::ItemId> layouts; // parents whose children have come, gone or moved
-    bool isEmpty() const { return items.empty() && layouts.empty(); }
-};
-
-MenuUpdate updateBetween(const App::ItemSnapshot& shown, const App::ItemSnapshot& now);
+/// What a panel must be told of the items that have changed; of what it does not see, nothing.
+std::vector<ItemUpdate> itemUpdates(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::StatusNotifier

@@ -55,7 +55,7 @@ bool TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
     wakeUps.dispatchWakeUps(); // what start-up has posted: a panel finds the menu whole
     openAll(application);
     exporter.emplace(sessionBus.get(),
-                     MenuQuestions{[&application] { return takeSnapshot(application.menu()); },
+                     MenuQuestions{application.menu(),
                                    [&application](App::ItemId id) { application.choose(id); },
                                    [&application](App::ItemId id) { application.menuWillOpen(id); },
                                    [this](std::function<void()> job) { post(std::move(job)); }});
@@ -69,15 +69,15 @@ bool TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
 // Panels fetch the menu long before it opens, and some close a submenu that was empty when it fills.
 void TrayFrontEnd::openAll(App::KestSettingsAppDelegate& application)
 {
-    for (const auto& submenu : takeSnapshot(application.menu()).items)
-        if (submenu.hasSubmenu)
-            application.menuWillOpen(submenu.id);
+    for (const auto& item : application.menu().statusMenu().itemArray())
+        if (item->submenu() != nullptr)
+            application.menuWillOpen(item->id());
 }
 
-void TrayFrontEnd::menuChanged()
+void TrayFrontEnd::menuChanged(const App::MenuChanges& changes)
 {
     if (exporter)
-        exporter->menuChanged();
+        exporter->menuChanged(changes);
 }
 
 int TrayFrontEnd::onWakeUp(sd_event_source*, int, std::uint32_t, void* frontEnd)

@@ -29,7 +29,7 @@ public:
 
     void showStatusItem(const std::string&) override {} // the item appears with its menu, in `run`
     void post(std::function<void()> job) override { wakeUps.post(std::move(job)); }
-    void menuChanged() override;
+    void menuChanged(const App::MenuChanges& changes) override;
     void quit() override { sd_event_exit(event.get(), 0); }
 
 private:

@@ -6,8 +6,8 @@ namespace {
 void collectBuses(const App::ItemSnapshot& menu, std::vector<std::string>& names)
 {
     for (const auto& item : menu.items) {
-        if (item.properties.action == App::Action::setDefaultKestBus)
-            names.push_back(item.properties.title);
+        if (item.properties->action == App::Action::setDefaultKestBus)
+            names.push_back(item.properties->title);
         collectBuses(item, names);
     }
 }

@@ -23,7 +23,7 @@ void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
     delegate = nullptr;
 }
 
-void FullScreenFrontEnd::menuChanged()
+void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
 {
     isMenuStale = true;
     drawLater();

@@ -10,9 +10,9 @@ void search(const App::ItemSnapshot& menu, const std::string& menuPath, const st
             std::vector<SearchMatch>& matches)
 {
     for (const auto& item : menu.items) {
-        if (item.properties.hidden || item.properties.separator)
+        if (item.properties->hidden || item.properties->separator)
             continue;
-        const auto name = itemName(item.properties);
+        const auto name = itemName(*item.properties);
         auto path = menuPath;
         path.append(path.empty() ? "" : " > ").append(name);
         if (folded(name).find(part) != std::u32string::npos)

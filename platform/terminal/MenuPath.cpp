@@ -21,7 +21,7 @@ Step takeStep(const App::ItemSnapshot& menu, std::string_view path)
     std::size_t longestName = 0;
     std::map<std::string, int> seen;
     for (const auto& item : menu.items) {
-        const auto& properties = item.properties;
+        const auto& properties = *item.properties;
         if (properties.hidden || properties.separator)
             continue;
         auto name = printable(itemName(properties));

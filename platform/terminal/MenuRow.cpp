@@ -23,7 +23,7 @@ std::optional<int> percentOf(const std::string& text)
 
 std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
 {
-    const auto& seen = item.properties;
+    const auto& seen = *item.properties;
     const std::string greyed = seen.enabled ? "" : " (greyed)";
     if (!seen.view)
         return fitted(markText(seen) + drawable(plainLabel(seen), glyphs) + greyed, width, glyphs);
@@ -37,7 +37,7 @@ std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
 
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs)
 {
-    if (item.properties.separator)
+    if (item.properties->separator)
         return "  " + repeated(glyphs.separator(), width - 4) + "  ";
     const std::string pointer = isSelected ? "> " : "  ";
     const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.below() : "  ";

@@ -12,7 +12,7 @@ constexpr int kAllTheWay = std::numeric_limits<int>::max() / 2;
 void collectSubmenus(const App::ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
 {
     for (const auto& item : menu.items) {
-        if (!item.hasSubmenu || item.properties.hidden)
+        if (!item.hasSubmenu || item.properties->hidden)
             continue;
         submenus.push_back(item.id);
         collectSubmenus(item, submenus);
@@ -147,7 +147,7 @@ Request MenuScreen::click(int line)
     if (line < 1 || line > drawnHeight || row >= static_cast<int>(rows.size()))
         return {};
     const auto& item = *rows[static_cast<std::size_t>(row)];
-    if (item.properties.separator)
+    if (item.properties->separator)
         return {};
     const auto id = item.id;
     navigator.select(id);

@@ -99,7 +99,7 @@ std::string MenuScreen::titleText() const
     std::string title = "Kest Settings";
     for (const auto* menu : navigator.openMenus())
         if (menu->id != App::kStatusMenuId)
-            title += " > " + drawable(itemName(menu->properties), glyphs);
+            title += " > " + drawable(itemName(*menu->properties), glyphs);
     return title;
 }
 
@@ -138,7 +138,7 @@ std::vector<ScreenLine> MenuScreen::menuLines(int height, int width)
     for (int row = drawnTop; row < std::min(drawnTop + height, count); ++row) {
         const auto& item = *rows[static_cast<std::size_t>(row)];
         const bool isSelected = item.id == navigator.selected();
-        drawn.push_back({rowText(item, isSelected, width, glyphs), lookOf(item.properties), isSelected});
+        drawn.push_back({rowText(item, isSelected, width, glyphs), lookOf(*item.properties), isSelected});
     }
     if (rows.empty())
         drawn.push_back({fitted("  (empty)", width, glyphs), Look::greyed});

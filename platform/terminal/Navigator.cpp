@@ -14,7 +14,7 @@ using App::ItemSnapshot;
 bool collectPath(const ItemSnapshot& menu, ItemId id, std::vector<ItemId>& path)
 {
     for (const auto& item : menu.items) {
-        if (item.properties.hidden)
+        if (item.properties->hidden)
             continue;
         if (item.id == id)
             return true;
@@ -48,7 +48,7 @@ std::vector<const ItemSnapshot*> Navigator::rows() const
 {
     std::vector<const ItemSnapshot*> seen;
     for (const auto& item : menu().items)
-        if (!item.properties.hidden)
+        if (!item.properties->hidden)
             seen.push_back(&item);
     return seen;
 }
@@ -67,7 +67,7 @@ void Navigator::moveBy(int steps)
     for (int row = levels.back().row + direction; left > 0 && row >= 0 && row < static_cast<int>(all.size());
          row += direction) {
         const auto& item = *all[static_cast<std::size_t>(row)];
-        if (item.properties.separator)
+        if (item.properties->separator)
             continue;
         --left;
         levels.back().selected = item.id;
@@ -82,7 +82,7 @@ void Navigator::enter(ItemId submenu)
     select(submenu);
     levels.push_back({.menu = submenu});
     for (const auto* item : rows())
-        if (item->properties.on)
+        if (item->properties->on)
             return select(item->id);
     settle();
 }
@@ -121,7 +121,7 @@ int Navigator::firstRow(int height)
 bool Navigator::isOpenable(const ItemSnapshot& in, ItemId submenu) const
 {
     const auto item = std::ranges::find(in.items, submenu, &ItemSnapshot::id);
-    return item != in.items.end() && item->hasSubmenu && !item->properties.hidden;
+    return item != in.items.end() && item->hasSubmenu && !item->properties->hidden;
 }
 
 void Navigator::settle()
@@ -138,7 +138,7 @@ void Navigator::settle()
     auto& level = levels.back();
     const auto all = rows();
     const auto found = std::ranges::find_if(
-        all, [&](const auto* item) { return item->id == level.selected && !item->properties.separator; });
+        all, [&](const auto* item) { return item->id == level.selected && !item->properties->separator; });
     if (found == all.end())
         return selectNearest(level.row);
     level.row = static_cast<int>(found - all.begin());
@@ -152,7 +152,7 @@ void Navigator::selectNearest(int row)
     int nearest = static_cast<int>(all.size()) + row;
     for (int i = 0; i < static_cast<int>(all.size()); ++i) {
         const auto& item = *all[static_cast<std::size_t>(i)];
-        if (item.properties.separator || std::abs(i - row) >= nearest)
+        if (item.properties->separator || std::abs(i - row) >= nearest)
             continue;
         nearest = std::abs(i - row);
         level.selected = item.id;

@@ -51,7 +51,7 @@ private:
     void settle();
     void selectNearest(int row);
 
-    App::ItemSnapshot shown{App::kStatusMenuId, {}, true, {}};
+    App::ItemSnapshot shown{.hasSubmenu = true, .items = {}};
     std::vector<Level> levels{{}};
 };
 

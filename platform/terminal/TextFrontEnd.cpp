@@ -20,7 +20,7 @@ constexpr char kHelp[] =
 
 void printError(const std::string& error) { std::fprintf(stderr, "%s\n", printable(error).c_str()); }
 
-std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(item.properties) + "\""; }
+std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(*item.properties) + "\""; }
 
 std::string_view trimmed(std::string_view text)
 {
@@ -43,7 +43,7 @@ void TextFrontEnd::run(App::KestSettingsAppDelegate& application)
     delegate = nullptr;
 }
 
-void TextFrontEnd::menuChanged()
+void TextFrontEnd::menuChanged(const App::MenuChanges&)
 {
     if (delegate == nullptr)
         return;
@@ -143,7 +143,7 @@ void TextFrontEnd::printMenu()
 void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
 {
     const bool isWhole = menu.id == App::kStatusMenuId;
-    std::printf("%s\n", isWhole ? "Kest Settings" : printable(itemName(menu.properties)).c_str());
+    std::printf("%s\n", isWhole ? "Kest Settings" : printable(itemName(*menu.properties)).c_str());
     for (const auto& line : menuLines(menu))
         std::printf("%s\n", line.c_str());
 }
@@ -154,7 +154,7 @@ void TextFrontEnd::announceOpening(const App::ItemSnapshot& menu)
 {
     std::vector<App::ItemId> submenus;
     const auto collect = [&submenus](const auto& self, const App::ItemSnapshot& item) -> void {
-        if (!item.hasSubmenu || item.properties.hidden)
+        if (!item.hasSubmenu || item.properties->hidden)
             return;
         submenus.push_back(item.id);
         for (const auto& child : item.items)

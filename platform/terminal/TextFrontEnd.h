@@ -22,7 +22,7 @@ public:
 
     void showStatusItem(const std::string&) override {} // the lines are the handle
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
-    void menuChanged() override;
+    void menuChanged(const App::MenuChanges& changes) override;
     void quit() override { loop.quit(); }
 
 private:

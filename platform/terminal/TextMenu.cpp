@@ -12,7 +12,7 @@ using App::ItemSnapshot;
 
 std::string lineOf(const ItemSnapshot& item)
 {
-    const auto& seen = item.properties;
+    const auto& seen = *item.properties;
     if (seen.separator)
         return "--------";
     return markText(seen) + printable(plainLabel(seen)) + (seen.enabled ? "" : " (greyed)");
@@ -21,7 +21,7 @@ std::string lineOf(const ItemSnapshot& item)
 void addLines(const ItemSnapshot& menu, const std::string& indent, std::vector<std::string>& lines)
 {
     for (const auto& item : menu.items) {
-        if (item.properties.hidden)
+        if (item.properties->hidden)
             continue;
         lines.push_back(indent + lineOf(item));
         addLines(item, indent + "  ", lines);
@@ -30,7 +30,7 @@ void addLines(const ItemSnapshot& menu, const std::string& indent, std::vector<s
 
 std::string pathOf(const std::string& menuPath, const ItemSnapshot& item)
 {
-    const auto name = printable(itemName(item.properties));
+    const auto name = printable(itemName(*item.properties));
     return menuPath.empty() ? name : menuPath + " > " + name;
 }
 
@@ -72,16 +72,16 @@ public:
                 lines.push_back("removed " + pathOf(menuPath, *item));
             for (const auto* item : missingIn(shown, now))
                 lines.push_back("added " + pathOf(menuPath, *item) +
-                                differenceText(kPlain, item->properties));
+                                differenceText(kPlain, *item->properties));
         }
         for (const auto& item : now.items) {
             const auto* before = child(shown, item.id);
             if (before == nullptr)
                 continue;
             const auto path = pathOf(menuPath, item);
-            if (contains(difference.changedItems, item.id) && isSeen(before->properties, item.properties))
-                writeChange(path, differenceText(before->properties, item.properties));
-            if (!item.properties.hidden)
+            if (contains(difference.changedItems, item.id) && isSeen(*before->properties, *item.properties))
+                writeChange(path, differenceText(*before->properties, *item.properties));
+            if (!item.properties->hidden)
                 write(*before, item, path);
         }
     }
@@ -113,7 +113,7 @@ private:
     {
         std::vector<const ItemSnapshot*> missing;
         for (const auto& item : other.items)
-            if (!item.properties.separator && !item.properties.hidden && child(menu, item.id) == nullptr)
+            if (!item.properties->separator && !item.properties->hidden && child(menu, item.id) == nullptr)
                 missing.push_back(&item);
         return missing;
     }

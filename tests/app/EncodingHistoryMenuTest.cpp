@@ -37,17 +37,22 @@ protected:
     const std::vector<std::string>& asked = agent.workspace.asked;
 };
 
-TEST_F(EncodingHistory, ForgetsTheOldestOneThatIsOverWhenThereAreTooMany)
+TEST_F(EncodingHistory, ForgetsTheOldestOnesThatAreOverWhenThereAreTooMany)
 {
     receive(50, 1, "running");
     receive(-1, 2, "failed");
     receive(100, 3, "finished");
-    const int last = EncodingHistoryMenu::kMostEncodings + 2;
-    for (int pid = 4; pid <= last; ++pid)
-        receive(50, pid, "running");
+    const int full = EncodingHistoryMenu::kMostEncodings;
+    for (int pid = 4; pid <= full; ++pid)
+        receive(pid < 200 ? 100 : 50, pid, "running");
+    EXPECT_NE(agent.entry(2), nullptr) << "all that there is room for";
+    receive(50, full + 1, "running");
     EXPECT_TRUE(agent.entry(1) != nullptr && agent.entry(2) == nullptr && agent.entry(3) == nullptr);
-    receive(50, last + 1, "running");
-    EXPECT_TRUE(agent.entry(1) == nullptr && agent.entry(4) != nullptr) << "all run: the oldest one";
+    EXPECT_TRUE(agent.entry(101) == nullptr && agent.entry(102) != nullptr &&
+                agent.entry(full + 1) != nullptr);
+    for (int pid = full + 2; pid <= full + 101; ++pid)
+        receive(50, pid, "running");
+    EXPECT_TRUE(agent.entry(1) == nullptr && agent.entry(199) == nullptr) << "few are over: the oldest ones";
 }
 
 TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)

@@ -82,7 +82,7 @@ TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatComesMeanwhile)
 {
     const auto changes = agent.frontEnd.changes;
     agent.delegate.whenNoted = [&] {
-        agent.choose("DAW Link Control");
+        agent.choose(notes.size() == 1 ? "DAW Link Control" : "Solo Mode/Exclusive (XOR)");
         if (notes.size() == 1)
             call(2);
     };

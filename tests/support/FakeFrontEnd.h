@@ -20,7 +20,7 @@ public:
         const std::lock_guard lock(mutex);
         jobs.push_back(std::move(job));
     }
-    void menuChanged() override { ++changes; }
+    void menuChanged(const App::MenuChanges&) override { ++changes; }
     void quit() override { hasQuit = true; }
 
     /// Runs what has been posted so far, and returns how much that was.

@@ -53,7 +53,7 @@ std::vector<std::string> lines(const App::ItemSnapshot& menu, const std::string&
 {
     std::vector<std::string> all;
     for (const auto& item : menu.items) {
-        const auto& is = item.properties;
+        const auto& is = *item.properties;
         if (is.hidden && !AppKit::itemsCanHide())
             continue;
         const auto title = is.view && !AppKit::itemsCanHaveViews() ? plainLabel(is) : is.title;

@@ -27,18 +27,20 @@ TEST(ItemProperties, SayEverythingInWords)
     EXPECT_EQ(escapedLabel("__ \x01\xFF"), "____  \uFFFD") << "nothing that the bus refuses";
 }
 
-TEST(MenuUpdate, NamesWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
+TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
 {
-    ItemSnapshot before{0, {.title = "", .view = {}}, true, {}};
-    before.items = {item(1, {.title = "A", .enabled = false, .view = {}}),
-                    item(2, {.title = "B", .view = {}})};
-    auto after = before;
-    after.items[0].properties.enabled = true;
-    after.items[1].properties.tag = 9;
-    const auto update = updateBetween(before, after);
-    ASSERT_EQ(update.items.size(), 1U);
-    EXPECT_THAT(update.items[0].removed, ElementsAre("enabled"));
-    EXPECT_THAT(update.layouts, ElementsAre());
+    App::MenuModel model;
+    const auto add = [&](ItemProperties properties) -> App::MenuItem& {
+        return model.statusMenu().addItem(std::make_unique<App::MenuItem>(std::move(properties)));
+    };
+    auto& greyed = add({.title = "A", .enabled = false, .view = {}});
+    auto& plain = add({.title = "B", .view = {}});
+    model.takeChanges();
+    greyed.setEnabled(true);
+    plain.setTag(9);
+    const auto updates = itemUpdates(model.takeChanges(), model);
+    ASSERT_EQ(updates.size(), 1U);
+    EXPECT_THAT(updates[0].removed, ElementsAre("enabled"));
 }
 
 TEST(FileUri, EscapesWhatAnAddressMayNotHold)

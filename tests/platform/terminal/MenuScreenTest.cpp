@@ -164,7 +164,8 @@ TEST(MenuRow, AnEncodingHasItsProgressBehindItsName)
 {
     const auto row = [](const std::string& name, const std::string& percentage) {
         auto item = submenu(1, "", {});
-        item.properties.view = {name, percentage};
+        item.properties =
+            item.properties.with(&Kest::App::ItemProperties::view, Kest::App::EntryView{name, percentage});
         return rowText(item, false, 40, kAscii);
     };
     EXPECT_EQ(row("Film", "50%"), "  Film             [######......]  50% >");

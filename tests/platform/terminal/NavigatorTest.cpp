@@ -61,7 +61,7 @@ TEST_F(NavigatorTest, SelectsTheNearestRowWhenTheSelectedOneIsGone)
     buses.pop_back();
     navigator.show(menu);
     EXPECT_EQ(navigator.selected(), 5);
-    buses[1].properties.hidden = true;
+    hide(buses[1]);
     navigator.show(menu);
     EXPECT_EQ(navigator.selected(), 4);
     buses.clear();
@@ -76,7 +76,7 @@ TEST_F(NavigatorTest, SelectsTheNearestRowWhenTheSelectedOneIsGone)
 TEST_F(NavigatorTest, LeavesASubmenuThatIsGone)
 {
     navigator.goTo(5);
-    menu.items[2].properties.hidden = true;
+    hide(menu.items[2]);
     navigator.show(menu);
     EXPECT_EQ(openMenu(), 0);
     EXPECT_EQ(navigator.selected(), 9) << "which stands in its place";

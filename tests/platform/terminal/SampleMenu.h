@@ -16,6 +16,11 @@ inline App::ItemSnapshot leaf(App::ItemId id, App::ItemProperties properties)
     return {id, std::move(properties), false, {}};
 }
 
+inline void hide(App::ItemSnapshot& item)
+{
+    item.properties = item.properties.with(&App::ItemProperties::hidden, true);
+}
+
 inline App::ItemSnapshot plainLeaf(App::ItemId id, const std::string& title)
 {
     return leaf(id, {.title = title, .action = App::Action::restartService, .view = {}});
@@ -28,7 +33,7 @@ inline App::ItemSnapshot separator(App::ItemId id)
 
 inline App::ItemSnapshot submenu(App::ItemId id, const std::string& title, Items items)
 {
-    return {id, {.title = title, .view = {}}, true, std::move(items)};
+    return {id, App::ItemProperties{.title = title, .view = {}}, true, std::move(items)};
 }
 
 inline App::ItemSnapshot bus(App::ItemId id, const std::string& title, bool on = false)
@@ -40,14 +45,14 @@ inline App::ItemSnapshot bus(App::ItemId id, const std::string& title, bool on =
                      .view = {}});
 }
 
-inline App::ItemSnapshot statusMenu(Items items) { return {App::kStatusMenuId, {}, true, std::move(items)}; }
+inline App::ItemSnapshot statusMenu(Items items) { return {.hasSubmenu = true, .items = std::move(items)}; }
 
 /// Restart (1), a separator (2), Buses (3) with Main Bus (4), Dialog (5, on) and Music (6), a hidden submenu
 /// (7) with Hidden Dialog (8), About (9).
 inline App::ItemSnapshot sampleMenu()
 {
     auto hidden = submenu(7, "Hidden", {plainLeaf(8, "Hidden Dialog")});
-    hidden.properties.hidden = true;
+    hide(hidden);
     return statusMenu({plainLeaf(1, "Restart"), separator(2),
                        submenu(3, "Buses", {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")}),
                        hidden, plainLeaf(9, "About")});
