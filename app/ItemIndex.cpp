@@ -14,13 +14,13 @@ void ItemIndex::add(ItemId id, MenuItem& item)
         --removed;
 }
 
-// The gaps are closed when they are the larger part.
+// The gaps are closed when they are a quarter.
 void ItemIndex::remove(ItemId id)
 {
     const auto place = std::ranges::lower_bound(entries, id, {}, &Entry::id);
     if (place == entries.end() || place->id != id || std::exchange(place->item, nullptr) == nullptr)
         return;
-    if (++removed <= entries.size() / 2)
+    if (++removed <= entries.size() / 4)
         return;
     std::erase_if(entries, [](const Entry& entry) { return entry.item == nullptr; });
     removed = 0;

@@ -7,10 +7,8 @@ public:
     explicit Job(KestSettingsAppDelegate& ofDelegate) : delegate(ofDelegate) { ++delegate.openJobs; }
     ~Job()
     {
-        if (--delegate.openJobs != 0)
-            return;
-        if (const auto changes = delegate.model.takeChanges(); !changes.isEmpty())
-            delegate.frontEnd.menuChanged(changes);
+        if (--delegate.openJobs == 0)
+            delegate.tellChanges();
     }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
@@ -18,6 +16,12 @@ public:
 private:
     KestSettingsAppDelegate& delegate;
 };
+
+void KestSettingsAppDelegate::tellChanges()
+{
+    if (const auto changes = model.takeChanges(); !changes.isEmpty())
+        frontEnd.menuChanged(changes);
+}
 
 KestSettingsAppDelegate::Parts::Parts(const Outlets& outlets, Settings::Backend& backend,
                                       Workspace& workspace)
@@ -138,6 +142,8 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
     while (const auto message = slot.take()) {
         catchUp(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
+        if (model.hasManyChanges()) // a flood's job has no end
+            tellChanges();
     }
 }
 

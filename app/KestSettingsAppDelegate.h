@@ -78,6 +78,7 @@ private:
     void perform(Action action, Sender sender);
     void receivedStatusMessage(std::int32_t number);
     void catchUp(const SkippedMessages& skipped);
+    void tellChanges();
 
     FrontEnd& frontEnd;
     Workspace& workspace;

@@ -3,7 +3,9 @@
 
 #include "app/ItemProperties.h"
 
-#include <unordered_map>
+#include <cstddef>
+#include <map>
+#include <optional>
 #include <vector>
 
 namespace Kest::App {
@@ -14,43 +16,54 @@ struct ItemBefore {
     bool hadSubmenu = false;
 };
 
-/// In no particular order. An item that came or went is told of by its menu alone, and so is all below it.
+/// Items that came to a menu and such that left it; with neither, their order is another one.
+struct MenuReshape {
+    std::map<ItemId, SharedProperties> went;
+    std::vector<ItemId> came; // ascending
+};
+
+/// By id. Of an item that came or went, and of all below it, nothing is told but by the menu that it is in.
 struct MenuChanges {
-    std::unordered_map<ItemId, ItemBefore> items; // are still there, and look different
-    std::vector<ItemId> menus;                    // items came, went or moved; named by their owner's id
+    std::map<ItemId, ItemBefore> items;  // are still there, and look different
+    std::map<ItemId, MenuReshape> menus; // by their owner's id
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
 
+class MenuItem;
 class MenuModel;
 
 /// Notes what is touched, so that nobody has to walk along thousands of items to find the one that changed.
-/// Main thread only.
+/// Of items and menus that nobody knows yet nothing is noted: a flood of them takes no room here. Main thread
+/// only.
 class MenuJournal {
 public:
-    /// An item is about to change, or has taken up the id of one that was removed. What was noted first
-    /// stays.
-    void noteItem(ItemId id, const ItemBefore& before) { items.try_emplace(id, before); }
-    /// An item came to a menu, left it or moved.
-    void noteMenu(ItemId owner) { menus.try_emplace(owner); }
-    /// A menu is about to be filled anew, perhaps with the same items.
-    void noteRefill(ItemId owner, std::vector<ItemId> before)
-    {
-        menus.try_emplace(owner, Refill{true, std::move(before)});
-    }
+    /// An item is about to change, or has taken up the id of one that was removed. What is noted first stays.
+    void noteItem(ItemId id, const ItemBefore& before);
+    void noteCame(ItemId owner, ItemId id);
+    void noteWent(ItemId owner, ItemId id, const SharedProperties& properties);
+    /// A menu of these items is about to be filled anew, perhaps with the same ones.
+    void noteRefill(ItemId owner, std::vector<ItemId> before);
 
-    /// What is different in the model now; forgets it. Ids up to `lastKnown` were given before. A menu that
-    /// an item came to and left again may be named too, and an item that is back after a while.
-    MenuChanges take(const MenuModel& model, ItemId lastKnown);
+    /// How often something was noted since changes were taken.
+    std::size_t notes() const { return noted; }
+
+    /// What is different in the model now; forgets it. All ids up to `lastGiven` are known then. A menu that
+    /// is filled with what it had may be named too, when something else came and went before.
+    MenuChanges take(const MenuModel& model, ItemId lastGiven);
 
 private:
-    struct Refill {
-        bool isKnown = false; // what was there before
-        std::vector<ItemId> before;
+    struct Touched {
+        MenuReshape reshape;
+        std::optional<std::vector<ItemId>> before; // where it was filled anew
     };
-    static bool isReshaped(const MenuModel& model, ItemId owner, const Refill& refill);
+    bool isReshaped(const MenuModel& model, ItemId owner, const Touched& menu) const;
+    bool isDifferent(const MenuModel& model, ItemId id, const ItemBefore& before) const;
+    bool hasCome(const MenuItem& item) const;
 
-    std::unordered_map<ItemId, ItemBefore> items;
-    std::unordered_map<ItemId, Refill> menus;
+    ItemId lastKnown = kStatusMenuId;
+    std::size_t noted = 0;
+    std::map<ItemId, ItemBefore> items;
+    std::map<ItemId, Touched> menus;
 };
 
 } // namespace Kest::App

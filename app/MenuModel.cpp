@@ -21,7 +21,8 @@ void MenuItem::change(Value ItemProperties::*property, Value to)
 {
     if (properties().*property == to)
         return;
-    noteChange();
+    if (above != nullptr)
+        noteBefore(above->model.journal);
     seen = seen.with(property, std::move(to));
 }
 
@@ -29,25 +30,27 @@ template void MenuItem::change(bool ItemProperties::*, bool);
 template void MenuItem::change(int ItemProperties::*, int);
 template void MenuItem::change(std::optional<EntryView> ItemProperties::*, std::optional<EntryView>);
 
-void MenuItem::noteChange()
+void MenuItem::noteBefore(MenuJournal& journal) const
 {
-    if (above != nullptr)
-        above->model.journal.noteItem(identity, {seen, below != nullptr});
+    journal.noteItem(identity, {seen, below != nullptr});
 }
 
-std::vector<ItemId> MenuItem::idsBelow() const
+void MenuItem::noteGoneBelow(MenuJournal& journal) const
 {
-    return below == nullptr ? std::vector<ItemId>() : below->ids();
+    if (below != nullptr)
+        for (const auto& item : below->items)
+            journal.noteWent(identity, item->identity, item->seen);
 }
 
 void MenuItem::setSubmenu(std::unique_ptr<Menu> menu)
 {
-    if (above != nullptr) {
-        noteChange();
-        above->model.journal.noteRefill(identity, idsBelow());
-    }
+    auto& journal = menu->model.journal;
+    noteBefore(journal);
+    noteGoneBelow(journal);
     below = std::move(menu);
     below->owner = this;
+    for (const auto& item : below->items)
+        journal.noteCame(identity, item->identity);
 }
 
 MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : above->owner; }
@@ -98,7 +101,7 @@ MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
     items.insert(items.begin() + index, std::move(item));
     model.index.add(inserted.identity, inserted);
     if (isPlaced())
-        model.journal.noteMenu(ownerId());
+        model.journal.noteCame(ownerId(), inserted.identity);
     return inserted;
 }
 
@@ -112,8 +115,8 @@ ItemId Menu::identityFor(const MenuItem& item)
     if (same == removed.end())
         return ++model.lastId;
     const auto identity = (*same)->identity;
-    model.journal.noteItem(identity, {(*same)->seen, (*same)->below != nullptr});
-    model.journal.noteRefill(identity, (*same)->idsBelow());
+    (*same)->noteBefore(model.journal);
+    (*same)->noteGoneBelow(model.journal);
     removed.erase(same);
     return identity;
 }
@@ -126,7 +129,7 @@ std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
     model.index.remove(taken->identity);
     taken->above = nullptr;
     if (isPlaced())
-        model.journal.noteMenu(ownerId());
+        model.journal.noteWent(ownerId(), taken->identity, taken->seen);
     return taken;
 }
 
@@ -138,6 +141,8 @@ void Menu::removeAllItems()
     for (const auto& item : removed) {
         model.index.remove(item->identity);
         item->above = nullptr;
+        if (isPlaced())
+            model.journal.noteWent(ownerId(), item->identity, item->seen);
     }
 }
 
@@ -161,6 +166,12 @@ MenuItem* MenuModel::itemWithId(ItemId id) const
     return top == root.get() ? found : nullptr; // not one of a template
 }
 
-MenuChanges MenuModel::takeChanges() { return journal.take(*this, std::exchange(lastKnownId, lastId)); }
+bool MenuModel::hasManyChanges() const
+{
+    constexpr std::size_t kMany = 2000; // some 100 kB, and more than anything does but a flood
+    return journal.notes() > kMany;
+}
+
+MenuChanges MenuModel::takeChanges() { return journal.take(*this, lastId); }
 
 } // namespace Kest::App

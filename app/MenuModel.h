@@ -46,8 +46,8 @@ private:
     friend class Menu;
     template <typename Value>
     void change(Value ItemProperties::*property, Value to);
-    void noteChange();
-    std::vector<ItemId> idsBelow() const;
+    void noteBefore(MenuJournal& journal) const;
+    void noteGoneBelow(MenuJournal& journal) const;
 
     SharedProperties seen;
     ItemId identity = kStatusMenuId;
@@ -115,12 +115,13 @@ public:
 
     /// What has changed since this was last asked.
     MenuChanges takeChanges();
+    /// Whether so much has been done since then that it should be asked before more is done.
+    bool hasManyChanges() const;
 
 private:
     friend class Menu;
     friend class MenuItem;
     ItemId lastId = kStatusMenuId;
-    ItemId lastKnownId = kStatusMenuId; // to those who have taken the changes
     MenuJournal journal;
     ItemIndex index;
     std::unique_ptr<Menu> root;

@@ -101,7 +101,7 @@ void EncodingTable::placeLast(Record& record, bool isOver)
 
 void EncodingTable::makeRoom(std::int32_t kept)
 {
-    while (bytesTaken > mostBytes && records.size() > 1)
+    while ((bytesTaken > mostBytes || records.size() > kMostRecords) && records.size() > 1)
         forget(oldest(kept));
 }
 

@@ -15,8 +15,9 @@ namespace Kest::Settings {
 /// the one that was last heard of longest ago. A record that is returned is valid until the next change.
 class EncodingTable {
 public:
-    /// Some 10,000 encodings. With a menu of them the agent stays within 8 MB of what it was.
+    /// Some 10,000 encodings as they are. With a menu of them the agent stays within 8 MB of what it was.
     static constexpr std::size_t kMostBytes = 4'000'000;
+    static constexpr std::size_t kMostRecords = 10'000; // as many as the menu has entries
 
     explicit EncodingTable(std::size_t mostBytesKept = kMostBytes) : mostBytes(mostBytesKept) {}
     EncodingTable(const EncodingTable&) = delete;

@@ -48,21 +48,10 @@ struct Connection {
     BusPtr panel;
 };
 
-void fill(App::Menu& menu, App::MenuModel& model, const App::ItemSnapshot& from)
-{
-    for (const auto& item : from.items) {
-        auto& added = menu.addItem(std::make_unique<App::MenuItem>(item.properties));
-        if (!item.hasSubmenu)
-            continue;
-        added.setSubmenu(std::make_unique<App::Menu>(model));
-        fill(*added.submenu(), model, item);
-    }
-}
-
 struct Session {
     explicit Session(sd_bus* bus) : exporter(bus, questions())
     {
-        fill(model.statusMenu(), model, Test::sampleMenu());
+        Test::fill(model.statusMenu(), model, Test::sampleMenu());
         exporter.menuChanged(model.takeChanges());
         require(exporter.failure() >= 0, "a menu");
     }

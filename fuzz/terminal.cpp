@@ -15,40 +15,41 @@ using namespace Kest;
 using namespace Kest::Terminal;
 using Fuzz::require;
 
-template <typename Property, typename Value>
-void set(App::ItemSnapshot& item, Property App::ItemProperties::*property, Value&& value)
-{
-    item.properties = item.properties.with(property, std::forward<Value>(value));
-}
-
 struct Session {
+    Session()
+    {
+        Test::fill(model.statusMenu(), model, Test::sampleMenu());
+        model.takeChanges();
+    }
+
     void changeMenu(Fuzz::Input& input)
     {
-        const auto before = menu;
-        auto& items = input.below(2) == 0 ? menu.items : menu.items[2].items;
-        auto& item = items[static_cast<std::size_t>(input.below(static_cast<int>(items.size())))];
+        auto& buses = *model.statusMenu().itemArray()[2]->submenu();
+        auto& chosen = input.below(2) == 0 ? model.statusMenu() : buses;
+        auto& item = *chosen.itemArray()[static_cast<std::size_t>(input.below(chosen.numberOfItems()))];
         switch (input.below(6)) {
         case 0:
-            set(item, &App::ItemProperties::hidden, !item.properties->hidden);
+            item.setHidden(!item.properties().hidden);
             break;
         case 1:
-            set(item, &App::ItemProperties::enabled, !item.properties->enabled);
+            item.setEnabled(!item.properties().enabled);
             break;
         case 2:
-            set(item, &App::ItemProperties::title, input.text(input.byte() % 64U));
+            item.setState(!item.properties().on);
             break;
         case 3:
-            set(item, &App::ItemProperties::view, App::EntryView{input.text(8), input.text(4)});
+            item.setView({input.text(8), input.text(4)});
             break;
         case 4:
-            if (menu.items[2].items.size() > 1)
-                menu.items[2].items.pop_back();
+            if (buses.numberOfItems() > 1)
+                buses.removeItem(*buses.itemArray().back());
             break;
         default:
-            menu.items[2].items.push_back(Test::bus(++lastId, input.text(8)));
+            buses.addItem(std::make_unique<App::MenuItem>(Test::bus(0, input.text(8)).properties));
         }
-        for (const auto& line : changeLines(before, menu))
+        for (const auto& line : changeLines(model.takeChanges(), model))
             checkDrawable(line);
+        menu = takeSnapshot(model);
         screen.show(menu, 1000);
     }
 
@@ -78,8 +79,8 @@ struct Session {
             require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F, "no control character is drawn");
     }
 
+    App::MenuModel model;
     App::ItemSnapshot menu = Test::sampleMenu();
-    App::ItemId lastId = 100;
     MenuScreen screen{Glyphs{}};
 };
 

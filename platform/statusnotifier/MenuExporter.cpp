@@ -114,7 +114,7 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
     ++revision;
     if (!updates.empty())
         sendItemUpdates(updates);
-    for (const auto parent : changes.menus)
+    for (const auto& [parent, reshape] : changes.menus)
         sendLayoutUpdated(parent);
 }
 

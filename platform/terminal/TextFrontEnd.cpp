@@ -43,15 +43,11 @@ void TextFrontEnd::run(App::KestSettingsAppDelegate& application)
     delegate = nullptr;
 }
 
-void TextFrontEnd::menuChanged(const App::MenuChanges&)
+void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
 {
-    if (delegate == nullptr)
-        return;
-    auto now = takeSnapshot(delegate->menu());
     if (printsChanges)
-        for (const auto& line : changeLines(shown, now))
+        for (const auto& line : changeLines(changes, delegate->menu()))
             std::printf("%s\n", line.c_str());
-    shown = std::move(now);
 }
 
 void TextFrontEnd::readInput()
@@ -112,7 +108,8 @@ void TextFrontEnd::obey(std::string_view line)
 
 void TextFrontEnd::choose(std::string_view path)
 {
-    const auto [item, error] = findByPath(shown, path);
+    const auto menu = takeSnapshot(delegate->menu());
+    const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
         printError(error);
     else if (item->hasSubmenu)
@@ -123,21 +120,20 @@ void TextFrontEnd::choose(std::string_view path)
 
 void TextFrontEnd::open(std::string_view path)
 {
-    const auto [item, error] = findByPath(shown, path);
+    const auto menu = takeSnapshot(delegate->menu());
+    const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
         return printError(error);
     if (!item->hasSubmenu)
         return printError(quoted(*item) + " is not a submenu");
-    const auto id = item->id;
     announceOpening(*item);
-    printLinesOf(*findItem(shown, id));
+    printLinesOf(*takeSnapshot(delegate->menu(), item->id, -1));
 }
 
 void TextFrontEnd::printMenu()
 {
-    shown = takeSnapshot(delegate->menu());
-    announceOpening(shown);
-    printLinesOf(shown);
+    announceOpening(takeSnapshot(delegate->menu()));
+    printLinesOf(takeSnapshot(delegate->menu()));
 }
 
 void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const

@@ -38,7 +38,6 @@ private:
 
     Posix::MainLoop loop;
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
-    App::ItemSnapshot shown;
     bool printsChanges = false;
     std::string unfinishedLine; // at most two reads long
 };

@@ -2,8 +2,6 @@
 
 #include "app/Utf8.h"
 
-#include <algorithm>
-
 namespace Kest::Terminal {
 namespace {
 
@@ -26,12 +24,6 @@ void addLines(const ItemSnapshot& menu, const std::string& indent, std::vector<s
         lines.push_back(indent + lineOf(item));
         addLines(item, indent + "  ", lines);
     }
-}
-
-std::string pathOf(const std::string& menuPath, const ItemSnapshot& item)
-{
-    const auto name = printable(itemName(*item.properties));
-    return menuPath.empty() ? name : menuPath + " > " + name;
 }
 
 // What is different, in words; empty when nothing that is seen here is.
@@ -58,69 +50,41 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
 /// An item with nothing to tell, against which a new one is described.
 const ItemProperties kPlain{.title = {}, .view = App::EntryView{}};
 
-/// Walks both moments of the menu along the difference of the two.
-class ChangeWriter {
-public:
-    ChangeWriter(const App::MenuDifference& ofDifference, std::vector<std::string>& toLines)
-        : difference(ofDifference), lines(toLines)
-    {}
+bool isListed(const ItemProperties& item) { return !item.separator && !item.hidden; }
 
-    void write(const ItemSnapshot& shown, const ItemSnapshot& now, const std::string& menuPath)
-    {
-        if (contains(difference.reshapedMenus, now.id)) {
-            for (const auto* item : missingIn(now, shown))
-                lines.push_back("removed " + pathOf(menuPath, *item));
-            for (const auto* item : missingIn(shown, now))
-                lines.push_back("added " + pathOf(menuPath, *item) +
-                                differenceText(kPlain, *item->properties));
-        }
-        for (const auto& item : now.items) {
-            const auto* before = child(shown, item.id);
-            if (before == nullptr)
-                continue;
-            const auto path = pathOf(menuPath, item);
-            if (contains(difference.changedItems, item.id) && isSeen(*before->properties, *item.properties))
-                writeChange(path, differenceText(*before->properties, *item.properties));
-            if (!item.properties->hidden)
-                write(*before, item, path);
-        }
-    }
+std::string pathOf(const App::MenuItem& item)
+{
+    const auto name = printable(itemName(item.properties()));
+    return item.parentItem() == nullptr ? name : pathOf(*item.parentItem()) + " > " + name;
+}
 
-private:
-    static bool contains(const std::vector<App::ItemId>& ids, App::ItemId id)
-    {
-        return std::ranges::find(ids, id) != ids.end();
-    }
-    static const ItemSnapshot* child(const ItemSnapshot& menu, App::ItemId id)
-    {
-        const auto found = std::ranges::find(menu.items, id, &ItemSnapshot::id);
-        return found == menu.items.end() ? nullptr : &*found;
-    }
-    static bool isSeen(const ItemProperties& before, const ItemProperties& now)
-    {
-        return !before.hidden || !now.hidden;
-    }
+bool isWithinHidden(const App::MenuItem& item)
+{
+    const auto* above = item.parentItem();
+    return above != nullptr && (above->properties().hidden || isWithinHidden(*above));
+}
 
-    // Of some changes, such as a tag's, nothing is seen here.
-    void writeChange(const std::string& path, const std::string& text)
-    {
-        if (!text.empty())
-            lines.push_back("changed " + path + text);
-    }
+void addReshape(const App::MenuItem* owner, const App::MenuReshape& reshape, const App::MenuModel& menu,
+                std::vector<std::string>& lines)
+{
+    if (owner != nullptr && (owner->properties().hidden || isWithinHidden(*owner)))
+        return;
+    const auto above = owner == nullptr ? std::string() : pathOf(*owner) + " > ";
+    for (const auto& [id, went] : reshape.went)
+        if (isListed(*went))
+            lines.push_back("removed " + above + printable(itemName(*went)));
+    for (const auto id : reshape.came)
+        if (const auto& came = menu.itemWithId(id)->properties(); isListed(came))
+            lines.push_back("added " + above + printable(itemName(came)) + differenceText(kPlain, came));
+}
 
-    // Visible items of the other moment that this one does not have.
-    static std::vector<const ItemSnapshot*> missingIn(const ItemSnapshot& menu, const ItemSnapshot& other)
-    {
-        std::vector<const ItemSnapshot*> missing;
-        for (const auto& item : other.items)
-            if (!item.properties->separator && !item.properties->hidden && child(menu, item.id) == nullptr)
-                missing.push_back(&item);
-        return missing;
-    }
-
-    const App::MenuDifference& difference;
-    std::vector<std::string>& lines;
-};
+// Of some changes, such as a tag's, nothing is seen here.
+void addChange(const ItemProperties& before, const App::MenuItem& item, std::vector<std::string>& lines)
+{
+    const auto text = differenceText(before, item.properties());
+    if (!text.empty() && !(before.hidden && item.properties().hidden) && !isWithinHidden(item))
+        lines.push_back("changed " + pathOf(item) + text);
+}
 
 } // namespace
 
@@ -166,11 +130,13 @@ std::vector<std::string> menuLines(const ItemSnapshot& menu)
     return lines;
 }
 
-std::vector<std::string> changeLines(const ItemSnapshot& shown, const ItemSnapshot& now)
+std::vector<std::string> changeLines(const App::MenuChanges& changes, const App::MenuModel& menu)
 {
     std::vector<std::string> lines;
-    const auto difference = diff(shown, now);
-    ChangeWriter(difference, lines).write(shown, now, "");
+    for (const auto& [owner, reshape] : changes.menus)
+        addReshape(menu.itemWithId(owner), reshape, menu, lines);
+    for (const auto& [id, before] : changes.items)
+        addChange(*before.properties, *menu.itemWithId(id), lines);
     return lines;
 }
 

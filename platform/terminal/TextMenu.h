@@ -1,7 +1,7 @@
 // The menu in plain lines of text.
 #pragma once
 
-#include "app/MenuDiff.h"
+#include "app/MenuSnapshot.h"
 
 #include <string>
 #include <vector>
@@ -22,6 +22,6 @@ std::string markText(const App::ItemProperties& item);
 std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
 
 /// A line for each item that came, went or looks different, named by its path ("Default Bus > Dialog").
-std::vector<std::string> changeLines(const App::ItemSnapshot& shown, const App::ItemSnapshot& now);
+std::vector<std::string> changeLines(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::Terminal

@@ -85,9 +85,10 @@ void apply(const MenuDifference& difference, const ItemSnapshot& now, ItemSnapsh
             apply(difference, *same, item);
 }
 
-// What the model has noted is what two moments show. Named besides may be an item that came, and a menu that
-// has the same items again.
-void expectSame(const MenuChanges& noted, const MenuDifference& difference, const ItemSnapshot& shown)
+// What the model has noted is what two moments show; a menu that has the same items again may be named
+// besides.
+void expectSame(const MenuChanges& noted, const MenuDifference& difference, const ItemSnapshot& shown,
+                const ItemSnapshot& now)
 {
     std::map<ItemId, ItemBefore> befores(noted.items.begin(), noted.items.end());
     for (const auto id : difference.changedItems) {
@@ -97,10 +98,20 @@ void expectSame(const MenuChanges& noted, const MenuDifference& difference, cons
         EXPECT_EQ(found->second.hadSubmenu, findItem(shown, id)->hasSubmenu);
         befores.erase(found);
     }
-    for (const auto& [id, before] : befores)
-        EXPECT_EQ(findItem(shown, id), nullptr) << "not different: " << id;
+    EXPECT_TRUE(befores.empty());
     for (const auto id : difference.reshapedMenus)
-        EXPECT_EQ(std::ranges::count(noted.menus, id), 1) << id;
+        EXPECT_TRUE(noted.menus.contains(id)) << id;
+    for (const auto& [owner, reshape] : noted.menus) {
+        const auto& before = findItem(shown, owner)->items;
+        const auto* after = findItem(now, owner);
+        for (const auto& [id, properties] : reshape.went)
+            EXPECT_TRUE(std::ranges::count(before, id, &ItemSnapshot::id) == 1 &&
+                        std::ranges::count(after->items, id, &ItemSnapshot::id) == 0);
+        for (const auto id : reshape.came)
+            EXPECT_TRUE(std::ranges::count(before, id, &ItemSnapshot::id) == 0 &&
+                        std::ranges::count(after->items, id, &ItemSnapshot::id) == 1);
+        EXPECT_EQ(before.size() + reshape.came.size(), after->items.size() + reshape.went.size());
+    }
 }
 
 // An item's title and action never change.
@@ -128,7 +139,7 @@ TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
         const auto now = takeSnapshot(model);
         const auto difference = diff(shown, now);
         EXPECT_EQ(difference.isEmpty(), shown == now) << round;
-        expectSame(model.takeChanges(), difference, shown);
+        expectSame(model.takeChanges(), difference, shown, now);
         apply(difference, now, shown);
         EXPECT_EQ(shown, now) << round;
 

@@ -58,4 +58,16 @@ inline App::ItemSnapshot sampleMenu()
                        hidden, plainLeaf(9, "About")});
 }
 
+/// Fills a menu of a model with the items of a snapshot.
+inline void fill(App::Menu& menu, App::MenuModel& model, const App::ItemSnapshot& from)
+{
+    for (const auto& item : from.items) {
+        auto& added = menu.addItem(std::make_unique<App::MenuItem>(item.properties));
+        if (!item.hasSubmenu)
+            continue;
+        added.setSubmenu(std::make_unique<App::Menu>(model));
+        fill(*added.submenu(), model, item);
+    }
+}
+
 } // namespace Kest::Test
