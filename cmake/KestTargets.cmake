@@ -20,6 +20,16 @@ if(KEST_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
+# What distributions harden their programs with; needs an optimised build.
+option(KEST_HARDEN "Checked buffers, guarded stacks, places in memory that change with each start" OFF)
+if(KEST_HARDEN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+    add_link_options(-Wl,-z,relro -Wl,-z,now)
+endif()
+
 # kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...] [HEADERS_ARE cpp|mm])
 #
 # One folder, one static library. Its headers are reached as "NAME/Header.h", and only by those that say

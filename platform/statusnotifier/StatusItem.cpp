@@ -10,6 +10,7 @@
 namespace Kest::StatusNotifier {
 namespace {
 
+constexpr char kId[] = "com.kestronics.kest-settings"; // of the desktop entry and the icons too
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
@@ -140,9 +141,9 @@ StatusItem::StatusItem(sd_bus* onBus, std::string themePath, std::function<void(
 int StatusItem::getText(const std::string& property, sd_bus_message* reply) const
 {
     const std::map<std::string, std::string> texts{
-        {"Category", "ApplicationStatus"}, {"Id", "kest-settings"},
+        {"Category", "ApplicationStatus"}, {"Id", kId},
         {"Title", "Kest Settings"},        {"Status", "Active"},
-        {"IconThemePath", iconThemePath},  {"IconName", "kest-settings-symbolic"},
+        {"IconThemePath", iconThemePath},  {"IconName", std::string(kId) + "-symbolic"},
     };
     const auto found = texts.find(property);
     return sd_bus_message_append(reply, "s", found == texts.end() ? "" : found->second.c_str());

@@ -1,0 +1,31 @@
+# The Debian package, by CPack; make_package builds it. Its version is the project's.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_VENDOR Kestronics)
+set(CPACK_PACKAGE_CONTACT ${maintainer})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "settings of the studio's immersive-audio host, in the tray")
+set(CPACK_PACKAGE_DESCRIPTION
+"Kest Settings is a small agent that lives in the tray beside the DAW. It shows
+what the host service K3DHost is doing and hands it the user's choices: solo
+mode, default bus, speaker configuration, monitoring facility, and how the DAW
+is linked. It lists running and finished encodings with their progress.
+.
+The same menu is there full screen in a terminal, and in plain lines for
+scripts.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP ${CMAKE_STRIP})
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/strip.cmake)
+set(CPACK_INSTALL_CMAKE_PROJECTS
+    "${PROJECT_BINARY_DIR};${PROJECT_NAME};ALL;/"
+    "${PROJECT_BINARY_DIR};${PROJECT_NAME};autostart;/")
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# A session bus for the tray, and xdg-open for output folders where no file manager is on that bus.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "gnome-shell-extension-appindicator")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/conffiles)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+include(CPack)
