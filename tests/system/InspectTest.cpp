@@ -103,6 +103,11 @@ TEST_F(InspectSystem, FindsWhatIsBroken)
     host->say("kill");
     EXPECT_EQ(host->exitStatus(), 128 + SIGKILL);
 
+    {
+        Process other({"/bin/sh", "-c", "exec 3<" + std::string(kFifo) + "; echo ready; read line"});
+        ASSERT_TRUE(other.prints("ready"));
+        inspect("doctor", 1, {"wrong  encoders' pipe   " + std::string(kFifo) + " is read by"});
+    }
     fs::remove(kFifo);
     fs::create_directories(fs::path(kFifo) / "full"); // the agent cannot take it away
     fs::create_directories(home() / "Library/Application Support/Kestronics");

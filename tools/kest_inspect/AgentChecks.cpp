@@ -1,6 +1,7 @@
 // The agent itself, and the pipe in which encoders report to it.
 #include "tools/kest_inspect/Checks.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -56,6 +57,21 @@ Finding unreadPipe(const Surroundings& here, const std::string& path)
     return note(kPipe, path + " was left behind, nobody reads it", "an agent that starts replaces it");
 }
 
+Finding foreignPipe(const Surroundings& here, const std::string& path, const struct stat& status)
+{
+    const auto whose = path + " is of " + userName(status.st_uid);
+    const auto* remedy = "end the agent of that user, or remove the pipe";
+    return here.agentRuns ? wrong(kPipe, whose, remedy) : note(kPipe, whose, remedy);
+}
+
+// Each reader gets a part of what the encoders write.
+bool hasOtherReaders(const Surroundings& here, const std::vector<Opener>& readers)
+{
+    return !here.agents.empty() && std::ranges::any_of(readers, [&](const auto& reader) {
+        return std::ranges::find(here.agents, reader.process, &Opener::process) == here.agents.end();
+    });
+}
+
 } // namespace
 
 Check checkAgent(const Surroundings& here)
@@ -75,15 +91,14 @@ Check checkPipe(const Surroundings& here)
                                : wrong(kPipe, path + ": " + std::strerror(errno), "let this user look there");
     if (!S_ISFIFO(status->st_mode))
         return noPipe(here, path, *status);
-    if (!isOurs(*status)) {
-        const auto whose = path + " is of " + userName(status->st_uid);
-        const auto* remedy = "end the agent of that user, or remove the pipe";
-        return here.agentRuns ? wrong(kPipe, whose, remedy) : note(kPipe, whose, remedy);
-    }
+    if (!isOurs(*status))
+        return foreignPipe(here, path, *status);
     auto readers = openersOf(path);
     std::erase_if(readers, [](const auto& opener) { return !opener.reads; });
     if (readers.empty() && !hasReader(path))
         return unreadPipe(here, path);
+    if (hasOtherReaders(here, readers))
+        return wrong(kPipe, path + " is read by " + listed(readers), "end those that are not the agent");
     if ((status->st_mode & 0777U) != kForAll)
         return note(kPipe, path + " is not for all users to write", "start the agent anew");
     return ok(kPipe, path + (readers.empty() ? ", somebody reads it" : ", read by " + listed(readers)));

@@ -33,7 +33,7 @@ Finding damagedSettings(const std::string& path)
 {
     const bool hasCopy = isWhole(read(path + ".last"));
     return wrong(kSettings, path + " is damaged",
-                 "start the agent anew: it keeps this file as " + path + ".bad and goes on with " +
+                 std::string("start the agent anew: it sets this file aside as .bad and goes on with ") +
                      (hasCopy ? "its last good copy" : "the defaults"));
 }
 
@@ -53,7 +53,7 @@ Check checkSettings(const Surroundings& here)
         return wrong(kSettings, path + " cannot be replaced: no choice is kept",
                      "let this user write its folder");
     if (statusOf(path + ".bad"))
-        return note(kSettings, path + " is well; a damaged one was set aside as " + path + ".bad",
+        return note(kSettings, path + " is well; a damaged one lies beside it as .bad",
                     "remove that once it has been looked at");
     return ok(kSettings, path + ", " + std::to_string(file.text.size()) + " bytes");
 }

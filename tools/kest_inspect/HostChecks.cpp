@@ -37,10 +37,13 @@ Finding whereNoHostIs()
                  kRestartHost);
 }
 
-Finding leftBehind(const Segment& segment)
+Finding leftBehind(const Surroundings& here, pid_t creator)
 {
-    return wrong("host", process(segment.creator) + " has ended and left its segments behind",
-                 std::string(kRestartHost) + "; if they stay: ipcrm -m " + std::to_string(segment.id));
+    std::string removal = "ipcrm";
+    for (const auto& segment : {here.version, here.session})
+        removal += segment ? " -m " + std::to_string(segment->id) : "";
+    return wrong("host", process(creator) + " has ended and left its segments behind",
+                 std::string(kRestartHost) + "; if they stay: " + removal);
 }
 
 Check checkSegment(const char* subject, const std::optional<Segment>& segment, std::size_t needed)
@@ -85,7 +88,7 @@ Check checkHost(const Surroundings& here)
     if (!segment)
         return whereNoHostIs();
     if (hasEnded(segment->creator))
-        return leftBehind(*segment);
+        return leftBehind(here, segment->creator);
     const auto word = here.reading.versionWord;
     if (word && *word != kAcceptedWordSize)
         return wrong("host", "runs in " + std::to_string(*word) + " bit; the agent leaves it alone",

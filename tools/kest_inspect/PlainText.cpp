@@ -144,7 +144,7 @@ std::string asText(const Reading& reading)
                         (reading.versionWord ? std::to_string(*reading.versionWord) : std::string("none")) +
                         "\n";
     if (!reading.session)
-        return lines + "session: none\n";
+        return lines + "session: none (kest-inspect doctor tells why)\n";
     const auto& session = *reading.session;
     return lines + clientRows(session) + agentRows(session) +
            "default bus: " + busText(session.defaultBus, labelOf(session, session.defaultBus)) + "\n";
