@@ -12,15 +12,19 @@ namespace {
 
 int openLockFile(const std::string& settingsFolder)
 {
-    const juce::File folder(juce::String::fromUTF8(settingsFolder.c_str()));
-    folder.createDirectory();
-    const auto path = folder.getChildFile("Kest-Settings.lock").getFullPathName();
-    return open(path.toRawUTF8(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    juce::File(juce::String::fromUTF8(settingsFolder.c_str())).createDirectory();
+    return open(agentLockFile(settingsFolder).c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
 }
 
 bool isTaken(int file) { return file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
 
 } // namespace
+
+std::string agentLockFile(const std::string& settingsFolder)
+{
+    const juce::File folder(juce::String::fromUTF8(settingsFolder.c_str()));
+    return folder.getChildFile("Kest-Settings.lock").getFullPathName().toStdString();
+}
 
 AgentLock::AgentLock(const std::string& settingsFolder)
     : file(openLockFile(settingsFolder)), heldByAnother(isTaken(file))

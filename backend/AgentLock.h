@@ -5,6 +5,9 @@
 
 namespace Kest::Settings {
 
+/// The file that is locked while an agent runs, as an absolute path.
+std::string agentLockFile(const std::string& settingsFolder);
+
 /// Held for the life of the process that has it. The system releases it when the process ends, however it
 /// ends.
 class AgentLock {

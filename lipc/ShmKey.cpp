@@ -56,4 +56,6 @@ key_t shmKey(const char* name)
     return key;
 }
 
+key_t existingShmKey(const char* name) { return keyOf(markerPath(name).c_str()); }
+
 } // namespace LIPC

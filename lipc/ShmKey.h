@@ -13,4 +13,8 @@ std::string markerPath(const char* name);
 /// and empties it when it is not empty; a link in its place is never followed. May be called on any thread.
 key_t shmKey(const char* name);
 
+/// The same key for one who only looks: the marker file stays as it is, missing too, and nothing is logged.
+/// -1 when there is none, or a link in its place.
+key_t existingShmKey(const char* name);
+
 } // namespace LIPC

@@ -1,7 +1,5 @@
 #include "lipc/ShmManaged.h"
 
-#include "lipc/ShmKey.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <sys/ipc.h>
@@ -11,6 +9,7 @@ namespace LIPC {
 namespace {
 
 constexpr int kReadWriteForAll = 0666;
+constexpr int kReadForAll = 0444;
 
 bool isLongEnough(int id, std::size_t bytes)
 {
@@ -22,14 +21,15 @@ bool isLongEnough(int id, std::size_t bytes)
 
 ShmManaged::ShmManaged(const char* name) : key(shmKey(name)) {}
 
-void ShmManaged::attach(std::size_t bytes)
+void ShmManaged::attach(std::size_t bytes, Access access)
 {
     if (key == -1) // a valid key for shmget, and another system's segment
         return;
-    id = shmget(key, 0, kReadWriteForAll);
+    const bool writes = access == Access::readWrite;
+    id = shmget(key, 0, writes ? kReadWriteForAll : kReadForAll);
     if (id < 0)
         return;
-    address = shmat(id, nullptr, 0);
+    address = shmat(id, nullptr, writes ? 0 : SHM_RDONLY);
     if (reinterpret_cast<std::intptr_t>(address) == -1) {
         std::perror("shmat");
         address = nullptr;

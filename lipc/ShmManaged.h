@@ -2,6 +2,7 @@
 #pragma once
 
 #include "lipc/PopulatePages.h"
+#include "lipc/ShmKey.h"
 
 #include <cstddef>
 #include <sys/types.h>
@@ -21,8 +22,12 @@ public:
     void* address = nullptr; // where it is attached; null when it is absent or too small
 
 protected:
-    /// Attaches an existing segment of at least `bytes` bytes for reading and writing.
-    void attach(std::size_t bytes);
+    enum class Access { readWrite, readOnly };
+
+    /// For a key that is derived already.
+    explicit ShmManaged(key_t derived) : key(derived) {}
+    /// Attaches an existing segment of at least `bytes` bytes.
+    void attach(std::size_t bytes, Access access);
     void detach();
 };
 
@@ -32,13 +37,31 @@ protected:
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:
-    explicit ShmManagedOpen(const char* name) : ShmManaged(name) { attach(Layout::kSegmentBytes); }
+    explicit ShmManagedOpen(const char* name) : ShmManaged(name)
+    {
+        attach(Layout::kSegmentBytes, Access::readWrite);
+    }
     ~ShmManagedOpen() override { detach(); }
 
     /// The segment's contents, null when it is absent. Valid as long as this object is.
     Layout* contents() const { return static_cast<Layout*>(address); }
     /// For an operation that looks at all of it.
     void populate() const { populatePages(address, Layout::kSegmentBytes); }
+};
+
+/// The same for one who only looks: the system lets nothing be written through it, and the marker file stays
+/// as it is, or missing.
+template <typename Layout>
+class ShmManagedLook : public ShmManaged {
+public:
+    explicit ShmManagedLook(const char* name) : ShmManaged(existingShmKey(name))
+    {
+        attach(Layout::kSegmentBytes, Access::readOnly);
+    }
+    ~ShmManagedLook() override { detach(); }
+
+    /// The segment's contents, null when it is absent. Valid as long as this object is.
+    const Layout* contents() const { return static_cast<const Layout*>(address); }
 };
 
 } // namespace LIPC

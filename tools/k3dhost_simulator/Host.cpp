@@ -1,13 +1,16 @@
 #include "tools/k3dhost_simulator/Host.h"
 
 #include "lipc/SettingsRecord.h"
-#include "tools/k3dhost_simulator/Text.h"
+#include "tools/session_text/Text.h"
 
 #include <cstring>
 #include <utility>
 
 namespace K3DHostSimulator {
 namespace {
+
+using SessionText::printableBytes;
+using SessionText::printableNumber;
 
 constexpr std::chrono::seconds kForeignLookEvery{1};
 constexpr std::int32_t kVersionHostData = 0x0003'0001;

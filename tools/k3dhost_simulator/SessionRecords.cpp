@@ -1,6 +1,6 @@
 #include "tools/k3dhost_simulator/SessionRecords.h"
 
-#include "tools/k3dhost_simulator/AgentFields.h"
+#include "tools/session_text/AgentFields.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,6 +10,9 @@ namespace {
 
 // A text's type word belongs to the process that made it. Ours is no address, so that nobody can use it.
 constexpr std::uint64_t kTypeWord = 0x4B33'4448'4F53'5401;
+
+// What the agent's parameters hold before it has written them: none of its values.
+constexpr float kNothingWritten = -1.0F;
 
 void fillPattern(unsigned char* bytes, std::size_t count, unsigned seed)
 {
@@ -58,7 +61,7 @@ void registerClient(LIPC::ClientEntry& record, const Client& client)
     for (auto& text : record.strings)
         std::memcpy(static_cast<void*>(&text), &kTypeWord, sizeof kTypeWord);
     if (client.type == kSettingsType)
-        for (const auto& parameter : kAgentParameters)
+        for (const auto& parameter : SessionText::kAgentParameters)
             LIPC::storeShared(record.params[parameter.number], kNothingWritten);
     record.aux32 = 0x0A0B0C0D;
     record.auxA16 = 0x1A1B;

@@ -1,8 +1,8 @@
 #include "tools/k3dhost_simulator/WriteWatcher.h"
 
-#include "tools/k3dhost_simulator/AgentFields.h"
 #include "tools/k3dhost_simulator/SessionRecords.h"
-#include "tools/k3dhost_simulator/Text.h"
+#include "tools/session_text/AgentFields.h"
+#include "tools/session_text/Text.h"
 
 #include <algorithm>
 #include <bit>
@@ -10,6 +10,11 @@
 
 namespace K3DHostSimulator {
 namespace {
+
+using SessionText::kAgentParameters;
+using SessionText::printableBytes;
+using SessionText::printableNumber;
+using SessionText::printableUtf8;
 
 constexpr std::string_view kFacility = "Facility ";
 constexpr std::string_view kDefaultBus = "default bus ";

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace K3DHostSimulator {
+namespace SessionText {
 
 struct AgentParameter {
     int number; // in `LIPC::ClientEntry::params`
@@ -21,7 +21,7 @@ constexpr AgentParameter kAgentParameters[] = {
     {LIPC::ePhysMonConfig, "PhysMonConfig"},
 };
 
-/// What these parameters hold before the agent has written them: none of its values.
-constexpr float kNothingWritten = -1.0F;
+/// The text `LIPC::kFacilityString`.
+constexpr std::string_view kFacilityName = "Facility";
 
-} // namespace K3DHostSimulator
+} // namespace SessionText

@@ -1,0 +1,128 @@
+// The support engineer's tool beside the real agent and host, well and broken, in a world of its own.
+#include "tests/support/Process.h"
+#include "tests/system/World.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace Kest::Test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
+
+class InspectSystem : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(home(), "/tmp/home")
+            << "run this in a world of its own: tools/private_world " << KEST_PROGRAMS;
+        fs::remove_all(home());
+        fs::create_directories(home());
+        fs::create_directories(fs::path(kFacilities) / "Studio A");
+        startHost();
+        agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings-terminal")});
+        ASSERT_TRUE(agent->prints("Quit Kest Settings"));
+    }
+
+    void startHost()
+    {
+        host = std::make_unique<Process>(
+            std::vector<std::string>{program("k3dhost-simulator"), "--scenario", "-"});
+        tellHost("start", "host started");
+        tellHost("bus add bus-1 \"Dial\\x07og\"", "added");
+    }
+    void tellHost(const std::string& command, const std::string& answer)
+    {
+        host->say(command);
+        ASSERT_TRUE(host->prints(answer));
+    }
+    /// Runs the tool, which is to print these in this order, and to end so.
+    static void inspect(const std::string& command, int exitStatus, const std::vector<std::string>& lines)
+    {
+        Process tool({program("kest-inspect"), command});
+        for (const auto& line : lines)
+            EXPECT_TRUE(tool.prints(line)) << command;
+        EXPECT_EQ(tool.exitStatus(), exitStatus) << command;
+    }
+    std::string number(const Process& process) const { return "process " + std::to_string(process.pid()); }
+
+    std::unique_ptr<Process> host;
+    std::unique_ptr<Process> agent;
+};
+
+TEST_F(InspectSystem, FindsAllWellAndDisturbsNobody)
+{
+    agent->say("choose Monitoring Facility > Studio A");
+    ASSERT_TRUE(host->prints("Facility Studio A"));
+    inspect("doctor", 0,
+            {"ok     host             " + number(*host) + ", 64 bit",
+             "ok     agent            " + number(*agent),
+             "read by " + number(*agent) + " (kest-settings-terminal)", "ok     settings file", " 0 wrong"});
+    inspect("session", 0, {"KBUS  bus-1                Dial\\x07og", "PhysMonConfig", "Studio A"});
+
+    Process encoder(
+        {program("encoder-simulator"), "--output", "/tmp/out/Good/Good_Film.wav", "--seconds", "1"});
+    EXPECT_TRUE(agent->prints("Good_Film: 100%")) << "its pipe was disturbed";
+    tellHost("end", "host stopped");
+    EXPECT_FALSE(host->hasPrinted("FOREIGN WRITE"));
+}
+
+TEST_F(InspectSystem, WatchesUntilItIsTold)
+{
+    Process watch({program("kest-inspect"), "watch", "--interval", "20"});
+    ASSERT_TRUE(watch.prints("client KBUS bus-1 \"Dial\\x07og\" came"));
+    host->say("message -2");
+    ASSERT_TRUE(watch.prints("message -2 (Press play to relink)"));
+    agent->say("choose Speaker Configuration > Stereo");
+    ASSERT_TRUE(watch.prints("PhysMonConfig: 1 (Stereo)"));
+    host->say("bus rename bus-1 Speech");
+    ASSERT_TRUE(watch.prints("\"Speech\" renamed"));
+    host->say("start");
+    ASSERT_TRUE(watch.prints("host down"));
+    ASSERT_TRUE(watch.prints("host up"));
+    watch.signal(SIGINT);
+    EXPECT_EQ(watch.exitStatus(), 0);
+    EXPECT_EQ(Process({program("kest-inspect"), "watch", "--json", "--for", "1"}).exitStatus(), 0);
+    EXPECT_EQ(Process({program("kest-inspect"), "session", "--for", "1"}).exitStatus(), 2);
+}
+
+TEST_F(InspectSystem, FindsWhatIsBroken)
+{
+    fs::rename("/tmp/LIPC_LIPC_SESSION", "/tmp/kept");
+    fs::rename("/tmp/LIPC_LIPC_VERSION", "/tmp/kept_too");
+    inspect("session", 1, {"session: none"});
+    inspect("doctor", 1, {"wrong  host             " + number(*host) + " keeps a session that nobody finds"});
+    fs::rename("/tmp/kept", "/tmp/LIPC_LIPC_SESSION");
+    fs::rename("/tmp/kept_too", "/tmp/LIPC_LIPC_VERSION");
+    host->say("kill");
+    EXPECT_EQ(host->exitStatus(), 128 + SIGKILL);
+
+    {
+        Process other({"/bin/sh", "-c", "exec 3<" + std::string(kFifo) + "; echo ready; read line"});
+        ASSERT_TRUE(other.prints("ready"));
+        inspect("doctor", 1, {"wrong  encoders' pipe   " + std::string(kFifo) + " is read by"});
+    }
+    fs::remove(kFifo);
+    fs::create_directories(fs::path(kFifo) / "full"); // the agent cannot take it away
+    fs::create_directories(home() / "Library/Application Support/Kestronics");
+    writeFile(home() / "Library/Application Support/Kestronics/Kest-Settings.xml", "<PROPERTIES><VALUE");
+    inspect("doctor", 1,
+            {"wrong  host             " + number(*host) + " has ended", "wrong  encoders' pipe   ",
+             "wrong  settings file", " 3 wrong"});
+    agent->signal(SIGKILL);
+    agent->exitStatus();
+    fs::remove_all(kFifo);
+    startHost();
+    tellHost("end", "host stopped");
+    fs::remove_all(home() / "Library");
+    inspect("doctor", 0, {"note   host             none runs", "note   agent", " 0 wrong"});
+}
+
+} // namespace
+} // namespace Kest::Test

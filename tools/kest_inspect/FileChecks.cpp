@@ -1,0 +1,95 @@
+// What the agent keeps and finds in files.
+#include "backend/FileText.h"
+#include "backend/SettingsFileCheck.h"
+#include "backend/SettingsPlace.h"
+#include "tools/kest_inspect/Checks.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <unistd.h>
+
+namespace KestInspect {
+namespace {
+
+namespace fs = std::filesystem;
+using Kest::Settings::FileText;
+
+constexpr char kSettings[] = "settings file";
+constexpr char kFacilities[] = "facilities";
+constexpr char kLastUser[] = "last user";
+
+FileText read(const std::string& path)
+{
+    return Kest::Settings::readFile(path, Kest::Settings::kLongestSettings + 1);
+}
+
+bool isWhole(const FileText& file) { return file.error == 0 && Kest::Settings::isSettingsText(file.text); }
+
+// A save puts a new file in the place of the old one, whose own mode does not matter.
+bool canSave(const std::string& path) { return access(fs::path(path).parent_path().c_str(), W_OK) == 0; }
+
+Finding damagedSettings(const std::string& path)
+{
+    const bool hasCopy = isWhole(read(path + ".last"));
+    return wrong(kSettings, path + " is damaged",
+                 std::string("start the agent anew: it sets this file aside as .bad and goes on with ") +
+                     (hasCopy ? "its last good copy" : "the defaults"));
+}
+
+} // namespace
+
+Check checkSettings(const Surroundings& here)
+{
+    const auto path = Kest::Settings::settingsFileBehindLinks(here.paths.settingsFile());
+    const auto file = read(path);
+    if (file.error == ENOENT || file.error == ENOTDIR)
+        return ok(kSettings, "none yet, the defaults hold: " + path);
+    if (file.error != 0)
+        return wrong(kSettings, path + ": " + std::strerror(file.error), "let this user read it");
+    if (!isWhole(file))
+        return damagedSettings(path);
+    if (!canSave(path))
+        return wrong(kSettings, path + " cannot be replaced: no choice is kept",
+                     "let this user write its folder");
+    if (statusOf(path + ".bad"))
+        return note(kSettings, path + " is well; a damaged one lies beside it as .bad",
+                    "remove that once it has been looked at");
+    return ok(kSettings, path + ", " + std::to_string(file.text.size()) + " bytes");
+}
+
+Check checkFacilities(const Surroundings& here)
+{
+    const auto& path = here.paths.facilitiesFolder;
+    std::error_code failure;
+    int count = 0;
+    const fs::directory_iterator end;
+    for (fs::directory_iterator entry(path, failure); !failure && entry != end; entry.increment(failure)) {
+        std::error_code unknown;
+        count += entry->is_directory(unknown) ? 1 : 0;
+    }
+    if (failure && failure != std::errc::no_such_file_or_directory)
+        return wrong(kFacilities, path + ": " + failure.message(), "let this user read the folder");
+    if (count == 0)
+        return note(kFacilities, "none in " + path, "install the studio's rooms");
+    return ok(kFacilities, std::to_string(count) + " in " + path);
+}
+
+Check checkLastUser(const Surroundings& here)
+{
+    const auto& path = here.paths.lastUserMarker;
+    const auto status = statusOf(path);
+    const bool hasFolder = statusOf(fs::path(path).parent_path()).has_value();
+    if (!status)
+        return ok(kLastUser, hasFolder ? "none yet" : "not kept: there is no folder for " + path);
+    if (!S_ISREG(status->st_mode) || status->st_nlink != 1)
+        return wrong(kLastUser,
+                     path + " is " + kindOf(*status) + (S_ISREG(status->st_mode) ? " of two names" : ""),
+                     "remove it: the agent writes no such thing");
+    if (access(path.c_str(), W_OK) != 0)
+        return note(kLastUser, path + " is not for this user to write", "chmod 666 it");
+    const auto text = read(path).text;
+    return ok(kLastUser, text.substr(0, text.find('\n')));
+}
+
+} // namespace KestInspect

@@ -1,0 +1,96 @@
+#include "tools/kest_inspect/Reading.h"
+
+#include "lipc/SessionBuffer.h"
+#include "lipc/ShmManaged.h"
+#include "lipc/VersionBuffer.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace KestInspect {
+namespace {
+
+constexpr int kMostLooks = 5;
+// Time for a host that is in the middle of a name; a name takes it some nanoseconds.
+constexpr std::chrono::milliseconds kWriteTime{1};
+
+AgentRecord agentRecord(int slot, const LIPC::ClientEntry& copy)
+{
+    AgentRecord agent;
+    agent.slot = slot;
+    std::ranges::copy(copy.params, agent.parameters.begin());
+    std::ranges::transform(copy.strings, agent.texts.begin(), [](const auto& text) { return text.text(); });
+    return agent;
+}
+
+Session readSession(int segment, const LIPC::SessionBuffer& shared)
+{
+    Session session;
+    session.segment = segment;
+    for (int slot = 0; slot < LIPC::SessionBuffer::kSlots; ++slot) {
+        const auto& entry = shared.clients[slot];
+        // As the agent finds it: by its id alone, in the lowest slot.
+        const bool isAgent = !session.agent && entry.id.is(LIPC::kSettingsClientName);
+        if (!isAgent && LIPC::loadShared(entry.type) == 0)
+            continue;
+        const LIPC::ClientEntry copy(entry);
+        session.clients.push_back(
+            {slot, std::string(copy.id.text()), copy.type, std::string(copy.labelText())});
+        if (isAgent)
+            session.agent = agentRecord(slot, copy);
+    }
+    const LIPC::ClientID defaultBus(shared.defaultBus);
+    session.defaultBus = defaultBus.text();
+    return session;
+}
+
+Reading look(const Kest::Settings::SystemPaths& paths)
+{
+    Reading reading;
+    const LIPC::ShmManagedLook<LIPC::VersionBuffer> version(paths.versionSegment.c_str());
+    if (version.contents() != nullptr)
+        reading.versionWord = LIPC::loadShared(version.contents()->wordSize);
+    const LIPC::ShmManagedLook<LIPC::SessionBuffer> session(paths.sessionSegment.c_str());
+    if (session.contents() != nullptr)
+        reading.session = readSession(session.id, *session.contents());
+    return reading;
+}
+
+// Numbers are never torn, and may change all the time.
+bool namesAgree(const Reading& a, const Reading& b)
+{
+    if (!a.session || !b.session)
+        return a.session.has_value() == b.session.has_value();
+    const auto texts = [](const Session& session) {
+        return session.agent ? session.agent->texts : decltype(session.agent->texts){};
+    };
+    return a.session->clients == b.session->clients && a.session->defaultBus == b.session->defaultBus &&
+           texts(*a.session) == texts(*b.session);
+}
+
+} // namespace
+
+Reading readHost(const Kest::Settings::SystemPaths& paths)
+{
+    auto reading = look(paths);
+    for (int looks = 1; looks < kMostLooks; ++looks) {
+        if (!reading.session)
+            return reading;
+        std::this_thread::sleep_for(kWriteTime);
+        auto again = look(paths);
+        const bool agree = namesAgree(reading, again);
+        reading = std::move(again);
+        if (agree)
+            break;
+    }
+    return reading;
+}
+
+std::string labelOf(const Session& session, const std::string& id)
+{
+    const auto found = std::ranges::find(session.clients, id, &Client::id);
+    return found == session.clients.end() || id.empty() ? "" : found->label;
+}
+
+} // namespace KestInspect

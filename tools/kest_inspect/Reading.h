@@ -1,0 +1,52 @@
+// What stands in the host's segments at one moment, as values of our own.
+#pragma once
+
+#include "backend/SystemPaths.h"
+#include "lipc/ClientEntry.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KestInspect {
+
+struct Client {
+    int slot = 0; // 0 to 1023
+    std::string id;
+    std::int32_t type = 0;
+    std::string label; // Mac OS Roman, any bytes
+
+    bool operator==(const Client&) const = default;
+};
+
+/// The record "KestSettings".
+struct AgentRecord {
+    int slot = 0;
+    std::array<float, LIPC::ClientEntry::kParameters> parameters{};
+    std::array<std::string, LIPC::ClientEntry::kStrings>
+        texts; // UTF-8 if the agent wrote them, else any bytes
+};
+
+struct Session {
+    int segment = -1;            // the system's number; a host that has started anew has another one
+    std::vector<Client> clients; // in slot order: all with a type, and the agent's record
+    std::optional<AgentRecord> agent;
+    std::string defaultBus; // a client's id
+};
+
+struct Reading {
+    std::optional<std::int32_t> versionWord; // bits of the host; none without a version segment
+    std::optional<Session> session;          // none without a session segment that is long enough
+};
+
+/// Looks without leaving a trace: no marker file is made, nothing is written, nothing stays attached. The
+/// host writes names without a lock, so that a look is repeated until two in a row read the same names, some
+/// times at most.
+Reading readHost(const Kest::Settings::SystemPaths& paths);
+
+/// The label of the client with this id; empty when there is none.
+std::string labelOf(const Session& session, const std::string& id);
+
+} // namespace KestInspect

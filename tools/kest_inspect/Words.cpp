@@ -1,0 +1,62 @@
+#include "tools/kest_inspect/Words.h"
+
+#include "app/MacRoman.h"
+#include "app/StatusMessages.h"
+#include "app/Utf8.h"
+#include "backend/Backend.h"
+#include "lipc/Numeric.h"
+#include "tables/KestSettingsTables.h"
+#include "tools/session_text/AgentFields.h"
+
+#include <algorithm>
+
+namespace KestInspect {
+
+std::string_view parameterName(int number)
+{
+    if (number == LIPC::eHostMessage)
+        return "HostMessage";
+    const auto* found =
+        std::ranges::find(SessionText::kAgentParameters, number, &SessionText::AgentParameter::number);
+    return found == std::end(SessionText::kAgentParameters) ? "" : found->name;
+}
+
+std::string_view textName(int number)
+{
+    return number == LIPC::kFacilityString ? SessionText::kFacilityName : "";
+}
+
+std::string parameterMeaning(int number, float value)
+{
+    if (number == LIPC::eHostMessage)
+        return messageMeaning(LIPC::round(value));
+    if (number != LIPC::ePhysMonConfig)
+        return "";
+    const auto configuration = Kest::Settings::speakerConfigurationOfLayout(LIPC::round(value));
+    const auto name = Kest::Settings::sSpkrConf2Name.find(configuration);
+    return name == Kest::Settings::sSpkrConf2Name.end() ? "no such configuration" : name->second;
+}
+
+std::string messageMeaning(std::int32_t number)
+{
+    if (number == Kest::Settings::kMsgBusListChanged)
+        return "The bus list has changed";
+    const auto* message = Kest::App::statusMessage(number);
+    return message == nullptr ? "" : message->text;
+}
+
+std::string typeText(std::int32_t type)
+{
+    std::string letters;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        letters += static_cast<char>(static_cast<std::uint32_t>(type) >> shift & 0xFFU);
+    const bool areLetters =
+        std::ranges::all_of(letters, [](char letter) { return letter >= ' ' && letter <= '~'; });
+    return areLetters ? letters : std::to_string(type);
+}
+
+std::string nameInUtf8(std::string_view bytes) { return Kest::App::macRomanToUtf8(bytes); }
+
+std::string textInUtf8(std::string_view bytes) { return Kest::App::toUtf8(bytes); }
+
+} // namespace KestInspect

@@ -1,0 +1,49 @@
+// kest-inspect: the support engineer's look at the agent and its host. --help tells what it does.
+#include "tools/kest_inspect/Doctor.h"
+#include "tools/kest_inspect/Json.h"
+#include "tools/kest_inspect/Options.h"
+#include "tools/kest_inspect/PlainText.h"
+#include "tools/kest_inspect/Watch.h"
+
+#include <cstdio>
+
+using namespace KestInspect;
+
+namespace {
+
+const Kest::Settings::SystemPaths kPaths;
+
+void print(const std::string& text) { std::fputs(text.c_str(), stdout); }
+
+int showSession(bool json)
+{
+    const auto reading = readHost(kPaths);
+    print(json ? asJson(reading) : asText(reading));
+    return reading.session ? 0 : 1;
+}
+
+int callDoctor(bool json)
+{
+    const auto findings = examine(kPaths);
+    print(json ? asJson(findings) : asText(findings));
+    return isWell(findings) ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    int exitStatus = 0;
+    const auto options = parseOptions(argc, argv, exitStatus);
+    if (!options)
+        return exitStatus;
+    switch (options->command) {
+    case Options::Command::session:
+        return showSession(options->json);
+    case Options::Command::watch:
+        watch(kPaths, *options);
+        return 0;
+    case Options::Command::doctor:
+        return callDoctor(options->json);
+    }
+}
