@@ -97,6 +97,7 @@ Measured measure(const Watcher& watcher, const float& soloMode, int choices)
         const auto bytes = std::filesystem::file_size(settings);
         measured.saves.push_back(saveOnce(path, bytes, true));
         measured.unflushedSaves.push_back(saveOnce(path, bytes, false));
+        saveOnce(path, bytes, true); // or the next choice would wait for what was left to be written
     }
     std::filesystem::remove(path);
     return measured;
