@@ -31,7 +31,7 @@ bool isRunning(std::int32_t pid) { return pid > 0 && (kill(pid, 0) == 0 || errno
 
 const encodingStatus& EncodingTable::setPercentage(std::int32_t pid, std::int32_t percentage)
 {
-    auto& record = touch(pid);
+    auto& record = recordOf(pid);
     record.status.percentage = percentage;
     placeLast(record, percentage >= kFinished);
     makeRoom(pid);
@@ -40,30 +40,33 @@ const encodingStatus& EncodingTable::setPercentage(std::int32_t pid, std::int32_
 
 const encodingStatus& EncodingTable::setPath(std::int32_t pid, std::string_view path)
 {
-    auto& record = touch(pid);
+    auto& record = recordOf(pid);
     auto& status = record.status;
     bytesTaken -= bytesOf(status);
     status.path = path;
     status.name = displayName(path);
     status.nameText = status.name.c_str();
     bytesTaken += bytesOf(status);
+    placeLast(record, record.isOver);
     makeRoom(pid);
     return status;
 }
 
 const encodingStatus& EncodingTable::setType(std::int32_t pid, std::string_view type)
 {
-    auto& status = touch(pid).status;
+    auto& record = recordOf(pid);
+    auto& status = record.status;
     bytesTaken -= bytesOf(status);
     status.encType = type;
     bytesTaken += bytesOf(status);
+    placeLast(record, record.isOver);
     makeRoom(pid);
     return status;
 }
 
 const encodingStatus& EncodingTable::addError(std::int32_t pid)
 {
-    auto& record = touch(pid);
+    auto& record = recordOf(pid);
     --record.status.errorCount;
     placeLast(record, true);
     makeRoom(pid);
@@ -76,8 +79,7 @@ const encodingStatus* EncodingTable::find(std::int32_t pid) const
     return found == records.end() ? nullptr : &found->second.status;
 }
 
-// The record becomes the one heard of last.
-EncodingTable::Record& EncodingTable::touch(std::int32_t pid)
+EncodingTable::Record& EncodingTable::recordOf(std::int32_t pid)
 {
     const auto [found, isNew] = records.try_emplace(pid);
     auto& record = found->second;
@@ -85,12 +87,11 @@ EncodingTable::Record& EncodingTable::touch(std::int32_t pid)
         record.status.pid = pid;
         record.place = running.insert(running.end(), pid);
         bytesTaken += bytesOf(record.status);
-    } else {
-        placeLast(record, record.isOver);
     }
     return record;
 }
 
+// The record becomes the one heard of last.
 void EncodingTable::placeLast(Record& record, bool isOver)
 {
     auto& from = record.isOver ? over : running;

@@ -45,7 +45,7 @@ private:
         Order::iterator place; // in `over` or `running`
     };
 
-    Record& touch(std::int32_t pid);
+    Record& recordOf(std::int32_t pid);
     void placeLast(Record& record, bool isOver);
     void makeRoom(std::int32_t kept);
     std::int32_t oldest(std::int32_t kept);
