@@ -161,7 +161,21 @@ bool SettingsFile::save()
         report(path, "not saved", "its last good copy cannot be kept");
         return false;
     }
+    if (isInFile(unsaved)) { // at each start most choices are
+        unsaved.clear();
+        return true;
+    }
     return saveThroughStore(before) || giveUp(before);
+}
+
+bool SettingsFile::isInFile(juce::PropertySet& choices)
+{
+    const auto& wanted = choices.getAllProperties();
+    const auto& there = inFile.getAllProperties();
+    for (const auto& key : wanted.getAllKeys())
+        if (!there.containsKey(key) || there[key] != wanted[key])
+            return false;
+    return true;
 }
 
 bool SettingsFile::giveUp(Load before)
@@ -185,10 +199,7 @@ bool SettingsFile::saveThroughStore(Load before)
     auto saved = readSettings(path);
     if (!isWell(saved) || valuesOf(saved.text).getAllProperties() != wanted)
         return false;
-    if (before == Load::whole && saved.text == text)
-        unsaved.clear();
-    else
-        unsettled = Save{before, std::move(saved.text)};
+    unsettled = Save{before, std::move(saved.text)};
     return true;
 }
 

@@ -48,6 +48,7 @@ private:
     bool setAside();
     void useLastGood();
     bool save();
+    bool isInFile(juce::PropertySet& choices);
     bool saveThroughStore(Load before);
     bool giveUp(Load before);
     bool keepLastGood();
