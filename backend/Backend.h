@@ -133,8 +133,9 @@ private:
 
     // Settings store.
     const juce::PropertySet& userSettings() const;
-    void storeSetting(const char* key, const juce::var& value);
-    void publishParameter(int parameter, float value) const;
+    void applySetting(const char* key, const juce::var& value,
+                      const std::function<void(LIPC::ClientEntry&)>& tell);
+    void applyOption(const char* key, const juce::var& value, int parameter, float number);
     void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
 
     const SystemPaths systemPaths;

@@ -1,7 +1,9 @@
 #include "backend/EncodingTable.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 namespace Kest::Settings {
 namespace {
@@ -9,7 +11,6 @@ namespace {
 constexpr std::int32_t kFinished = 100; // per cent
 constexpr std::size_t kAllocatorBytes = 16;
 constexpr std::size_t kMapNodeBytes = 32;
-constexpr std::size_t kListNodeBytes = 24;
 constexpr int kMostProcessesAsked = 16;
 
 std::size_t heapBytes(const std::string& text)
@@ -33,15 +34,14 @@ const encodingStatus& EncodingTable::setPercentage(std::int32_t pid, std::int32_
 {
     auto& record = touch(pid);
     record.status.percentage = percentage;
-    placeLast(record, percentage >= kFinished);
+    record.isOver = percentage >= kFinished;
     makeRoom(pid);
     return record.status;
 }
 
 const encodingStatus& EncodingTable::setPath(std::int32_t pid, std::string_view path)
 {
-    auto& record = touch(pid);
-    auto& status = record.status;
+    auto& status = touch(pid).status;
     bytesTaken -= bytesOf(status);
     status.path = path;
     status.name = displayName(path);
@@ -65,7 +65,7 @@ const encodingStatus& EncodingTable::addError(std::int32_t pid)
 {
     auto& record = touch(pid);
     --record.status.errorCount;
-    placeLast(record, true);
+    record.isOver = true;
     makeRoom(pid);
     return record.status;
 }
@@ -76,59 +76,67 @@ const encodingStatus* EncodingTable::find(std::int32_t pid) const
     return found == records.end() ? nullptr : &found->second.status;
 }
 
-// The record becomes the one heard of last.
 EncodingTable::Record& EncodingTable::touch(std::int32_t pid)
 {
     const auto [found, isNew] = records.try_emplace(pid);
     auto& record = found->second;
+    record.heard = ++changes;
     if (isNew) {
         record.status.pid = pid;
-        record.place = running.insert(running.end(), pid);
         bytesTaken += bytesOf(record.status);
-    } else {
-        placeLast(record, record.isOver);
     }
     return record;
 }
 
-void EncodingTable::placeLast(Record& record, bool isOver)
+bool EncodingTable::isTooMuch(std::size_t tenthsOfBound) const
 {
-    auto& from = record.isOver ? over : running;
-    auto& to = isOver ? over : running;
-    to.splice(to.end(), from, record.place);
-    record.isOver = isOver;
+    return records.size() > 1 && (bytesTaken > mostBytes * tenthsOfBound / 10 ||
+                                  records.size() > kMostRecords * tenthsOfBound / 10);
 }
 
+// A tenth at once, so that looking for the oldest ones does not cost anything that counts.
 void EncodingTable::makeRoom(std::int32_t kept)
 {
-    while ((bytesTaken > mostBytes || records.size() > kMostRecords) && records.size() > 1)
-        forget(oldest(kept));
+    if (!isTooMuch(10))
+        return;
+    auto oldest = fromOldest();
+    // A few of those that still run are passed over at first.
+    int passedOver = 0;
+    for (auto& record : oldest) {
+        if (!isTooMuch(9))
+            return;
+        if (record->first == kept)
+            continue;
+        if (!record->second.isOver && passedOver < kMostProcessesAsked && isRunning(record->first))
+            ++passedOver;
+        else
+            forget(std::exchange(record, records.end()));
+    }
+    for (const auto record : oldest)
+        if (isTooMuch(9) && record != records.end() && record->first != kept)
+            forget(record);
 }
 
-std::int32_t EncodingTable::oldest(std::int32_t kept)
+std::vector<EncodingTable::Records::iterator> EncodingTable::fromOldest()
 {
-    if (!over.empty() && over.front() != kept)
-        return over.front();
-    // A few of those that still run are passed over, and are heard of last now.
-    for (int asked = 0; asked < kMostProcessesAsked && isRunning(running.front()); ++asked)
-        running.splice(running.end(), running, running.begin());
-    if (running.front() == kept)
-        running.splice(running.end(), running, running.begin());
-    return running.front();
+    std::vector<Records::iterator> all;
+    all.reserve(records.size());
+    for (auto record = records.begin(); record != records.end(); ++record)
+        all.push_back(record);
+    std::ranges::sort(
+        all, {}, [](const auto& record) { return std::pair(!record->second.isOver, record->second.heard); });
+    return all;
 }
 
-void EncodingTable::forget(std::int32_t pid)
+void EncodingTable::forget(Records::iterator record)
 {
-    const auto found = records.find(pid);
-    auto& record = found->second;
-    bytesTaken -= bytesOf(record.status);
-    (record.isOver ? over : running).erase(record.place);
-    records.erase(found);
+    bytesTaken -= bytesOf(record->second.status);
+    records.erase(record);
 }
 
 std::size_t EncodingTable::bytesOf(const encodingStatus& status)
 {
-    return sizeof(Record) + kMapNodeBytes + kListNodeBytes + 2 * kAllocatorBytes + heapBytes(status.encType) +
+    return sizeof(Record) + kMapNodeBytes + kAllocatorBytes + heapBytes(status.encType) +
            heapBytes(status.path) + heapBytes(status.name);
 }
 

@@ -4,15 +4,16 @@
 #include "backend/EncodingStatus.h"
 
 #include <cstddef>
-#include <list>
 #include <map>
 #include <string_view>
+#include <vector>
 
 namespace Kest::Settings {
 
-/// The whole history of a run. Only a flood meets the bound on its memory: then records are forgotten, first
-/// those of encodings that have finished or failed, then those whose process has gone, then any; of each kind
-/// the one that was last heard of longest ago. A record that is returned is valid until the next change.
+/// The whole history of a run. Only a flood meets the bound on its memory: then a tenth is forgotten, first
+/// the records of encodings that have finished or failed, then those whose process has gone, then any; of
+/// each kind those that were last heard of longest ago. A record that is returned is valid until the next
+/// change.
 class EncodingTable {
 public:
     /// Some 10,000 encodings as they are. With a menu of them the agent stays within 8 MB of what it was.
@@ -37,26 +38,24 @@ public:
     std::size_t bytes() const { return bytesTaken; }
 
 private:
-    using Order = std::list<std::int32_t>; // process ids, the one heard of longest ago in front
-
     struct Record {
         encodingStatus status;
+        std::uint64_t heard = 0; // the number of its last change
         bool isOver = false;
-        Order::iterator place; // in `over` or `running`
     };
+    using Records = std::map<std::int32_t, Record>;
 
     Record& touch(std::int32_t pid);
-    void placeLast(Record& record, bool isOver);
+    bool isTooMuch(std::size_t tenthsOfBound) const;
     void makeRoom(std::int32_t kept);
-    std::int32_t oldest(std::int32_t kept);
-    void forget(std::int32_t pid);
+    std::vector<Records::iterator> fromOldest();
+    void forget(Records::iterator record);
     static std::size_t bytesOf(const encodingStatus& status);
 
     const std::size_t mostBytes;
     std::size_t bytesTaken = 0;
-    std::map<std::int32_t, Record> records;
-    Order over;
-    Order running;
+    std::uint64_t changes = 0;
+    Records records;
 };
 
 } // namespace Kest::Settings

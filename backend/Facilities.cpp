@@ -26,8 +26,7 @@ juce::String Backend::getFacility() const { return userSettings().getValue(kFaci
 
 void Backend::setFacility(const juce::String& name)
 {
-    storeSetting(kFacilityKey, name);
-    withOwnRecord([&](LIPC::ClientEntry& own) {
+    applySetting(kFacilityKey, name, [&](LIPC::ClientEntry& own) {
         // The length in characters, not bytes: the host's other writers count the same way.
         own.strings[LIPC::kFacilityString].put(name.toRawUTF8(), name.length());
     });
@@ -45,8 +44,7 @@ void Backend::setPhysMonConfig(int speakerConfiguration)
     if (row == sSpkrConf2Layout.end())
         return;
     const auto layout = static_cast<int>(row->second);
-    storeSetting(kPhysMonConfigKey, layout);
-    publishParameter(LIPC::ePhysMonConfig, static_cast<float>(layout));
+    applyOption(kPhysMonConfigKey, layout, LIPC::ePhysMonConfig, static_cast<float>(layout));
 }
 
 } // namespace Kest::Settings

@@ -1,5 +1,6 @@
 #include "backend/FileText.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -71,10 +72,13 @@ FileText readFile(const std::string& path, std::size_t limit)
     if (!S_ISREG(status.st_mode))
         return {EINVAL, {}};
     FileText whole;
-    whole.text.resize(limit);
+    // Room for one byte more than there is, where the end is met; a file that grows meanwhile is read on.
+    const auto room = std::min(limit, static_cast<std::size_t>(status.st_size) + 1);
+    whole.text.resize(room);
     for (std::size_t done = 0;;) {
+        const auto size = whole.text.size();
         const auto count =
-            again([&] { return read(file.descriptor, whole.text.data() + done, limit - done); });
+            again([&] { return read(file.descriptor, whole.text.data() + done, size - done); });
         if (count < 0)
             return {errno, {}};
         done += static_cast<std::size_t>(count);
@@ -82,6 +86,8 @@ FileText readFile(const std::string& path, std::size_t limit)
             whole.text.resize(done);
             return whole;
         }
+        if (done == size)
+            whole.text.resize(std::min(limit, 2 * size));
     }
 }
 

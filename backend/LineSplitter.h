@@ -36,7 +36,11 @@ public:
     }
 
 private:
-    static bool isLineEnd(char c) { return c == '\n' || c == '\r' || c == '\0'; }
+    static bool isLineEnd(char c)
+    {
+        // All but a few bytes need one comparison.
+        return static_cast<unsigned char>(c) <= '\r' && (c == '\n' || c == '\r' || c == '\0');
+    }
 
     // One byte more than a line may have marks one that is too long, whatever follows.
     void keep(std::string_view piece) { begun.append(piece.substr(0, kLongestLine + 1 - begun.size())); }

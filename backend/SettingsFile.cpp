@@ -64,12 +64,14 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
 
 SettingsFile::~SettingsFile()
 {
-    if (unsaved.getAllProperties().size() > 0)
-        save();
+    settle();
+    if (unsaved.getAllProperties().size() > 0 && save())
+        settle();
 }
 
 const juce::PropertySet& SettingsFile::values()
 {
+    settle();
     if (!isLoaded)
         load();
     return unsaved;
@@ -77,13 +79,25 @@ const juce::PropertySet& SettingsFile::values()
 
 bool SettingsFile::keep(const char* key, const juce::var& value)
 {
-    if (!canBeKept(value.toString())) {
+    settle();
+    if (value.isString() && !canBeKept(value.toString())) {
         report(path, "not saved", "it cannot hold such a text");
         return false;
     }
     unsaved.setValue(key, value);
-    if (!save())
-        return false;
+    return save();
+}
+
+bool SettingsFile::settle()
+{
+    auto save = std::exchange(unsettled, std::nullopt);
+    if (!save)
+        return true;
+    if (!flushWithFolder(path))
+        return giveUp(save->before);
+    text = std::move(save->text);
+    inFile = valuesOf(text);
+    hasCopy = keepLastGood();
     unsaved.clear();
     return true;
 }
@@ -91,6 +105,10 @@ bool SettingsFile::keep(const char* key, const juce::var& value)
 SettingsFile::Load SettingsFile::load()
 {
     auto file = readSettings(path);
+    if (file.error == 0 && hasCopy && file.text == text) { // as it was left: nothing to check or to copy
+        isLoaded = true;
+        return Load::whole;
+    }
     if (file.error == 0 && !isSettingsText(file.text) && setAside())
         file = readSettings(path);
     isLoaded = isWell(file) || isMissing(file);
@@ -103,14 +121,13 @@ SettingsFile::Load SettingsFile::load()
     isReported = false;
     text = isMissing(file) ? std::string() : std::move(file.text);
     inFile = valuesOf(text);
-    if (isMissing(file))
-        return Load::missing;
-    hasCopy = keepLastGood();
-    return Load::whole;
+    hasCopy = !isMissing(file) && keepLastGood();
+    return isMissing(file) ? Load::missing : Load::whole;
 }
 
 void SettingsFile::useLastGood()
 {
+    hasCopy = false; // of what is in use now, and not of what was
     if (const auto copy = readSettings(lastGood); isWell(copy))
         inFile = valuesOf(copy.text);
 }
@@ -144,10 +161,25 @@ bool SettingsFile::save()
         report(path, "not saved", "its last good copy cannot be kept");
         return false;
     }
-    if (saveThroughStore(before)) {
-        keepLastGood();
+    if (isInFile(unsaved)) { // at each start most choices are
+        unsaved.clear();
         return true;
     }
+    return saveThroughStore(before) || giveUp(before);
+}
+
+bool SettingsFile::isInFile(juce::PropertySet& choices)
+{
+    const auto& wanted = choices.getAllProperties();
+    const auto& there = inFile.getAllProperties();
+    for (const auto& key : wanted.getAllKeys())
+        if (!there.containsKey(key) || there[key] != wanted[key])
+            return false;
+    return true;
+}
+
+bool SettingsFile::giveUp(Load before)
+{
     report(path, "not saved", putBack(before) ? "it is as it was" : "it is put right at the next start");
     return false;
 }
@@ -167,11 +199,7 @@ bool SettingsFile::saveThroughStore(Load before)
     auto saved = readSettings(path);
     if (!isWell(saved) || valuesOf(saved.text).getAllProperties() != wanted)
         return false;
-    if (before == Load::whole && saved.text == text)
-        return true;
-    if (!flushWithFolder(path))
-        return false;
-    text = std::move(saved.text);
+    unsettled = Save{before, std::move(saved.text)};
     return true;
 }
 
@@ -188,6 +216,7 @@ bool SettingsFile::putBack(Load before)
         return isMissing(now) || unlink(path.c_str()) == 0;
     if (now.error == 0 && now.text == text)
         return true;
+    hasCopy = false; // there is no other until the next look at the file
     return std::rename(lastGood.c_str(), path.c_str()) == 0 && flushWithFolder(path);
 }
 

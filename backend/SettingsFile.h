@@ -4,6 +4,7 @@
 
 #include <juce_data_structures/juce_data_structures.h>
 
+#include <optional>
 #include <string>
 
 namespace Kest::Settings {
@@ -26,19 +27,30 @@ public:
     /// What was chosen, saved or not. Of a file that cannot be read, what its last good copy says.
     const juce::PropertySet& values();
 
-    /// Saves a choice, and all that could not be saved before; true when all of it is on the disk. When not,
+    /// Saves a choice, and all that could not be saved before; true when the file has all of it. When not,
     /// the file stays as it was, and the choice lives until the agent ends; but text that the file cannot
     /// hold is refused.
     bool keep(const char* key, const juce::var& value);
 
+    /// The second half of saving, for when there is time: waits until what `keep` has saved is on the disk,
+    /// and makes it the last good copy. False when the disk refuses; then the file is as it was before.
+    bool settle();
+
 private:
     enum class Load { whole, missing, failed };
+
+    struct Save {
+        Load before;
+        std::string text;
+    };
 
     Load load();
     bool setAside();
     void useLastGood();
     bool save();
+    bool isInFile(juce::PropertySet& choices);
     bool saveThroughStore(Load before);
+    bool giveUp(Load before);
     bool keepLastGood();
     bool putBack(Load before);
 
@@ -49,7 +61,8 @@ private:
 
     std::string text; // of the file, when it was last read or saved
     bool isLoaded = false;
-    bool hasCopy = false;    // the last good copy is of the same text
+    bool hasCopy = false; // the last good copy is of the same text
+    std::optional<Save> unsettled;
     bool isReported = false; // that the file cannot be read
     juce::PropertySet inFile;
     juce::PropertySet unsaved; // goes before `inFile`

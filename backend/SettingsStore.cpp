@@ -19,7 +19,20 @@ constexpr char kLatencyCompensationControlKey[] = "LatencyCompensationControlSet
 
 const juce::PropertySet& Backend::userSettings() const { return settingsFile->values(); }
 
-void Backend::storeSetting(const char* key, const juce::var& value) { settingsFile->keep(key, value); }
+// The file first, then the host; waiting for the disk comes last, as it takes longer than both.
+void Backend::applySetting(const char* key, const juce::var& value,
+                           const std::function<void(LIPC::ClientEntry&)>& tell)
+{
+    settingsFile->keep(key, value);
+    withOwnRecord(tell);
+    settingsFile->settle();
+}
+
+void Backend::applyOption(const char* key, const juce::var& value, int parameter, float number)
+{
+    applySetting(key, value,
+                 [=](LIPC::ClientEntry& own) { LIPC::storeShared(own.params[parameter], number); });
+}
 
 void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
 {
@@ -32,25 +45,18 @@ void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write
         write(*own);
 }
 
-void Backend::publishParameter(int parameter, float value) const
-{
-    withOwnRecord([=](LIPC::ClientEntry& own) { LIPC::storeShared(own.params[parameter], value); });
-}
-
 int Backend::getSoloMode() const { return userSettings().getIntValue(kSoloModeKey, 0); }
 
 void Backend::setSoloMode(int mode)
 {
-    storeSetting(kSoloModeKey, mode);
-    publishParameter(LIPC::eSoloMode, static_cast<float>(mode));
+    applyOption(kSoloModeKey, mode, LIPC::eSoloMode, static_cast<float>(mode));
 }
 
 int Backend::getHdxAuxTrackDelay() const { return userSettings().getIntValue(kHdxAuxTrackDelayKey, 0); }
 
 void Backend::setHdxAuxTrackDelay(int choice)
 {
-    storeSetting(kHdxAuxTrackDelayKey, choice);
-    publishParameter(LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
+    applyOption(kHdxAuxTrackDelayKey, choice, LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
 }
 
 bool Backend::getDefaultPannerObjects() const
@@ -60,8 +66,7 @@ bool Backend::getDefaultPannerObjects() const
 
 void Backend::setDefaultPannerObjects(bool on)
 {
-    storeSetting(kDefaultPannerObjectsKey, on);
-    publishParameter(LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
+    applyOption(kDefaultPannerObjectsKey, on, LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
 }
 
 int Backend::getDAW_LinkControl() const
@@ -71,8 +76,7 @@ int Backend::getDAW_LinkControl() const
 
 void Backend::setDAW_LinkControl(int value)
 {
-    storeSetting(kDAWLinkControlKey, value);
-    publishParameter(LIPC::eDAWLinkControl, static_cast<float>(value));
+    applyOption(kDAWLinkControlKey, value, LIPC::eDAWLinkControl, static_cast<float>(value));
 }
 
 int Backend::getLatencyCompensationControl() const
@@ -83,8 +87,8 @@ int Backend::getLatencyCompensationControl() const
 
 void Backend::setLatencyCompensationControl(int value)
 {
-    storeSetting(kLatencyCompensationControlKey, value);
-    publishParameter(LIPC::eLatencyCompensationControl, static_cast<float>(value));
+    applyOption(kLatencyCompensationControlKey, value, LIPC::eLatencyCompensationControl,
+                static_cast<float>(value));
 }
 
 } // namespace Kest::Settings

@@ -25,10 +25,7 @@ constexpr auto kSettling = std::chrono::seconds(2);
 // Answers a program's calls while time passes.
 void wait(const Watcher& watcher, std::chrono::seconds time)
 {
-    const auto end = Clock::now() + time;
-    while (Clock::now() < end)
-        if (sd_bus_process(watcher.bus(), nullptr) == 0)
-            sd_bus_wait(watcher.bus(), 100'000);
+    watcher.waitFor([] { return false; }, time);
 }
 
 int start(int repeats, const Command& command)

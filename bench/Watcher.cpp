@@ -81,10 +81,22 @@ double Watcher::start(const std::vector<std::string>& command)
     itemName.clear();
     const auto begin = Clock::now();
     process = spawn(command);
-    while (process > 0 && itemName.empty() && Clock::now() - begin < std::chrono::seconds(10))
+    if (process > 0)
+        waitFor([this] { return !itemName.empty(); }, std::chrono::seconds(10));
+    return itemName.empty() ? -1 : milliseconds(registered - begin);
+}
+
+bool Watcher::waitFor(const std::function<bool()>& condition, Clock::duration atMost) const
+{
+    constexpr std::uint64_t kLookAgainAfterUs = 10'000; // conditions may hold without anything on the bus
+    const auto end = Clock::now() + atMost;
+    while (!condition()) {
+        if (Clock::now() >= end)
+            return false;
         if (sd_bus_process(connection, nullptr) == 0)
-            sd_bus_wait(connection, 100'000);
-    return itemName.empty() ? -1 : std::chrono::duration<double, std::milli>(registered - begin).count();
+            sd_bus_wait(connection, kLookAgainAfterUs);
+    }
+    return true;
 }
 
 void Watcher::end()
@@ -92,7 +104,11 @@ void Watcher::end()
     if (process <= 0)
         return;
     kill(process, SIGTERM);
-    waitpid(process, nullptr, 0);
+    const auto hasEnded = [this] { return waitpid(process, nullptr, WNOHANG) != 0; };
+    if (!waitFor(hasEnded, std::chrono::seconds(2))) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
     process = -1;
 }
 

@@ -1,15 +1,15 @@
 // The tray's side of the bus for the benchmarks: items register with it.
 #pragma once
 
-#include <chrono>
+#include "bench/Samples.h"
+
+#include <functional>
 #include <string>
 #include <sys/types.h>
 #include <systemd/sd-bus.h>
 #include <vector>
 
 namespace Kest::Bench {
-
-using Clock = std::chrono::steady_clock;
 
 /// Owns the watcher's name on the session bus while it lives.
 class Watcher {
@@ -21,7 +21,9 @@ public:
 
     /// Starts a program and waits for its registration: the milliseconds between, or -1 after ten seconds.
     double start(const std::vector<std::string>& command);
-    /// Ends what was started last.
+    /// Answers calls and takes signals until a condition holds; false when it does not in that time.
+    bool waitFor(const std::function<bool()>& condition, Clock::duration atMost) const;
+    /// Ends what was started last, by force when it does not end itself.
     void end();
     pid_t pid() const { return process; }
     /// The bus name of the item that registered last.

@@ -1,20 +1,24 @@
 #include "lipc/ClientEntry.h"
 
-#include <string>
-
 namespace LIPC {
+namespace {
+
+template <typename Number, std::size_t Count>
+std::array<Number, Count> loadAll(const std::array<Number, Count>& shared)
+{
+    std::array<Number, Count> numbers;
+    for (std::size_t n = 0; n < Count; ++n)
+        numbers[n] = loadShared(shared[n]);
+    return numbers;
+}
+
+} // namespace
 
 ClientEntry::ClientEntry(const ClientEntry& shared)
     : id(shared.id), type(loadShared(shared.type)), aux32(shared.aux32), auxA16(shared.auxA16),
-      auxB16(shared.auxB16)
+      auxB16(shared.auxB16), params(loadAll(shared.params)), strings(shared.strings)
 {
     std::memcpy(label, shared.label, sizeof label);
-    for (int n = 0; n < kParameters; ++n)
-        params[n] = loadShared(shared.params[n]);
-    for (int k = 0; k < kStrings; ++k) {
-        const std::string text(shared.strings[k].text());
-        strings[k].put(text.c_str(), static_cast<int>(text.size()));
-    }
 }
 
 std::string_view ClientEntry::labelText() const { return {label, strnlen(label, sizeof label)}; }

@@ -4,6 +4,7 @@
 #include "lipc/ClientID.h"
 #include "lipc/SHMString.h"
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -44,8 +45,8 @@ struct ClientEntry {
     std::uint32_t aux32 = 0;
     std::uint16_t auxA16 = 0;
     std::uint16_t auxB16 = 0;
-    float params[kParameters] = {};
-    SHMString strings[kStrings];
+    std::array<float, kParameters> params{};
+    std::array<SHMString, kStrings> strings;
 };
 
 static_assert(sizeof(ClientEntry) == 3376, "every slot behind the first would move");

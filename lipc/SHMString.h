@@ -18,6 +18,13 @@ class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
 
 public:
+    SHMArray() : slots{} {}
+    /// A snapshot of one that its owner may be changing: its valid text, published as the first one of an
+    /// empty object would be. What lies behind the texts is left as it is: copying is most of a snapshot's
+    /// cost.
+    SHMArray(const SHMArray& shared);
+    SHMArray& operator=(const SHMArray&) = delete;
+
     /// Publishes a NUL-terminated text. `length` is the caller's count of its characters: from `Length` + 1
     /// on the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit. A text of exactly `Length`
     /// bytes fills its slot, and its terminator falls on the byte behind the slot.
@@ -30,10 +37,21 @@ public:
 private:
     // Belongs to the run-time type of the process that made the object; means nothing to any other process.
     std::uint64_t typeWord = 0;
-    Character slots[Slots * Length] = {};
+    Character slots[Slots * Length];
     std::int32_t current = 0;
     std::int32_t padding = 0;
 };
+
+template <typename Character, std::size_t Length, std::size_t Slots>
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init,hicpp-member-init): the slots, on purpose
+SHMArray<Character, Length, Slots>::SHMArray(const SHMArray& shared) : current(1)
+{
+    const auto text = shared.text();
+    slots[0] = 0;
+    std::memcpy(slots + Length, text.data(), text.size());
+    if (text.size() < Length)
+        slots[Length + text.size()] = 0;
+}
 
 template <typename Character, std::size_t Length, std::size_t Slots>
 void SHMArray<Character, Length, Slots>::put(const Character* text, int length)

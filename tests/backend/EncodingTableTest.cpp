@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
 #include <unistd.h>
 
@@ -24,36 +25,43 @@ TEST(EncodingTable, KeepsEveryRecordOfARealRun)
     EXPECT_EQ(table.find(1)->path, "/Volumes/Out/Reel_1/Reel_Mix_Print.wav");
 }
 
-TEST(EncodingTable, ForgetsTheOldestThatIsOverBeforeAnyThatRuns)
+TEST(EncodingTable, ForgetsTheOldestThatAreOverBeforeAnyThatRun)
 {
     const auto perRecord = [] {
         EncodingTable one;
         one.setPath(1, kPath);
         return one.bytes();
     }();
-    EncodingTable table(4 * perRecord);
-    const int gone = INT_MAX; // no process has this id
-    for (const int pid : {getpid(), gone, 1, gone - 1})
+    EncodingTable table(20 * perRecord); // three go at once
+    const int gone = INT_MAX;            // no process has this id
+    for (int i = 0; i < 16; ++i)
+        table.setPath(gone - i, kPath);
+    for (const int pid : {getpid(), 1, 2, 3})
         table.setPath(pid, kPath);
-    table.setPercentage(1, 100);
-    table.addError(gone - 1);
-    table.setPercentage(1, 100); // heard of again
-    const std::pair<int, int> steps[] = {{1000000001, gone - 1}, {1000000002, 1}, {1000000003, gone}};
-    for (const auto& [added, forgotten] : steps) {
-        table.setPath(added, kPath);
-        EXPECT_EQ(table.find(forgotten), nullptr) << forgotten;
-        EXPECT_EQ(table.size(), 4u);
+    for (const int pid : {1, 2, 3, 1}) // 1 is heard of again
+        table.setPercentage(pid, 100);
+    table.addError(gone - 9);
+    table.setPath(gone - 1, kPath);
+    const std::array<int, 4> forgotten[] = {
+        {2, 3, 1, gone - 9}, {gone - 9, gone, gone - 2, gone - 3}, {gone - 3, gone - 4, gone - 5, gone - 1}};
+    for (int added = 1000000001; const auto& [first, second, third, isKept] : forgotten) {
+        for (const int pid : {first, second, third})
+            EXPECT_NE(table.find(pid), nullptr) << pid;
+        while (table.find(first) != nullptr)
+            table.setPath(added++, kPath);
+        for (const int pid : {second, third})
+            EXPECT_EQ(table.find(pid), nullptr) << pid;
+        EXPECT_NE(table.find(isKept), nullptr) << isKept;
     }
-    table.setPercentage(1000000003, 100); // over, and the only one
-    for (int pid = 1000000004; pid < 1000100000; ++pid) {
+    for (int pid = 1000000100; pid < 1000100000; ++pid) {
         table.setType(pid, kPath);
         ASSERT_NE(table.find(pid), nullptr);
-        ASSERT_LE(table.bytes(), 4 * perRecord);
+        ASSERT_LE(table.bytes(), 20 * perRecord);
     }
     ASSERT_NE(table.find(getpid()), nullptr) << "which runs";
     EXPECT_EQ(table.find(getpid())->path, kPath);
 
-    table.setPath(7, std::string(10 * perRecord, 'p'));
+    table.setPath(7, std::string(50 * perRecord, 'p'));
     EXPECT_EQ(table.size(), 1u) << "one record is kept whatever its size";
 }
 

@@ -78,8 +78,8 @@ TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsSlotAlone)
         auto wanted = sessionBytes();
         const auto value = static_cast<float>(choice.stored);
         std::memcpy(&wanted[slot], &value, sizeof value);
-        float slotAtSaving = 0;
-        beforeRename = [&] { slotAtSaving = session.floatAt(slot); };
+        std::optional<float> slotAtSaving; // the first time: the last good copy comes later
+        beforeRename = [&] { slotAtSaving = slotAtSaving.value_or(session.floatAt(slot)); };
 
         choice.set(*backend, choice.chosen);
         EXPECT_EQ(slotAtSaving, -99) << choice.key << " was not saved before the host knew";

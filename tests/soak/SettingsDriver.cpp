@@ -73,7 +73,8 @@ int choose(const std::string& folder, const char* limit)
         setrlimit(RLIMIT_FSIZE, &most);
     }
     [[maybe_unused]] const auto written = write(STDOUT_FILENO, kBegin, std::strlen(kBegin));
-    return Store(folder).file.keep(kKey, 2) ? 0 : kNotSaved;
+    Store store(folder);
+    return store.file.keep(kKey, 2) && store.file.settle() ? 0 : kNotSaved;
 }
 
 std::string verdict(const fs::path& folder, std::size_t bytes, int status)
