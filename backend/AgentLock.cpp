@@ -43,7 +43,7 @@ int AgentLock::holder() const
     std::array<char, 16> text{};
     if (file < 0 || pread(file, text.data(), text.size() - 1, 0) <= 0)
         return 0;
-    return std::atoi(text.data());
+    return static_cast<int>(std::strtol(text.data(), nullptr, 10));
 }
 
 AgentLock::~AgentLock()

@@ -18,6 +18,7 @@ class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
 
 public:
+    // NOLINTNEXTLINE(modernize-use-default-member-init): the other constructor leaves them as they are
     SHMArray() : slots{} {}
     /// A snapshot of one that its owner may be changing: its valid text, published as the first one of an
     /// empty object would be. What lies behind the texts is left as it is: copying is most of a snapshot's
