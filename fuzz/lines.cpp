@@ -7,6 +7,7 @@
 
 #include <array>
 #include <climits>
+#include <cstring>
 
 namespace {
 

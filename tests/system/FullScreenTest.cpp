@@ -7,7 +7,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <string>
 
 namespace Kest::Test {
