@@ -47,13 +47,12 @@ struct RandomHand {
             [&] { item.setState(upTo(1) == 0); },
             [&] { item.setEnabled(upTo(1) == 0); },
             [&] { item.setHidden(upTo(1) == 0); },
-            [&] { item.setTag(upTo(3)); },
             [&] {
                 item.setView({"name", std::to_string(upTo(2)) + "%"});
             },
             [&] { refill(menu); },
         };
-        acts[upTo(8)]();
+        acts[upTo(7)]();
     }
 
     MenuModel& model;
@@ -138,7 +137,6 @@ TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
             hand.actOn(model.statusMenu());
         const auto now = takeSnapshot(model);
         const auto difference = diff(shown, now);
-        EXPECT_EQ(difference.isEmpty(), shown == now) << round;
         expectSame(model.takeChanges(), difference, shown, now);
         apply(difference, now, shown);
         EXPECT_EQ(shown, now) << round;

@@ -150,9 +150,6 @@ public:
         case 3:
             rebuild(menu);
             break;
-        case 4:
-            item->setTag(static_cast<int>(upTo(100000)));
-            break;
         case 5:
             item->setHidden(upTo(1) == 0);
             break;

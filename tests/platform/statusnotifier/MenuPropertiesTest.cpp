@@ -37,7 +37,7 @@ TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
     auto& plain = add({.title = "B", .view = {}});
     model.takeChanges();
     greyed.setEnabled(true);
-    plain.setTag(9);
+    plain.setState(true); // it has no mark
     const auto updates = itemUpdates(model.takeChanges(), model);
     ASSERT_EQ(updates.size(), 1U);
     EXPECT_THAT(updates[0].removed, ElementsAre("enabled"));
