@@ -6,6 +6,7 @@
 #include <utility>
 
 namespace Kest::App {
+
 void MenuJournal::noteItem(ItemId id, const ItemBefore& before)
 {
     if (id > lastKnown)
