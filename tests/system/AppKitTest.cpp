@@ -77,13 +77,6 @@ TEST_F(AppKitProgram, EndsInOrderWhenItIsAskedTo)
 
 TEST_F(AppKitProgram, SaysInOneLineWhyItDoesNotStart)
 {
-    start();
-    Process second({program("kest-settings-appkit")});
-    EXPECT_TRUE(second.prints("Kest Settings is already running."));
-    EXPECT_EQ(second.exitStatus(), 0);
-    agent->signal(SIGTERM);
-    EXPECT_EQ(agent->exitStatus(), 0);
-
     Process unseen({"/usr/bin/env", "-u", "DISPLAY", program("kest-settings-appkit")});
     EXPECT_TRUE(unseen.prints("No screen"));
     EXPECT_EQ(unseen.exitStatus(), 1);
