@@ -2,7 +2,10 @@
 
 #include <juce_core/juce_core.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -28,7 +31,20 @@ std::string agentLockFile(const std::string& settingsFolder)
 
 AgentLock::AgentLock(const std::string& settingsFolder)
     : file(openLockFile(settingsFolder)), heldByAnother(isTaken(file))
-{}
+{
+    if (file < 0 || heldByAnother)
+        return;
+    if (ftruncate(file, 0) == 0)
+        dprintf(file, "%d\n", getpid());
+}
+
+int AgentLock::holder() const
+{
+    std::array<char, 16> text{};
+    if (file < 0 || pread(file, text.data(), text.size() - 1, 0) <= 0)
+        return 0;
+    return std::atoi(text.data());
+}
 
 AgentLock::~AgentLock()
 {

@@ -22,6 +22,9 @@ public:
     /// be written must not keep the agent from running.
     bool isHeldByAnother() const { return heldByAnother; }
 
+    /// The process that has the lock, as it wrote into the file; 0 when that is not known.
+    int holder() const;
+
 private:
     const int file; // -1 when it cannot be made
     const bool heldByAnother;

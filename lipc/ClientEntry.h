@@ -45,7 +45,7 @@ struct ClientEntry {
     std::uint32_t aux32 = 0;
     std::uint16_t auxA16 = 0;
     std::uint16_t auxB16 = 0;
-    std::array<float, kParameters> params{};
+    float params[kParameters] = {};
     std::array<SHMString, kStrings> strings;
 };
 

@@ -48,7 +48,7 @@ SHMArray<Character, Length, Slots>::SHMArray(const SHMArray& shared) : current(1
 {
     const auto text = shared.text();
     slots[0] = 0;
-    std::memcpy(slots + Length, text.data(), text.size());
+    text.copy(slots + Length, text.size()); // an empty one has no place
     if (text.size() < Length)
         slots[Length + text.size()] = 0;
 }

@@ -12,7 +12,7 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
-        std::printf("Kest Settings is already running.\n");
+        std::printf("Kest Settings is already running (process %d).\n", lock.holder());
         return 0;
     }
     return agent(paths);

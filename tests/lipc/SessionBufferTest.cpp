@@ -57,7 +57,7 @@ void expectFilled(const LIPC::ClientEntry& client)
     EXPECT_EQ(client.auxB16, 0x7788u);
     for (int n = 0; n < 128; ++n)
         EXPECT_EQ(client.params[n], static_cast<float>(n) + 0.5F);
-    for (int k = 0; k < 10; ++k)
+    for (std::size_t k = 0; k < 10; ++k)
         EXPECT_EQ(client.strings[k].text(), "text " + std::to_string(k));
 }
 
@@ -76,7 +76,7 @@ TEST_F(SessionBuffer, ReadsAndWritesTheBytesThatTheHostDoes)
     client.auxB16 = 0x7788;
     for (int n = 0; n < 128; ++n)
         client.params[n] = static_cast<float>(n) + 0.5F;
-    for (int k = 0; k < 10; ++k)
+    for (std::size_t k = 0; k < 10; ++k)
         client.strings[k].put(("text " + std::to_string(k)).c_str(), 6);
     EXPECT_TRUE(record(1022) == record(1023));
 
