@@ -14,7 +14,7 @@ class RandomHand {
 public:
     explicit RandomHand(App::MenuModel& ofModel) : model(ofModel) {}
 
-    static constexpr int kMostItems = 8; // of each menu, so that its submenus get items too
+    static constexpr int kMostItems = 20; // of each menu, so that its submenus get items too
 
     int upTo(int most) { return std::uniform_int_distribution(0, most)(random); }
     void change() { changeIn(model.statusMenu()); }
@@ -50,7 +50,10 @@ private:
             return changeIn(*item.submenu());
         const std::function<void()> acts[] = {
             [&] { menu.removeItem(item); },
-            [&] { menu.insertItem(menu.removeItem(item), upTo(count - 1)); },
+            [&] {
+                if (item.submenu() == nullptr) // nothing moves a menu with its item
+                    menu.insertItem(menu.removeItem(item), upTo(count - 1));
+            },
             [&] {
                 if (item.properties().action == App::Action::none && !item.properties().separator)
                     item.setSubmenu(std::make_unique<App::Menu>(model));
@@ -62,7 +65,7 @@ private:
                 item.setView({"Film é", std::to_string(upTo(2)) + "%"});
             },
             [&] {
-                if (upTo(2) == 0) // seldom: with each one the submenus go
+                if (upTo(9) == 0) // seldom: with each one the submenus go
                     rebuild(menu);
             },
         };
