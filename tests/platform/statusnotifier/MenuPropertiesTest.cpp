@@ -1,8 +1,6 @@
 // What a panel is told of the menu, without a bus.
 #include "platform/statusnotifier/MenuProperties.h"
 
-#include "platform/statusnotifier/DesktopWorkspace.h"
-
 #include <gmock/gmock.h>
 
 namespace Kest::StatusNotifier {
@@ -41,11 +39,6 @@ TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
     const auto updates = itemUpdates(model.takeChanges(), model);
     ASSERT_EQ(updates.size(), 1U);
     EXPECT_THAT(updates[0].removed, ElementsAre("enabled"));
-}
-
-TEST(FileUri, EscapesWhatAnAddressMayNotHold)
-{
-    EXPECT_EQ(fileUri("/Out put/50%/é"), "file:///Out%20put/50%25/%C3%A9");
 }
 
 } // namespace
