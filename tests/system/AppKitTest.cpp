@@ -1,9 +1,6 @@
 // The real agent with AppKit's menu on a screen of its own, worked with the pointer.
 #include "tests/support/Eventually.h"
-#include "tests/support/Process.h"
 #include "tests/system/World.h"
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <memory>
@@ -11,14 +8,11 @@
 namespace Kest::Test {
 namespace {
 
-constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
-
-class AppKitProgram : public testing::Test {
+class AppKitProgram : public World {
 protected:
     void SetUp() override
     {
-        std::filesystem::remove_all(home() / "Library");
-        std::filesystem::create_directories(std::string(kFacilities) + "/Studio A");
+        World::SetUp();
         std::filesystem::create_directories(std::string(kFacilities) + "/Studio B");
     }
     void start()
@@ -56,8 +50,8 @@ TEST_F(AppKitProgram, TakesChoicesFromTheMenuAndFromASubmenuThatIsMadeUpAsItOpen
     start();
     EXPECT_TRUE(chooses(press(7), "DAWLinkControlSetting", "1"));
     std::filesystem::create_directories(std::string(kFacilities) + "/Annex");
-    // The stale choice is the second of four: Annex, Standard-Surround, Studio A, Studio B.
-    EXPECT_TRUE(chooses(row(4) + "mousedown 1 sleep 0.5 " + row(4, true) + "sleep 0.2 mouseup 1", "Facility",
+    // The stale choice is the second of four: Annex, Standard-Surround, Studio B, Studio_A.
+    EXPECT_TRUE(chooses(row(4) + "mousedown 1 sleep 0.5 " + row(3, true) + "sleep 0.2 mouseup 1", "Facility",
                         "Studio B"));
 }
 
