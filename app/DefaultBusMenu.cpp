@@ -3,7 +3,6 @@
 #include "app/MacRoman.h"
 #include "backend/Backend.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace Kest::App {

@@ -10,7 +10,6 @@ namespace Kest::App {
 struct MenuDifference {
     std::vector<ItemId> changedItems;  // in both, with other properties; from the top down
     std::vector<ItemId> reshapedMenus; // items came, went or moved; named by their owner's id
-    bool isEmpty() const { return changedItems.empty() && reshapedMenus.empty(); }
 };
 
 /// Items are the same when their ids are. An item that came or went is told of by its menu alone.

@@ -27,7 +27,6 @@ void MenuItem::change(Value ItemProperties::*property, Value to)
 }
 
 template void MenuItem::change(bool ItemProperties::*, bool);
-template void MenuItem::change(int ItemProperties::*, int);
 template void MenuItem::change(std::optional<EntryView> ItemProperties::*, std::optional<EntryView>);
 
 void MenuItem::noteBefore(MenuJournal& journal) const

@@ -32,7 +32,6 @@ public:
     void setState(bool on) { change(&ItemProperties::on, on); }
     void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
     void setHidden(bool hidden) { change(&ItemProperties::hidden, hidden); }
-    void setTag(int tag) { change(&ItemProperties::tag, tag); }
     void setView(const EntryView& view) { change(&ItemProperties::view, std::optional(view)); }
     void setSubmenu(std::unique_ptr<Menu> menu);
 

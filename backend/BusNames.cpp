@@ -3,7 +3,6 @@
 #include "lipc/SessionBuffer.h"
 #include "lipc/ShmManaged.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace Kest::Settings {

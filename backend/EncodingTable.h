@@ -4,6 +4,7 @@
 #include "backend/EncodingStatus.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string_view>
 #include <vector>

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <sys/types.h>
 #include <vector>

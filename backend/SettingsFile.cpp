@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <unistd.h>
+#include <utility>
 
 namespace Kest::Settings {
 namespace {

@@ -24,7 +24,8 @@ public:
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
-    /// What was chosen, saved or not. Of a file that cannot be read, what its last good copy says.
+    /// What was chosen, saved or not. Of a file that cannot be read, what its last good copy says. Waits for
+    /// the disk when a `keep` was not settled.
     const juce::PropertySet& values();
 
     /// Saves a choice, and all that could not be saved before; true when the file has all of it. When not,
@@ -39,8 +40,9 @@ public:
 private:
     enum class Load { whole, missing, failed };
 
+    /// What the store has saved and the disk has not confirmed.
     struct Save {
-        Load before;
+        Load before; // what there was, to be put back
         std::string text;
     };
 
@@ -63,8 +65,8 @@ private:
     bool isLoaded = false;
     bool hasCopy = false; // the last good copy is of the same text
     std::optional<Save> unsettled;
-    bool isReported = false; // that the file cannot be read
-    juce::PropertySet inFile;
+    bool isReported = false;   // that the file cannot be read
+    juce::PropertySet inFile;  // the values of the file, or of its last good copy
     juce::PropertySet unsaved; // goes before `inFile`
 };
 

@@ -67,7 +67,7 @@ int idOf(const std::vector<Label>& menu, const std::string& text)
 std::vector<Label> changedLabels(sd_bus_message* signal)
 {
     std::vector<Label> labels;
-    if (!isMenuSignal(signal, "ItemsPropertiesUpdated"))
+    if (sd_bus_message_is_signal(signal, kMenuInterface, "ItemsPropertiesUpdated") <= 0)
         return labels;
     sd_bus_message_enter_container(signal, 'a', "(ia{sv})");
     while (sd_bus_message_enter_container(signal, 'r', "ia{sv}") > 0) {
@@ -77,11 +77,6 @@ std::vector<Label> changedLabels(sd_bus_message* signal)
         sd_bus_message_exit_container(signal);
     }
     return labels;
-}
-
-bool isMenuSignal(sd_bus_message* signal, const char* name)
-{
-    return sd_bus_message_is_signal(signal, kMenuInterface, name) > 0;
 }
 
 } // namespace Kest::Bench

@@ -22,6 +22,4 @@ int idOf(const std::vector<Label>& menu, const std::string& text);
 /// The texts that a signal tells of; none unless it is an ItemsPropertiesUpdated.
 std::vector<Label> changedLabels(sd_bus_message* signal);
 
-bool isMenuSignal(sd_bus_message* signal, const char* name);
-
 } // namespace Kest::Bench

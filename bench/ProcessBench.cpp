@@ -1,9 +1,11 @@
 // Figures of whole programs with an item in the tray. Each line that is printed is a name and a number.
 //
-//   process_bench start REPEATS PROGRAM...     the median of the milliseconds from its start to its
-//   registration process_bench memory SECONDS PROGRAM...    its memory in MB, so long after its start
-//   process_bench idle SECONDS PROGRAM...      its CPU milliseconds and wake-ups in that time, after two
-//   seconds
+//   process_bench start REPEATS PROGRAM...
+//       the median of the milliseconds from its start to its registration
+//   process_bench memory SECONDS PROGRAM...
+//       its memory in MB, so long after its start
+//   process_bench idle SECONDS PROGRAM...
+//       its CPU milliseconds and wake-ups in that time, after two seconds
 #include "bench/ProcessFigures.h"
 #include "bench/Watcher.h"
 

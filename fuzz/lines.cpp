@@ -7,6 +7,7 @@
 
 #include <array>
 #include <climits>
+#include <cstring>
 
 namespace {
 
@@ -44,7 +45,7 @@ bool fits(const char* text)
     return errno == 0 && value >= INT_MIN && value <= INT_MAX;
 }
 
-/// The record that one line makes or changes; false when the line is out of all bounds.
+/// Makes or changes the record that one line is about; nothing when the line or its value is over-long.
 void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
 {
     static std::array<char, LineSplitter::kLongestLine + 1> text;

@@ -7,6 +7,7 @@
 #include "lipc/SettingsRecord.h"
 
 #include <algorithm>
+#include <cstring>
 #include <set>
 #include <vector>
 

@@ -1,3 +1,4 @@
+// The Mac's way of waiting for the disk.
 #include "backend/FileText.h"
 
 #include <fcntl.h>

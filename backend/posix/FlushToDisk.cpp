@@ -1,3 +1,4 @@
+// Systems on which fsync waits for the disk.
 #include "backend/FileText.h"
 
 #include <unistd.h>

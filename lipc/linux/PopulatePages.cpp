@@ -1,3 +1,4 @@
+// Linux maps pages ahead since 5.14.
 #include "lipc/PopulatePages.h"
 
 #include <sys/mman.h>
@@ -7,8 +8,7 @@ namespace LIPC {
 void populatePages(void* address, std::size_t bytes)
 {
     if (address != nullptr)
-        madvise(address, bytes,
-                MADV_POPULATE_READ); // a system that does not know it says so, and that is all
+        madvise(address, bytes, MADV_POPULATE_READ); // an older system refuses, and that is all
 }
 
 } // namespace LIPC

@@ -1,8 +1,8 @@
+// Systems without a call that maps pages ahead.
 #include "lipc/PopulatePages.h"
 
 namespace LIPC {
 
-// Systems without a call for it.
 void populatePages(void*, std::size_t) {}
 
 } // namespace LIPC

@@ -1,3 +1,4 @@
+// GNUstep's main thread: no dispatch library, and a screen that may be missing.
 #import "platform/appkit/MainThread.h"
 
 #include <cstdio>
@@ -37,7 +38,6 @@ int runApplication(int, const char**)
     return 0;
 }
 
-// There is no dispatch library.
 void callOnMainThread(void (*function)(void*), void* context)
 {
     @autoreleasepool { // the thread may have none

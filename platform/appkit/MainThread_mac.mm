@@ -1,3 +1,4 @@
+// The Mac's main thread, with its main queue.
 #import "platform/appkit/MainThread.h"
 
 #include <dispatch/dispatch.h>

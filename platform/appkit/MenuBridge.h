@@ -4,7 +4,6 @@
 #include "app/MenuModel.h"
 
 #import <AppKit/AppKit.h>
-#include <vector>
 
 namespace Kest::AppKit {
 

@@ -1,3 +1,4 @@
+// The Mac's own items can do all that is wanted.
 #import "platform/appkit/MenuItemClass.h"
 
 namespace Kest::AppKit {

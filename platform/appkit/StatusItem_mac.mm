@@ -1,3 +1,4 @@
+// The Mac's status bar.
 #import "platform/appkit/StatusItem.h"
 
 namespace Kest::AppKit {

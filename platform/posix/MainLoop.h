@@ -34,6 +34,7 @@ public:
     static void setLastAct(void (*act)());
     /// Main thread. Returns when asked to quit; jobs that are left are dropped.
     void run();
+    /// Main thread; `run` returns when the work at hand is done.
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }
 

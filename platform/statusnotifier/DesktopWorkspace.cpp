@@ -13,8 +13,7 @@ int onFileManagerAnswered(sd_bus_message* answer, void* workspace, sd_bus_error*
     return 0;
 }
 
-} // namespace
-
+// A path as a "file:" address; everything but letters, digits and "-._~/" is escaped.
 std::string fileUri(const std::string& path)
 {
     constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
@@ -27,6 +26,8 @@ std::string fileUri(const std::string& path)
     }
     return uri;
 }
+
+} // namespace
 
 void DesktopWorkspace::selectFile(const std::string& folder)
 {

@@ -25,7 +25,4 @@ private:
     std::string pendingFolder;
 };
 
-/// A path as a "file:" address; everything but letters, digits and "-._~/" is escaped.
-std::string fileUri(const std::string& path);
-
 } // namespace Kest::StatusNotifier

@@ -21,6 +21,18 @@ std::optional<int> percentOf(const std::string& text)
     return std::clamp(value, 0, 100);
 }
 
+// "[####......]  42%" for a percentage; `width` is that of the bar's inside. Empty for no percentage.
+std::string progressBar(const std::string& percentage, int width, Glyphs glyphs)
+{
+    const auto percent = percentOf(percentage);
+    if (!percent)
+        return {};
+    const int done = *percent * width / 100;
+    const auto number = std::to_string(*percent) + "%";
+    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
+           std::string(4 - number.size(), ' ') + number;
+}
+
 std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
 {
     const auto& seen = *item.properties;
@@ -42,17 +54,6 @@ std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, G
     const std::string pointer = isSelected ? "> " : "  ";
     const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.below() : "  ";
     return pointer + labelText(item, width - 4, glyphs) + arrow;
-}
-
-std::string progressBar(const std::string& percentage, int width, Glyphs glyphs)
-{
-    const auto percent = percentOf(percentage);
-    if (!percent)
-        return {};
-    const int done = *percent * width / 100;
-    const auto number = std::to_string(*percent) + "%";
-    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
-           std::string(4 - number.size(), ' ') + number;
 }
 
 } // namespace Kest::Terminal

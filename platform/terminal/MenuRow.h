@@ -12,7 +12,4 @@ namespace Kest::Terminal {
 /// below it. An encoding has its progress as a bar behind its name.
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
 
-/// "[####......]  42%" for a percentage; `width` is that of the bar's inside. Empty for no percentage.
-std::string progressBar(const std::string& percentage, int width, Glyphs glyphs);
-
 } // namespace Kest::Terminal

@@ -78,7 +78,7 @@ void addReshape(const App::MenuItem* owner, const App::MenuReshape& reshape, con
             lines.push_back("added " + above + printable(itemName(came)) + differenceText(kPlain, came));
 }
 
-// Of some changes, such as a tag's, nothing is seen here.
+// Of some changes, such as a submenu's coming, nothing is seen here.
 void addChange(const ItemProperties& before, const App::MenuItem& item, std::vector<std::string>& lines)
 {
     const auto text = differenceText(before, item.properties());

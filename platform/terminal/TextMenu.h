@@ -8,8 +8,8 @@
 
 namespace Kest::Terminal {
 
-/// Text of another process as it may be sent to a terminal: control characters become
-/// "?", and bytes that are no text U+FFFD.
+/// Text of another process as it may be sent to a terminal: control characters become "?", and bytes that are
+/// no text U+FFFD.
 std::string printable(const std::string& text);
 
 /// How an item is called in paths: its title, or the name of its encoding.

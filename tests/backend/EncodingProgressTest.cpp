@@ -49,26 +49,6 @@ TEST_F(EncodingProgress, IsReadFromLinesCutAnywhereAndOfAnyLineEnd)
     EXPECT_EQ(backend->getEncodingStatus(4711).errorCount, 0);
 }
 
-TEST_F(EncodingProgress, ComesFromSeveralWritersAtOnce)
-{
-    start();
-    std::vector<std::thread> writers;
-    for (int pid = 1; pid <= 4; ++pid)
-        writers.emplace_back([this, pid] {
-            const Encoder encoder(fifo);
-            for (int i = 0; i < 200; ++i)
-                encoder.write(progress(pid, i) + '\n');
-        });
-    for (auto& writer : writers)
-        writer.join();
-
-    int next[5] = {};
-    for (const auto& message : heard(800)) {
-        const int pid = message[message.find(' ') + 1] - '0';
-        EXPECT_EQ(message, std::to_string(next[pid]++) + " " + std::to_string(pid) + " null");
-    }
-}
-
 TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
 {
     start();

@@ -5,19 +5,14 @@
 #include "lipc/SessionBuffer.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
+#include "tests/support/Process.h"
 
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <random>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): macOS declares none
 
 namespace {
 
@@ -25,40 +20,6 @@ using namespace std::chrono_literals;
 constexpr int kSeed = 4711;
 constexpr auto kMonitorPeriod = 200us;
 constexpr auto kDeadline = 10s; // for a host to come up
-
-class Host {
-public:
-    explicit Host(const char* simulator)
-    {
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        pipe2(commands, O_CLOEXEC);
-        posix_spawn_file_actions_adddup2(&actions, commands[0], STDIN_FILENO);
-        for (const int output : {STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
-        std::string words[] = {simulator, "--scenario", "-"};
-        char* const arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
-        posix_spawn(&process, simulator, &actions, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&actions);
-        constexpr char kScenario[] = "start\nbus add bus-1 Dialog\n";
-        [[maybe_unused]] const auto written = write(commands[1], kScenario, sizeof kScenario - 1);
-    }
-    ~Host()
-    {
-        kill(process, SIGKILL);
-        waitpid(process, nullptr, 0);
-        close(commands[0]);
-        close(commands[1]);
-    }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-
-    pid_t pid() const { return process; }
-
-private:
-    pid_t process = -1;
-    int commands[2] = {};
-};
 
 class Session : public LIPC::ShmManagedOpen<LIPC::SessionBuffer> {
 public:
@@ -101,7 +62,8 @@ int main(int count, char** words)
     for (int i = 1; i <= kills; ++i) {
         backend.setSoloMode(-1); // into what the last host has left
         const int before = Session().id;
-        const Host host(words[1]);
+        const Kest::Test::Process host({words[1], "--scenario", "-"});
+        host.say("start\nbus add bus-1 Dialog");
         const bool killedWhileStarting = i % 4 == 0;
         if (!killedWhileStarting) {
             const bool up = isReplaced(before);
@@ -113,7 +75,7 @@ int main(int count, char** words)
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 4000);
         std::thread killer([&] {
             std::this_thread::sleep_until(end);
-            kill(host.pid(), SIGKILL);
+            host.signal(SIGKILL);
         });
         std::vector<std::string> names;
         while (std::chrono::steady_clock::now() < end + 1ms) {

@@ -1,11 +1,11 @@
 // One start and one choice, to be killed, starved and lied to by those who trace it; and the look afterwards
 // at what is left.
 //
-//   soak-settings prepare FOLDER BYTES [cut]   a settings file of about that size, with SoloMode 1; or cut
-//   short,
-//                                              beside its last good copy
-//   soak-settings choose FOLDER [LIMIT]        SoloMode 2; 0: saved, 3: not; no file may grow beyond LIMIT
-//   bytes soak-settings verdict FOLDER BYTES [STATUS]
+//   soak-settings prepare FOLDER BYTES [cut]
+//       a settings file of about that size, with SoloMode 1; or cut short, beside its last good copy
+//   soak-settings choose FOLDER [LIMIT]
+//       SoloMode 2, where no file may grow beyond LIMIT bytes; the exit status is 0 when saved, 3 when not
+//   soak-settings verdict FOLDER BYTES STATUS [cut]
 //       says "old" or "new", or what is wrong, given the status of `choose`; then prepares the folder again
 #include "backend/SettingsFile.h"
 #include "backend/SystemPaths.h"

@@ -1,7 +1,6 @@
 // A real process under test: its lines as they come, what it is told, and how it ends.
 #pragma once
 
-#include <chrono>
 #include <mutex>
 #include <string>
 #include <sys/types.h>

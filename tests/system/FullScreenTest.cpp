@@ -1,13 +1,9 @@
 // The agent full screen in a real terminal emulator (tmux), driven by keys and judged by what stands on it.
 #include "tests/support/Eventually.h"
-#include "tests/support/Process.h"
 #include "tests/system/World.h"
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <string>
 
 namespace Kest::Test {
@@ -104,14 +100,8 @@ private:
     std::string modes;
 };
 
-class FullScreen : public testing::Test {
+class FullScreen : public World {
 protected:
-    void SetUp() override
-    {
-        ASSERT_EQ(home(), "/tmp/home") << "run this in a world of its own";
-        std::filesystem::remove_all(home());
-        std::filesystem::create_directories(home());
-    }
     void startAgent(const std::string& environment = "")
     {
         terminal.command("clear; " + environment + " " + agent);

@@ -1,8 +1,5 @@
 // The support engineer's tool beside the real agent and host, well and broken, in a world of its own.
-#include "tests/support/Process.h"
 #include "tests/system/World.h"
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
@@ -14,33 +11,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
-
-class InspectSystem : public testing::Test {
+class InspectSystem : public SimulatedStudio {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(home(), "/tmp/home")
-            << "run this in a world of its own: tools/private_world " << KEST_PROGRAMS;
-        fs::remove_all(home());
-        fs::create_directories(home());
-        fs::create_directories(fs::path(kFacilities) / "Studio A");
+        World::SetUp();
+        startHostWithBus();
+        startAgent();
+    }
+    void startHostWithBus()
+    {
         startHost();
-        agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings-terminal")});
-        ASSERT_TRUE(agent->prints("Quit Kest Settings"));
-    }
-
-    void startHost()
-    {
-        host = std::make_unique<Process>(
-            std::vector<std::string>{program("k3dhost-simulator"), "--scenario", "-"});
-        tellHost("start", "host started");
         tellHost("bus add bus-1 \"Dial\\x07og\"", "added");
-    }
-    void tellHost(const std::string& command, const std::string& answer)
-    {
-        host->say(command);
-        ASSERT_TRUE(host->prints(answer));
     }
     /// Runs the tool, which is to print these in this order, and to end so.
     static void inspect(const std::string& command, int exitStatus, const std::vector<std::string>& lines)
@@ -51,20 +33,17 @@ protected:
         EXPECT_EQ(tool.exitStatus(), exitStatus) << command;
     }
     std::string number(const Process& process) const { return "process " + std::to_string(process.pid()); }
-
-    std::unique_ptr<Process> host;
-    std::unique_ptr<Process> agent;
 };
 
 TEST_F(InspectSystem, FindsAllWellAndDisturbsNobody)
 {
-    agent->say("choose Monitoring Facility > Studio A");
-    ASSERT_TRUE(host->prints("Facility Studio A"));
+    choose("Monitoring Facility > Studio_A");
+    ASSERT_TRUE(host->prints("Facility Studio_A"));
     inspect("doctor", 0,
             {"ok     host             " + number(*host) + ", 64 bit",
              "ok     agent            " + number(*agent),
              "read by " + number(*agent) + " (kest-settings-terminal)", "ok     settings file", " 0 wrong"});
-    inspect("session", 0, {"KBUS  bus-1                Dial\\x07og", "PhysMonConfig", "Studio A"});
+    inspect("session", 0, {"KBUS  bus-1                Dial\\x07og", "PhysMonConfig", "Studio_A"});
 
     Process encoder(
         {program("encoder-simulator"), "--output", "/tmp/out/Good/Good_Film.wav", "--seconds", "1"});
@@ -79,7 +58,7 @@ TEST_F(InspectSystem, WatchesUntilItIsTold)
     ASSERT_TRUE(watch.prints("client KBUS bus-1 \"Dial\\x07og\" came"));
     host->say("message -2");
     ASSERT_TRUE(watch.prints("message -2 (Press play to relink)"));
-    agent->say("choose Speaker Configuration > Stereo");
+    choose("Speaker Configuration > Stereo");
     ASSERT_TRUE(watch.prints("PhysMonConfig: 1 (Stereo)"));
     host->say("bus rename bus-1 Speech");
     ASSERT_TRUE(watch.prints("\"Speech\" renamed"));
@@ -118,7 +97,7 @@ TEST_F(InspectSystem, FindsWhatIsBroken)
     agent->signal(SIGKILL);
     agent->exitStatus();
     fs::remove_all(kFifo);
-    startHost();
+    startHostWithBus();
     tellHost("end", "host stopped");
     fs::remove_all(home() / "Library");
     inspect("doctor", 0, {"note   host             none runs", "note   agent", " 0 wrong"});

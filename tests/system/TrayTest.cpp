@@ -1,9 +1,6 @@
 // The real tray agent on a session bus of its own, seen by a panel that this test plays.
 #include "tests/support/Eventually.h"
-#include "tests/support/Process.h"
 #include "tests/system/World.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
@@ -204,17 +201,8 @@ private:
     sd_bus* bus = nullptr;
 };
 
-class Tray : public testing::Test {
+class Tray : public World {
 protected:
-    void SetUp() override
-    {
-        ASSERT_STREQ(std::getenv("HOME"), "/tmp/home")
-            << "run this in a world of its own: tools/private_world";
-        fs::remove_all("/tmp/home");
-        fs::create_directories("/tmp/home");
-        fs::remove_all(kFacilities);
-        fs::create_directories(fs::path(kFacilities) / "Studio_A");
-    }
     void startAgent()
     {
         agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings")});
@@ -230,9 +218,11 @@ protected:
     {
         int pipe = -1;
         EXPECT_TRUE(eventually([&] {
-            pipe = open("/tmp/kest_settings_enc_progress_fifo", O_WRONLY | O_CLOEXEC);
+            pipe =
+                open(kFifo, O_WRONLY | O_NONBLOCK | O_CLOEXEC); // nobody reads what a killed agent has left
             return pipe >= 0;
         }));
+        fcntl(pipe, F_SETFL, 0);
         EXPECT_EQ(write(pipe, lines.data(), lines.size()), static_cast<ssize_t>(lines.size()));
         close(pipe);
     }

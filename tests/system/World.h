@@ -1,15 +1,20 @@
-// What the tests of the real programs know of the private world that they run in.
+// What the tests of the real programs know of the private world that they run in, and how they come into it.
 #pragma once
 
+#include "tests/support/Process.h"
 #include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace Kest::Test {
 
 constexpr char kFacilities[] = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
+constexpr char kFifo[] = "/tmp/kest_settings_enc_progress_fifo";
 
 inline std::string program(const std::string& name) { return std::string(KEST_PROGRAMS) + "/" + name; }
 
@@ -25,5 +30,43 @@ inline bool hasSetting(const std::string& name, const std::string& value)
 {
     return settings().find("name=\"" + name + "\" val=\"" + value + "\"") != std::string::npos;
 }
+
+/// A fresh home, and one facility.
+class World : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(home(), "/tmp/home") << "run this in a world of its own: tools/private_world";
+        std::filesystem::remove_all(home());
+        std::filesystem::create_directories(home());
+        std::filesystem::remove_all(kFacilities);
+        std::filesystem::create_directories(std::filesystem::path(kFacilities) / "Studio_A");
+    }
+};
+
+/// With the simulated host and the agent as processes, once they are started.
+class SimulatedStudio : public World {
+protected:
+    void startHost(const std::string& how = "start")
+    {
+        host = std::make_unique<Process>(
+            std::vector<std::string>{program("k3dhost-simulator"), "--scenario", "-"});
+        tellHost(how, "host started");
+    }
+    void tellHost(const std::string& command, const std::string& answer)
+    {
+        host->say(command);
+        ASSERT_TRUE(host->prints(answer));
+    }
+    void startAgent()
+    {
+        agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings-terminal")});
+        ASSERT_TRUE(agent->prints("Quit Kest Settings"));
+    }
+    void choose(const std::string& path) const { agent->say("choose " + path); }
+
+    std::unique_ptr<Process> host;
+    std::unique_ptr<Process> agent;
+};
 
 } // namespace Kest::Test

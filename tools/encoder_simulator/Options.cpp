@@ -1,7 +1,6 @@
 #include "tools/encoder_simulator/Options.h"
 
 #include <charconv>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

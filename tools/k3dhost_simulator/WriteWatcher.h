@@ -4,7 +4,6 @@
 #include "lipc/SessionBuffer.h"
 #include "tools/k3dhost_simulator/SettledText.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <string_view>

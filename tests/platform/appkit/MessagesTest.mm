@@ -37,18 +37,6 @@ TEST(Messages, OfTwoThreadsAreShownWhileTheMenuIsWorkedOn)
     EXPECT_EQ(agent.menuLines(), agent.modelLines());
 }
 
-TEST(Messages, BeforeTheEndOfLaunchingAreNotLost)
-{
-    AppKitAgent agent;
-    agent.delegate.awakeFromNib();
-    std::thread([&] { msg_from_backend_callback(&agent.delegate, 42, 4711, "Film_Mix_Prt"); }).join();
-    EXPECT_TRUE(agent.pumpUntil([&] { return agent.entry(4711) != nullptr; }));
-    EXPECT_EQ(agent.item("Default Bus/Main Bus"), nil);
-    agent.delegate.applicationDidFinishLaunching();
-    EXPECT_TRUE(agent.pumpUntil([&] { return agent.item("Default Bus/Main Bus") != nil; }));
-    EXPECT_EQ(agent.menuLines(), agent.modelLines());
-}
-
 TEST(Jobs, RunInOrderAlsoWhileAMenuOrAPanelIsOpen)
 {
     for (NSString* mode in AppKit::workingModes()) {

@@ -13,15 +13,6 @@ namespace {
 
 using namespace Kest;
 
-TEST(MainLoop, EndsOnEachOfTheEndingSignals)
-{
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        Posix::MainLoop loop;
-        loop.post([signal] { raise(signal); });
-        loop.run(); // comes back
-    }
-}
-
 TEST(MainLoop, EndsTheProcessAtOnceOnASecondEndingSignal)
 {
     const auto endTwice = [] {

@@ -1,8 +1,6 @@
 // What a panel is told of the menu, without a bus.
 #include "platform/statusnotifier/MenuProperties.h"
 
-#include "platform/statusnotifier/DesktopWorkspace.h"
-
 #include <gmock/gmock.h>
 
 namespace Kest::StatusNotifier {
@@ -37,15 +35,10 @@ TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
     auto& plain = add({.title = "B", .view = {}});
     model.takeChanges();
     greyed.setEnabled(true);
-    plain.setTag(9);
+    plain.setState(true); // it has no mark
     const auto updates = itemUpdates(model.takeChanges(), model);
     ASSERT_EQ(updates.size(), 1U);
     EXPECT_THAT(updates[0].removed, ElementsAre("enabled"));
-}
-
-TEST(FileUri, EscapesWhatAnAddressMayNotHold)
-{
-    EXPECT_EQ(fileUri("/Out put/50%/é"), "file:///Out%20put/50%25/%C3%A9");
 }
 
 } // namespace

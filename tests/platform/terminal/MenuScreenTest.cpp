@@ -142,16 +142,6 @@ TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
     }
 }
 
-TEST_F(MenuScreenTest, LongMenusTellWhichPartIsSeen)
-{
-    Items items;
-    for (ItemId id = 1; id <= 20; ++id)
-        items.push_back(plainLeaf(id, "item"));
-    screen.show(statusMenu(items), 0);
-    press(Key::end);
-    EXPECT_THAT(line(0), HasSubstr(" 16-20 of 20"));
-}
-
 TEST(MenuRow, NamesInWordsWhatColoursTell)
 {
     const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true, .view = {}});

@@ -28,6 +28,7 @@ TEST(TextFrontEnd, TakesChoicesAndTellsWhatChangesUntilItIsToldToQuit)
         place.folder / "script",
         "choose Restart Host Service\nchoose Solo Mode > Exclusive (XOR)\r\nchoose Solo Mode\n"
         "choose Encoding History > Clear History\nchoose \x1B[2J\n"
+        "choose Speaker Configuration > Mono\nopen Latency Compensation\n" // hidden
         "open Monitoring Facility\nchoose Monitoring Facility > Ann? > ex\nopen DAW Link "
         "Control\nfrobnicate\n" +
             std::string(8192, 'x') + "quit\n\n  menu  \nquit\nfrobnicate\n");
@@ -42,6 +43,8 @@ TEST(TextFrontEnd, TakesChoicesAndTellsWhatChangesUntilItIsToldToQuit)
               "\"Solo Mode\" is a submenu: open it, or choose one of its items\n"
               "\"Clear History\" is greyed\n"
               "no item \"?[2J\" in the menu\n"
+              "no item \"Mono\" in Speaker Configuration\n"
+              "no item \"Latency Compensation\" in the menu\n"
               "\"DAW Link Control\" is not a submenu\n"
               "unknown command \"frobnicate\"; \"help\" lists what there is\n"
               "a line of more than 4096 bytes is no command\n");

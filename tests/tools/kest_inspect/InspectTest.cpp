@@ -70,14 +70,6 @@ TEST_F(Inspect, LooksWithoutATrace)
     EXPECT_TRUE(before == std::string(reinterpret_cast<const char*>(raw.bytes()), RawSegment::kSessionBytes));
 }
 
-TEST_F(Inspect, TakesNoSegmentThatIsTooSmall)
-{
-    const RawSegment version(place.paths.versionSegment, 7);
-    const RawSegment session(place.paths.sessionSegment, RawSegment::kSessionBytes - 1);
-    const auto reading = readHost(place.paths);
-    EXPECT_FALSE(reading.versionWord || reading.session);
-}
-
 TEST_F(Inspect, TellsAnyBytesAsTextAndAsJson)
 {
     auto& raw = place.startHost();

@@ -1,0 +1,79 @@
+// Changes of a menu at random, of every kind that the application makes.
+#pragma once
+
+#include "app/MenuModel.h"
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+namespace Kest::Test {
+
+/// Adds, removes, moves and changes items of a model, any number of levels deep; the same ones in each run.
+class RandomHand {
+public:
+    explicit RandomHand(App::MenuModel& ofModel) : model(ofModel) {}
+
+    static constexpr int kMostItems = 20; // of each menu, so that its submenus get items too
+
+    int upTo(int most) { return std::uniform_int_distribution(0, most)(random); }
+    void change() { changeIn(model.statusMenu()); }
+
+private:
+    std::unique_ptr<App::MenuItem> newItem()
+    {
+        const bool separator = upTo(9) == 0;
+        const auto title = separator ? std::string() : "Item " + std::to_string(upTo(8));
+        const auto action = separator || upTo(1) == 0 ? App::Action::none : App::Action::setFacility;
+        return std::make_unique<App::MenuItem>(App::ItemProperties{
+            .title = title, .action = action, .red = upTo(4) == 0, .separator = separator, .view = {}});
+    }
+    // As the bus menu is: gone and made anew, with most of its items the same.
+    void rebuild(App::Menu& menu)
+    {
+        std::vector<App::SharedProperties> kept;
+        for (const auto& item : menu.itemArray())
+            if (upTo(9) != 0)
+                kept.push_back(item->sharedProperties());
+        std::ranges::shuffle(kept, random);
+        menu.removeAllItems();
+        for (const auto& properties : kept)
+            menu.addItem(std::make_unique<App::MenuItem>(properties));
+    }
+    void changeIn(App::Menu& menu)
+    {
+        const int count = menu.numberOfItems();
+        if (count == 0 || (count < kMostItems && upTo(3) == 0))
+            return (void)menu.insertItem(newItem(), upTo(count));
+        auto& item = *menu.itemArray()[static_cast<std::size_t>(upTo(count - 1))];
+        if (item.submenu() != nullptr && upTo(3) > 0)
+            return changeIn(*item.submenu());
+        const std::function<void()> acts[] = {
+            [&] { menu.removeItem(item); },
+            [&] {
+                if (item.submenu() == nullptr) // nothing moves a menu with its item
+                    menu.insertItem(menu.removeItem(item), upTo(count - 1));
+            },
+            [&] {
+                if (item.properties().action == App::Action::none && !item.properties().separator)
+                    item.setSubmenu(std::make_unique<App::Menu>(model));
+            },
+            [&] { item.setState(upTo(1) == 0); },
+            [&] { item.setEnabled(upTo(1) == 0); },
+            [&] { item.setHidden(upTo(1) == 0); },
+            [&] {
+                item.setView({"Film é", std::to_string(upTo(2)) + "%"});
+            },
+            [&] {
+                if (upTo(9) == 0) // seldom: with each one the submenus go
+                    rebuild(menu);
+            },
+        };
+        acts[upTo(7)]();
+    }
+
+    App::MenuModel& model;
+    std::mt19937 random{20260301};
+};
+
+} // namespace Kest::Test
