@@ -6,6 +6,7 @@
 #include "backend/SystemPaths.h"
 #include "log/Log.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -173,10 +174,9 @@ bool SettingsFile::isInFile(juce::PropertySet& choices)
 {
     const auto& wanted = choices.getAllProperties();
     const auto& there = inFile.getAllProperties();
-    for (const auto& key : wanted.getAllKeys())
-        if (!there.containsKey(key) || there[key] != wanted[key])
-            return false;
-    return true;
+    return std::ranges::all_of(wanted.getAllKeys(), [&](const auto& key) {
+        return there.containsKey(key) && there[key] == wanted[key];
+    });
 }
 
 bool SettingsFile::giveUp(Load before)

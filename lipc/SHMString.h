@@ -18,7 +18,6 @@ class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
 
 public:
-    // NOLINTNEXTLINE(modernize-use-default-member-init): the other constructor leaves them as they are
     SHMArray() : slots{} {}
     /// A snapshot of one that its owner may be changing: its valid text, published as the first one of an
     /// empty object would be. What lies behind the texts is left as it is: copying is most of a snapshot's
@@ -38,7 +37,7 @@ public:
 private:
     // Belongs to the run-time type of the process that made the object; means nothing to any other process.
     std::uint64_t typeWord = 0;
-    Character slots[Slots * Length];
+    Character slots[Slots * Length]; // NOLINT(modernize-use-default-member-init): a snapshot leaves them
     std::int32_t current = 0;
     std::int32_t padding = 0;
 };
