@@ -24,8 +24,8 @@ std::string encodingTitle(std::int32_t percentage, const std::string& descriptio
 /// all references outlive it.
 class EncodingHistoryMenu {
 public:
-    /// More than a year of them; only a flood of process ids meets it. Then the oldest ones go, a hundred at
-    /// once: those that are over first.
+    /// As many as the Backend has records; only a flood of process ids meets it. Then the oldest ones go, a
+    /// hundred at once: those that are over first.
     static constexpr int kMostEncodings = 10'000;
 
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop)

@@ -167,7 +167,7 @@ MenuItem* MenuModel::itemWithId(ItemId id) const
 
 bool MenuModel::hasManyChanges() const
 {
-    constexpr std::size_t kMany = 2000; // some 100 kB, and more than anything does but a flood
+    constexpr std::size_t kMany = 2000; // less than 1 MB of notes; only a flood makes more
     return journal.notes() > kMany;
 }
 
