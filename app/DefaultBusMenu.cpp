@@ -2,8 +2,7 @@
 
 #include "app/MacRoman.h"
 #include "backend/Backend.h"
-
-#include <cstdio>
+#include "log/Output.h"
 
 namespace Kest::App {
 namespace {
@@ -18,10 +17,10 @@ void DefaultBusMenu::refreshBusList()
     backend.getKestBusNamesList(names);
     kestBusNamesList.clear();
     for (std::size_t i = 0; i < names.size(); ++i) {
-        std::printf("bus %d : %s\n", static_cast<int>(i), names[i].c_str());
+        Lct::print("bus %d : %s\n", static_cast<int>(i), names[i].c_str());
         kestBusNamesList.push_back(macRomanToUtf8(names[i]));
     }
-    std::printf("\n");
+    Lct::print("\n");
     updateKestBusMenu();
 }
 

@@ -5,9 +5,9 @@
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
 #include "lipc/VersionBuffer.h"
+#include "log/Output.h"
 
 #include <csignal>
-#include <cstdio>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -48,8 +48,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
     if (acceptsHost()) {
         save_username(systemPaths.lastUserMarker);
     } else {
-        std::printf("K3DHost running in wrong architecture (32 bits : should be 64 )");
-        std::fflush(stdout);
+        Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
         ++hostArchMismatch;
     }
     monitorThread = std::thread(&Backend::timerThreadloop, this);

@@ -2,8 +2,7 @@
 #include "backend/Backend.h"
 #include "backend/EncodingLine.h"
 #include "log/Log.h"
-
-#include <cstdio>
+#include "log/Output.h"
 
 namespace Kest::Settings {
 
@@ -35,8 +34,8 @@ void Backend::restorePipe()
         const MutexLock lock(stopMutex);
         stopSignal.wait_for(stopMutex, monitorPeriod, [this] { return stopRequests != 0; });
     } else if (isFirst) {
-        std::printf("\nreading from : %s \n", fifoPath);
-        std::printf("\nfifo fd = %d \n", progressPipe.descriptor());
+        Lct::print("\nreading from : %s \n", fifoPath);
+        Lct::print("\nfifo fd = %d \n", progressPipe.descriptor());
     } else {
         Lct::Log(Lct::eLogWarning, "encoding", "%s was gone and is made again", fifoPath);
     }

@@ -1,5 +1,7 @@
 #include "backend/ProgressPipe.h"
 
+#include "log/Output.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -52,11 +54,11 @@ bool ProgressPipe::create()
         return true;
     const bool isTaken = errno == EEXIST;
     if (isTaken && !failureIsTold)
-        std::perror("deleting existing file (or fifo)");
+        Lct::printSystemError("deleting existing file (or fifo)");
     if (isTaken && std::remove(path) == 0 && mkfifo(path, kForAll) == 0)
         return true;
     if (!failureIsTold)
-        std::perror("can't create fifo");
+        Lct::printSystemError("can't create fifo");
     return false;
 }
 
@@ -120,7 +122,7 @@ ProgressPipe::Piece ProgressPipe::read()
         if (count > 0)
             return {&pipe.lines, {buffer.data(), static_cast<std::size_t>(count)}};
         if (count < 0 && errno != EAGAIN && errno != EINTR) {
-            std::perror("received error -> quitting");
+            Lct::printSystemError("received error -> quitting");
             return {};
         }
         if (count == 0) // an earlier pipe that its encoders have left

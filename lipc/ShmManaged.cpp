@@ -1,7 +1,8 @@
 #include "lipc/ShmManaged.h"
 
+#include "log/Output.h"
+
 #include <cstdint>
-#include <cstdio>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
@@ -31,7 +32,7 @@ void ShmManaged::attach(std::size_t bytes, Access access)
         return;
     address = shmat(id, nullptr, writes ? 0 : SHM_RDONLY);
     if (reinterpret_cast<std::intptr_t>(address) == -1) {
-        std::perror("shmat");
+        Lct::printSystemError("shmat");
         address = nullptr;
         return;
     }

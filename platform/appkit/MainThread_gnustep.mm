@@ -1,7 +1,6 @@
 // GNUstep's main thread: no dispatch library, and a screen that may be missing.
+#include "log/Output.h"
 #import "platform/appkit/MainThread.h"
-
-#include <cstdio>
 
 @interface KestCall : NSObject {
 @public
@@ -25,8 +24,8 @@ bool connectToScreen()
     @try {
         return [NSApplication sharedApplication] != nil;
     } @catch (NSException* failure) {
-        std::fprintf(stderr, "No screen (%s); kest-settings-terminal shows the same menu in a terminal.\n",
-                     [[failure reason] UTF8String]);
+        Lct::printError("No screen (%s); kest-settings-terminal shows the same menu in a terminal.\n",
+                        [[failure reason] UTF8String]);
         return false;
     }
 }

@@ -1,6 +1,7 @@
 #include "platform/posix/RunAlone.h"
 
 #include "backend/AgentLock.h"
+#include "log/Output.h"
 
 #include <cstdio>
 
@@ -12,7 +13,7 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
-        std::printf("Kest Settings is already running (process %d).\n", lock.holder());
+        Lct::print("Kest Settings is already running (process %d).\n", lock.holder());
         return 0;
     }
     return agent(paths);

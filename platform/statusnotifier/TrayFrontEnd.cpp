@@ -1,8 +1,8 @@
 #include "platform/statusnotifier/TrayFrontEnd.h"
 
 #include "app/KestSettingsAppDelegate.h"
+#include "log/Output.h"
 
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <sys/epoll.h>
@@ -20,8 +20,8 @@ std::string iconThemePath()
 
 void tellThatThereIsNoTray()
 {
-    std::printf("No tray on this desktop yet; the item appears as soon as there is one. "
-                "kest-settings-terminal shows the same menu in a terminal.\n");
+    Lct::print("No tray on this desktop yet; the item appears as soon as there is one. "
+               "kest-settings-terminal shows the same menu in a terminal.\n");
 }
 
 } // namespace
@@ -62,7 +62,7 @@ bool TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
     item.emplace(sessionBus.get(), iconThemePath(), tellThatThereIsNoTray);
     const int failure = std::min(exporter->failure(), item->failure());
     if (failure < 0)
-        std::fprintf(stderr, "Kest Settings cannot be put on the session bus: %s\n", std::strerror(-failure));
+        Lct::printError("Kest Settings cannot be put on the session bus: %s\n", std::strerror(-failure));
     return failure >= 0;
 }
 

@@ -1,10 +1,9 @@
 // The settings agent in the tray of a Linux desktop.
 #include "app/KestSettingsAppDelegate.h"
+#include "log/Output.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
 #include "platform/statusnotifier/TrayFrontEnd.h"
-
-#include <cstdio>
 
 namespace {
 
@@ -12,7 +11,7 @@ int runInTray(const Kest::Settings::SystemPaths& paths)
 {
     Kest::StatusNotifier::TrayFrontEnd frontEnd;
     if (frontEnd.bus() == nullptr) {
-        std::fprintf(stderr, "No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
+        Lct::printError("No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
         return 1;
     }
     Kest::StatusNotifier::DesktopWorkspace workspace(frontEnd.bus());

@@ -1,11 +1,11 @@
 #include "platform/terminal/TextFrontEnd.h"
 
 #include "app/KestSettingsAppDelegate.h"
+#include "log/Output.h"
 #include "platform/terminal/MenuPath.h"
 #include "platform/terminal/TextMenu.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <unistd.h>
 
 namespace Kest::Terminal {
@@ -18,7 +18,7 @@ constexpr char kHelp[] =
     "menu             the whole menu\n"
     "quit             ends the agent";
 
-void printError(const std::string& error) { std::fprintf(stderr, "%s\n", printable(error).c_str()); }
+void printError(const std::string& error) { Lct::printError("%s\n", printable(error).c_str()); }
 
 std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(*item.properties) + "\""; }
 
@@ -47,7 +47,7 @@ void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
 {
     if (printsChanges)
         for (const auto& line : changeLines(changes, delegate->menu()))
-            std::printf("%s\n", line.c_str());
+            Lct::print("%s\n", line.c_str());
 }
 
 void TextFrontEnd::readInput()
@@ -101,7 +101,7 @@ void TextFrontEnd::obey(std::string_view line)
     else if (line == "quit")
         loop.quit();
     else if (line == "help")
-        std::printf("%s\n", kHelp);
+        Lct::print("%s\n", kHelp);
     else if (!line.empty())
         printError("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
 }
@@ -139,9 +139,9 @@ void TextFrontEnd::printMenu()
 void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
 {
     const bool isWhole = menu.id == App::kStatusMenuId;
-    std::printf("%s\n", isWhole ? "Kest Settings" : printable(itemName(*menu.properties)).c_str());
+    Lct::print("%s\n", isWhole ? "Kest Settings" : printable(itemName(*menu.properties)).c_str());
     for (const auto& line : menuLines(menu))
-        std::printf("%s\n", line.c_str());
+        Lct::print("%s\n", line.c_str());
 }
 
 // What is printed is looked at, so submenus that are made up on opening are; the print shows what has
