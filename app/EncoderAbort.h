@@ -1,0 +1,26 @@
+// Aborting an encoding: ends the encoder and deletes its output folder, or refuses and returns the reason.
+#pragma once
+
+#include "backend/Process.h"
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+namespace Kest::App {
+
+/// What one click on "Abort and Delete Output Folder" is about: what the row showed at that time.
+struct AbortOrder {
+    Settings::ProcessIdentity process; // as of the encoding's first line
+    bool wroteToPipe = false;          // the process was once seen with the progress pipe open
+    std::string output;                // path of the output file; empty when none was reported
+    std::string pipe;                  // path of the progress pipe
+    std::string settingsFolder;        // absolute
+};
+
+/// Ends the encoder, then deletes the folder of its output. Returns an empty text when that is complete (also
+/// when there was nothing left to end or to delete), otherwise one line with what was refused or failed.
+/// Stops between two files when `stop` becomes true. Any thread; blocks as long as the disk does.
+std::string abortEncoder(const AbortOrder& order, const std::atomic<bool>& stop);
+
+} // namespace Kest::App
