@@ -1,4 +1,5 @@
 // How the Backend begins and, above all, how it ends: promptly, and without a trace.
+#include "log/Log.h"
 #include "tests/backend/BackendFixture.h"
 
 #include <pwd.h>
@@ -48,6 +49,7 @@ TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
             floodWith(2);
         },
     };
+    Lct::Log(Lct::eLogWarning, "test", "starts the threads that print, which live on");
     const auto threads = threadCount();
     for (const auto& state : states) {
         for (int i = 0; i < 20; ++i) {
