@@ -51,9 +51,9 @@ int cannotStart(int failure)
 
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
 {
+    std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (!openStandardStreams() || !hasDescriptors())
         return cannotStart(errno);
-    std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
