@@ -1,4 +1,5 @@
 // The bus menu over a host whose buses come and go, and the bytes of the session's default bus.
+#include "log/Output.h"
 #include "tests/app/Agent.h"
 
 namespace {
@@ -67,6 +68,19 @@ TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatAnotherOneReplaced)
     ASSERT_TRUE(Kest::Test::eventually([&] { return agent.frontEnd.pendingJobs() > 0; }));
     msg_from_backend_callback(&agent.delegate, 100, 0, "");
     EXPECT_TRUE(shows({"Main Bus 0*", "- 0", "Zeta 1"}));
+}
+
+TEST_F(DefaultBusMenu, PrintsNamesInPrintableForm)
+{
+    putBuses({"A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "Caf\x8E \x07"});
+    testing::internal::CaptureStdout();
+    agent.start();
+    EXPECT_TRUE(agent.pumpUntil([&] { return items().size() == 5; }));
+    Lct::flushOutput(1000);
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : Caf\u00E9 ?\n"
+                                  "bus 3 : Caf\u00E9\n\n"))
+        << "UTF-8 as it is, other bytes as the menu shows them";
 }
 
 } // namespace

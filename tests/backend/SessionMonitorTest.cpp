@@ -74,6 +74,27 @@ TEST_F(SessionMonitor, TellsOnceOfABusThatIsNewRenamedReplacedOrGone)
     }
 }
 
+TEST_F(SessionMonitor, ShowsTheOtherBusesWhileOneIsRenamedAllTheTime)
+{
+    auto& session = place.startHost();
+    std::atomic<bool> isDone = false;
+    session.putBus(10, "bus-1", "AAAA");
+    std::thread renaming([&] {
+        for (int n = 0; !isDone; ++n) {
+            session.putInt(RawSegment::slot(10) + 72,
+                           0x41414141 + n % 26 + (n / 26 % 26 << 8) + (n / 676 % 26 << 16));
+            std::this_thread::sleep_for(std::chrono::microseconds(20));
+        }
+    });
+    start();
+    session.putBus(11, "bus-2", "Dialog");
+    EXPECT_TRUE(eventually([&] { return std::ranges::count(busNames(), "Dialog") == 1; }));
+    session.putBus(12, "bus-3", "Music");
+    EXPECT_TRUE(eventually([&] { return std::ranges::count(busNames(), "Music") == 1; }));
+    isDone = true;
+    renaming.join();
+}
+
 TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
 {
     start();
