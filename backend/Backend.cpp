@@ -14,6 +14,7 @@
 #include <cstring>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace Kest::Settings {
@@ -44,6 +45,18 @@ private:
     sigset_t before{};
 };
 
+// Returns the system's error where it refuses a thread.
+int startThread(std::thread& thread, const std::function<void()>& body)
+{
+    const SignalsBlocked blocked;
+    try {
+        thread = std::thread(body);
+    } catch (const std::system_error& refusal) {
+        return refusal.code().value();
+    }
+    return 0;
+}
+
 } // namespace
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
@@ -52,15 +65,15 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
       properties(std::make_unique<juce::ApplicationProperties>()),
       settingsFile(std::make_unique<SettingsFile>(*properties, systemPaths))
 {
-    const SignalsBlocked blocked;
-    pipeThread = std::thread(&Backend::namedPipeThreadloop, this);
+    startFailure = startThread(pipeThread, [this] { namedPipeThreadloop(); });
     if (acceptsHost()) {
         save_username(systemPaths.lastUserMarker);
     } else {
         Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
         ++hostArchMismatch;
     }
-    monitorThread = std::thread(&Backend::timerThreadloop, this);
+    if (startFailure == 0)
+        startFailure = startThread(monitorThread, [this] { timerThreadloop(); });
 }
 
 Backend::~Backend()
@@ -73,8 +86,9 @@ Backend::~Backend()
     }
     stopSignal.notify_all();
     progressPipe.wake();
-    pipeThread.join();
-    monitorThread.join();
+    for (auto* thread : {&pipeThread, &monitorThread})
+        if (thread->joinable())
+            thread->join();
 }
 
 // A host that is not running yet counts as accepted: it is looked for every second.

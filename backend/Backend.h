@@ -64,6 +64,9 @@ public:
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
+    /// 0, or the system's error number when it refused a thread: then nothing of this works.
+    int startError() const { return startFailure; }
+
     /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
     static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
 
@@ -154,6 +157,7 @@ public:
 
 private:
     std::atomic<std::int32_t> stopRequests = 0; // raised by the destructor alone
+    int startFailure = 0;
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);

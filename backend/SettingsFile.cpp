@@ -46,7 +46,7 @@ bool isMissing(const FileText& file) { return file.error == ENOENT || file.error
 
 void report(const std::string& path, const char* what, const char* why)
 {
-    Lct::Log(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
+    Lct::LogAnswer(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
 }
 
 } // namespace

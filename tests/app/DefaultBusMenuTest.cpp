@@ -1,5 +1,4 @@
 // The bus menu over a host whose buses come and go, and the bytes of the session's default bus.
-#include "log/Output.h"
 #include "tests/app/Agent.h"
 
 namespace {
@@ -76,8 +75,7 @@ TEST_F(DefaultBusMenu, PrintsNamesInPrintableForm)
     testing::internal::CaptureStdout();
     agent.start();
     EXPECT_TRUE(agent.pumpUntil([&] { return items().size() == 5; }));
-    Lct::flushOutput(1000);
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+    EXPECT_THAT(Kest::Test::capturedOutput(),
                 testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : Caf\u00E9 ?\n"
                                   "bus 3 : Caf\u00E9\n\n"))
         << "UTF-8 as it is, other bytes as the menu shows them";

@@ -1,6 +1,6 @@
 // How the Backend begins and, above all, how it ends: promptly, and without a trace.
 #include "backend/HomeFolder.h"
-#include "log/Output.h"
+#include "log/Log.h"
 #include "tests/backend/BackendFixture.h"
 
 #include <pwd.h>
@@ -50,6 +50,7 @@ TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
             floodWith(2);
         },
     };
+    Lct::Log(Lct::eLogWarning, "test", "starts the threads that print, which live on");
     const auto threads = threadCount();
     for (const auto& state : states) {
         for (int i = 0; i < 20; ++i) {
@@ -97,8 +98,7 @@ TEST_F(Lifecycle, LogsAMarkerThatCannotBeWrittenButNotAMissingFolder)
     const auto linesOf = [](const std::string& path) {
         testing::internal::CaptureStderr();
         Kest::Settings::Backend::save_username(path);
-        Lct::flushOutput(1000);
-        return testing::internal::GetCapturedStderr();
+        return Kest::Test::capturedErrors();
     };
     EXPECT_EQ(linesOf(place.folder / "absent/lastuser.txt"), "");
     fs::create_directory(marker);

@@ -1,5 +1,4 @@
 // The user's choices: in the settings file first, then in their slot of the host's session.
-#include "log/Output.h"
 #include "tests/backend/BackendFixture.h"
 
 namespace {
@@ -127,7 +126,7 @@ TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
     start();
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(3458152), "");
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+    EXPECT_THAT(Kest::Test::capturedOutput(),
                 HasSubstr("K3DHost running in wrong architecture (32 bits : should be 64 )"));
     expectOnlyInFile();
     EXPECT_FALSE(fs::exists(place.paths.lastUserMarker));
@@ -145,7 +144,7 @@ TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
         start();
         testing::internal::CaptureStderr();
         backend->setDAW_LinkControl(1);
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(file + " is damaged"));
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
         EXPECT_EQ(backend->getDAW_LinkControl(), 1);
         EXPECT_EQ(backend->getSoloMode(), 7);
@@ -170,8 +169,7 @@ TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
     start();
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(backend->getSoloMode(), 0);
-    Lct::flushOutput(1000);
-    const auto logged = testing::internal::GetCapturedStderr();
+    const auto logged = Kest::Test::capturedErrors();
     EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
     EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
 }
@@ -218,7 +216,7 @@ TEST_F(SettingsStore, RefusesAValueThatTheFileCannotHold)
     for (const auto& name : {"<a><?x?>b"s, " <b"s, std::string(70000, 'x')}) {
         testing::internal::CaptureStderr();
         backend->setFacility(name);
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("it cannot hold such a text"));
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("it cannot hold such a text"));
         EXPECT_EQ(backend->getFacility(), "Studio B");
     }
     const auto any = juce::String::fromUTF8("a<b>&\"'\x01 \xc3\xa8\n");
