@@ -9,7 +9,7 @@ namespace Kest::Settings {
 void Backend::namedPipeThreadloop()
 {
     while (stopRequests == 0) {
-        if (progressPipe.takeRequest())
+        if (progressPipe.isMakeRequested())
             restorePipe();
         const auto piece = progressPipe.read();
         if (piece.hasFailed)

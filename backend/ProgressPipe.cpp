@@ -50,11 +50,14 @@ bool ProgressPipe::make()
     const bool isSilent = failureIsTold || lossesToAnother() > 1;
     auto made = create(isSilent) ? open() : nullptr;
     failureIsTold = made == nullptr;
-    if (made == nullptr)
-        return false;
-    keepEarlierPipes();
-    pipes.push_back(std::move(made));
+    if (made != nullptr) {
+        keepEarlierPipes();
+        pipes.push_back(std::move(made));
+    }
     const MutexLock lock(mutex);
+    isRequested = false;
+    if (failureIsTold)
+        return false;
     current = pipes.back().get();
     rivalry.made(PipeRivalry::Clock::now());
     return true;
@@ -127,11 +130,11 @@ void ProgressPipe::check()
 {
     {
         const MutexLock lock(mutex);
-        if (isEnded || (current != nullptr && isAtPath(*current)) ||
+        if (isEnded || isRequested || (current != nullptr && isAtPath(*current)) ||
             !rivalry.mayReplace(isReadPipe(path), PipeRivalry::Clock::now()))
             return;
+        isRequested = true;
     }
-    isRequested = true;
     wakeUp.raise();
 }
 

@@ -15,16 +15,16 @@
 
 namespace Kest::Settings {
 
-/// Made by the reader thread, which alone calls `takeRequest`, `make`, `read` and `remove`; the others may be
-/// called on any thread.
+/// Made by the reader thread, which alone calls `make`, `read` and `remove`; the others may be called on any
+/// thread.
 class ProgressPipe {
 public:
     explicit ProgressPipe(const char* pathOfPipe) : path(pathOfPipe) {}
     ProgressPipe(const ProgressPipe&) = delete;
     ProgressPipe& operator=(const ProgressPipe&) = delete;
 
-    /// Returns once whether the pipe has to be made: at the start, and when `check` has requested it.
-    bool takeRequest() { return isRequested.exchange(false); }
+    /// Returns whether the pipe has to be made: at the start, and from a request by `check` until `make`.
+    bool isMakeRequested() const { return isRequested; }
 
     /// Makes the pipe and opens it; whatever else is at the path is removed, links are not followed. Returns
     /// false when that fails, with a line on standard error for the first of such failures in a row. Earlier
@@ -83,7 +83,7 @@ private:
     std::array<char, 1024> buffer{};
 
     const WakeUp wakeUp;
-    std::atomic<bool> isRequested = true;
+    std::atomic<bool> isRequested = true; // ends with `make`, during which `check` must not judge the path
 
     mutable Mutex mutex;
     const Pipe* current KEST_GUARDED_BY(mutex) = nullptr; // the last of `pipes`

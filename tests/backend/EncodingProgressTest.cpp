@@ -118,6 +118,18 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
     EXPECT_EQ(readFile(fifo), "another's") << "nothing but its own pipe goes with it";
 }
 
+TEST_F(EncodingProgress, MakesItsPipeOnceAtTheStart)
+{
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 100; ++i) {
+        start(std::chrono::microseconds(1)); // the monitor's first passes coincide with it
+        const Encoder waited(fifo);
+    }
+    backend.reset();
+    EXPECT_EQ(Kest::Test::capturedErrors(), "");
+}
+
 TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
 {
     constexpr std::size_t kEarlier = 64;
@@ -152,7 +164,7 @@ TEST_F(EncodingProgress, ReportsOnceWhatCannotBeReplacedAndReadsAndRetriesMeanwh
     start();
     for (int pass = 0; pass < 5; ++pass)
         awaitWholePass();
-    fs::remove_all(fifo);
+    fs::remove(fifo + "/in it"); // the empty folder is replaced
     const Encoder early(fifo);
     early.write(progress(1, 5) + '\n');
     EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
