@@ -116,15 +116,17 @@ private:
     // Session monitor.
     struct MonitorState {
         std::int32_t lastHostMessage = 0;
+        int unstablePasses = 0; // in a row, in which the buses changed between two scans
     };
     void monitorPass(MonitorState& state);
     void noteSession(bool isThere);
     void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
-    void refreshBusClients(const LIPC::SessionBuffer& session) KEST_UNCHECKED;
+    void refreshBusClients(const LIPC::SessionBuffer& session, MonitorState& state) KEST_UNCHECKED;
     bool acceptsHost() const;
 
     // Encoding progress.
     void restorePipe();
+    void readLines(const ProgressPipe::Piece& piece);
     void parse_1line(std::string_view line);
     void take(std::int32_t pid, const ProgressLine& line);
     void take(std::int32_t pid, const PathLine& line);

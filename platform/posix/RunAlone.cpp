@@ -2,6 +2,8 @@
 
 #include "app/KestSettingsAppDelegate.h"
 #include "backend/AgentLock.h"
+#include "backend/HomeFolder.h"
+#include "log/Log.h"
 #include "log/Output.h"
 
 #include <array>
@@ -54,6 +56,8 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
     std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (!openStandardStreams() || !hasDescriptors())
         return cannotStart(errno);
+    if (const auto problem = Settings::repairHome(); !problem.empty())
+        Lct::Log(Lct::eLogWarning, "home", "%s", problem.c_str());
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {

@@ -4,6 +4,7 @@
 namespace {
 
 std::function<void()> beforeRename;
+std::string diskCalls; // the renames and flushes so far, in order
 
 } // namespace
 
@@ -13,7 +14,16 @@ extern "C" int rename(const char* from, const char* to) noexcept(noexcept(rename
 {
     if (beforeRename)
         beforeRename();
+    diskCalls += "rename " + std::filesystem::path(to).extension().string() + ", ";
     return renameat(AT_FDCWD, from, AT_FDCWD, to);
+}
+
+extern "C" int fsync(int file)
+{
+    struct stat status {};
+    fstat(file, &status);
+    diskCalls += S_ISDIR(status.st_mode) ? "flush folder, " : "flush file, ";
+    return fdatasync(file);
 }
 
 namespace {
@@ -139,6 +149,29 @@ TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
         EXPECT_EQ(backend->getDAW_LinkControl(), 1);
         EXPECT_EQ(backend->getSoloMode(), 7);
     }
+}
+
+TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
+{
+    start();
+    diskCalls.clear();
+    backend->setSoloMode(7);
+    EXPECT_THAT(diskCalls,
+                testing::EndsWith("rename .xml, flush file, flush folder, flush file, rename .last, "
+                                  "flush folder, "));
+}
+
+TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
+{
+    fs::create_directories(file + ".bad");
+    writeFile(file, "<PROPERTIES><VALUE");
+    testing::internal::CaptureStderr();
+    start();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(backend->getSoloMode(), 0);
+    const auto logged = Kest::Test::capturedErrors();
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+    EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
 }
 
 TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
