@@ -1,10 +1,11 @@
 #include "app/EncodingHistoryMenu.h"
 
 #include "app/MessageSlot.h"
-#include "app/OutputFolder.h"
 #include "backend/Backend.h"
 #include "log/Log.h"
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace Kest::App {
@@ -21,11 +22,6 @@ bool isOver(const MenuItem& entry)
 {
     const auto* abort = entry.submenu()->itemWithTag(kAbortTag);
     return entry.properties().view->percentage.empty() || (abort != nullptr && !abort->properties().enabled);
-}
-
-void logRefusal(int pid, const char* what)
-{
-    Lct::Log(Lct::eLogError, "abort", "encoding %d: %s", pid, what);
 }
 
 } // namespace
@@ -46,39 +42,91 @@ std::string encodingTitle(std::int32_t percentage, const std::string& descriptio
 void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32_t pid,
                                                  const std::string& description)
 {
-    const auto title = encodingTitle(number, description);
-    auto& entry = entryFor(pid, title);
-    entry.setView({title, number < 0 ? std::string() : std::to_string(number) + "%"});
-    // A failed encoder may still run, so it can still be aborted.
-    if (auto* abort = entry.submenu()->itemWithTag(kAbortTag))
-        abort->setEnabled(number < kFinished);
-    setClearEncodingHistoryEnabled();
+    auto status = reportedStatus(pid);
+    if (status.pid != pid) {
+        status.pid = status.process.pid = pid;
+        status.name = description;
+        if (const auto row = newestRow(pid); row != rows.end()) {
+            status.process = row->second.process;
+            status.wroteToPipe = row->second.wroteToPipe;
+            status.path = row->second.output;
+        }
+    }
+    show(status, number);
 }
 
 void EncodingHistoryMenu::showLatest(std::int32_t pid, bool hasFailed)
 {
-    const auto status = backend.getEncodingStatus(pid);
+    const auto status = reportedStatus(pid);
     if (status.pid == pid)
-        receivedMsgFromBackend(hasFailed ? -1 : status.percentage, pid, descriptionText(status.name.c_str()));
+        show(status, hasFailed ? -1 : status.percentage);
 }
 
-MenuItem& EncodingHistoryMenu::entryFor(std::int32_t pid, const std::string& title)
+// A message is never about a process that has not reported yet, but about the one before it.
+Settings::encodingStatus EncodingHistoryMenu::reportedStatus(std::int32_t pid)
 {
-    if (const auto known = entries.find(pid); known != entries.end())
-        return *known->second;
+    auto status = backend.getEncodingStatus(pid);
+    if (hasReported(status))
+        return status;
+    const auto row = newestRow(pid);
+    return row == rows.end() ? Settings::encodingStatus() : backend.getEncodingStatus(row->second.process);
+}
+
+// Name and path are of one record: the row never shows one file while its actions act on another.
+void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int32_t number)
+{
+    const auto title = encodingTitle(number, descriptionText(status.name.c_str()));
+    auto found = newestRow(status.pid);
+    if (found == rows.end() || found->second.process != status.process)
+        found = addRow(status, title);
+    auto& row = found->second;
+    row.wroteToPipe = status.wroteToPipe;
+    row.output = status.path;
+    row.mayBeAborted = number < kFinished; // a failed encoder may still run
+    row.item->setView({title, number < 0 ? std::string() : std::to_string(number) + "%"});
+    textBytes -= row.textBytes;
+    row.textBytes = row.item->title().size() + title.size() + row.output.size();
+    textBytes += row.textBytes;
+    setAbortEnabled(row);
+    setClearEncodingHistoryEnabled();
+}
+
+EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::newestRow(std::int32_t pid)
+{
+    const auto behind = rows.upper_bound(pid);
+    return behind != rows.begin() && std::prev(behind)->first == pid ? std::prev(behind) : rows.end();
+}
+
+EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::rowOf(const MenuItem* item)
+{
+    if (item == nullptr)
+        return rows.end();
+    const auto [begin, end] = rows.equal_range(item->tag());
+    const auto found = std::find_if(begin, end, [&](const auto& row) { return row.second.item == item; });
+    return found == end ? rows.end() : found;
+}
+
+EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::addRow(const Settings::encodingStatus& status,
+                                                                const std::string& title)
+{
     makeRoom();
-    auto& entry = outlets.mEncodingProgressMenu->insertItem(
-        std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = pid, .view = {}}),
+    auto& item = outlets.mEncodingProgressMenu->insertItem(
+        std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = status.pid, .view = {}}),
         getEncodingHistoryLength());
-    entry.setSubmenu(outlets.mEncodingSubMenu->copy());
-    entries.emplace(pid, &entry);
-    return entry;
+    item.setSubmenu(outlets.mEncodingSubMenu->copy());
+    return rows.emplace(status.pid, Row{.item = &item, .process = status.process, .output = {}});
+}
+
+void EncodingHistoryMenu::setAbortEnabled(const Row& row) const
+{
+    if (auto* abort = row.item->submenu()->itemWithTag(kAbortTag))
+        abort->setEnabled(row.mayBeAborted && !aborts.isRunning(row.process));
 }
 
 void EncodingHistoryMenu::makeRoom()
 {
     const auto& menu = outlets.mEncodingProgressMenu->itemArray();
-    if (getEncodingHistoryLength() < kFixedItems + kMostEncodings)
+    if (getEncodingHistoryLength() < kFixedItems + kMostEncodings && textBytes < kMaxTextBytes)
         return;
     std::vector<const MenuItem*> oldest;
     for (const bool over : {true, false})
@@ -86,68 +134,66 @@ void EncodingHistoryMenu::makeRoom()
              ++item)
             if (isOver(**item) == over)
                 oldest.push_back(item->get());
-    for (const auto* entry : oldest)
-        remove(*entry);
+    for (const auto* item : oldest)
+        remove(rowOf(item));
 }
 
-std::unique_ptr<MenuItem> EncodingHistoryMenu::remove(const MenuItem& entry)
+std::unique_ptr<MenuItem> EncodingHistoryMenu::remove(Rows::iterator row)
 {
-    entries.erase(entry.tag());
-    return outlets.mEncodingProgressMenu->removeItem(entry);
+    auto removed = outlets.mEncodingProgressMenu->removeItem(*row->second.item);
+    textBytes -= row->second.textBytes;
+    rows.erase(row);
+    return removed;
 }
 
 void EncodingHistoryMenu::encShowInFinder(Sender sender)
 {
-    const auto* entry = sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem();
-    if (entry == nullptr)
+    const auto found = rowOf(sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem());
+    if (found == rows.end())
         return;
-    const auto status = backend.getEncodingStatus(entry->tag());
-    if (status.pid != entry->tag())
-        return;
-    const auto slash = status.path.rfind('/');
-    if (slash != std::string::npos) // the folder itself, selected where it is, not the file
-        workspace.selectFile(slash == 0 ? "/" : status.path.substr(0, slash));
-}
-
-void EncodingHistoryMenu::stopEncoding(int pid)
-{
-    if (backend.getEncodingStatus(pid).pid != pid)
-        return;
-    const auto command = killCommand(pid);
-    if (command.empty())
-        logRefusal(pid, "such a process is never killed");
-    else
-        workspace.runShellCommand(command);
-}
-
-void EncodingHistoryMenu::deleteEncoding(int pid)
-{
-    const auto status = backend.getEncodingStatus(pid);
-    if (status.pid != pid)
-        return;
-    const auto [folder, refusal] = folderToRemove(status.path, homeFolders());
-    if (refusal.empty())
-        workspace.runShellCommand(removeCommand(folder));
-    else
-        logRefusal(pid, ("output not removed: " + refusal).c_str());
+    const auto& output = found->second.output;
+    const auto slash = output.rfind('/');
+    if (slash != std::string::npos) // the folder itself, selected in its parent, not the file
+        workspace.selectFile(slash == 0 ? "/" : output.substr(0, slash));
 }
 
 void EncodingHistoryMenu::abortEncoding(Sender sender)
 {
-    const auto* entry = sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem();
-    if (entry == nullptr)
+    const auto found = rowOf(sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem());
+    if (found == rows.end())
         return;
-    stopEncoding(entry->tag());
-    deleteEncoding(entry->tag());
-    // Kept until the end: the sender is a part of it.
-    const auto removed = remove(*entry);
+    const auto& row = found->second;
+    const auto& paths = backend.paths();
+    const auto failure = aborts.start({.process = row.process,
+                                       .wroteToPipe = row.wroteToPipe,
+                                       .output = row.output,
+                                       .pipe = paths.encodingProgressFifo,
+                                       .settingsFolder = paths.absoluteSettingsFolder()});
+    if (!failure.empty())
+        Lct::LogAnswer(Lct::eLogError, "abort", "encoding %d: %s", row.process.pid, failure.c_str());
+    setAbortEnabled(row);
+}
+
+void EncodingHistoryMenu::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
+{
+    // The history may have been cleared, and the encoding shown again, in the meantime.
+    auto [row, end] = rows.equal_range(process.pid);
+    while (row != end) {
+        const auto current = row++;
+        if (current->second.process != process)
+            continue;
+        if (failure.empty())
+            remove(current);
+        else
+            setAbortEnabled(current->second);
+    }
     setClearEncodingHistoryEnabled();
 }
 
 void EncodingHistoryMenu::clearEncodingHistory(Sender)
 {
     while (getEncodingHistoryLength() > kFixedItems)
-        remove(*outlets.mEncodingProgressMenu->itemArray().back());
+        remove(rowOf(outlets.mEncodingProgressMenu->itemArray().back().get()));
     setClearEncodingHistoryEnabled();
 }
 

@@ -1,14 +1,16 @@
 // The offline encodings of this run: their progress, and what can be done about each.
 #pragma once
 
+#include "app/AbortJobs.h"
 #include "app/FrontEnd.h"
 #include "app/InterfaceDescription.h"
 #include "app/Sender.h"
+#include "backend/EncodingStatus.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
 
 namespace Kest::Settings {
 class Backend;
@@ -20,48 +22,69 @@ namespace Kest::App {
 /// " - Failed" for a negative percentage. A name of less than five characters gives an empty title.
 std::string encodingTitle(std::int32_t percentage, const std::string& description);
 
-/// An entry is an item whose tag is the encoder's process id; the record is the Backend's. Main thread only;
-/// all references outlive it.
+/// A row is an item whose tag is the encoder's process id. It belongs to one process: when the number is
+/// given again, the new process has a new row, and the old one keeps what it showed. Main thread only; all
+/// references outlive it.
 class EncodingHistoryMenu {
 public:
-    /// As many as the Backend has records; only a flood of process ids meets it. Then the oldest ones go, a
-    /// hundred at once: those that are over first.
+    /// As many as the Backend has records; only a flood of process ids reaches it, or this many bytes of
+    /// titles and paths. Then the oldest ones are removed, a hundred at once: those that are over first.
     static constexpr int kMostEncodings = 10'000;
+    static constexpr std::size_t kMaxTextBytes = 4'000'000;
 
-    EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop)
-        : outlets(menuOutlets), backend(settingsBackend), workspace(desktop)
+    EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
+                        AbortJobs& abortJobs)
+        : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows an encoding's latest state. `number` is its percentage, negative when it has failed.
+    /// Shows the state of the encoding that reported last with this number. `number` is its percentage,
+    /// negative when it has failed; name and path are as the Backend has them, and only for an encoding that
+    /// is unknown there the name is the description.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// The same by what the Backend knows of it; that its last report was a failure is not recorded there.
     void showLatest(std::int32_t pid, bool hasFailed);
 
-    // Actions. The process id is the tag of the entry whose submenu the sender is in.
+    // Actions on the row whose submenu the sender is in.
     void encShowInFinder(Sender sender);
+    /// Starts to end the encoder and to delete its output folder. The row stays until `abortEnded`.
     void abortEncoding(Sender sender);
-    /// Forgets all entries; ends no process and removes no file.
+    /// Removes the row of an encoding whose abort is complete; after a failure it may be aborted again.
+    void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
+    /// Removes all rows; ends no process and removes no file.
     void clearEncodingHistory(Sender sender);
-
-    /// Kills the encoder at once, if it is a known one.
-    void stopEncoding(int pid);
-    /// Removes the whole folder of the output of a known encoding.
-    void deleteEncoding(int pid);
 
     void setClearEncodingHistoryEnabled() const;
     /// The two fixed items included.
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
+    /// What a row showed last. Its actions act on this, whatever is reported after it.
+    struct Row {
+        MenuItem* item = nullptr;
+        Settings::ProcessIdentity process;
+        bool wroteToPipe = false;
+        std::string output; // path of the output file
+        bool mayBeAborted = false;
+        std::size_t textBytes = 0;
+    };
+    using Rows = std::multimap<std::int32_t, Row>; // by process id, the newest one last
+
+    Settings::encodingStatus reportedStatus(std::int32_t pid);
+    void show(const Settings::encodingStatus& status, std::int32_t number);
+    Rows::iterator newestRow(std::int32_t pid);
+    Rows::iterator rowOf(const MenuItem* item);
+    Rows::iterator addRow(const Settings::encodingStatus& status, const std::string& title);
+    void setAbortEnabled(const Row& row) const;
     void makeRoom();
-    std::unique_ptr<MenuItem> remove(const MenuItem& entry);
-    MenuItem& entryFor(std::int32_t pid, const std::string& title);
+    std::unique_ptr<MenuItem> remove(Rows::iterator row);
 
     const Outlets& outlets;
     Settings::Backend& backend;
     Workspace& workspace;
-    std::unordered_map<std::int32_t, MenuItem*> entries; // by process id
+    AbortJobs& aborts;
+    Rows rows;
+    std::size_t textBytes = 0; // of all rows
 };
 
 } // namespace Kest::App

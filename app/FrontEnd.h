@@ -28,7 +28,7 @@ public:
     virtual void quit() = 0;
 };
 
-/// Services of the desktop. Main thread only; none waits for a program that it starts, but the shell.
+/// Services of the desktop. Main thread only; none waits for a program that it starts.
 class Workspace {
 public:
     virtual ~Workspace() = default;
@@ -42,8 +42,6 @@ public:
     /// Where there is none, the menu itself tells what it would.
     virtual bool hasAboutPanel() const { return true; }
     virtual void showAboutPanel(const About& about) = 0;
-    /// Runs a command with the shell and waits for it, so that a second one finds the first one done.
-    virtual void runShellCommand(const std::string& command) = 0;
     /// One line in the log of the desktop; without one, in the agent's own.
     virtual void log(const std::string& line) { Lct::Log(Lct::eLogError, "desktop", "%s", line.c_str()); }
 };

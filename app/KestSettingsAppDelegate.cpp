@@ -24,14 +24,21 @@ void KestSettingsAppDelegate::tellChanges()
 }
 
 KestSettingsAppDelegate::Parts::Parts(const Outlets& outlets, Settings::Backend& backend,
-                                      Workspace& workspace)
+                                      Workspace& workspace, AbortJobs& aborts)
     : settings(outlets, backend), facilities(outlets, backend), buses(outlets, backend),
-      encodings(outlets, backend, workspace), services(workspace, backend.paths())
+      encodings(outlets, backend, workspace, aborts), services(workspace, backend.paths())
 {}
 
 KestSettingsAppDelegate::KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop,
-                                                 Settings::SystemPaths paths, std::chrono::nanoseconds period)
-    : frontEnd(platform), workspace(desktop), systemPaths(std::move(paths)), monitorPeriod(period)
+                                                 Settings::SystemPaths paths, std::chrono::nanoseconds period,
+                                                 AbortJobs::Abort abortOne)
+    : frontEnd(platform), workspace(desktop), systemPaths(std::move(paths)), monitorPeriod(period),
+      aborts(
+          frontEnd,
+          [this](const Settings::ProcessIdentity& process, const std::string& failure) {
+              abortEnded(process, failure);
+          },
+          std::move(abortOne))
 {}
 
 KestSettingsAppDelegate::~KestSettingsAppDelegate() = default;
@@ -47,7 +54,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend->messageCallback = msg_from_backend_callback;
     mBackend->hostStateCallback = host_state_callback;
 
-    parts.emplace(outlets, *mBackend, workspace);
+    parts.emplace(outlets, *mBackend, workspace, aborts);
     parts->settings.showStoredChoices();
     parts->buses.updateKestBusMenu();
     parts->settings.showStoredSpeakerConfig();
@@ -71,6 +78,7 @@ void KestSettingsAppDelegate::applicationWillTerminate()
     if (mBackend == nullptr)
         return;
     ServiceActions services(workspace, systemPaths);
+    aborts.end();
     parts.reset();
     mBackend.reset();
     services.unloadLaunchAgent();
@@ -159,6 +167,13 @@ void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
         parts->buses.refreshBusList();
     for (const auto& [pid, hasFailed] : skipped.encodings)
         parts->encodings.showLatest(pid, hasFailed);
+}
+
+void KestSettingsAppDelegate::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
+{
+    const Job job(*this);
+    if (parts)
+        parts->encodings.abortEnded(process, failure);
 }
 
 void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::int32_t type,

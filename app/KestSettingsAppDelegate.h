@@ -2,6 +2,7 @@
 // part.
 #pragma once
 
+#include "app/AbortJobs.h"
 #include "app/DefaultBusMenu.h"
 #include "app/EncodingHistoryMenu.h"
 #include "app/FacilityMenus.h"
@@ -27,7 +28,8 @@ namespace Kest::App {
 class KestSettingsAppDelegate {
 public:
     KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop, Settings::SystemPaths paths = {},
-                            std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
+                            std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1),
+                            AbortJobs::Abort abortOne = abortEncoder);
     virtual ~KestSettingsAppDelegate();
     KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
@@ -40,7 +42,8 @@ public:
     int startError() const;
     /// Has the bus menu filled, with "Main Bus" at least, whether or not there is a host yet.
     void applicationDidFinishLaunching();
-    /// Ends the Backend with its threads and unloads the launch agent.
+    /// Waits for running aborts as ~AbortJobs does, ends the Backend with its threads and unloads the launch
+    /// agent.
     void applicationWillTerminate();
 
     // From the front end.
@@ -70,7 +73,7 @@ private:
     class Job;
     /// The parts that need the Backend; they live as long as it does.
     struct Parts {
-        Parts(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace);
+        Parts(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace, AbortJobs& aborts);
         SettingsMenus settings;
         FacilityMenus facilities;
         DefaultBusMenu buses;
@@ -81,6 +84,7 @@ private:
     void perform(Action action, Sender sender);
     void receivedStatusMessage(std::int32_t number);
     void catchUp(const SkippedMessages& skipped);
+    void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     void tellChanges();
 
     FrontEnd& frontEnd;
@@ -94,6 +98,7 @@ private:
     int openJobs = 0;
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Parts> parts;
+    AbortJobs aborts; // ends first: its jobs reach the parts
 };
 
 /// The Backend's callback for the host's coming and going: has the front end told on the main thread. Any

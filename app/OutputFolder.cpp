@@ -1,74 +1,166 @@
 #include "app/OutputFolder.h"
 
-#include <juce_core/juce_core.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <pwd.h>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace Kest::App {
 namespace {
 
-namespace fs = std::filesystem;
+using namespace std::string_view_literals;
 
-// Without links and dots, as far as the path exists. Nothing when the file system cannot tell.
-fs::path resolved(const std::string& path)
+constexpr std::int64_t kClockGranularity = 20'000'000; // nanoseconds
+
+struct Component {
+    std::string name;
+    FileIdentity identity;
+};
+using Chain = std::vector<Component>; // from the root folder down to a folder
+
+OutputFolder refused(const std::string& reason) { return {.folder{}, .parent{}, .name{}, .refusal = reason}; }
+
+std::string resolved(const std::string& path)
 {
-    std::error_code failure;
-    auto result = fs::weakly_canonical(path, failure);
-    if (failure)
-        return {};
-    return result.has_filename() ? result : result.parent_path(); // no slash at the end
+    const std::unique_ptr<char, void (*)(void*)> result(realpath(path.c_str(), nullptr), std::free);
+    return result == nullptr ? std::string() : std::string(result.get());
 }
 
-// By name, and by what the names lead to: a bind mount is another name that no link shows.
-bool isOrContains(const fs::path& folder, const fs::path& home)
+// The parts of an absolute path without links, the root folder as "/".
+std::vector<std::string> partsOf(const std::string& path)
 {
-    if (std::ranges::mismatch(folder, home).in1 == folder.end())
-        return true;
-    std::error_code absent;
-    for (auto above = home; above != above.parent_path(); above = above.parent_path())
-        if (fs::equivalent(folder, above, absent))
-            return true;
-    return false;
+    std::vector<std::string> parts{"/"};
+    for (std::size_t begin = 1; begin < path.size();) {
+        const auto end = std::min(path.find('/', begin), path.size());
+        parts.push_back(path.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return parts;
+}
+
+// Opens one folder in the other and notes which they are. None, with `errno` set, when one is not a folder,
+// or is a link by now.
+Settings::Descriptor openAll(const std::vector<std::string>& parts, Chain& chain)
+{
+    Settings::Descriptor folder;
+    for (const auto& part : parts) {
+        auto next = openFolder(folder ? folder.get() : AT_FDCWD, part);
+        const auto facts = next ? examine(next.get()) : std::nullopt;
+        if (!facts)
+            return {};
+        chain.push_back({part, facts->identity});
+        folder = std::move(next);
+    }
+    return folder;
+}
+
+// The position of a folder in a chain, the innermost one if a mount shows it twice; -1 when it is not there.
+int positionIn(const Chain& chain, const FileIdentity& identity)
+{
+    for (int i = static_cast<int>(chain.size()) - 1; i >= 0; --i)
+        if (chain[static_cast<std::size_t>(i)].identity == identity)
+            return i;
+    return -1;
+}
+
+std::string refusalBy(const ProtectedFolder& row, const Chain& chain)
+{
+    const auto path = resolved(row.path);
+    if (path.empty() && (errno == ENOENT || errno == ENOTDIR || errno == EACCES))
+        return {};
+    Chain protectedChain;
+    if (path.empty() || !openAll(partsOf(path), protectedChain))
+        return row.path + " cannot be examined";
+    if (positionIn(protectedChain, chain.back().identity) >= 0)
+        return "it is or contains " + row.path;
+    const int position = positionIn(chain, protectedChain.back().identity);
+    if (position < 0)
+        return {};
+    const int levels = static_cast<int>(chain.size()) - 1 - position;
+    if (levels <= row.levels)
+        return "it belongs to " + row.path;
+    const auto& below = chain[static_cast<std::size_t>(position) + 1].name;
+    return row.hiddenTrees && below.starts_with('.') ? "it is in a hidden folder of " + row.path : "";
+}
+
+std::string refusalByMounts(const Settings::Descriptor& folder)
+{
+    const auto path = pathOf(folder);
+    const auto points = mountPoints();
+    if (path.empty() || !points)
+        return "the mount points are unknown";
+    for (const auto& point : *points)
+        if (point == path || point.starts_with(path + "/"))
+            return "it is or contains the mount point " + point;
+    return {};
+}
+
+std::string refusalOf(const Settings::Descriptor& folder, const Chain& chain,
+                      const std::vector<ProtectedFolder>& protectedOnes)
+{
+    for (const auto& row : protectedOnes)
+        if (auto reason = refusalBy(row, chain); !reason.empty())
+            return reason;
+    return refusalByMounts(folder);
+}
+
+// The path is that of the folder; without a slash at its end.
+OutputFolder openAt(const std::string& path, const std::vector<ProtectedFolder>& protectedOnes)
+{
+    const auto slash = path.rfind('/');
+    OutputFolder opened{.folder{}, .parent{}, .name = path.substr(slash + 1), .refusal{}};
+    if (opened.name == "." || opened.name == "..")
+        return refused("its path ends in dots");
+    const auto parent = resolved(path.substr(0, slash + 1));
+    Chain chain;
+    if (!parent.empty())
+        opened.parent = openAll(partsOf(parent), chain);
+    if (opened.parent)
+        opened.folder = openFolder(opened.parent.get(), opened.name);
+    const auto facts = opened.folder ? examine(opened.folder.get()) : std::nullopt;
+    if (!facts)
+        return errno == ENOENT ? OutputFolder() : refused(std::generic_category().message(errno));
+    chain.push_back({opened.name, facts->identity});
+    auto reason = refusalOf(opened.folder, chain, protectedOnes);
+    return reason.empty() ? std::move(opened) : refused(reason);
 }
 
 } // namespace
 
-FolderToRemove folderToRemove(const std::string& outputPath, const std::vector<std::string>& homeFolders)
+OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes)
 {
-    const auto slash = outputPath.rfind('/');
-    if (slash == std::string::npos)
-        return {{}, "the output has no folder"};
-    const auto folder = outputPath.substr(0, slash);
-    if (!folder.starts_with('/'))
-        return {{}, "its folder is not absolute"};
-    if (folder.find('\'') != std::string::npos)
-        return {{}, "its folder has a quote in its name"};
-    const auto real = resolved(folder);
-    if (real.empty())
-        return {{}, "its folder cannot be resolved"};
-    for (const auto& home : homeFolders)
-        if (isOrContains(real, resolved(home)))
-            return {{}, "its folder is or contains the home folder"};
-    return {folder, {}};
+    const auto slash = output.rfind('/');
+    if (slash == std::string::npos || slash == 0)
+        return {};
+    if (!output.starts_with('/'))
+        return refused("its path is not absolute");
+    if (output.find_first_of("'\0"sv) < slash)
+        return refused("its path contains a quote");
+    const auto end = output.find_last_not_of('/', slash);
+    return end == std::string::npos ? refused("it is the root folder")
+                                    : openAt(output.substr(0, end + 1), protectedOnes);
 }
 
-std::vector<std::string> homeFolders()
+bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
+                const std::string& output)
 {
-    const auto home = juce::File::getSpecialLocation(juce::File::userHomeDirectory);
-    std::vector<std::string> folders{home.getFullPathName().toStdString()};
-    if (const passwd* user = getpwuid(geteuid()))
-        folders.emplace_back(user->pw_dir);
-    return folders;
+    const auto start = Settings::startedAt(process);
+    if (!start || !opened.folder)
+        return false;
+    const auto earliest = *start - kClockGranularity;
+    const auto user = geteuid();
+    const auto name = output.substr(output.rfind('/') + 1);
+    const auto file = name.empty() ? std::nullopt : examine(opened.folder.get(), name);
+    if (file && S_ISREG(file->mode) && file->owner == user &&
+        std::min(file->modified, file->changed) >= earliest)
+        return true;
+    const auto folder = examine(opened.folder.get());
+    return folder && folder->owner == user && folder->created && *folder->created >= earliest;
 }
-
-std::string killCommand(int pid)
-{
-    return pid > 1 && pid != getpid() ? "kill -9 " + std::to_string(pid) : std::string();
-}
-
-std::string removeCommand(const std::string& folder) { return "rm -Rf '" + folder + "'"; }
 
 } // namespace Kest::App

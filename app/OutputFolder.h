@@ -1,29 +1,27 @@
-// Guards the one destructive thing that the agent does: removing an aborted encoding's output.
+// The folder of an encoder's output: whether it may be deleted, and whether it is the encoder's own.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "app/FileSystem.h"
+#include "app/ProtectedFolders.h"
+#include "backend/Process.h"
 
 namespace Kest::App {
 
-/// The folder that an abort may remove, or why it may not.
-struct FolderToRemove {
-    std::string folder;
-    std::string refusal; // empty when the folder may be removed
+/// Open, so that whatever is exchanged under its path afterwards, this folder is meant and no other.
+struct OutputFolder {
+    Settings::Descriptor folder; // none: there is nothing to delete, or it is refused
+    Settings::Descriptor parent;
+    std::string name;    // in the parent
+    std::string refusal; // why it must not be deleted; empty otherwise
 };
 
-/// Looks at the folder that an output file is in. It must be absolute and free of single quotes (the shell
-/// would read another path), and neither be nor contain one of the home folders, through links or not.
-FolderToRemove folderToRemove(const std::string& outputPath, const std::vector<std::string>& homeFolders);
+/// Opens the folder that an output file is in, or refuses it. There is nothing to delete when the path is
+/// empty, has no folder or only the root, or names a folder that does not exist. Any thread.
+OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
-/// The home folders of the user: what the environment says and what the password entry says.
-std::vector<std::string> homeFolders();
-
-/// The shell command that ends an encoder at once. Empty for processes 0 and 1, groups (negative numbers) and
-/// the agent itself, which are never killed.
-std::string killCommand(int pid);
-
-/// The shell command that removes a folder that `folderToRemove` has let pass.
-std::string removeCommand(const std::string& folder);
+/// Returns whether this user's file of the output's name was modified in it, or this user's folder itself was
+/// created, after the process started. Any thread.
+bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
+                const std::string& output);
 
 } // namespace Kest::App

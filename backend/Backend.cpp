@@ -2,6 +2,7 @@
 #include "backend/Backend.h"
 
 #include "backend/SettingsFile.h"
+#include "backend/SignalsBlocked.h"
 #include "lipc/SharedFile.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
@@ -10,7 +11,6 @@
 #include "log/Output.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -27,23 +27,6 @@ void reportMarker(const std::string& path)
 {
     Lct::Log(Lct::eLogWarning, "last user", "%.300s not written: %s", path.c_str(), std::strerror(errno));
 }
-
-/// Threads started while one of these lives get no signals: those are the main thread's business.
-class SignalsBlocked {
-public:
-    SignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before);
-    }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t before{};
-};
 
 // Returns the system's error where it refuses a thread.
 int startThread(std::thread& thread, const std::function<void()>& body)

@@ -99,9 +99,11 @@ public:
     /// Makes a bus the session's default bus; null or the name of no bus changes nothing. Not remembered.
     void setDefaultKestBus(const char* name);
 
-    /// What is known of an encoding; a record with `pid` 0 when nothing is. Any thread, but not from the
-    /// message callback.
+    /// Returns the record of the process that reported last with this number; one with `pid` 0 when there is
+    /// none. Any thread, but not from the message callback.
     encodingStatus getEncodingStatus(int pid) const;
+    /// The same of exactly this process.
+    encodingStatus getEncodingStatus(const ProcessIdentity& process) const;
 
     /// As the monitor's last pass found it. Any thread.
     HostState hostState() const;
@@ -128,6 +130,8 @@ private:
     void restorePipe();
     void readLines(const ProgressPipe::Piece& piece);
     void parse_1line(std::string_view line);
+    void dropLine(std::string_view beginning);
+    void identifyEncoder(std::int32_t pid);
     void take(std::int32_t pid, const ProgressLine& line);
     void take(std::int32_t pid, const PathLine& line);
     void take(std::int32_t pid, const TypeLine& line);
@@ -161,6 +165,7 @@ private:
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
+    std::vector<std::int32_t> identifiedInPiece; // numbers; pipe thread only
     std::atomic<bool> sessionIsThere = false;
     std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id

@@ -79,12 +79,12 @@ std::optional<EncodingLine> parseEncodingLine(std::string_view line)
             return EncodingLine{*pid, ProgressLine{*percentage}};
     } else if (const auto path = scanner.field("path:"); path && !path->empty()) {
         if (path->size() > kLongestValue)
-            return EncodingLine{*pid, OverlongValue{}};
+            return EncodingLine{*pid, OverlongValue{true}};
         return EncodingLine{*pid, PathLine{*path}};
     } else if (const auto type = scanner.field("enc_type:"); type && !type->empty()) {
         const auto word = std::string_view(type->begin(), std::ranges::find_if(*type, isBlank));
         if (word.size() > kLongestValue)
-            return EncodingLine{*pid, OverlongValue{}};
+            return EncodingLine{*pid, OverlongValue{false}};
         return EncodingLine{*pid, TypeLine{word}};
     }
     return error;

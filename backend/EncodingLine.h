@@ -19,8 +19,11 @@ struct TypeLine {
 };
 struct ErrorLine {};
 
-/// A path or word of 1024 bytes or more. Cut, it would name another folder, so the line is refused.
-struct OverlongValue {};
+/// A path or word of 1024 bytes or more. Cut, it would name another folder, so the line is refused; after a
+/// refused path the encoding has none.
+struct OverlongValue {
+    bool isPath;
+};
 
 struct EncodingLine {
     std::int32_t pid;

@@ -4,6 +4,8 @@
 #include "log/Log.h"
 #include "log/Output.h"
 
+#include <algorithm>
+
 namespace Kest::Settings {
 
 void Backend::namedPipeThreadloop()
@@ -22,12 +24,10 @@ void Backend::namedPipeThreadloop()
 
 void Backend::readLines(const ProgressPipe::Piece& piece)
 {
+    identifiedInPiece.clear();
     piece.lines->feed(
         piece.bytes, [this](std::string_view line) { parse_1line(line); },
-        [] {
-            Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
-                     LineSplitter::kLongestLine);
-        });
+        [this](std::string_view beginning) { dropLine(beginning); });
 }
 
 // After a failure the monitor requests it again in its next pass; the earlier pipes are read meanwhile.
@@ -52,19 +52,54 @@ void Backend::restorePipe()
 
 void Backend::parse_1line(std::string_view line)
 {
-    if (const auto parsed = parseEncodingLine(line))
-        std::visit([&](const auto& content) { take(parsed->pid, content); }, parsed->content);
+    const auto parsed = parseEncodingLine(line);
+    if (!parsed)
+        return;
+    identifyEncoder(parsed->pid);
+    std::visit([&](const auto& content) { take(parsed->pid, content); }, parsed->content);
+}
+
+// A path that was refused must not leave the one before it in its place.
+void Backend::dropLine(std::string_view beginning)
+{
+    Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped", LineSplitter::kLongestLine);
+    const auto parsed = parseEncodingLine(beginning);
+    const auto* value = parsed ? std::get_if<OverlongValue>(&parsed->content) : nullptr;
+    if (value == nullptr || !value->isPath)
+        return;
+    identifyEncoder(parsed->pid);
+    take(parsed->pid, PathLine{});
+}
+
+// Once for each number in a piece: asking the system takes longer than the line. Not within the lock, which
+// the main thread waits for.
+void Backend::identifyEncoder(std::int32_t pid)
+{
+    if (std::ranges::find(identifiedInPiece, pid) != identifiedInPiece.end())
+        return;
+    identifiedInPiece.push_back(pid);
+    const auto process = identifyProcess(pid);
+    {
+        const MutexLock lock(encodingMutex);
+        if (!encodingStatuses.identify(process))
+            return;
+    }
+    if (!hasOpen(process, systemPaths.encodingProgressFifo))
+        return;
+    const MutexLock lock(encodingMutex);
+    encodingStatuses.setWroteToPipe(pid);
 }
 
 void Backend::take(std::int32_t pid, const ProgressLine& line)
 {
-    const char* name = nullptr;
+    const encodingStatus* changed = nullptr;
     {
         const MutexLock lock(encodingMutex);
-        name = encodingStatuses.setPercentage(pid, line.percentage).nameText;
+        changed = encodingStatuses.setPercentage(pid, line.percentage);
     }
-    // Valid without the lock: only this thread changes a name.
-    sendMessage(line.percentage, pid, name);
+    // Valid without the lock: only this thread changes or removes a record.
+    if (changed != nullptr)
+        sendMessage(line.percentage, pid, changed->nameText);
 }
 
 void Backend::take(std::int32_t pid, const PathLine& line)
@@ -83,18 +118,28 @@ void Backend::take(std::int32_t pid, const ErrorLine&)
 {
     const MutexLock lock(encodingMutex);
     // Within the lock: a failure and the record that tells of it are seen together.
-    sendMessage(-1, pid, encodingStatuses.addError(pid).nameText);
+    if (const auto* changed = encodingStatuses.addError(pid))
+        sendMessage(-1, pid, changed->nameText);
 }
 
-void Backend::take(std::int32_t pid, const OverlongValue&)
+void Backend::take(std::int32_t pid, const OverlongValue& line)
 {
     Lct::Log(Lct::eLogError, "encoding", "path or type of 1024 bytes or more refused, process %d", pid);
+    if (line.isPath)
+        take(pid, PathLine{});
 }
 
 encodingStatus Backend::getEncodingStatus(int pid) const
 {
     const MutexLock lock(encodingMutex);
     const auto* found = encodingStatuses.find(pid);
+    return found == nullptr ? encodingStatus() : *found;
+}
+
+encodingStatus Backend::getEncodingStatus(const ProcessIdentity& process) const
+{
+    const MutexLock lock(encodingMutex);
+    const auto* found = encodingStatuses.find(process);
     return found == nullptr ? encodingStatus() : *found;
 }
 

@@ -1,6 +1,8 @@
 // What is known of one offline encoding.
 #pragma once
 
+#include "backend/Process.h"
+
 #include <cstdint>
 #include <string>
 
@@ -10,11 +12,19 @@ struct encodingStatus {
     std::int32_t pid = 0;         // the encoder's process; 0 in the record of an unknown one
     std::string encType;          // the word of its last type line
     std::int32_t percentage = -1; // as last reported, 100 is finished; -1 before the first report
-    std::string path;             // its output file
+    std::string path;             // its output file; empty before a path line and after a refused one
     std::string name;             // the output file's name without its last extension
     const char* nameText =
-        nullptr;                 // the characters of `name` in the Backend's own record; null before a path
+        nullptr;                 // the characters of `name` in the Backend's own record; null without a path
     std::int32_t errorCount = 0; // minus the number of errors reported
+    bool wroteToPipe = false;    // the process was once seen with the progress pipe open
+    ProcessIdentity process;     // start time 0 when no process had the number at the first line
 };
+
+/// Returns whether a message was sent for the encoding: a path or a type alone sends none.
+inline bool hasReported(const encodingStatus& status)
+{
+    return status.percentage >= 0 || status.errorCount < 0;
+}
 
 } // namespace Kest::Settings

@@ -1,8 +1,8 @@
 #include "backend/EncodingTable.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
+#include <iterator>
+#include <limits>
 #include <utility>
 
 namespace Kest::Settings {
@@ -26,66 +26,132 @@ std::string_view displayName(std::string_view path)
     return name.substr(0, name.rfind('.'));
 }
 
-bool isRunning(std::int32_t pid) { return pid > 0 && (kill(pid, 0) == 0 || errno == EPERM); }
+// The last one of a number; the end when there is none.
+template <typename Records>
+auto newestOf(Records& records, std::int32_t pid)
+{
+    const auto behind = records.upper_bound({pid, std::numeric_limits<std::uint64_t>::max()});
+    const bool isKnown = behind != records.begin() && std::prev(behind)->first.first == pid;
+    return isKnown ? std::prev(behind) : records.end();
+}
+
+bool isRunning(const ProcessIdentity& process)
+{
+    return process.startTime != 0 && identifyProcess(process.pid) == process;
+}
 
 } // namespace
 
-const encodingStatus& EncodingTable::setPercentage(std::int32_t pid, std::int32_t percentage)
+bool EncodingTable::identify(const ProcessIdentity& process)
 {
-    auto& record = touch(pid);
-    record.status.percentage = percentage;
-    record.isOver = percentage >= kFinished;
-    makeRoom(pid);
-    return record.status;
+    auto& record = recordFor(process);
+    return process.startTime != 0 && !record.status.wroteToPipe && record.pipeChecks++ < kMaxPipeChecks;
 }
 
-const encodingStatus& EncodingTable::setPath(std::int32_t pid, std::string_view path)
+EncodingTable::Record& EncodingTable::recordFor(const ProcessIdentity& process)
 {
-    auto& status = touch(pid).status;
+    const auto found = newestOf(records, process.pid);
+    if (found == records.end())
+        return add(process);
+    auto& record = found->second;
+    const auto& known = record.status.process;
+    const bool hasEnded = known.startTime != 0 && known != process;
+    record.isClosed = hasEnded && record.status.percentage >= kFinished;
+    if (process.startTime == 0 || known == process)
+        return record;
+    record.isOver = true;
+    return add(process);
+}
+
+void EncodingTable::setWroteToPipe(std::int32_t pid)
+{
+    if (const auto found = newestOf(records, pid); found != records.end())
+        found->second.status.wroteToPipe = true;
+}
+
+const encodingStatus* EncodingTable::setPercentage(std::int32_t pid, std::int32_t percentage)
+{
+    auto* record = touch(pid);
+    if (record == nullptr)
+        return nullptr;
+    record->status.percentage = percentage;
+    record->isOver = percentage >= kFinished;
+    return &record->status;
+}
+
+const encodingStatus* EncodingTable::setPath(std::int32_t pid, std::string_view path)
+{
+    auto* record = touch(pid);
+    if (record == nullptr)
+        return nullptr;
+    auto& status = record->status;
     bytesTaken -= bytesOf(status);
     status.path = path;
     status.name = displayName(path);
-    status.nameText = status.name.c_str();
+    status.nameText = path.empty() ? nullptr : status.name.c_str();
     bytesTaken += bytesOf(status);
-    makeRoom(pid);
-    return status;
+    makeRoom(*record);
+    return &status;
 }
 
-const encodingStatus& EncodingTable::setType(std::int32_t pid, std::string_view type)
+const encodingStatus* EncodingTable::setType(std::int32_t pid, std::string_view type)
 {
-    auto& status = touch(pid).status;
-    bytesTaken -= bytesOf(status);
-    status.encType = type;
-    bytesTaken += bytesOf(status);
-    makeRoom(pid);
-    return status;
+    auto* record = touch(pid);
+    if (record == nullptr)
+        return nullptr;
+    bytesTaken -= bytesOf(record->status);
+    record->status.encType = type;
+    bytesTaken += bytesOf(record->status);
+    makeRoom(*record);
+    return &record->status;
 }
 
-const encodingStatus& EncodingTable::addError(std::int32_t pid)
+const encodingStatus* EncodingTable::addError(std::int32_t pid)
 {
-    auto& record = touch(pid);
-    --record.status.errorCount;
-    record.isOver = true;
-    makeRoom(pid);
-    return record.status;
+    auto* record = touch(pid);
+    if (record == nullptr)
+        return nullptr;
+    --record->status.errorCount;
+    record->isOver = true;
+    return &record->status;
 }
 
 const encodingStatus* EncodingTable::find(std::int32_t pid) const
 {
-    const auto found = records.find(pid);
+    const auto found = newestOf(records, pid);
     return found == records.end() ? nullptr : &found->second.status;
 }
 
-EncodingTable::Record& EncodingTable::touch(std::int32_t pid)
+const encodingStatus* EncodingTable::find(const ProcessIdentity& process) const
 {
-    const auto [found, isNew] = records.try_emplace(pid);
-    auto& record = found->second;
-    record.heard = ++changes;
-    if (isNew) {
-        record.status.pid = pid;
-        bytesTaken += bytesOf(record.status);
-    }
+    for (auto record = records.lower_bound({process.pid, 0});
+         record != records.end() && record->first.first == process.pid; ++record)
+        if (record->second.status.process == process)
+            return &record->second.status;
+    return nullptr;
+}
+
+EncodingTable::Record& EncodingTable::add(const ProcessIdentity& process)
+{
+    auto& record = records[{process.pid, ++changes}];
+    record.heard = changes;
+    record.status.pid = process.pid;
+    record.status.process = process;
+    bytesTaken += bytesOf(record.status);
+    makeRoom(record);
     return record;
+}
+
+EncodingTable::Record* EncodingTable::touch(std::int32_t pid)
+{
+    const auto found = newestOf(records, pid);
+    if (found == records.end())
+        return &add({pid, 0});
+    auto& record = found->second;
+    if (record.isClosed)
+        return nullptr;
+    record.heard = ++changes;
+    return &record;
 }
 
 bool EncodingTable::isTooMuch(std::size_t tenthsOfBound) const
@@ -94,35 +160,35 @@ bool EncodingTable::isTooMuch(std::size_t tenthsOfBound) const
                                   records.size() > kMostRecords * tenthsOfBound / 10);
 }
 
-// A tenth at once, so that looking for the oldest ones does not cost anything that counts.
-void EncodingTable::makeRoom(std::int32_t kept)
+// A tenth at once, so that sorting costs little for each line.
+void EncodingTable::makeRoom(const Record& kept)
 {
     if (!isTooMuch(10))
         return;
-    auto oldest = fromOldest();
+    auto oldest = fromOldest(kept);
     // A few of those that still run are passed over at first.
     int passedOver = 0;
     for (auto& record : oldest) {
         if (!isTooMuch(9))
             return;
-        if (record->first == kept)
-            continue;
-        if (!record->second.isOver && passedOver < kMostProcessesAsked && isRunning(record->first))
+        if (!record->second.isOver && passedOver < kMostProcessesAsked &&
+            isRunning(record->second.status.process))
             ++passedOver;
         else
             forget(std::exchange(record, records.end()));
     }
     for (const auto record : oldest)
-        if (isTooMuch(9) && record != records.end() && record->first != kept)
+        if (isTooMuch(9) && record != records.end())
             forget(record);
 }
 
-std::vector<EncodingTable::Records::iterator> EncodingTable::fromOldest()
+std::vector<EncodingTable::Records::iterator> EncodingTable::fromOldest(const Record& kept)
 {
     std::vector<Records::iterator> all;
     all.reserve(records.size());
     for (auto record = records.begin(); record != records.end(); ++record)
-        all.push_back(record);
+        if (&record->second != &kept)
+            all.push_back(record);
     std::ranges::sort(
         all, {}, [](const auto& record) { return std::pair(!record->second.isOver, record->second.heard); });
     return all;
@@ -136,7 +202,7 @@ void EncodingTable::forget(Records::iterator record)
 
 std::size_t EncodingTable::bytesOf(const encodingStatus& status)
 {
-    return sizeof(Record) + kMapNodeBytes + kAllocatorBytes + heapBytes(status.encType) +
+    return sizeof(Records::value_type) + kMapNodeBytes + kAllocatorBytes + heapBytes(status.encType) +
            heapBytes(status.path) + heapBytes(status.name);
 }
 

@@ -15,18 +15,21 @@ public:
     static constexpr std::size_t kLongestLine = 4096;
 
     /// Calls `take` with each line that ends in these bytes, without its end; empty ones are left out. For
-    /// one of more than 4096 bytes `drop` is called instead, once. A line is valid during the call.
+    /// one of more than 4096 bytes `drop` is called instead, once, with its first 4097. A line is valid
+    /// during the call.
     template <typename Take, typename Drop>
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
     {
         while (!bytes.empty()) {
             const auto* end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return isLineEnd(c); });
             const auto piece = bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
-            if (end == bytes.end())
-                return keep(piece);
+            if (end == bytes.end()) {
+                keep(piece);
+                return;
+            }
             bytes.remove_prefix(piece.size() + 1);
             if (begun.size() + piece.size() > kLongestLine)
-                drop();
+                drop(std::string_view(keep(piece)));
             else if (!begun.empty())
                 take(std::string_view(begun.append(piece)));
             else if (!piece.empty())
@@ -43,7 +46,10 @@ private:
     }
 
     // One byte more than a line may have marks one that is too long, whatever follows.
-    void keep(std::string_view piece) { begun.append(piece.substr(0, kLongestLine + 1 - begun.size())); }
+    const std::string& keep(std::string_view piece)
+    {
+        return begun.append(piece.substr(0, kLongestLine + 1 - begun.size()));
+    }
 
     std::string begun; // the line that has not ended yet, at most 4097 bytes of it
 };

@@ -31,7 +31,8 @@ bool hasOpen(const ProcessIdentity& process, const std::string& path);
 
 /// Ends a process by SIGKILL and waits up to five seconds until it has ended. Ends only exactly this process,
 /// only one of this user, and neither the agent nor an ancestor of it. Returns an empty text when the process
-/// has ended, before or now; otherwise why it was not killed, or that it does not end. Any thread; blocks.
+/// has ended, before or now; otherwise why it was not killed, or that it does not end. The number of a
+/// thread without a start time is an error as well. Any thread; blocks.
 std::string endProcess(const ProcessIdentity& process);
 
 } // namespace Kest::Settings

@@ -1,58 +1,50 @@
-// Abort: whatever an encoder says, the commands are exactly the described ones or none.
+// Abort: whatever path an encoder reports, the folder is refused, or it is the one of the path and is not
+// protected.
 #include "app/OutputFolder.h"
 #include "backend/EncodingLine.h"
 #include "fuzz/Input.h"
 
-#include <unistd.h>
+#include <algorithm>
+#include <filesystem>
 
 namespace {
 
 using namespace Kest;
 using Fuzz::require;
+namespace fs = std::filesystem;
 
-const char kHome[] = "/usr/share"; // a folder that every system has
+// Folders that every system has; nothing is deleted here.
+const fs::path kHome = "/usr/share";
+const fs::path kTree = "/usr/lib";
 
-/// Without empty parts and dots; ".." takes a part away.
-std::vector<std::string> parts(const std::string& path)
+bool isWithin(const fs::path& folder, const fs::path& tree)
 {
-    std::vector<std::string> found;
-    for (std::size_t begin = 0; begin <= path.size();) {
-        const auto end = std::min(path.find('/', begin), path.size());
-        const auto part = path.substr(begin, end - begin);
-        if (part == ".." && !found.empty())
-            found.pop_back();
-        else if (!part.empty() && part != "." && part != "..")
-            found.push_back(part);
-        begin = end + 1;
-    }
-    return found;
+    return std::ranges::mismatch(tree, folder).in1 == tree.end();
 }
 
-bool isOrContainsHome(const std::string& folder)
+// By texts, in another way than the decision itself.
+void checkFolder(const fs::path& folder, const std::string& output)
 {
-    const auto home = parts(kHome);
-    const auto above = parts(folder);
-    return above.size() <= home.size() && std::equal(above.begin(), above.end(), home.begin());
+    require(folder == fs::canonical(output.substr(0, output.rfind('/'))), "the folder of the output");
+    require(folder.has_relative_path(), "not the root folder");
+    require(!isWithin(kHome, folder) && folder.parent_path() != kHome,
+            "not the home, above it or directly in it");
+    require(!isWithin(folder, kTree) && !isWithin(kTree, folder), "not in the tree, and not above it");
+    for (auto part = folder; isWithin(part, kHome) && part != kHome; part = part.parent_path())
+        require(part.parent_path() != kHome || !part.filename().string().starts_with('.'), "not hidden");
+    const auto mounts = App::mountPoints().value();
+    require(std::ranges::none_of(mounts, [&](const auto& mount) { return isWithin(mount, folder); }),
+            "no mount point");
+    require(output.find('\'') >= output.rfind('/'), "no quote");
 }
 
-void checkKill(int pid)
+void checkPath(const std::string& output)
 {
-    const auto command = App::killCommand(pid);
-    const bool isDeadly = pid <= 1 || pid == getpid();
-    require(command == (isDeadly ? "" : "kill -9 " + std::to_string(pid)), "one process is killed, or none");
-}
-
-void checkRemove(const std::string& path)
-{
-    const auto [folder, refusal] = App::folderToRemove(path, {kHome});
-    require(folder.empty() != refusal.empty(), "a folder, or a reason");
-    if (folder.empty())
-        return;
-    require(folder == path.substr(0, path.rfind('/')), "the folder of the output");
-    require(folder.front() == '/' && folder.find_first_of(std::string("'\n\r\0", 4)) == std::string::npos,
-            "one absolute word of the shell");
-    require(!isOrContainsHome(folder), "nothing of the home folder but what is within it");
-    require(App::removeCommand(folder) == "rm -Rf '" + folder + "'", "the described command");
+    const auto opened = App::openOutputFolder(
+        output, {{kHome, 1, true}, {kTree, App::ProtectedFolder::kWholeTree}, {"/none", 1}});
+    require(!opened.folder || opened.refusal.empty(), "a folder, or a reason");
+    if (opened.folder)
+        checkFolder(App::pathOf(opened.folder), output);
 }
 
 } // namespace
@@ -60,11 +52,10 @@ void checkRemove(const std::string& path)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Fuzz::Input input(data, size);
-    checkKill(input.number());
     auto line = "pid: 4711 , path: " + input.rest();
     line = line.substr(0, line.find_first_of(std::string("\n\r\0", 3)));
     const auto parsed = Settings::parseEncodingLine(line);
     if (const auto* output = std::get_if<Settings::PathLine>(&parsed->content))
-        checkRemove(std::string(output->path));
+        checkPath(std::string(output->path));
     return 0;
 }

@@ -27,10 +27,14 @@ struct Feed {
     void take(int pid, const PathLine& line) { keep(table.setPath(pid, line.path), pid); }
     void take(int pid, const TypeLine& line) { keep(table.setType(pid, line.word), pid); }
     void take(int pid, const ErrorLine&) { keep(table.addError(pid), pid); }
-    void take(int, const OverlongValue&) {}
-    void keep(const encodingStatus& status, int pid) const
+    void take(int pid, const OverlongValue& line)
     {
-        require(&status == table.find(pid) && status.pid == pid, "the record that was told of is kept");
+        if (line.isPath)
+            keep(table.setPath(pid, {}), pid);
+    }
+    void keep(const encodingStatus* status, int pid) const
+    {
+        require(status == table.find(pid) && status->pid == pid, "the changed record is kept");
     }
 
     EncodingTable table;
@@ -61,9 +65,9 @@ void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
     if (percentage >= 0)
         table[pid].percentage = percentage;
     else if (std::sscanf(line.c_str(), "pid: %d , path: %[^\n]", &pid, text.data()) == 2) {
-        const std::string path = text.data();
+        std::string path = text.data();
         if (path.size() > 1023)
-            return;
+            path.clear();
         table[pid].path = path;
         table[pid].name = path.substr(path.rfind('/') + 1);
         table[pid].name = table[pid].name.substr(0, table[pid].name.rfind('.'));
@@ -129,7 +133,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (auto* feed : {&whole, meetsBound ? &small : nullptr})
             if (feed != nullptr)
                 feed->splitter.feed(
-                    piece, [feed](std::string_view line) { feed->take(line); }, [] {});
+                    piece, [feed](std::string_view line) { feed->take(line); }, [](std::string_view) {});
         rest.remove_prefix(piece.size());
         require(small.table.bytes() <= kSmall || small.table.size() == 1, "the bound of a table");
     }
@@ -142,7 +146,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     found->name == status.name && found->encType == status.encType &&
                     found->errorCount == status.errorCount,
                 "each is as sscanf finds it");
-        require(found->path.empty() || found->nameText == found->name.c_str(), "the text of a name");
+        require(found->nameText == (found->path.empty() ? nullptr : found->name.c_str()),
+                "the text of a name");
     }
     return 0;
 }

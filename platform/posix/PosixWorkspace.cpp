@@ -1,7 +1,6 @@
 #include "platform/posix/PosixWorkspace.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <optional>
 #include <spawn.h>
@@ -61,11 +60,6 @@ bool PosixWorkspace::run(const std::string& program, const std::vector<std::stri
 void PosixWorkspace::forgetEnded()
 {
     std::erase_if(started, [](pid_t pid) { return waitpid(pid, nullptr, WNOHANG) != 0; });
-}
-
-void PosixWorkspace::runShellCommand(const std::string& command)
-{
-    [[maybe_unused]] const int outcome = std::system(command.c_str());
 }
 
 } // namespace Kest::Posix

@@ -20,7 +20,6 @@ public:
     /// In a session of its own, so that the program outlives the agent's terminal.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }
-    void runShellCommand(const std::string& command) override;
 
 private:
     void forgetEnded();

@@ -11,29 +11,38 @@ constexpr std::string_view kStep = " > ";
 
 struct Step {
     const App::ItemSnapshot* item = nullptr;
-    std::string_view rest; // of the path, behind this item
+    std::string name;
+    int items = 0; // with that name
 };
 
-// Goes by the items, not by the arrows: a title may hold one itself.
+bool begins(std::string_view path, const std::string& name)
+{
+    return path.starts_with(name) &&
+           (path.size() == name.size() || path.substr(name.size()).starts_with(kStep));
+}
+
+bool isListed(const App::ItemProperties& item) { return !item.hidden && !item.separator; }
+
+// Goes by the items, not by the arrows: a title may contain one itself.
 Step takeStep(const App::ItemSnapshot& menu, std::string_view path)
 {
+    std::map<std::string, int> total;
+    for (const auto& item : menu.items)
+        if (isListed(*item.properties))
+            ++total[printable(itemName(*item.properties))];
     Step longest;
-    std::size_t longestName = 0;
     std::map<std::string, int> seen;
     for (const auto& item : menu.items) {
-        const auto& properties = *item.properties;
-        if (properties.hidden || properties.separator)
+        if (!isListed(*item.properties))
             continue;
-        auto name = printable(itemName(properties));
-        if (const int count = ++seen[name]; count > 1)
-            name += " #" + std::to_string(count);
-        const bool matches = path.starts_with(name) &&
-                             (path.size() == name.size() || path.substr(name.size()).starts_with(kStep));
-        if (!matches || (longest.item != nullptr && name.size() <= longestName))
+        auto name = printable(itemName(*item.properties));
+        const auto numbered = name + " #" + std::to_string(++seen[name]);
+        if (total[name] > 1 && begins(path, numbered))
+            name = numbered;
+        if (!begins(path, name) || name.size() < longest.name.size())
             continue;
-        longestName = name.size();
-        longest = {&item,
-                   path.size() == name.size() ? std::string_view() : path.substr(name.size() + kStep.size())};
+        const bool isSame = name == longest.name;
+        longest = {&item, std::move(name), isSame ? longest.items + 1 : 1};
     }
     return longest;
 }
@@ -45,14 +54,16 @@ FoundItem findByPath(const App::ItemSnapshot& statusMenu, std::string_view path)
     const auto* menu = &statusMenu;
     std::string where = "the menu";
     for (auto rest = path;;) {
-        const auto step = takeStep(*menu, rest);
-        if (step.item == nullptr)
+        const auto [item, name, items] = takeStep(*menu, rest);
+        if (item == nullptr)
             return {nullptr, "no item \"" + std::string(rest.substr(0, rest.find(kStep))) + "\" in " + where};
-        if (step.rest.empty())
-            return {step.item, {}};
-        menu = step.item;
-        where = std::string(path.substr(0, path.size() - step.rest.size() - kStep.size()));
-        rest = step.rest;
+        if (items > 1)
+            return {nullptr, "several items \"" + name + "\" in " + where + ": add #1, #2, ... to the name"};
+        if (rest.size() == name.size())
+            return {item, {}};
+        rest.remove_prefix(name.size() + kStep.size());
+        menu = item;
+        where = std::string(path.substr(0, path.size() - rest.size() - kStep.size()));
     }
 }
 

@@ -10,11 +10,11 @@ namespace Kest::Terminal {
 
 struct FoundItem {
     const App::ItemSnapshot* item = nullptr; // points into the menu that was searched
-    std::string error;                       // what was not found and where, when `item` is null
+    std::string error;                       // what was not found or is ambiguous, when `item` is null
 };
 
-/// Looks through the items that can be seen. Titles must match to the letter; of several items with one title
-/// the first is meant, and "Title #2" means the second.
+/// Searches the visible items. Titles must match exactly. Of several items with one title "Title #2" is the
+/// second; the title alone finds none of them.
 FoundItem findByPath(const App::ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::Terminal

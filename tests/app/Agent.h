@@ -33,7 +33,9 @@ template <typename FrontEnd>
 class AgentOn {
 public:
     /// With a settings file that holds these values; with none there is no file.
-    explicit AgentOn(const std::map<std::string, std::string>& settings = {})
+    explicit AgentOn(const std::map<std::string, std::string>& settings = {},
+                     App::AbortJobs::Abort abortOne = App::abortEncoder)
+        : delegate(frontEnd, workspace, place.paths, std::chrono::milliseconds(5), std::move(abortOne))
     {
         std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n\n<PROPERTIES>\n";
         for (const auto& [key, value] : settings)
@@ -101,21 +103,29 @@ public:
     bool report(int pid, const std::string& path, int percentage = 50)
     {
         const auto begin = "pid: " + std::to_string(pid) + " , ";
-        const auto lines = (path.empty() ? "" : begin + "path: " + path + "\n") + begin +
-                           "P: " + std::to_string(percentage) + "\n";
+        return send((path.empty() ? "" : begin + "path: " + path + "\n") + begin +
+                    "P: " + std::to_string(percentage) + "\n") &&
+               pumpUntil([&] {
+                   const auto* row = entry(pid);
+                   return row != nullptr &&
+                          row->properties().view->percentage == std::to_string(percentage) + "%";
+               });
+    }
+    bool send(const std::string& lines) const
+    {
         int fifo = -1;
         const char* name = place.paths.encodingProgressFifo.c_str();
         const bool sent = eventually([&] { return (fifo = ::open(name, O_WRONLY | O_NONBLOCK)) >= 0; }) &&
                           write(fifo, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size());
         close(fifo);
-        return sent && pumpUntil([&] { return entry(pid) != nullptr; });
+        return sent;
     }
     const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
 
     TestPlace place;
     FrontEnd frontEnd;
     FakeWorkspace workspace;
-    NotingDelegate delegate{frontEnd, workspace, place.paths, std::chrono::milliseconds(5)};
+    NotingDelegate delegate;
 };
 
 using Agent = AgentOn<FakeFrontEnd>;

@@ -1,14 +1,13 @@
-// Encodings in the menu, and what an abort may kill and remove.
+// Encodings in the menu, and aborts beside the main loop.
 #include "app/EncodingHistoryMenu.h"
 
-#include "app/OutputFolder.h"
 #include "tests/app/Agent.h"
-
-#include <climits>
 
 namespace {
 
 using namespace Kest::App;
+using Kest::Settings::ProcessIdentity;
+using Kest::Test::eventually;
 using testing::ElementsAre;
 
 TEST(EncodingTitle, IsTheNameWithoutItsTag)
@@ -18,9 +17,42 @@ TEST(EncodingTitle, IsTheNameWithoutItsTag)
     EXPECT_EQ(encodingTitle(0, "é_äöü"), "é") << "characters, not bytes";
 }
 
+// What takes the place of ending encoders and deleting folders. Its threads may outlive the test.
+struct FakeAborts {
+    std::string abortOne(const AbortOrder& order, const std::atomic<bool>& stop)
+    {
+        const bool isStuck = order.process.pid == stuckPid;
+        {
+            const std::lock_guard lock(mutex);
+            orders.push_back(order);
+        }
+        while (blocked && (isStuck || !stop))
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        const std::lock_guard lock(mutex);
+        return stop ? "stopped" : result;
+    }
+    std::size_t count()
+    {
+        const std::lock_guard lock(mutex);
+        return orders.size();
+    }
+    void setResult(const std::string& text)
+    {
+        const std::lock_guard lock(mutex);
+        result = text;
+    }
+
+    std::atomic<bool> blocked = false; // until a stop is requested
+    std::atomic<int> stuckPid = 0;     // even then
+    std::mutex mutex;
+    std::vector<AbortOrder> orders;
+    std::string result;
+};
+
 class EncodingHistory : public testing::Test {
 protected:
     EncodingHistory() { agent.start(); }
+    ~EncodingHistory() override { aborts->blocked = false; }
     void receive(int number, int pid, const char* name)
     {
         agent.delegate.receivedMsgFromBackend(number, pid, name);
@@ -29,10 +61,17 @@ protected:
     bool show(int pid) { return agent.delegate.choose(actionOf(pid, 1).id()); }
     bool abort(int pid) { return agent.delegate.choose(actionOf(pid, 2).id()); }
     bool mayBeAborted(int pid) { return actionOf(pid, 2).properties().enabled; }
+    bool isGone(int pid)
+    {
+        return agent.pumpUntil([&] { return agent.entry(pid) == nullptr; });
+    }
     const EntryView& view(int pid) { return *agent.entry(pid)->properties().view; }
     bool mayBeCleared() { return agent.seen(history + "/Clear History").enabled; }
 
-    Kest::Test::Agent agent;
+    const std::shared_ptr<FakeAborts> aborts = std::make_shared<FakeAborts>();
+    Kest::Test::Agent agent{{}, [aborts = aborts](const AbortOrder& order, const std::atomic<bool>& stop) {
+                                return aborts->abortOne(order, stop);
+                            }};
     const std::string history = "Encoding History";
     const std::vector<std::string>& asked = agent.workspace.asked;
 };
@@ -53,6 +92,11 @@ TEST_F(EncodingHistory, ForgetsTheOldestOnesThatAreOverWhenThereAreTooMany)
     for (int pid = full + 2; pid <= full + 101; ++pid)
         receive(50, pid, "running");
     EXPECT_TRUE(agent.entry(1) == nullptr && agent.entry(199) == nullptr) << "few are over: the oldest ones";
+
+    const std::string longName(1000, 'x');
+    for (int pid = 100'000; pid < 104'000; ++pid)
+        receive(50, pid, longName.c_str());
+    EXPECT_LT(agent.ids(history).size() * longName.size(), EncodingHistoryMenu::kMaxTextBytes);
 }
 
 TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
@@ -80,71 +124,97 @@ TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
     EXPECT_THAT(asked, ElementsAre());
 }
 
-TEST_F(EncodingHistory, AbortKillsTheEncoderThenRemovesItsFolderAndTheEntry)
+TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
 {
-    ASSERT_TRUE(agent.report(4711, "/Volumes/Out put/Film/Film.wav"));
-    ASSERT_TRUE(agent.report(4712, "/Other.wav"));
-    EXPECT_TRUE(show(4711) && abort(4711) && show(4712));
-    EXPECT_THAT(asked, ElementsAre("select /Volumes/Out put/Film", "shell kill -9 4711",
-                                   "shell rm -Rf '/Volumes/Out put/Film'", "select /"));
-    EXPECT_THAT(agent.items(history), ElementsAre("Clear History 0", "- 0", "Other 4712"));
-    EXPECT_TRUE(agent.report(4711, "", 51)) << "one that still manages to report is back";
-    EXPECT_TRUE(mayBeCleared() && abort(4712) && abort(4711));
-    EXPECT_FALSE(mayBeCleared());
+    ASSERT_TRUE(agent.report(4711, "/Out/Film/Film_1.wav"));
+    ASSERT_TRUE(agent.report(getpid(), "/Other.wav"));
+    ASSERT_TRUE(agent.send("pid: 4711 , path: /Documents/Forged.wav\n"));
+    ASSERT_TRUE(agent.report(4713, "", 1)) << "which is read after it";
+    EXPECT_TRUE(show(4711) && show(getpid()) && show(4713));
+    EXPECT_THAT(asked, ElementsAre("select /Out/Film", "select /"));
+    ASSERT_TRUE(abort(4711) && isGone(4711) && abort(getpid()) && isGone(getpid()));
+    ASSERT_EQ(aborts->count(), 2U);
+    EXPECT_EQ(aborts->orders[0].output, "/Out/Film/Film_1.wav");
+    EXPECT_EQ(aborts->orders[1].output, "/Other.wav");
+    EXPECT_EQ(aborts->orders[1].process, Kest::Settings::identifyProcess(getpid()));
+
+    ASSERT_TRUE(agent.report(4711, "", 51)) << "one that still reports has a row again";
+    EXPECT_EQ(view(4711).name, "Forged");
+    EXPECT_TRUE(show(4711));
+    EXPECT_EQ(asked.back(), "select /Documents");
+    receive(52, 4714, "unknown to the backend");
+    ASSERT_TRUE(show(4714) && abort(4714) && isGone(4714));
+    EXPECT_EQ(aborts->orders[2].process, (ProcessIdentity{4714, 0}));
+    EXPECT_EQ(aborts->orders[2].output, "");
 }
 
-TEST_F(EncodingHistory, RefusesDeadlyProcessesAndFoldersAndUnknownOnes)
+TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
 {
-    receive(50, 4709, "unknown to the backend");
-    ASSERT_TRUE(agent.report(4710, "")); // no path yet
-    ASSERT_TRUE(agent.report(1, "/Film.wav"));
-    ASSERT_TRUE(agent.report(getpid(), "/Out/it's/Film.wav"));
-    EXPECT_TRUE(show(4709) && show(4710));
-    for (const int pid : {4709, 4710, 1, getpid()}) {
-        EXPECT_TRUE(abort(pid));
-        EXPECT_EQ(agent.entry(pid), nullptr);
-    }
-    EXPECT_THAT(asked, ElementsAre("shell kill -9 4710"));
-    for (const int deadly : {0, 1, -1, -4711, INT_MIN, getpid()})
-        EXPECT_EQ(killCommand(deadly), "") << deadly;
+    receive(50, 4711, "Film_Mix_Prt");
+    receive(50, 4712, "Other");
+    aborts->blocked = true;
+    aborts->setResult("refused");
+    ASSERT_TRUE(abort(4711));
+    EXPECT_FALSE(mayBeAborted(4711) || abort(4711)) << "a second click";
+    receive(60, 4711, "Film_Mix_Prt");
+    receive(-1, 4711, "Film_Mix_Prt");
+    EXPECT_FALSE(mayBeAborted(4711)) << "a message meanwhile";
+    EXPECT_EQ(view(4711).name, "Film_Mix - Failed");
+    EXPECT_TRUE(abort(4712)) << "another one beside it";
+    receive(100, 4712, "Other");
+
+    aborts->blocked = false;
+    ASSERT_TRUE(agent.pumpUntil([&] { return mayBeAborted(4711); })) << "it failed";
+    EXPECT_EQ(aborts->count(), 2U);
+    aborts->blocked = true;
+    aborts->setResult("");
+    ASSERT_TRUE(abort(4711) && agent.choose(history + "/Clear History"));
+    receive(70, 4711, "Film_Mix_Prt");
+    receive(100, 4712, "Other");
+    EXPECT_FALSE(mayBeAborted(4711)) << "in a new row";
+    aborts->blocked = false;
+    EXPECT_TRUE(isGone(4711));
+    EXPECT_FALSE(mayBeAborted(4712)) << "it has finished";
 }
 
-TEST(OutputFolder, IsRemovedUnlessThatCouldTakeMoreThanTheOutput)
+TEST_F(EncodingHistory, EndsWithTheAgentWhileADiskHangs)
 {
-    const Kest::Test::TemporaryFolder root;
-    const std::string r = root.path();
-    std::filesystem::create_directories(r + "/users/me/out");
-    std::filesystem::create_directory_symlink(r + "/users/me", r + "/link");
-    std::filesystem::create_directory_symlink(r + "/users", r + "/above");
-    const std::vector<std::string> homes{"", r + "/link", r + "/users/other"};
+    receive(50, 4711, "Film_Mix_Prt");
+    receive(50, 4712, "Other");
+    aborts->stuckPid = 4711;
+    aborts->blocked = true;
+    ASSERT_TRUE(abort(4711) && abort(4712) && eventually([&] { return aborts->count() == 2; }));
+    testing::internal::CaptureStderr();
+    const auto begin = std::chrono::steady_clock::now();
+    agent.delegate.applicationWillTerminate();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+    const auto log = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(log, testing::HasSubstr("encoding 4711: not complete when the agent ended"));
+    EXPECT_THAT(log, testing::HasSubstr("encoding 4712: stopped"));
+}
 
-    for (const char* folder : {"/users/me/out", "/users/me/no such", "/users/mel", "/link/out/../new"}) {
-        const auto verdict = folderToRemove(r + folder + "/Film.wav", homes);
-        EXPECT_EQ(verdict.folder, r + folder) << verdict.refusal;
-    }
-    std::vector<std::string> refused = {"",
-                                        "Film.wav",
-                                        "out/Film.wav",
-                                        "-/Film.wav",
-                                        "~/Film.wav",
-                                        "$HOME/Film.wav",
-                                        "../../Film.wav",
-                                        "/Film.wav",
-                                        "//Film.wav",
-                                        "/./Film.wav",
-                                        "/../Film.wav",
-                                        "/tmp/../Film.wav",
-                                        "/'/Film.wav",
-                                        "/Out/'; kill -9 -1; '/Film.wav",
-                                        "/" + std::string(300, 'x') + "/Film.wav"};
-    for (const char* folder :
-         {"/users/me", "/users/me/", "/users/me/.", "/users/me/out/..", "/users/me/none/..", "/users",
-          "/users/other", "/link", "/link/", "/link/..", "/above", "/above/me", "/users/me/it's", ""})
-        refused.push_back(r + folder + "/Film.wav");
-    for (const auto& path : refused) {
-        const auto verdict = folderToRemove(path, homes);
-        EXPECT_TRUE(verdict.folder.empty() && !verdict.refusal.empty()) << path;
-    }
+TEST(AbortJobs, AreBoundedAndRunBesideEachOther)
+{
+    Kest::Test::FakeFrontEnd frontEnd;
+    std::atomic<int> ended = 0;
+    std::atomic<bool> go = false;
+    AbortJobs jobs(
+        frontEnd, [&](const ProcessIdentity&, const std::string&) { ++ended; },
+        [&](const AbortOrder&, const std::atomic<bool>&) {
+            eventually([&] { return go.load(); });
+            return std::string();
+        });
+    const auto orderOf = [](int pid) {
+        return AbortOrder{.process = {pid, 1}, .output = {}, .pipe = {}, .settingsFolder = {}};
+    };
+    const int most = static_cast<int>(AbortJobs::kMaxRunning);
+    for (int pid = 1; pid <= most; ++pid)
+        EXPECT_TRUE(jobs.start(orderOf(pid)).empty() && jobs.start(orderOf(pid)).empty());
+    EXPECT_FALSE(jobs.start(orderOf(100)).empty());
+    go = true;
+    EXPECT_TRUE(eventually([&] { return frontEnd.runJobs(), ended == most; }));
+    EXPECT_FALSE(jobs.isRunning({1, 1}));
+    EXPECT_EQ(jobs.start(orderOf(100)), "");
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 // Encodings as they are reported through the real pipe, and the pipe's place in the file system.
 #include "tests/backend/BackendFixture.h"
+#include "tests/support/Process.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace Kest::Test;
+using Kest::Settings::identifyProcess;
 using testing::ElementsAre;
 
 using EncodingProgress = BackendTest;
@@ -67,11 +69,45 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
 
     testing::internal::CaptureStderr();
     const auto longest = "/x/" + std::string(1020, 'p');
-    encoder.write("pid: 8 , path: " + longest + "\npid: 8 , path: " + longest + "p\n" + progress(8, 5) +
-                  "\n");
-    EXPECT_EQ(heard(4).back(), "5 8 '" + longest.substr(3) + "'");
-    EXPECT_EQ(backend->getEncodingStatus(8).path, longest);
-    EXPECT_EQ(std::ranges::count(Kest::Test::capturedErrors(), '\n'), 1);
+    const std::string refused[] = {longest + "p", std::string(5000, '/')};
+    for (const auto& path : refused) {
+        encoder.write("pid: 8 , path: " + longest + "\npid: 8 , enc_type: " + refused[0] + "\n" +
+                      progress(8, 5) + "\n");
+        encoder.write("pid: 8 , path: " + path + "\n" + progress(8, 6) + "\n");
+    }
+    const auto named = "5 8 '" + longest.substr(3) + "'";
+    EXPECT_THAT(heard(7),
+                testing::IsSupersetOf({named, std::string("6 8 null"), named, std::string("6 8 null")}))
+        << "a refused path leaves none";
+    EXPECT_EQ(backend->getEncodingStatus(8).path + backend->getEncodingStatus(8).name, "");
+    EXPECT_EQ(std::ranges::count(Kest::Test::capturedErrors(), '\n'), 1) << "once a minute";
+}
+
+TEST_F(EncodingProgress, BelongsToTheProcessThatHasTheNumber)
+{
+    start();
+    const Encoder encoder(fifo);
+    Process other({"/bin/sleep", "100"});
+    const auto process = identifyProcess(other.pid());
+    for (const int pid : {getpid(), other.pid()})
+        encoder.write(progress(pid, 5) + "\n");
+    heard(2);
+    const auto self = backend->getEncodingStatus(getpid());
+    EXPECT_TRUE(self.process == identifyProcess(getpid()) && self.wroteToPipe);
+    EXPECT_TRUE(backend->getEncodingStatus(process).pid == other.pid() &&
+                !backend->getEncodingStatus(other.pid()).wroteToPipe)
+        << "which has not got the pipe open";
+
+    other.signal(SIGKILL);
+    other.exitStatus();
+    const auto error = "pid: " + std::to_string(other.pid()) + " , ERROR:\n";
+    encoder.write(progress(other.pid(), 100) + "\n" + error);
+    heard(4);
+    encoder.write(progress(other.pid(), 50) + "\n" + error + progress(1, 1) + "\n");
+    heard(5);
+    const auto last = backend->getEncodingStatus(process);
+    EXPECT_TRUE(last.percentage == 100 && last.errorCount == -1)
+        << "its last lines are its own, later ones are not";
 }
 
 TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)

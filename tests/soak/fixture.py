@@ -97,7 +97,19 @@ def text_agent(part, **options):
 
 
 def report(pid, *fields):
-    """Writes lines of an encoder: report(4711, "path: /out/Film/Film.wav", "P: 5")."""
-    with open(FIFO, "wb", buffering=0) as pipe:
+    """Writes lines of an encoder: report(4711, "path: /out/Film/Film.wav", "P: 5"). Raises without a reader."""
+    opened = []
+
+    def open_pipe():
+        try:
+            opened.append(os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK))
+        except OSError:
+            return False
+        return True
+
+    if not wait_until(open_pipe):
+        raise RuntimeError("nobody reads " + FIFO)
+    os.set_blocking(opened[0], True)
+    with open(opened[0], "wb", buffering=0) as pipe:
         for field in fields:
             pipe.write(f"pid: {pid} , {field}\n".encode())

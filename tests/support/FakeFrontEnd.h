@@ -69,7 +69,6 @@ public:
     }
     void selectFile(const std::string& folder) override { asked.push_back("select " + folder); }
     void showAboutPanel(const App::About& about) override { asked.push_back("about " + about.name); }
-    void runShellCommand(const std::string& command) override { asked.push_back("shell " + command); }
 
     std::vector<std::string> asked;
     bool applicationsLaunch = true;

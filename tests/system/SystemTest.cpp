@@ -123,6 +123,42 @@ TEST_F(System, AnAbortedEncodingIsGoneWithItsFolder)
     EXPECT_EQ(kill(other->pid(), 0), 0);
 }
 
+// Null where the next number cannot be chosen.
+std::unique_ptr<Process> startWithNumber(pid_t pid, const std::vector<std::string>& command)
+{
+    for (int tries = 0; tries < 20; ++tries) {
+        writeFile("/proc/sys/kernel/ns_last_pid", std::to_string(pid - 1));
+        auto started = std::make_unique<Process>(command);
+        if (started->pid() == pid)
+            return started;
+    }
+    return nullptr;
+}
+
+TEST_F(System, AnEncoderIsNotTakenForTheOneThatHadItsNumberBefore)
+{
+    startAgent();
+    Process first({program("encoder-simulator"), "--output", "/tmp/out/Film/Film_Mix_Atm.wav", "--seconds",
+                   "1", "--silent-at", "50"});
+    ASSERT_EQ(first.exitStatus(), 0);
+    ASSERT_TRUE(agent->prints("added Encoding History > Film_Mix"));
+    const auto second = startWithNumber(first.pid(), {"/bin/sh", "-c",
+                                                      std::string("exec 3>") + kFifo +
+                                                          "; echo \"pid: $$ , P: 10\" >&3; sleep 1; echo "
+                                                          "\"pid: $$ , P: 11\" >&3; exec sleep 100"});
+    if (second == nullptr)
+        GTEST_SKIP() << "the next process number cannot be chosen here";
+    const auto title = "Process " + std::to_string(second->pid());
+    ASSERT_TRUE(agent->prints("added Encoding History > " + title + ": 10%"));
+    choose("Encoding History > Film_Mix > Abort and Delete Output Folder");
+    ASSERT_TRUE(agent->prints("removed Encoding History > Film_Mix"));
+    EXPECT_FALSE(fs::exists("/tmp/out/Film")) << "its own folder";
+    ASSERT_TRUE(agent->prints("changed Encoding History > " + title + ": 11%")) << "it still runs";
+    choose("Encoding History > " + title + " > Abort and Delete Output Folder");
+    ASSERT_TRUE(agent->prints("removed Encoding History > " + title));
+    EXPECT_EQ(second->exitStatus(), 128 + SIGKILL);
+}
+
 TEST_F(System, EncodingsFinishFailAndFallSilent)
 {
     startAgent();

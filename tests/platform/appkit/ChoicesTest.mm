@@ -51,9 +51,8 @@ TEST(Choices, OfEachKindReachWhatTheyAreFor)
     NSMenu* history = [agent.item("Encoding History") submenu];
     for (const int tag : {1, App::kAbortTag})
         AppKitAgent::choose((NSMenuItem*)[[[history itemAtIndex:2] submenu] itemWithTag:tag]);
-    EXPECT_THAT(agent.workspace.asked,
-                ElementsAre("select /Out/Film", "shell kill -9 4711", "shell rm -Rf '/Out/Film'"));
-    EXPECT_EQ([history numberOfItems], 3);
+    EXPECT_THAT(agent.workspace.asked, ElementsAre("select /Out/Film"));
+    EXPECT_TRUE(agent.pumpUntil([&] { return [history numberOfItems] == 3; }));
     AppKitAgent::choose([history itemAtIndex:0]);
     EXPECT_EQ([history numberOfItems], 2);
     EXPECT_EQ(agent.menuLines(), agent.modelLines());

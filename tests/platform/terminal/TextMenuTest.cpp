@@ -1,6 +1,7 @@
 // The menu in words: a whole dialogue, with the lines for the menu, its changes and what cannot be done.
 #include "platform/terminal/TextMenu.h"
 
+#include "platform/terminal/MenuPath.h"
 #include "platform/terminal/TextFrontEnd.h"
 #include "tests/app/Agent.h"
 
@@ -13,6 +14,20 @@ TEST(TextMenu, LetsNoControlCharacterThrough)
 {
     EXPECT_EQ(printable("a\x1B[31m\n\x7F \u009B2J\u0085é\u00A0€😀"), "a?[31m?? ?2J?é\u00A0€😀");
     EXPECT_EQ(printable("\xC2"), "\uFFFD") << "a byte that is no text";
+}
+
+TEST(MenuPath, FindsItemsOfOneTitleByTheirNumberOnly)
+{
+    MenuModel model;
+    for (const char* title : {"Film", "Film", "Film #2", "Other"})
+        model.statusMenu().addItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .view = {}}));
+    const auto menu = takeSnapshot(model);
+    EXPECT_EQ(findByPath(menu, "Film").error,
+              "several items \"Film\" in the menu: add #1, #2, ... to the name");
+    EXPECT_EQ(findByPath(menu, "Film #1").item, &menu.items[0]);
+    EXPECT_EQ(findByPath(menu, "Film #2").item, nullptr) << "of one or of the other";
+    EXPECT_EQ(findByPath(menu, "Other").item, &menu.items[3]);
+    EXPECT_EQ(findByPath(menu, "Film #3").error, "no item \"Film #3\" in the menu");
 }
 
 TEST(TextFrontEnd, TakesChoicesAndTellsWhatChangesUntilItIsToldToQuit)
