@@ -17,6 +17,7 @@ public:
     /// Writes `text`, at most 4096 bytes that end with a whole line where there is one. May block.
     using Write = void(std::string_view text);
 
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
     explicit OutputQueue(Write* toOutput) : write(toOutput) {}
     OutputQueue(const OutputQueue&) = delete;
     OutputQueue& operator=(const OutputQueue&) = delete;
@@ -40,8 +41,7 @@ private:
     std::mutex mutex;
     std::condition_variable added;
     std::condition_variable written;
-    std::array<char, 65536>
-        buffer; // the waiting text is from `begin` to `end`; memory is used as it is filled
+    std::array<char, 65536> buffer; // the waiting text is from `begin` to `end`
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t droppedTexts = 0;

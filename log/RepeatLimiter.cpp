@@ -33,9 +33,9 @@ bool RepeatLimiter::isDue(const Format& known, std::size_t hash, std::int64_t no
 
 RepeatLimiter::Format& RepeatLimiter::find(const char* format)
 {
-    const auto known = std::ranges::find(formats, format, &Format::format);
-    if (known != formats.end())
-        return *known;
+    for (auto& known : formats)
+        if (known.format == format)
+            return known;
     auto& oldest = formats[nextFormat];
     nextFormat = (nextFormat + 1) % formats.size();
     oldest = Format{.format = format};

@@ -66,6 +66,17 @@ void handle(int signal, void (*handler)(int))
     sigaction(signal, &action, nullptr);
 }
 
+// Whoever has started the program may have blocked them.
+void unblockSignals()
+{
+    sigset_t needed;
+    sigemptyset(&needed);
+    sigaddset(&needed, SIGALRM);
+    for (const int signal : kEndingSignals)
+        sigaddset(&needed, signal);
+    pthread_sigmask(SIG_UNBLOCK, &needed, nullptr);
+}
+
 void makePrivate(int descriptor)
 {
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
@@ -86,21 +97,25 @@ MainLoop::MainLoop()
 
     signalPipe = wakeUpWrite;
     endingSignal = 0;
+    alarm(0);
     handle(SIGALRM, endAtOnce);
     for (const int signal : kEndingSignals)
         handle(signal, onEndingSignal);
+    unblockSignals();
     handle(SIGPIPE, SIG_IGN); // a reader of our output that goes away is no reason to end
 }
 
 MainLoop::~MainLoop()
 {
-    for (const int signal : kEndingSignals)
-        handle(signal, SIG_DFL);
     for (const auto& [signal, arrived] : signals)
         handle(signal, SIG_DFL);
-    alarm(0);
-    handle(SIGALRM, SIG_DFL);
-    emergencyCleanup = nullptr;
+    if (endingSignal == 0) { // else the five seconds are for all that is left to do, too
+        for (const int signal : kEndingSignals)
+            handle(signal, SIG_DFL);
+        handle(SIGALRM, SIG_DFL);
+        emergencyCleanup = nullptr;
+    }
+    signalPipe = -1;
     close(wakeUpRead);
     close(wakeUpWrite);
 }

@@ -53,9 +53,9 @@ int cannotStart(int failure)
 
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
 {
+    std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (!openStandardStreams() || !hasDescriptors())
         return cannotStart(errno);
-    std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (const auto problem = Settings::repairHome(); !problem.empty())
         Lct::Log(Lct::eLogWarning, "home", "%s", problem.c_str());
     const Settings::SystemPaths paths;
