@@ -46,10 +46,14 @@ int AgentLock::holder() const
     return static_cast<int>(std::strtol(text.data(), nullptr, 10));
 }
 
+// A child that has not ended yet may still have the descriptor, so that closing it does not release the lock.
 AgentLock::~AgentLock()
 {
-    if (file >= 0)
-        close(file);
+    if (file < 0)
+        return;
+    if (!heldByAnother)
+        flock(file, LOCK_UN);
+    close(file);
 }
 
 } // namespace Kest::Settings
