@@ -14,6 +14,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <tuple>
 
 namespace Kest::Settings {
 namespace {
@@ -83,6 +84,15 @@ ProcessFacts readFacts(const Descriptor& folder, std::int32_t pid)
 
 bool isNobody(std::int32_t pid) { return pid <= 0 || (kill(pid, 0) != 0 && errno == ESRCH); }
 
+// Without asking the disk that the file is on: it may not answer.
+bool isSameFile(int folder, const char* name, const struct statx& wanted)
+{
+    struct statx opened {};
+    return statx(folder, name, AT_STATX_DONT_SYNC, STATX_INO, &opened) == 0 &&
+           std::tie(opened.stx_dev_major, opened.stx_dev_minor, opened.stx_ino) ==
+               std::tie(wanted.stx_dev_major, wanted.stx_dev_minor, wanted.stx_ino);
+}
+
 std::int64_t nanoseconds(clockid_t clock)
 {
     timespec now{};
@@ -115,10 +125,10 @@ std::optional<std::int64_t> startedAt(const ProcessIdentity& process)
 
 bool hasOpen(const ProcessIdentity& process, const std::string& path)
 {
-    struct stat wanted {};
+    struct statx wanted {};
     const auto folder = openFolder(process.pid);
     if (process.startTime == 0 || !folder || readFacts(folder, process.pid).startTime != process.startTime ||
-        lstat(path.c_str(), &wanted) != 0)
+        statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_INO, &wanted) != 0)
         return false;
     Descriptor list(openat(folder.get(), "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     DIR* entries = list ? fdopendir(list.get()) : nullptr;
@@ -126,11 +136,8 @@ bool hasOpen(const ProcessIdentity& process, const std::string& path)
         return false;
     list.release();
     bool isFound = false;
-    while (const dirent* entry = isFound ? nullptr : readdir(entries)) {
-        struct stat opened {};
-        isFound = fstatat(dirfd(entries), entry->d_name, &opened, 0) == 0 && opened.st_dev == wanted.st_dev &&
-                  opened.st_ino == wanted.st_ino;
-    }
+    while (const dirent* entry = isFound ? nullptr : readdir(entries))
+        isFound = isSameFile(dirfd(entries), entry->d_name, wanted);
     closedir(entries);
     return isFound;
 }
