@@ -1,4 +1,5 @@
 // The main loop and starting programs, with real signals and processes.
+#include "log/Output.h"
 #include "platform/posix/MainLoop.h"
 #include "platform/posix/PosixWorkspace.h"
 #include "tests/support/Eventually.h"
@@ -7,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 namespace {
@@ -57,6 +60,14 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     } workspace;
     const Kest::Test::TemporaryFolder folder;
     EXPECT_FALSE(workspace.run(folder / "missing", {}));
+    std::ofstream(folder / "no program") << "\x7F"
+                                            "ELF";
+    std::filesystem::permissions(folder / "no program", std::filesystem::perms::owner_all);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(workspace.run(folder / "no program", {}));
+    EXPECT_TRUE(Lct::flushOutput(1000));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("no program: Exec format error"),
+              std::string::npos);
     const Posix::MainLoop ignoresSigpipe; // the agent's dispositions and session are not the program's
     const auto script = "cd '" + folder.path().string() +
                         "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
@@ -68,6 +79,8 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     EXPECT_EQ(status, 128 + SIGPIPE);
     EXPECT_EQ(getsid(pid), pid);
     kill(pid, SIGKILL);
+    EXPECT_TRUE(Kest::Test::eventually([&] { return kill(pid, 0) != 0; })) << "a zombie";
+    std::signal(SIGCHLD, SIG_DFL); // for other tests of this process
 }
 
 } // namespace
