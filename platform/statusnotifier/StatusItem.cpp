@@ -189,15 +189,20 @@ int StatusItem::registerItem()
     return result;
 }
 
+// A lost connection answers every call with an error; whoever runs the loop reports it.
+bool StatusItem::isLost() const { return sd_bus_is_open(bus) <= 0; }
+
 void StatusItem::registrationAnswered(bool accepted)
 {
+    if (isLost())
+        return;
     if (const auto report = std::exchange(callbacks.noTray, nullptr); !accepted && report)
         report();
 }
 
 void StatusItem::setUpAnswered(int result)
 {
-    if (result < 0)
+    if (result < 0 && !isLost())
         callbacks.notAccepted(result);
 }
 

@@ -36,6 +36,7 @@ public:
 private:
     int claimName();
     int registerItem();
+    bool isLost() const;
 
     sd_bus* bus;
     std::string iconThemePath;

@@ -108,8 +108,8 @@ class SessionBus(Program):
 
     def __init__(self):
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/tmp/bus"
-        super().__init__(["dbus-daemon", "--session", "--nofork", "--address=unix:path=/tmp/bus"])
-        if not wait_until(lambda: os.path.exists("/tmp/bus")):
+        super().__init__(["dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"])
+        if not self.prints("unix:path"):
             raise RuntimeError("no session bus: " + self.text)
 
     def __exit__(self, *_):

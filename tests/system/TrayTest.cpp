@@ -32,7 +32,7 @@ public:
     BusDaemon()
     {
         setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/tmp/bus", 1);
-        EXPECT_TRUE(eventually([] { return fs::exists("/tmp/bus"); }));
+        EXPECT_TRUE(daemon.prints("unix:path"));
     }
     ~BusDaemon() { fs::remove("/tmp/bus"); }
     BusDaemon(const BusDaemon&) = delete;
@@ -40,7 +40,8 @@ public:
     void signal(int number) const { daemon.signal(number); }
 
 private:
-    Process daemon{{"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=unix:path=/tmp/bus"}};
+    Process daemon{
+        {"/usr/bin/dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"}};
 };
 
 /// The panel's side of the bus: the watcher with which items register, and a reader of their menu.
