@@ -42,7 +42,7 @@ int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids)
     const auto* const first = static_cast<const App::ItemId*>(data);
     ids.assign(first, first + size / sizeof(App::ItemId));
     std::ranges::sort(ids);
-    ids.erase(std::ranges::unique(ids).begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     return 0;
 }
 
