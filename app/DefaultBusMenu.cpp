@@ -1,6 +1,7 @@
 #include "app/DefaultBusMenu.h"
 
 #include "app/MacRoman.h"
+#include "app/Utf8.h"
 #include "backend/Backend.h"
 #include "log/Output.h"
 
@@ -8,6 +9,12 @@ namespace Kest::App {
 namespace {
 
 constexpr std::size_t kLongestBusName = 255; // bytes in Mac OS Roman
+
+// The bytes of the host where they are UTF-8; others are Mac OS Roman and are printed as the menu shows them.
+std::string printableName(const std::string& name)
+{
+    return printable(isUtf8(name) ? name : macRomanToUtf8(name));
+}
 
 } // namespace
 
@@ -17,7 +24,7 @@ void DefaultBusMenu::refreshBusList()
     backend.getKestBusNamesList(names);
     kestBusNamesList.clear();
     for (std::size_t i = 0; i < names.size(); ++i) {
-        Lct::print("bus %d : %s\n", static_cast<int>(i), names[i].c_str());
+        Lct::print("bus %d : %s\n", static_cast<int>(i), printableName(names[i]).c_str());
         kestBusNamesList.push_back(macRomanToUtf8(names[i]));
     }
     Lct::print("\n");

@@ -20,7 +20,8 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Takes the names that the Backend has now, prints them to standard output and rebuilds the menu.
+    /// Takes the names that the Backend has now, prints them to standard output in printable form and
+    /// rebuilds the menu.
     void refreshBusList();
 
     /// Rebuilds the menu from the names taken last. A current bus that is none of them gives way to the

@@ -76,6 +76,8 @@ void KestSettingsAppDelegate::applicationWillTerminate()
     services.unloadLaunchAgent();
 }
 
+int KestSettingsAppDelegate::startError() const { return mBackend == nullptr ? 0 : mBackend->startError(); }
+
 Settings::HostState KestSettingsAppDelegate::hostState() const
 {
     return mBackend == nullptr ? Settings::HostState::absent : mBackend->hostState();

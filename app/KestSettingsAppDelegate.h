@@ -35,6 +35,9 @@ public:
     // Life, in this order, once each.
     /// Loads the menu, starts the Backend and shows everything that is stored.
     void awakeFromNib();
+    /// 0, or the system's error number after an `awakeFromNib` that failed: then only the destructor may
+    /// follow.
+    int startError() const;
     /// Has the bus menu filled, with "Main Bus" at least, whether or not there is a host yet.
     void applicationDidFinishLaunching();
     /// Ends the Backend with its threads and unloads the launch agent.

@@ -70,4 +70,17 @@ std::string toUtf8(std::string_view text)
     return valid;
 }
 
+std::string printable(std::string_view text)
+{
+    auto safe = toUtf8(text);
+    for (std::size_t i = 0; i < safe.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(safe[i]);
+        if (byte < 0x20 || byte == 0x7F)
+            safe[i] = '?';
+        else if (byte == 0xC2 && static_cast<unsigned char>(safe[i + 1]) < 0xA0) // U+0080 to U+009F
+            safe.replace(i, 2, "?");
+    }
+    return safe;
+}
+
 } // namespace Kest::App

@@ -12,4 +12,8 @@ bool isUtf8(std::string_view text);
 /// The same text with U+FFFD in place of each byte that belongs to no character.
 std::string toUtf8(std::string_view text);
 
+/// Returns text of another process as it may be sent to a terminal: valid UTF-8, with "?" in place of each
+/// control character.
+std::string printable(std::string_view text);
+
 } // namespace Kest::App

@@ -2,21 +2,31 @@
 #include "backend/Backend.h"
 
 #include "backend/SettingsFile.h"
+#include "lipc/SharedFile.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
 #include "lipc/VersionBuffer.h"
+#include "log/Log.h"
 #include "log/Output.h"
 
+#include <cerrno>
 #include <csignal>
-#include <fcntl.h>
+#include <cstring>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace Kest::Settings {
 namespace {
 
 constexpr int kAcceptedWordSize = 64;
+constexpr mode_t kForAll = 0666;
+
+void reportMarker(const std::string& path)
+{
+    Lct::Log(Lct::eLogWarning, "last user", "%.300s not written: %s", path.c_str(), std::strerror(errno));
+}
 
 /// Threads started while one of these lives get no signals: those are the main thread's business.
 class SignalsBlocked {
@@ -35,6 +45,18 @@ private:
     sigset_t before{};
 };
 
+// Returns the system's error where it refuses a thread.
+int startThread(std::thread& thread, const std::function<void()>& body)
+{
+    const SignalsBlocked blocked;
+    try {
+        thread = std::thread(body);
+    } catch (const std::system_error& refusal) {
+        return refusal.code().value();
+    }
+    return 0;
+}
+
 } // namespace
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
@@ -43,15 +65,15 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
       properties(std::make_unique<juce::ApplicationProperties>()),
       settingsFile(std::make_unique<SettingsFile>(*properties, systemPaths))
 {
-    const SignalsBlocked blocked;
-    pipeThread = std::thread(&Backend::namedPipeThreadloop, this);
+    startFailure = startThread(pipeThread, [this] { namedPipeThreadloop(); });
     if (acceptsHost()) {
         save_username(systemPaths.lastUserMarker);
     } else {
         Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
         ++hostArchMismatch;
     }
-    monitorThread = std::thread(&Backend::timerThreadloop, this);
+    if (startFailure == 0)
+        startFailure = startThread(monitorThread, [this] { timerThreadloop(); });
 }
 
 Backend::~Backend()
@@ -64,8 +86,9 @@ Backend::~Backend()
     }
     stopSignal.notify_all();
     progressPipe.wake();
-    pipeThread.join();
-    monitorThread.join();
+    for (auto* thread : {&pipeThread, &monitorThread})
+        if (thread->joinable())
+            thread->join();
 }
 
 // A host that is not running yet counts as accepted: it is looked for every second.
@@ -81,17 +104,16 @@ void Backend::save_username(const std::string& markerPath)
     const passwd* user = getpwuid(geteuid());
     if (user == nullptr)
         return;
-    // The folder is everybody's: a link, a pipe or a second name of another file is not what is meant.
-    const int file = open(markerPath.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
-    if (file < 0)
+    const int file = LIPC::openSharedFile(markerPath.c_str(), kForAll);
+    if (file < 0) {
+        if (errno != ENOENT) // without its folder it is not written
+            reportMarker(markerPath);
         return;
-    struct stat status {};
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1) {
-        const std::string line = std::string(user->pw_name) + "\n";
-        if (ftruncate(file, 0) == 0) [[maybe_unused]]
-            const auto written = write(file, line.data(), line.size());
-        fchmod(file, 0666); // whatever the umask: every user overwrites it
     }
+    const auto line = std::string(user->pw_name) + "\n";
+    if (ftruncate(file, 0) != 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+        reportMarker(markerPath);
+    fchmod(file, kForAll); // whatever the umask: every user overwrites it
     close(file);
 }
 

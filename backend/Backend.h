@@ -64,6 +64,9 @@ public:
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
+    /// 0, or the system's error number when it refused a thread: then nothing of this works.
+    int startError() const { return startFailure; }
+
     /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
     static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
 
@@ -113,15 +116,17 @@ private:
     // Session monitor.
     struct MonitorState {
         std::int32_t lastHostMessage = 0;
+        int unstablePasses = 0; // in a row, in which the buses changed between two scans
     };
     void monitorPass(MonitorState& state);
     void noteSession(bool isThere);
     void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
-    void refreshBusClients(const LIPC::SessionBuffer& session) KEST_UNCHECKED;
+    void refreshBusClients(const LIPC::SessionBuffer& session, MonitorState& state) KEST_UNCHECKED;
     bool acceptsHost() const;
 
     // Encoding progress.
     void restorePipe();
+    void readLines(const ProgressPipe::Piece& piece);
     void parse_1line(std::string_view line);
     void take(std::int32_t pid, const ProgressLine& line);
     void take(std::int32_t pid, const PathLine& line);
@@ -152,6 +157,7 @@ public:
 
 private:
     std::atomic<std::int32_t> stopRequests = 0; // raised by the destructor alone
+    int startFailure = 0;
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);

@@ -9,35 +9,44 @@ namespace Kest::Settings {
 void Backend::namedPipeThreadloop()
 {
     while (stopRequests == 0) {
-        if (progressPipe.isLost()) {
+        if (progressPipe.isMakeRequested())
             restorePipe();
-            continue; // a stop that was asked for meanwhile has woken nobody
-        }
         const auto piece = progressPipe.read();
-        if (piece.lines == nullptr)
+        if (piece.hasFailed)
             break;
-        piece.lines->feed(
-            piece.bytes, [this](std::string_view line) { parse_1line(line); },
-            [] {
-                Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
-                         LineSplitter::kLongestLine);
-            });
+        if (piece.lines != nullptr)
+            readLines(piece);
     }
     progressPipe.remove();
 }
 
-// What cannot be made now is tried again a pass of the monitor later.
+void Backend::readLines(const ProgressPipe::Piece& piece)
+{
+    piece.lines->feed(
+        piece.bytes, [this](std::string_view line) { parse_1line(line); },
+        [] {
+            Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
+                     LineSplitter::kLongestLine);
+        });
+}
+
+// After a failure the monitor requests it again in its next pass; the earlier pipes are read meanwhile.
 void Backend::restorePipe()
 {
     const bool isFirst = progressPipe.descriptor() < 0;
-    if (!progressPipe.make()) {
-        const MutexLock lock(stopMutex);
-        stopSignal.wait_for(stopMutex, monitorPeriod, [this] { return stopRequests != 0; });
-    } else if (isFirst) {
+    const int losses = progressPipe.lossesToAnother();
+    if (!progressPipe.make())
+        return;
+    if (isFirst) {
         Lct::print("\nreading from : %s \n", fifoPath);
         Lct::print("\nfifo fd = %d \n", progressPipe.descriptor());
-    } else {
+    } else if (losses < 2) {
         Lct::Log(Lct::eLogWarning, "encoding", "%s was gone and is made again", fifoPath);
+    } else if (losses == 2) {
+        Lct::Log(Lct::eLogWarning, "encoding",
+                 "%s is replaced by another process that reads it, probably a second agent; it is made again "
+                 "after up to %d s each time",
+                 fifoPath, static_cast<int>(PipeRivalry::kMaxDelay.count()));
     }
 }
 

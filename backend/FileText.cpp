@@ -55,6 +55,8 @@ bool writeWhole(int file, const std::string& text)
     return flushToDisk(file);
 }
 
+std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
 bool writeTemporary(const std::string& path, const std::string& text)
 {
     const OpenFile file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
@@ -97,16 +99,13 @@ bool replaceFile(const std::string& path, const std::string& text)
 {
     const auto temporary = temporaryOf(path);
     if (writeTemporary(temporary, text) && std::rename(temporary.c_str(), path.c_str()) == 0)
-        return true;
+        return flush(folderOf(path));
     const int failure = errno;
     unlink(temporary.c_str());
     errno = failure;
     return false;
 }
 
-bool flushWithFolder(const std::string& path)
-{
-    return flush(path) && flush(path.substr(0, path.rfind('/') + 1));
-}
+bool flushWithFolder(const std::string& path) { return flush(path) && flush(folderOf(path)); }
 
 } // namespace Kest::Settings

@@ -14,8 +14,9 @@ struct FileText {
 /// Reads no more than `limit` bytes, and only from a regular file. All or nothing.
 FileText readFile(const std::string& path, std::size_t limit);
 
-/// Puts a text in the place of a file, on the disk as well; while that is not done the old file stands.
-/// Until then the text is in `temporaryOf(path)`, which a process that dies leaves behind.
+/// Replaces a file by one with this text, and waits until the new file and its name are on the disk. Returns
+/// false when they may not be. The old file stays until the new one is complete; until then the text is in
+/// `temporaryOf(path)`, which a process that dies leaves behind.
 bool replaceFile(const std::string& path, const std::string& text);
 std::string temporaryOf(const std::string& path);
 

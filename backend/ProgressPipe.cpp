@@ -1,5 +1,6 @@
 #include "backend/ProgressPipe.h"
 
+#include "log/Log.h"
 #include "log/Output.h"
 
 #include <cerrno>
@@ -14,9 +15,26 @@ namespace Kest::Settings {
 namespace {
 
 constexpr mode_t kForAll = 0666;
-constexpr std::size_t kMostPipes = 8; // of all but the current one only the encoders' ends are left
+constexpr std::size_t kMaxPipes = 65;             // the current one and 64 earlier ones
+constexpr int kWaitWithoutWakeUp = 1000;          // milliseconds
+constexpr std::size_t kMaxPolled = kMaxPipes + 1; // and the wake-up
 
 int openEnd(const char* path, int flags) { return ::open(path, flags | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC); }
+
+bool isPipe(const char* path)
+{
+    struct stat status {};
+    return lstat(path, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+// A process that reads it notices nothing of this: an agent has a writing end of its own.
+bool isReadPipe(const char* path)
+{
+    const int end = isPipe(path) ? openEnd(path, O_WRONLY) : -1;
+    if (end >= 0)
+        close(end);
+    return end >= 0;
+}
 
 } // namespace
 
@@ -29,35 +47,51 @@ ProgressPipe::Pipe::~Pipe()
 
 bool ProgressPipe::make()
 {
-    auto made = create() ? open() : nullptr;
+    const bool isSilent = failureIsTold || lossesToAnother() > 1;
+    auto made = create(isSilent) ? open() : nullptr;
     failureIsTold = made == nullptr;
-    if (made == nullptr)
-        return false;
-    if (!pipes.empty()) {
-        const MutexLock lock(mutex); // nobody wakes by the end that is closed here
-        close(std::exchange(pipes.back()->writer, -1));
-        current = nullptr;
+    if (made != nullptr) {
+        keepEarlierPipes();
+        pipes.push_back(std::move(made));
     }
-    if (pipes.size() == kMostPipes)
-        pipes.erase(pipes.begin());
-    pipes.push_back(std::move(made));
     const MutexLock lock(mutex);
+    isRequested = false;
+    if (failureIsTold)
+        return false;
     current = pipes.back().get();
-    lost = false;
+    rivalry.made(PipeRivalry::Clock::now());
     return true;
 }
 
+// What is read until its encoders end; the oldest one makes room.
+void ProgressPipe::keepEarlierPipes()
+{
+    if (!pipes.empty()) {
+        const MutexLock lock(mutex); // `wake` must not use the end that is closed here
+        close(std::exchange(pipes.back()->writer, -1));
+        current = nullptr;
+    }
+    if (pipes.size() < kMaxPipes) {
+        overflowIsLogged = false;
+        return;
+    }
+    pipes.erase(pipes.begin());
+    if (!std::exchange(overflowIsLogged, true))
+        Lct::Log(Lct::eLogWarning, "encoding",
+                 "more than %zu replaced pipes are open, the oldest is not read any more", kMaxPipes - 1);
+}
+
 // Whatever an earlier run, or something else, has left at the path is replaced.
-bool ProgressPipe::create()
+bool ProgressPipe::create(bool isSilent)
 {
     if (mkfifo(path, kForAll) == 0)
         return true;
     const bool isTaken = errno == EEXIST;
-    if (isTaken && !failureIsTold)
+    if (isTaken && !isSilent)
         Lct::printSystemError("deleting existing file (or fifo)");
     if (isTaken && std::remove(path) == 0 && mkfifo(path, kForAll) == 0)
         return true;
-    if (!failureIsTold)
+    if (!isSilent)
         Lct::printSystemError("can't create fifo");
     return false;
 }
@@ -86,30 +120,34 @@ bool ProgressPipe::isAtPath(const Pipe& pipe) const
     return lstat(path, &there) == 0 && there.st_dev == pipe.device && there.st_ino == pipe.inode;
 }
 
-bool ProgressPipe::isLost() const
+int ProgressPipe::lossesToAnother() const
 {
     const MutexLock lock(mutex);
-    return lost;
+    return rivalry.losses();
 }
 
-void ProgressPipe::look()
+void ProgressPipe::check()
 {
     {
         const MutexLock lock(mutex);
-        if (current == nullptr || isAtPath(*current))
+        if (isEnded || isRequested || (current != nullptr && isAtPath(*current)) ||
+            !rivalry.mayReplace(isReadPipe(path), PipeRivalry::Clock::now()))
             return;
-        lost = true;
+        isRequested = true;
     }
-    wake();
+    wakeUp.raise();
 }
 
-// Through an end of its own: it arrives even when something else stands at the path by now. A full pipe needs
-// no wake-up.
+// The line goes through an end of its own: it arrives even when something else is at the path. It wakes
+// nobody when another process reads it first, or when the pipe is full.
 void ProgressPipe::wake()
 {
-    const MutexLock lock(mutex);
-    while (current != nullptr && write(current->writer, "bla\n", 4) < 0 && errno == EINTR)
-        ;
+    {
+        const MutexLock lock(mutex);
+        while (current != nullptr && write(current->writer, "bla\n", 4) < 0 && errno == EINTR)
+            ;
+    }
+    wakeUp.raise();
 }
 
 // Each pipe in turn, so that none has to wait for one that is always full.
@@ -123,13 +161,13 @@ ProgressPipe::Piece ProgressPipe::read()
             return {&pipe.lines, {buffer.data(), static_cast<std::size_t>(count)}};
         if (count < 0 && errno != EAGAIN && errno != EINTR) {
             Lct::printSystemError("received error -> quitting");
-            return {};
+            return {nullptr, {}, true};
         }
         if (count == 0) // an earlier pipe that its encoders have left
             pipes.erase(pipes.begin() + static_cast<std::ptrdiff_t>(turn));
     }
     waitForBytes();
-    return {&pipes.back()->lines, {}};
+    return {};
 }
 
 void ProgressPipe::remove()
@@ -138,15 +176,20 @@ void ProgressPipe::remove()
     if (current != nullptr && isAtPath(*current))
         unlink(path);
     current = nullptr;
+    isEnded = true;
     pipes.clear();
 }
 
-void ProgressPipe::waitForBytes() const
+void ProgressPipe::waitForBytes()
 {
-    std::array<pollfd, kMostPipes> readable{};
+    std::array<pollfd, kMaxPolled> readable{};
+    readable[0] = {wakeUp.descriptor(), POLLIN, 0};
     for (std::size_t i = 0; i < pipes.size(); ++i)
-        readable[i] = {pipes[i]->reader, POLLIN, 0};
-    poll(readable.data(), static_cast<nfds_t>(pipes.size()), -1);
+        readable[i + 1] = {pipes[i]->reader, POLLIN, 0};
+    poll(readable.data(), static_cast<nfds_t>(pipes.size() + 1),
+         wakeUp.descriptor() < 0 ? kWaitWithoutWakeUp : -1);
+    if (readable[0].revents != 0)
+        wakeUp.clear();
 }
 
 } // namespace Kest::Settings

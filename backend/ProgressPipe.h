@@ -1,10 +1,13 @@
-// The named pipe in which encoders report: its place in the file system and what arrives in it.
+// The named pipe in which encoders report: its path in the file system and what arrives in it.
 #pragma once
 
 #include "backend/Guarded.h"
 #include "backend/LineSplitter.h"
+#include "backend/PipeRivalry.h"
+#include "backend/WakeUp.h"
 
 #include <array>
+#include <atomic>
 #include <memory>
 #include <string_view>
 #include <sys/types.h>
@@ -20,39 +23,43 @@ public:
     ProgressPipe(const ProgressPipe&) = delete;
     ProgressPipe& operator=(const ProgressPipe&) = delete;
 
-    /// Makes the pipe and opens it; whatever else is at the path is removed, links are not followed. False
-    /// when that cannot be done, with a line on standard error at the first of such failures in a row. An
-    /// encoder that has an earlier pipe open is heard until it closes it.
+    /// Returns whether the pipe has to be made: at the start, and from a request by `check` until `make`.
+    bool isMakeRequested() const { return isRequested; }
+
+    /// Makes the pipe and opens it; whatever else is at the path is removed, links are not followed. Returns
+    /// false when that fails, with a line on standard error for the first of such failures in a row. Earlier
+    /// pipes are read until the last encoder closes them, 64 of them at most.
     bool make();
 
-    /// Whether there is no pipe to be found at the path, as far as is known: not made yet, or `look` has
-    /// missed it.
-    bool isLost() const;
+    /// Requests to make the pipe again when it is not at the path, and interrupts `read`. A pipe that another
+    /// process reads there delays that; see PipeRivalry. Called once a second.
+    void check();
 
-    /// Looks whether the pipe that was made is still the one at the path; wakes the reader when it is not.
-    void look();
+    /// How often in a row another process replaced the pipe, its current loss included.
+    int lossesToAnother() const;
 
-    /// Ends a `read` that waits.
+    /// Ends a `read` that waits, and writes the line "bla" into the pipe.
     void wake();
 
     /// The descriptor that is read, -1 before the pipe is made.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// Bytes of one pipe, and the line that they go on with; both valid until the next call. No bytes when
-    /// there were none yet.
+    /// Bytes of one pipe, and the line that they continue; both valid until the next call. Without bytes and
+    /// line after a wake-up.
     struct Piece {
-        LineSplitter* lines = nullptr; // null when reading has failed for good
+        LineSplitter* lines = nullptr;
         std::string_view bytes;
+        bool hasFailed = false; // for good
     };
-    /// Waits for bytes.
+    /// Waits for bytes or a wake-up. Reads also while there is no pipe at the path.
     Piece read();
 
-    /// Closes the pipe and removes it, unless something else has taken its place.
+    /// Closes the pipe and removes it, unless something else is at its path.
     void remove();
 
 private:
-    // Both ends, so that encoders may come and go without an end of file. Of a pipe that is at the path no
-    // more the writing end is closed: its end of file comes when the last encoder has gone.
+    // Both ends, so that a pipe without encoders has no end of file. The writing end of an earlier pipe is
+    // closed: its end of file is the end of its last encoder.
     struct Pipe {
         ~Pipe();
         int reader = -1;
@@ -62,20 +69,26 @@ private:
         LineSplitter lines;
     };
 
-    bool create();
+    bool create(bool isSilent);
     std::unique_ptr<Pipe> open() const;
+    void keepEarlierPipes();
     bool isAtPath(const Pipe& pipe) const;
-    void waitForBytes() const;
+    void waitForBytes();
 
     const char* const path;
     bool failureIsTold = false;
+    bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;
     std::array<char, 1024> buffer{};
 
+    const WakeUp wakeUp;
+    std::atomic<bool> isRequested = true; // ends with `make`, during which `check` must not judge the path
+
     mutable Mutex mutex;
     const Pipe* current KEST_GUARDED_BY(mutex) = nullptr; // the last of `pipes`
-    bool lost KEST_GUARDED_BY(mutex) = true;
+    PipeRivalry rivalry KEST_GUARDED_BY(mutex);
+    bool isEnded KEST_GUARDED_BY(mutex) = false; // nobody reads any more
 };
 
 } // namespace Kest::Settings

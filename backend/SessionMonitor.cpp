@@ -12,6 +12,8 @@ namespace {
 
 // Time for a host that has been interrupted in the middle of a name; a name takes it some nanoseconds.
 constexpr auto kWriteTime = std::chrono::milliseconds(1);
+// A bus that is renamed all the time must not hide the others.
+constexpr int kMaxUnstablePasses = 3;
 
 } // namespace
 
@@ -19,7 +21,7 @@ void Backend::timerThreadloop()
 {
     MonitorState state;
     while (stopRequests == 0) {
-        progressPipe.look(); // here, so that the reader need not wake by itself
+        progressPipe.check(); // here, so that the reader sleeps until there is something to do
         if (hostArchMismatch == 0)
             monitorPass(state);
         const MutexLock lock(stopMutex);
@@ -37,7 +39,7 @@ void Backend::monitorPass(MonitorState& state)
     session.populate();
     if (const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
         passHostMessageOn(*own, state);
-    refreshBusClients(*session.contents());
+    refreshBusClients(*session.contents(), state);
 }
 
 HostState Backend::hostState() const
@@ -65,15 +67,19 @@ void Backend::passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& stat
 }
 
 // This thread is the table's only writer, and so reads it without the lock. What the host is just changing
-// reads differently a moment later: that is left to the next pass.
-void Backend::refreshBusClients(const LIPC::SessionBuffer& session)
+// reads differently in the second scan: that is left to the next pass, but not for ever.
+void Backend::refreshBusClients(const LIPC::SessionBuffer& session, MonitorState& state)
 {
-    auto scan = scanBuses(session, busClients);
-    if (!scan.changed)
+    const auto first = scanBuses(session, busClients);
+    if (!first.changed) {
+        state.unstablePasses = 0;
         return;
+    }
     std::this_thread::sleep_for(kWriteTime);
-    if (scan != scanBuses(session, busClients))
+    auto scan = scanBuses(session, busClients);
+    if (scan != first && ++state.unstablePasses < kMaxUnstablePasses)
         return;
+    state.unstablePasses = 0;
     const MutexLock lock(busMutex);
     busClients = std::move(scan.table);
     sendMessage(kMsgBusListChanged, 0, "");

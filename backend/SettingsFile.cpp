@@ -46,7 +46,7 @@ bool isMissing(const FileText& file) { return file.error == ENOENT || file.error
 
 void report(const std::string& path, const char* what, const char* why)
 {
-    Lct::Log(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
+    Lct::LogAnswer(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
 }
 
 } // namespace
@@ -115,7 +115,7 @@ SettingsFile::Load SettingsFile::load()
         file = readSettings(path);
     isLoaded = isWell(file) || isMissing(file);
     if (!isLoaded) {
-        if (!std::exchange(isReported, true))
+        if (file.error != 0 && !std::exchange(isReported, true))
             report(path, "cannot be used, and is left alone", std::strerror(file.error));
         useLastGood();
         return Load::failed;
@@ -142,12 +142,15 @@ bool SettingsFile::setAside()
     const bool isAside = (isCopyWell && link(path.c_str(), damaged.c_str()) == 0) ||
                          std::rename(path.c_str(), damaged.c_str()) == 0;
     const int failure = errno;
-    const bool isBack = isAside && isCopyWell && std::rename(lastGood.c_str(), path.c_str()) == 0;
+    if (!isAside) {
+        if (!std::exchange(isReported, true))
+            report(path, "is damaged and cannot be set aside as .bad", std::strerror(failure));
+        return false;
+    }
+    const bool isBack = isCopyWell && std::rename(lastGood.c_str(), path.c_str()) == 0;
     report(path, "is damaged",
-           !isAside ? std::strerror(failure)
-           : isBack ? "set aside as .bad; its last good copy is used"
-                    : "set aside as .bad");
-    return isAside;
+           isBack ? "set aside as .bad; its last good copy is used" : "set aside as .bad");
+    return true;
 }
 
 bool SettingsFile::save()

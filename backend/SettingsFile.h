@@ -65,7 +65,7 @@ private:
     bool isLoaded = false;
     bool hasCopy = false; // the last good copy is of the same text
     std::optional<Save> unsettled;
-    bool isReported = false;   // that the file cannot be read
+    bool isReported = false;   // that the file cannot be used
     juce::PropertySet inFile;  // the values of the file, or of its last good copy
     juce::PropertySet unsaved; // goes before `inFile`
 };

@@ -1,10 +1,10 @@
 #include "lipc/ShmKey.h"
 
+#include "lipc/SharedFile.h"
 #include "log/Log.h"
 
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/ipc.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,17 +14,15 @@ namespace {
 
 constexpr int kProjectId = 1;
 
-// Makes sure that an empty file stands at the path; a second name of another file is left as it is. What
-// cannot be done is left for ftok to report: it needs no more than the path, so another user's marker that
-// this one may not write serves as well.
+// Creates the file, and empties it when it is not empty. A failure is left for ftok to report: it needs only
+// the path, so another user's marker that this user may not write serves as well.
 void prepareMarker(const char* path)
 {
-    const int file = open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+    const int file = openSharedFile(path, 0666);
     if (file < 0)
         return;
     struct stat status {};
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 && status.st_size > 0)
-        [[maybe_unused]]
+    if (fstat(file, &status) == 0 && status.st_size > 0) [[maybe_unused]]
         const int failure = ftruncate(file, 0);
     close(file);
 }

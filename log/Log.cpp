@@ -1,11 +1,16 @@
 #include "log/Log.h"
 
+#include "log/OutputQueue.h"
+#include "log/Queues.h"
+#include "log/RepeatLimiter.h"
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
+#include <mutex>
+#include <string_view>
 #include <sys/time.h>
-#include <syslog.h>
 
 namespace Lct {
 namespace {
@@ -26,6 +31,39 @@ void timeStamp(char (&out)[100])
     std::snprintf(out, sizeof out, "%s.%06d", date, static_cast<int>(now.tv_usec));
 }
 
+// Seconds that no change of the clock moves.
+std::int64_t secondsNow()
+{
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec;
+}
+
+std::optional<unsigned> admit(const char* format, std::string_view message)
+{
+    static std::mutex mutex;
+    static RepeatLimiter limiter;
+    const std::lock_guard lock(mutex);
+    return limiter.admit(format, message, secondsNow());
+}
+
+void write(eLogLevel level, const char* tag, const char* message, unsigned leftOut)
+{
+    char stamp[100];
+    timeStamp(stamp);
+    char note[64] = "";
+    if (leftOut > 0)
+        std::snprintf(note, sizeof note, " (%u similar lines left out)", leftOut);
+    char line[kLineBytes];
+    const int wanted =
+        std::snprintf(line, sizeof line, "%s %s %s %s%s\n", stamp, token(level), tag, message, note);
+    const auto length = std::min(static_cast<std::size_t>(std::max(wanted, 0)), sizeof line - 1);
+    if (length == sizeof line - 1)
+        line[length - 1] = '\n';
+    for (auto* queue : {&standardError(), &standardOutput(), &systemLog()})
+        queue->add({line, length});
+}
+
 } // namespace
 
 void Log(eLogLevel level, const char* tag, const char* format, ...)
@@ -35,20 +73,18 @@ void Log(eLogLevel level, const char* tag, const char* format, ...)
     va_start(arguments, format);
     std::vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
+    if (const auto leftOut = admit(format, message))
+        write(level, tag, message, *leftOut);
+}
 
-    char stamp[100];
-    timeStamp(stamp);
-    char line[kLineBytes];
-    const int wanted = std::snprintf(line, sizeof line, "%s %s %s %s\n", stamp, token(level), tag, message);
-    const auto length = std::min(static_cast<std::size_t>(std::max(wanted, 0)), sizeof line - 1);
-    if (length == sizeof line - 1)
-        line[length - 1] = '\n';
-
-    // One write a stream, so that the lines of two threads do not mix within it.
-    std::fwrite(line, 1, length, stderr);
-    std::fwrite(line, 1, length, stdout);
-    // The priority of every level: studios filter their system logs for warnings of this system.
-    syslog(LOG_WARNING, "%s", line);
+void LogAnswer(eLogLevel level, const char* tag, const char* format, ...)
+{
+    char message[kLineBytes];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(message, sizeof message, format, arguments);
+    va_end(arguments);
+    write(level, tag, message, 0);
 }
 
 } // namespace Lct

@@ -1,11 +1,14 @@
 // The settings agent in the menu bar.
 #include "app/KestSettingsAppDelegate.h"
+#include "log/Output.h"
 #import "platform/appkit/AppKitFrontEnd.h"
 #import "platform/appkit/AppKitWorkspace.h"
 #import "platform/appkit/ApplicationDelegate.h"
 #import "platform/appkit/MainThread.h"
 #import "platform/appkit/SignalWatch.h"
 #include "platform/posix/RunAlone.h"
+
+#include <cstring>
 
 namespace {
 
@@ -25,6 +28,10 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
     [NSApp setDelegate:(id)[[KestApplicationDelegate alloc] initWithApplication:&delegate]];
     frontEnd.setApplication(&delegate);
     delegate.awakeFromNib();
+    if (const int failure = delegate.startError(); failure != 0) {
+        Lct::printError("Kest Settings cannot start: %s\n", std::strerror(failure));
+        return 1;
+    }
     [pool drain];
     return AppKit::runApplication(argc, argv);
 }

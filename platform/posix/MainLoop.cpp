@@ -1,5 +1,7 @@
 #include "platform/posix/MainLoop.h"
 
+#include "log/Output.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -18,11 +20,12 @@ namespace {
 // What is written into the pipe: the number of a signal, or this.
 constexpr char kJob = 0;
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr unsigned kEndsWithin = 5; // seconds, for a main thread that waits for a disk, a terminal or a bus
 
 // What a signal handler may touch.
 std::atomic<int> signalPipe = -1;
-std::atomic<bool> signalSeen = false;
-std::atomic<void (*)()> lastAct = nullptr;
+std::atomic<int> endingSignal = 0; // the first one
+std::atomic<void (*)()> emergencyCleanup = nullptr;
 
 // A full pipe wakes the loop all the same.
 void writeByte(int pipe, char byte)
@@ -38,13 +41,18 @@ void onSignal(int signal)
     errno = before;
 }
 
+void endAtOnce(int)
+{
+    if (const auto cleanUp = emergencyCleanup.load(); cleanUp != nullptr)
+        cleanUp();
+    _exit(128 + endingSignal);
+}
+
 void onEndingSignal(int signal)
 {
-    if (signalSeen.exchange(true)) {
-        if (const auto act = lastAct.load(); act != nullptr)
-            act();
-        _exit(128 + signal);
-    }
+    if (int none = 0; !endingSignal.compare_exchange_strong(none, signal))
+        endAtOnce(signal);
+    alarm(kEndsWithin);
     onSignal(signal);
 }
 
@@ -56,6 +64,17 @@ void handle(int signal, void (*handler)(int))
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigaction(signal, &action, nullptr);
+}
+
+// Whoever has started the program may have blocked them.
+void unblockSignals()
+{
+    sigset_t needed;
+    sigemptyset(&needed);
+    sigaddset(&needed, SIGALRM);
+    for (const int signal : kEndingSignals)
+        sigaddset(&needed, signal);
+    pthread_sigmask(SIG_UNBLOCK, &needed, nullptr);
 }
 
 void makePrivate(int descriptor)
@@ -77,19 +96,26 @@ MainLoop::MainLoop()
     makePrivate(wakeUpWrite);
 
     signalPipe = wakeUpWrite;
-    signalSeen = false;
+    endingSignal = 0;
+    alarm(0);
+    handle(SIGALRM, endAtOnce);
     for (const int signal : kEndingSignals)
         handle(signal, onEndingSignal);
+    unblockSignals();
     handle(SIGPIPE, SIG_IGN); // a reader of our output that goes away is no reason to end
 }
 
 MainLoop::~MainLoop()
 {
-    for (const int signal : kEndingSignals)
-        handle(signal, SIG_DFL);
     for (const auto& [signal, arrived] : signals)
         handle(signal, SIG_DFL);
-    lastAct = nullptr;
+    if (endingSignal == 0) { // else the five seconds are for all that is left to do, too
+        for (const int signal : kEndingSignals)
+            handle(signal, SIG_DFL);
+        handle(SIGALRM, SIG_DFL);
+        emergencyCleanup = nullptr;
+    }
+    signalPipe = -1;
     close(wakeUpRead);
     close(wakeUpWrite);
 }
@@ -105,7 +131,12 @@ void MainLoop::post(std::function<void()> job)
 
 void MainLoop::watchInput(int descriptor, std::function<void()> readable)
 {
-    inputs[descriptor] = std::move(readable);
+    watches[descriptor] = {POLLIN, std::move(readable)};
+}
+
+void MainLoop::watchOutput(int descriptor, std::function<void()> writable)
+{
+    watches[descriptor] = {POLLOUT, std::move(writable)};
 }
 
 void MainLoop::watchSignal(int signal, std::function<void()> arrived)
@@ -114,37 +145,41 @@ void MainLoop::watchSignal(int signal, std::function<void()> arrived)
     handle(signal, onSignal);
 }
 
-void MainLoop::setLastAct(void (*act)()) { lastAct = act; }
+void MainLoop::setEmergencyCleanup(void (*cleanup)()) { emergencyCleanup = cleanup; }
 
 void MainLoop::run()
 {
     while (!quitting) {
         auto polled = watched();
-        if (poll(polled.data(), static_cast<nfds_t>(polled.size()), -1) < 0)
-            continue;
+        if (poll(polled.data(), static_cast<nfds_t>(polled.size()), -1) < 0) {
+            if (errno == EINTR)
+                continue;
+            Lct::printSystemError("Kest Settings ends: waiting for events failed");
+            return;
+        }
         if (polled.front().revents != 0)
             dispatchWakeUps();
-        readInputs(polled);
+        runReady(polled);
     }
 }
 
 std::vector<pollfd> MainLoop::watched() const
 {
     std::vector<pollfd> all{{wakeUpRead, POLLIN, 0}};
-    for (const auto& [descriptor, readable] : inputs)
-        all.push_back({descriptor, POLLIN, 0});
+    for (const auto& [descriptor, watch] : watches)
+        all.push_back({descriptor, watch.events, 0});
     return all;
 }
 
 // What comes first may end the loop, or the watch of what comes later.
-void MainLoop::readInputs(const std::vector<pollfd>& polled)
+void MainLoop::runReady(const std::vector<pollfd>& polled)
 {
     for (std::size_t i = 1; i < polled.size() && !quitting; ++i) {
-        const auto input = inputs.find(polled[i].fd);
-        if (polled[i].revents == 0 || input == inputs.end())
+        const auto watch = watches.find(polled[i].fd);
+        if (polled[i].revents == 0 || watch == watches.end())
             continue;
-        const auto readable = input->second; // lives on while it ends its own watch
-        readable();
+        const auto ready = watch->second.ready; // lives on while it ends its own watch
+        ready();
     }
 }
 

@@ -1,15 +1,63 @@
 #include "platform/posix/RunAlone.h"
 
+#include "app/KestSettingsAppDelegate.h"
 #include "backend/AgentLock.h"
+#include "backend/HomeFolder.h"
+#include "log/Log.h"
 #include "log/Output.h"
 
-#include <cstdio>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace Kest::Posix {
+namespace {
+
+// The lock, the wake-ups, the bus, the pipe's ends, the settings files, and what a library opens for a while.
+constexpr std::size_t kNeededDescriptors = 32;
+constexpr int kLastOutputMilliseconds = 200;
+
+/// Opens /dev/null in place of a closed standard stream. Otherwise the next file that is opened takes its
+/// number, and everything that is printed goes into that file.
+bool openStandardStreams()
+{
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) != descriptor)
+            return false;
+    return true;
+}
+
+bool hasDescriptors()
+{
+    std::array<int, kNeededDescriptors> probes{};
+    for (auto& probe : probes)
+        probe = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int failure = errno;
+    for (const int probe : probes)
+        if (probe >= 0)
+            close(probe);
+    errno = failure;
+    return probes.back() >= 0;
+}
+
+int cannotStart(int failure)
+{
+    Lct::printError("Kest Settings cannot start: %s\n", std::strerror(failure));
+    return 1;
+}
+
+} // namespace
 
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
 {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0); // each line is seen when it is printed
+    std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
+    if (!openStandardStreams() || !hasDescriptors())
+        return cannotStart(errno);
+    if (const auto problem = Settings::repairHome(); !problem.empty())
+        Lct::Log(Lct::eLogWarning, "home", "%s", problem.c_str());
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
@@ -17,6 +65,17 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
         return 0;
     }
     return agent(paths);
+}
+
+int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop)
+{
+    application.awakeFromNib();
+    if (const int failure = application.startError(); failure != 0)
+        return cannotStart(failure);
+    application.applicationDidFinishLaunching();
+    const bool succeeded = loop();
+    application.applicationWillTerminate();
+    return succeeded ? 0 : 1;
 }
 
 } // namespace Kest::Posix

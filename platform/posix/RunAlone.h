@@ -1,14 +1,22 @@
-// How every agent program of this kind of system begins.
+// How every agent program of this kind of system begins and ends.
 #pragma once
 
 #include "backend/SystemPaths.h"
 
 #include <functional>
 
+namespace Kest::App {
+class KestSettingsAppDelegate;
+}
+
 namespace Kest::Posix {
 
-/// Runs an agent with the standard places and gives its exit status. Where another agent of this user runs,
-/// says so in one line and gives 0.
+/// Runs an agent with the default paths and returns its exit status. Where another agent of this user runs,
+/// prints one line and returns 0. Where the system gives too few descriptors, prints one line and returns 1.
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent);
+
+/// Runs the application from its start to its end; `loop` is the front end's, false on failure. Returns the
+/// exit status: 1 after a failure, with one line where the application cannot start.
+int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop);
 
 } // namespace Kest::Posix

@@ -13,11 +13,7 @@ int runInTray(const Kest::Settings::SystemPaths& paths)
         return 1;
     Kest::StatusNotifier::DesktopWorkspace workspace(frontEnd.bus());
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    delegate.awakeFromNib();
-    delegate.applicationDidFinishLaunching();
-    const bool shown = frontEnd.run(delegate);
-    delegate.applicationWillTerminate();
-    return shown ? 0 : 1;
+    return Kest::Posix::runApplication(delegate, [&] { return frontEnd.run(delegate); });
 }
 
 } // namespace

@@ -31,7 +31,7 @@ void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
 
 void FullScreenFrontEnd::watchSignals()
 {
-    Posix::MainLoop::setLastAct(TerminalGuard::restore);
+    Posix::MainLoop::setEmergencyCleanup(TerminalGuard::restore);
     loop.watchSignal(SIGWINCH, [this] {
         screen.resize();
         drawLater();
@@ -85,6 +85,13 @@ void FullScreenFrontEnd::drawLater()
 
 void FullScreenFrontEnd::draw()
 {
+    if (!screen.canDraw()) {
+        loop.watchOutput(screen.descriptor(), [this] {
+            loop.unwatch(screen.descriptor());
+            draw();
+        });
+        return;
+    }
     isDrawingDue = false;
     takeMenu();
     menu.showHost(delegate->hostState());

@@ -1,7 +1,8 @@
 #include "platform/terminal/OutputCapture.h"
 
+#include "log/Output.h"
+
 #include <algorithm>
-#include <cstdio>
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
@@ -10,6 +11,7 @@ namespace Kest::Terminal {
 namespace {
 
 constexpr std::size_t kLongestLine = 4096;
+constexpr int kFlushMilliseconds = 100;
 
 int redirect(int descriptor, int to)
 {
@@ -41,7 +43,7 @@ OutputCapture::OutputCapture()
         fcntl(end, F_SETFD, FD_CLOEXEC);
         fcntl(end, F_SETFL, O_NONBLOCK);
     }
-    std::fflush(stdout);
+    Lct::flushOutput(kFlushMilliseconds);
     outputBefore = redirect(STDOUT_FILENO, ends[1]);
     if (isatty(STDERR_FILENO) != 0)
         errorBefore = redirect(STDERR_FILENO, ends[1]);
@@ -50,7 +52,7 @@ OutputCapture::OutputCapture()
 
 OutputCapture::~OutputCapture()
 {
-    std::fflush(stdout);
+    Lct::flushOutput(kFlushMilliseconds);
     putBack(STDOUT_FILENO, outputBefore);
     putBack(STDERR_FILENO, errorBefore);
     if (readEnd >= 0)

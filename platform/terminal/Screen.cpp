@@ -121,15 +121,28 @@ void Screen::startColours()
 Screen::~Screen()
 {
     if (curses->screen != nullptr) {
-        if (!isendwin())
-            endwin();
+        leave();
         if (isInForeground()) // else the modes are somebody else's
-            tcsetattr(fileno(output), TCSADRAIN, &modesBefore);
+            tcsetattr(fileno(output), TCSANOW, &modesBefore);
         guard.reset();
         delscreen(curses->screen);
     }
-    std::fclose(output);
+    if (canDraw())
+        std::fclose(output);
+    else
+        close(fileno(output)); // what the library has not written yet is dropped
 }
+
+// Both of the library's ways to leave wait for the terminal.
+void Screen::leave() const
+{
+    if (!isendwin() && canDraw())
+        endwin();
+}
+
+bool Screen::canDraw() const { return takesOutput(fileno(output)); }
+
+int Screen::descriptor() const { return fileno(output); }
 
 Glyphs Screen::glyphs() const { return {std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0}; }
 
@@ -181,7 +194,7 @@ void Screen::resize()
 
 void Screen::suspend()
 {
-    endwin();
+    leave();
     TerminalGuard::setActive(false);
     struct sigaction stop {};
     stop.sa_handler = SIG_DFL;

@@ -24,6 +24,9 @@ public:
 
     Glyphs glyphs() const;
     Size size() const;
+    /// False while the terminal is stopped or stalled: then `draw` would block. Poll `descriptor` for output.
+    bool canDraw() const;
+    int descriptor() const;
     void draw(const std::vector<ScreenLine>& lines);
     /// What has been pressed; nothing when there is no more for now. May take 50 ms after an Esc.
     std::optional<Input> nextInput();
@@ -45,6 +48,7 @@ private:
     bool start();
     static void defineKeys();
     void startColours();
+    void leave() const;
     void drawLine(int line, const ScreenLine& text) const;
 
     FILE* const output;

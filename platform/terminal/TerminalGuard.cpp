@@ -4,6 +4,7 @@
 #include <atomic>
 #include <csignal>
 #include <iterator>
+#include <poll.h>
 #include <unistd.h>
 
 namespace Kest::Terminal {
@@ -32,6 +33,12 @@ void onCrash(int signal)
 }
 
 } // namespace
+
+bool takesOutput(int terminal)
+{
+    pollfd output{terminal, POLLOUT, 0};
+    return poll(&output, 1, 0) > 0 && (output.revents & POLLOUT) != 0;
+}
 
 TerminalGuard::TerminalGuard(int terminal, const std::string& farewell, const termios& before)
 {
@@ -66,7 +73,8 @@ void TerminalGuard::restore()
 {
     if (!active.exchange(false))
         return;
-    [[maybe_unused]] const auto written = write(descriptor, farewellBytes, farewellSize);
+    if (takesOutput(descriptor)) [[maybe_unused]]
+        const auto written = write(descriptor, farewellBytes, farewellSize);
     tcsetattr(descriptor, TCSANOW, &modesBefore);
 }
 

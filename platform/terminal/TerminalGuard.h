@@ -6,6 +6,10 @@
 
 namespace Kest::Terminal {
 
+/// Returns whether a terminal takes output now; false while it is stopped by Ctrl-S or its connection is
+/// stalled. Any thread, signal handlers too.
+bool takesOutput(int terminal);
+
 /// One for each process. While it lives, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL put the terminal back
 /// and then have the effect that they had before. Main thread only, but for `restore`.
 class TerminalGuard {
@@ -18,7 +22,8 @@ public:
 
     /// Off while somebody else has the terminal.
     static void setActive(bool isActive);
-    /// Puts the terminal back, once. Any thread, signal handlers too.
+    /// Puts the terminal back, once; its modes only where it takes no output. Never blocks. Any thread,
+    /// signal handlers too.
     static void restore();
 };
 

@@ -83,7 +83,7 @@ void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
 // At a terminal the user has said good-bye; a script or a service manager has just nothing more to say.
 void TextFrontEnd::inputEnded()
 {
-    loop.unwatchInput(STDIN_FILENO);
+    loop.unwatch(STDIN_FILENO);
     if (isatty(STDIN_FILENO) != 0)
         loop.quit();
 }

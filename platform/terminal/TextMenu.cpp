@@ -1,7 +1,5 @@
 #include "platform/terminal/TextMenu.h"
 
-#include "app/Utf8.h"
-
 namespace Kest::Terminal {
 namespace {
 
@@ -99,19 +97,6 @@ std::string markText(const ItemProperties& item)
         break;
     }
     return "";
-}
-
-std::string printable(const std::string& text)
-{
-    auto safe = App::toUtf8(text);
-    for (std::size_t i = 0; i < safe.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(safe[i]);
-        if (byte < 0x20 || byte == 0x7F)
-            safe[i] = '?';
-        else if (byte == 0xC2 && static_cast<unsigned char>(safe[i + 1]) < 0xA0) // U+0080 to U+009F
-            safe.replace(i, 2, "?");
-    }
-    return safe;
 }
 
 std::string itemName(const ItemProperties& item)

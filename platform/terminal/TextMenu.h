@@ -2,15 +2,14 @@
 #pragma once
 
 #include "app/MenuSnapshot.h"
+#include "app/Utf8.h"
 
 #include <string>
 #include <vector>
 
 namespace Kest::Terminal {
 
-/// Text of another process as it may be sent to a terminal: control characters become "?", and bytes that are
-/// no text U+FFFD.
-std::string printable(const std::string& text);
+using App::printable;
 
 /// How an item is called in paths: its title, or the name of its encoding.
 std::string itemName(const App::ItemProperties& item);

@@ -11,26 +11,24 @@
 namespace {
 
 template <typename FrontEnd>
-void runWith(FrontEnd& frontEnd, Kest::Posix::Streams streams, const Kest::Settings::SystemPaths& paths)
+int runWith(FrontEnd& frontEnd, Kest::Posix::Streams streams, const Kest::Settings::SystemPaths& paths)
 {
     Kest::Terminal::TextWorkspace workspace(streams);
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    delegate.awakeFromNib();
-    delegate.applicationDidFinishLaunching();
-    frontEnd.run(delegate);
-    delegate.applicationWillTerminate();
+    return Kest::Posix::runApplication(delegate, [&] {
+        frontEnd.run(delegate);
+        return true;
+    });
 }
 
 int runInTerminal(const Kest::Settings::SystemPaths& paths)
 {
     if (const auto screen = Kest::Terminal::Screen::open()) {
         Kest::Terminal::FullScreenFrontEnd frontEnd(*screen);
-        runWith(frontEnd, Kest::Posix::Streams::none, paths);
-    } else {
-        Kest::Terminal::TextFrontEnd frontEnd;
-        runWith(frontEnd, Kest::Posix::Streams::inherited, paths);
+        return runWith(frontEnd, Kest::Posix::Streams::none, paths);
     }
-    return 0;
+    Kest::Terminal::TextFrontEnd frontEnd;
+    return runWith(frontEnd, Kest::Posix::Streams::inherited, paths);
 }
 
 } // namespace

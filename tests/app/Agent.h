@@ -3,6 +3,7 @@
 
 #include "app/KestSettingsAppDelegate.h"
 #include "app/MenuSnapshot.h"
+#include "tests/support/Captured.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeFrontEnd.h"
 #include "tests/support/TestPlace.h"

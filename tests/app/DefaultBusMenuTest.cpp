@@ -69,4 +69,16 @@ TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatAnotherOneReplaced)
     EXPECT_TRUE(shows({"Main Bus 0*", "- 0", "Zeta 1"}));
 }
 
+TEST_F(DefaultBusMenu, PrintsNamesInPrintableForm)
+{
+    putBuses({"A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "Caf\x8E \x07"});
+    testing::internal::CaptureStdout();
+    agent.start();
+    EXPECT_TRUE(agent.pumpUntil([&] { return items().size() == 5; }));
+    EXPECT_THAT(Kest::Test::capturedOutput(),
+                testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : Caf\u00E9 ?\n"
+                                  "bus 3 : Caf\u00E9\n\n"))
+        << "UTF-8 as it is, other bytes as the menu shows them";
+}
+
 } // namespace

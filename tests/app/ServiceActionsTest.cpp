@@ -24,7 +24,7 @@ TEST(Services, StartWhatTheyAreFor)
     agent.workspace.applicationsLaunch = false;
     testing::internal::CaptureStderr();
     EXPECT_TRUE(agent.choose("Open Uninstaller"));
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("Uninstall failed to launch\n"));
+    EXPECT_THAT(Kest::Test::capturedErrors(), testing::HasSubstr("Uninstall failed to launch\n"));
 
     EXPECT_EQ(agent.delegate.menu().statusMenu().itemArray().back()->title(), "Quit Kest Settings");
     EXPECT_FALSE(agent.frontEnd.hasQuit);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "backend/Backend.h"
+#include "tests/support/Captured.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/TestPlace.h"
 

@@ -63,7 +63,7 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
     encoder.write(padded(1, 4096) + '\n' + padded(2, 4097) + '\n' + padded(3, 40000) + '\n' + progress(4, 4) +
                   '\n' + padded(5, 4096) + progress(6, 6) + '\n' + progress(7, 7) + '\n');
     EXPECT_THAT(heard(3), ElementsAre("1 1 null", "4 4 null", "7 7 null"));
-    EXPECT_EQ(std::ranges::count(testing::internal::GetCapturedStderr(), '\n'), 3);
+    EXPECT_EQ(std::ranges::count(Kest::Test::capturedErrors(), '\n'), 1) << "a flood of them is one line";
 
     testing::internal::CaptureStderr();
     const auto longest = "/x/" + std::string(1020, 'p');
@@ -71,7 +71,7 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
                   "\n");
     EXPECT_EQ(heard(4).back(), "5 8 '" + longest.substr(3) + "'");
     EXPECT_EQ(backend->getEncodingStatus(8).path, longest);
-    EXPECT_EQ(std::ranges::count(testing::internal::GetCapturedStderr(), '\n'), 1);
+    EXPECT_EQ(std::ranges::count(Kest::Test::capturedErrors(), '\n'), 1);
 }
 
 TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
@@ -118,11 +118,25 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
     EXPECT_EQ(readFile(fifo), "another's") << "nothing but its own pipe goes with it";
 }
 
-TEST_F(EncodingProgress, IsHeardThroughPipesThatHaveGoneButNotThroughEndlesslyMany)
+TEST_F(EncodingProgress, MakesItsPipeOnceAtTheStart)
 {
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 100; ++i) {
+        start(std::chrono::microseconds(1)); // the monitor's first passes coincide with it
+        const Encoder waited(fifo);
+    }
+    backend.reset();
+    EXPECT_EQ(Kest::Test::capturedErrors(), "");
+}
+
+TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
+{
+    constexpr std::size_t kEarlier = 64;
+    testing::internal::CaptureStderr();
     start();
     std::vector<std::unique_ptr<Encoder>> encoders;
-    for (int pid = 1; pid <= 12; ++pid) {
+    for (int pid = 1; pid <= 70; ++pid) {
         encoders.push_back(std::make_unique<Encoder>(fifo));
         encoders.back()->write(progress(pid, 0) + '\n');
         heard(static_cast<std::size_t>(pid));
@@ -132,24 +146,68 @@ TEST_F(EncodingProgress, IsHeardThroughPipesThatHaveGoneButNotThroughEndlesslyMa
     forget();
     for (const auto& encoder : encoders)
         encoder->write(progress(2, 1) + '\n');
-    EXPECT_EQ(heard(7).size(), 7u);
+    EXPECT_EQ(heard(kEarlier).size(), kEarlier);
     encoders.clear();
     last.write(progress(3, 2) + '\n');
-    EXPECT_EQ(heard(8).back(), "2 3 null");
+    EXPECT_EQ(heard(kEarlier + 1).back(), "2 3 null");
+    const std::string logged = Kest::Test::capturedErrors();
+    const auto line = logged.find("more than 64 replaced pipes are open");
+    EXPECT_NE(line, std::string::npos);
+    EXPECT_EQ(logged.find("more than 64", line + 1), std::string::npos) << "once";
 }
 
-TEST_F(EncodingProgress, TellsOnceOfWhatCannotBeReplacedAndTriesAgain)
+TEST_F(EncodingProgress, ReportsOnceWhatCannotBeReplacedAndReadsAndRetriesMeanwhile)
 {
     testing::internal::CaptureStderr();
-    fs::create_directories(fifo + "/in it");
+    const auto occupy = [this] { fs::create_directories(fifo + "/in it"); };
+    occupy();
     start();
     for (int pass = 0; pass < 5; ++pass)
         awaitWholePass();
-    fs::remove_all(fifo);
-    Encoder(fifo).write(progress(1, 5) + '\n');
+    fs::remove(fifo + "/in it"); // the empty folder is replaced
+    const Encoder early(fifo);
+    early.write(progress(1, 5) + '\n');
     EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
-    const auto told = testing::internal::GetCapturedStderr();
+    const auto told = Kest::Test::capturedErrors();
     EXPECT_EQ(std::ranges::count(told, '\n'), 2) << told;
+
+    fs::remove(fifo);
+    occupy();
+    awaitWholePass();
+    awaitWholePass();
+    early.write(progress(1, 6) + '\n');
+    EXPECT_EQ(heard(2).back(), "6 1 null") << "an encoder must not block while the path is occupied";
+}
+
+TEST(PipeRivalry, ReplacesAnotherReadersPipeEverMoreSeldomAndAnythingElseAtOnce)
+{
+    using Kest::Settings::PipeRivalry;
+    using std::chrono::seconds;
+    PipeRivalry rivalry;
+    PipeRivalry::Clock::time_point now{seconds(1000)};
+    // How long a pipe of another reader stays; it is put in place `later` after ours.
+    const auto stay = [&](seconds later) {
+        rivalry.made(now);
+        now += later;
+        const auto lost = now;
+        while (!rivalry.mayReplace(true, now))
+            now += seconds(1);
+        return std::chrono::duration_cast<seconds>(now - lost).count();
+    };
+    std::vector<long> stays;
+    for (int loss = 0; loss < 8; ++loss)
+        stays.push_back(stay(seconds(60)));
+    EXPECT_THAT(stays, ElementsAre(0, 2, 4, 8, 16, 32, 60, 60));
+    EXPECT_EQ(rivalry.losses(), 8);
+
+    rivalry.made(now);
+    EXPECT_TRUE(rivalry.mayReplace(false, now)) << "removed, or replaced by what nobody reads";
+    EXPECT_EQ(rivalry.losses(), 0);
+    EXPECT_EQ(stay(seconds(1)), 60);
+    rivalry.made(now);
+    EXPECT_FALSE(rivalry.mayReplace(true, now));
+    EXPECT_TRUE(rivalry.mayReplace(false, now)) << "the other one has ended";
+    EXPECT_EQ(stay(PipeRivalry::kSettled), 0) << "ours had stayed for long";
 }
 
 } // namespace

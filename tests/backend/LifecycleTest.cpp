@@ -1,4 +1,6 @@
 // How the Backend begins and, above all, how it ends: promptly, and without a trace.
+#include "backend/HomeFolder.h"
+#include "log/Log.h"
 #include "tests/backend/BackendFixture.h"
 
 #include <pwd.h>
@@ -48,6 +50,7 @@ TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
             floodWith(2);
         },
     };
+    Lct::Log(Lct::eLogWarning, "test", "starts the threads that print, which live on");
     const auto threads = threadCount();
     for (const auto& state : states) {
         for (int i = 0; i < 20; ++i) {
@@ -88,6 +91,42 @@ TEST_F(Lifecycle, NamesTheLastUserInAFileOfItsOwnThatEverybodyMayOverwrite)
     umask(umaskBefore);
     EXPECT_EQ(readFile(target), "kept");
     EXPECT_EQ(statusOf(target).st_mode & 0777, 0600u);
+}
+
+TEST_F(Lifecycle, LogsAMarkerThatCannotBeWrittenButNotAMissingFolder)
+{
+    const auto linesOf = [](const std::string& path) {
+        Lct::flushOutput(5000); // what was printed before
+        testing::internal::CaptureStderr();
+        Kest::Settings::Backend::save_username(path);
+        return Kest::Test::capturedErrors();
+    };
+    EXPECT_EQ(linesOf(place.folder / "absent/lastuser.txt"), "");
+    fs::create_directory(marker);
+    EXPECT_THAT(linesOf(marker), testing::HasSubstr("not written: Is a directory\n"));
+    fs::remove(marker);
+    fs::create_symlink(place.folder / "target", marker);
+    EXPECT_EQ(std::ranges::count(linesOf(marker), '\n'), 1);
+    fs::remove(marker);
+}
+
+TEST(HomeFolder, IsAlwaysAnAbsolutePathThatCanBeUsed)
+{
+    const std::string before = std::getenv("HOME") == nullptr ? "/" : std::getenv("HOME");
+    const std::string own = getpwuid(getuid())->pw_dir;
+    for (const auto& unusable : {std::string("~"), std::string("~/x"), std::string("here"), std::string(),
+                                 "/" + std::string(5000, 'a'), std::string("/\xFF")}) {
+        setenv("HOME", unusable.c_str(), 1);
+        EXPECT_THAT(Kest::Settings::repairHome(), testing::HasSubstr(own + " is used")) << unusable;
+        EXPECT_EQ(std::getenv("HOME"), own) << unusable;
+    }
+    unsetenv("HOME");
+    EXPECT_EQ(Kest::Settings::repairHome(), "") << "as under a service manager";
+    EXPECT_EQ(std::getenv("HOME"), own);
+    setenv("HOME", "/tmp/", 1);
+    EXPECT_EQ(Kest::Settings::repairHome(), "");
+    EXPECT_STREQ(std::getenv("HOME"), "/tmp/");
+    setenv("HOME", before.c_str(), 1);
 }
 
 } // namespace

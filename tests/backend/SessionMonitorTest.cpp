@@ -74,6 +74,29 @@ TEST_F(SessionMonitor, TellsOnceOfABusThatIsNewRenamedReplacedOrGone)
     }
 }
 
+TEST_F(SessionMonitor, ShowsTheOtherBusesWhileOneIsRenamedAllTheTime)
+{
+    auto& session = place.startHost();
+    std::atomic<bool> isDone = false;
+    session.putBus(10, "bus-1", "AAAA");
+    std::thread renaming([&] {
+        for (int n = 0; !isDone; ++n) {
+            session.putInt(RawSegment::slot(10) + 72,
+                           0x41414141 + n % 26 + (n / 26 % 26 << 8) + (n / 676 % 26 << 16));
+            std::this_thread::sleep_for(std::chrono::microseconds(20));
+        }
+    });
+    start();
+    for (const auto& [slot, name] : {std::pair(11, "Dialog"), std::pair(12, "Music")}) {
+        session.putBus(slot, "id of " + std::string(name), name);
+        for (int pass = 0; pass < 3; ++pass)
+            awaitWholePass();
+        EXPECT_THAT(busNames(), testing::Contains(name));
+    }
+    isDone = true;
+    renaming.join();
+}
+
 TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
 {
     start();

@@ -4,6 +4,7 @@
 namespace {
 
 std::function<void()> beforeRename;
+std::string diskCalls; // the renames and flushes so far, in order
 
 } // namespace
 
@@ -13,7 +14,16 @@ extern "C" int rename(const char* from, const char* to) noexcept(noexcept(rename
 {
     if (beforeRename)
         beforeRename();
+    diskCalls += "rename " + std::filesystem::path(to).extension().string() + ", ";
     return renameat(AT_FDCWD, from, AT_FDCWD, to);
+}
+
+extern "C" int fsync(int file)
+{
+    struct stat status {};
+    fstat(file, &status);
+    diskCalls += S_ISDIR(status.st_mode) ? "flush folder, " : "flush file, ";
+    return fdatasync(file);
 }
 
 namespace {
@@ -116,7 +126,7 @@ TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
     start();
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(3458152), "");
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+    EXPECT_THAT(Kest::Test::capturedOutput(),
                 HasSubstr("K3DHost running in wrong architecture (32 bits : should be 64 )"));
     expectOnlyInFile();
     EXPECT_FALSE(fs::exists(place.paths.lastUserMarker));
@@ -134,11 +144,34 @@ TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
         start();
         testing::internal::CaptureStderr();
         backend->setDAW_LinkControl(1);
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(file + " is damaged"));
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
         EXPECT_EQ(backend->getDAW_LinkControl(), 1);
         EXPECT_EQ(backend->getSoloMode(), 7);
     }
+}
+
+TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
+{
+    start();
+    diskCalls.clear();
+    backend->setSoloMode(7);
+    EXPECT_THAT(diskCalls,
+                testing::EndsWith("rename .xml, flush file, flush folder, flush file, rename .last, "
+                                  "flush folder, "));
+}
+
+TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
+{
+    fs::create_directories(file + ".bad");
+    writeFile(file, "<PROPERTIES><VALUE");
+    testing::internal::CaptureStderr();
+    start();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(backend->getSoloMode(), 0);
+    const auto logged = Kest::Test::capturedErrors();
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+    EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
 }
 
 TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
@@ -183,7 +216,7 @@ TEST_F(SettingsStore, RefusesAValueThatTheFileCannotHold)
     for (const auto& name : {"<a><?x?>b"s, " <b"s, std::string(70000, 'x')}) {
         testing::internal::CaptureStderr();
         backend->setFacility(name);
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("it cannot hold such a text"));
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("it cannot hold such a text"));
         EXPECT_EQ(backend->getFacility(), "Studio B");
     }
     const auto any = juce::String::fromUTF8("a<b>&\"'\x01 \xc3\xa8\n");

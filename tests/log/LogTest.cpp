@@ -1,7 +1,14 @@
-// The logger's line, on both streams.
+// The logger's line on both streams, and what happens when nobody reads them or lines repeat.
 #include "log/Log.h"
 
+#include "log/OutputQueue.h"
+#include "log/RepeatLimiter.h"
+#include "tests/support/Captured.h"
+#include "tests/support/Eventually.h"
+
 #include <gmock/gmock.h>
+
+#include <atomic>
 
 namespace {
 
@@ -10,8 +17,8 @@ std::string written(const std::string& tag, const std::string& message)
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     Lct::Log(Lct::eLogError, tag.c_str(), "%s", message.c_str());
-    auto line = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), line);
+    auto line = Kest::Test::capturedErrors();
+    EXPECT_EQ(Kest::Test::capturedOutput(), line);
     return line;
 }
 
@@ -29,6 +36,51 @@ TEST(Log, CutsWhatDoesNotFitAndKeepsTheLineFeed)
         EXPECT_THAT(written("tag", std::string(length, 'x')),
                     testing::EndsWith(" tag " + std::string(std::min(length, room), 'x') + "\n"));
     EXPECT_EQ(written(std::string(600, 't'), "m").size(), 511u);
+}
+
+TEST(Log, WritesARepeatedLineOnceAMinuteWithTheNumberLeftOut)
+{
+    Lct::RepeatLimiter limiter;
+    const char* format = "%s";
+    EXPECT_EQ(limiter.admit(format, "full", 0), 0u);
+    for (int second = 0; second < 60; ++second)
+        EXPECT_EQ(limiter.admit(format, "full", second), std::nullopt) << second;
+    EXPECT_EQ(limiter.admit(format, "other", 59), 60u);
+    EXPECT_EQ(limiter.admit(format, "full", 60), 0u);
+    int written = 0;
+    for (int pid = 0; pid < 1000; ++pid)
+        written += limiter.admit(format, std::to_string(pid), 61) ? 1 : 0;
+    EXPECT_EQ(written, Lct::RepeatLimiter::kMaxLines - 2) << "different texts of one format";
+    EXPECT_EQ(limiter.admit("another", "full", 61), 0u);
+}
+
+std::atomic<bool> isStuck = true;
+std::atomic<int> linesWritten = 0;
+std::string lastPiece; // read when nothing is being written
+
+void writeWhenFree(std::string_view text)
+{
+    while (isStuck)
+        std::this_thread::yield();
+    linesWritten += static_cast<int>(std::ranges::count(text, '\n'));
+    lastPiece = text;
+}
+
+TEST(OutputQueue, NeverBlocksItsCallersAndReportsWhatItDropped)
+{
+    auto& queue = *new Lct::OutputQueue(writeWhenFree); // its thread lives on
+    const std::string line(99, 'x');
+    for (int i = 0; i < 10'000; ++i)
+        queue.add(line + "\n");
+    EXPECT_FALSE(queue.flush(1));
+    isStuck = false;
+    ASSERT_TRUE(queue.flush(5000));
+    EXPECT_TRUE(linesWritten > 600 && linesWritten < 700) << linesWritten;
+    EXPECT_THAT(lastPiece,
+                testing::MatchesRegex("\\([0-9]+ lines of output were dropped: nothing read them\\)\n"));
+    queue.add("next\n");
+    ASSERT_TRUE(queue.flush(5000));
+    EXPECT_EQ(lastPiece, "next\n");
 }
 
 } // namespace

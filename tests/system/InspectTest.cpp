@@ -103,5 +103,19 @@ TEST_F(InspectSystem, FindsWhatIsBroken)
     inspect("doctor", 0, {"note   host             none runs", "note   agent", " 0 wrong"});
 }
 
+TEST_F(InspectSystem, NamesASecondAgentWhicheverOfBothHasThePipe)
+{
+    Process second({"/usr/bin/env", "HOME=/tmp/home2", program("kest-settings-terminal")});
+    ASSERT_TRUE(second.prints("fifo fd = "));
+    agent->signal(SIGSTOP);
+    inspect("doctor", 1, {"belongs to " + number(second) + " (kest-settings-terminal), not to this agent"});
+    agent->signal(SIGCONT);
+    ASSERT_TRUE(agent->prints("was gone and is made again"));
+    second.signal(SIGSTOP);
+    inspect("doctor", 1, {number(second) + " (kest-settings-terminal) reads an earlier pipe of"});
+    second.signal(SIGKILL);
+    second.exitStatus();
+}
+
 } // namespace
 } // namespace Kest::Test

@@ -64,12 +64,26 @@ Finding foreignPipe(const Surroundings& here, const std::string& path, const str
     return here.agentRuns ? wrong(kPipe, whose, remedy) : note(kPipe, whose, remedy);
 }
 
-// Each reader gets a part of what the encoders write.
-bool hasOtherReaders(const Surroundings& here, const std::vector<Opener>& readers)
+bool isAgent(const Surroundings& here, const Opener& reader)
 {
-    return !here.agents.empty() && std::ranges::any_of(readers, [&](const auto& reader) {
-        return std::ranges::find(here.agents, reader.process, &Opener::process) == here.agents.end();
-    });
+    return std::ranges::find(here.agents, reader.process, &Opener::process) != here.agents.end();
+}
+
+// Each reader gets a part of what the encoders write.
+Finding otherReaders(const Surroundings& here, const std::string& path, const std::vector<Opener>& readers)
+{
+    if (std::ranges::none_of(readers, [&](const auto& reader) { return isAgent(here, reader); }))
+        return wrong(kPipe, path + " belongs to " + listed(readers) + ", not to this agent",
+                     "end that process; a second agent and this one replace each other's pipe");
+    return wrong(kPipe, path + " is read by " + listed(readers), "end those that are not the agent");
+}
+
+// A second agent that waits to replace the pipe again: it still has its own one, which this agent replaced.
+std::vector<Opener> secondAgents(const Surroundings& here, const std::string& path)
+{
+    auto readers = openersOfRemoved(path);
+    std::erase_if(readers, [&](const auto& reader) { return !reader.reads || isAgent(here, reader); });
+    return readers;
 }
 
 } // namespace
@@ -97,8 +111,12 @@ Check checkPipe(const Surroundings& here)
     std::erase_if(readers, [](const auto& opener) { return !opener.reads; });
     if (readers.empty() && !hasReader(path))
         return unreadPipe(here, path);
-    if (hasOtherReaders(here, readers))
-        return wrong(kPipe, path + " is read by " + listed(readers), "end those that are not the agent");
+    if (!here.agents.empty() &&
+        !std::ranges::all_of(readers, [&](const auto& reader) { return isAgent(here, reader); }))
+        return otherReaders(here, path, readers);
+    if (const auto second = secondAgents(here, path); !here.agents.empty() && !second.empty())
+        return wrong(kPipe, listed(second) + " reads an earlier pipe of " + path,
+                     "end that process if it is a second agent: both replace the pipe");
     if ((status->st_mode & 0777U) != kForAll)
         return note(kPipe, path + " is not for all users to write", "start the agent anew");
     return ok(kPipe, path + (readers.empty() ? ", somebody reads it" : ", read by " + listed(readers)));

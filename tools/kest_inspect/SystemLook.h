@@ -15,13 +15,16 @@ namespace KestInspect {
 struct Opener {
     pid_t process = 0;
     std::string program;
-    bool reads = false;
+    bool reads = false;     // through a descriptor that can read
     bool holdsLock = false; // as a whole file is locked
 };
 
 /// The processes that have the file at a path open, without opening it. Empty where the system does not tell;
 /// those of other users may be missing.
 std::vector<Opener> openersOf(const std::string& path);
+
+/// The same for files that were at this path and are removed.
+std::vector<Opener> openersOfRemoved(const std::string& path);
 
 /// Whether a process holds the lock of a file, found out without taking it.
 bool isLocked(const std::string& path);

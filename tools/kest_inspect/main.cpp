@@ -1,4 +1,5 @@
 // kest-inspect: the support engineer's look at the agent and its host. --help tells what it does.
+#include "backend/HomeFolder.h"
 #include "tools/kest_inspect/Doctor.h"
 #include "tools/kest_inspect/Json.h"
 #include "tools/kest_inspect/Options.h"
@@ -37,6 +38,8 @@ int main(int argc, char** argv)
     const auto options = parseOptions(argc, argv, exitStatus);
     if (!options)
         return exitStatus;
+    if (const auto problem = Kest::Settings::repairHome(); !problem.empty())
+        std::fprintf(stderr, "kest-inspect: %s\n", problem.c_str());
     switch (options->command) {
     case Options::Command::session:
         return showSession(options->json);

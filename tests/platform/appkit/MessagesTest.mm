@@ -60,7 +60,7 @@ TEST(Jobs, ThatThrowAreStoppedAndThoseOfAnEndedFrontEndAreDropped)
         frontEnd.post([] { throw std::runtime_error("all is lost"); });
         frontEnd.post([&] { done = true; });
         EXPECT_TRUE(runLoopUntil([&] { return done; }));
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("a job all is lost"));
+        EXPECT_THAT(Kest::Test::capturedErrors(), testing::HasSubstr("a job all is lost"));
         frontEnd.post([&] { done = false; });
     }
     LoopingFrontEnd next;

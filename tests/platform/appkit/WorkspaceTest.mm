@@ -28,7 +28,7 @@ TEST_F(AppKitServices, SayWhatCannotBeStartedAndStartTheNextWithItsWords)
     EXPECT_FALSE(workspace.launchApplication(folder / "None.app"));
     testing::internal::CaptureStderr();
     workspace.log("Uninstall failed to launch");
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("Uninstall failed to launch\n"));
+    EXPECT_THAT(Kest::Test::capturedErrors(), testing::HasSubstr("Uninstall failed to launch\n"));
     workspace.selectFile(folder.path()); // there is no file viewer
     EXPECT_TRUE(workspace.run(program("a program"), {"unload", "/Library/a b"}));
     EXPECT_TRUE(runLoopUntil([&] { return readFile(folder / "told") == "unload /Library/a b\n"; }));

@@ -36,10 +36,10 @@ TEST(MainLoop, TellsOfOtherSignalsAndOfEachInputUntilItIsNotWatchedAnyMore)
     int told = 0;
     loop.watchInput(ends[0], [&] {
         ++told;
-        loop.unwatchInput(ends[0]);
+        loop.unwatch(ends[0]);
     });
     loop.watchInput(others[0], [&] {
-        loop.unwatchInput(others[0]);
+        loop.unwatch(others[0]);
         raise(SIGWINCH);
     });
     loop.watchSignal(SIGWINCH, [&] {

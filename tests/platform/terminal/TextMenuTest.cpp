@@ -38,8 +38,8 @@ TEST(TextFrontEnd, TakesChoicesAndTellsWhatChangesUntilItIsToldToQuit)
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     frontEnd.run(delegate);
-    const auto printed = testing::internal::GetCapturedStdout();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    const auto printed = Kest::Test::capturedOutput();
+    EXPECT_EQ(Kest::Test::capturedErrors(),
               "\"Solo Mode\" is a submenu: open it, or choose one of its items\n"
               "\"Clear History\" is greyed\n"
               "no item \"?[2J\" in the menu\n"

@@ -209,11 +209,17 @@ TEST_F(Doctor, FindsTheAgentAndWhoReadsItsPipe)
     EXPECT_THAT(finding("encoders' pipe"), HasSubstr("wrong the agent runs, but there is no"));
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     EXPECT_THAT(finding("encoders' pipe"), HasSubstr("nobody reads"));
+    const int pathOnly = open(fifo.c_str(), O_PATH | O_CLOEXEC);
+    EXPECT_THAT(finding("encoders' pipe"), HasSubstr("nobody reads"));
+    close(pathOnly);
     const int reader = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_THAT(finding("encoders' pipe"), HasSubstr("note"));
     chmod(fifo.c_str(), 0666);
+    const int writer = open(fifo.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_THAT(finding("encoders' pipe"), HasSubstr("read by process " + std::to_string(getpid())));
     close(reader);
+    EXPECT_THAT(finding("encoders' pipe"), HasSubstr("nobody reads")) << "a writing end reads nothing";
+    close(writer);
 }
 
 TEST_F(Doctor, FindsWhatIsWrongWithFiles)

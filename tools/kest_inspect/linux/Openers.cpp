@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
@@ -12,8 +13,6 @@ namespace KestInspect {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr unsigned long kAccessMode = 3; // of the flags: 0 reads, 1 writes, 2 does both
 
 // The number that a folder of a process is called by; 0 for another entry.
 pid_t processOf(const fs::path& folder)
@@ -34,12 +33,15 @@ void forEachEntry(const fs::path& folder, const Visit& visit)
         visit(entry->path());
 }
 
+// A writing end does not, and neither does a descriptor that only stands for a path.
+bool canRead(unsigned long flags) { return (flags & O_ACCMODE) != O_WRONLY && (flags & O_PATH) == 0; }
+
 void addWhatIsKnown(const fs::path& descriptorInfo, Opener& opener)
 {
     std::ifstream info(descriptorInfo);
     for (std::string line; std::getline(info, line);) {
         if (line.starts_with("flags:"))
-            opener.reads |= (std::strtoul(line.c_str() + 6, nullptr, 8) & kAccessMode) != 1;
+            opener.reads |= canRead(std::strtoul(line.c_str() + 6, nullptr, 8));
         opener.holdsLock |= line.starts_with("lock:") && line.find("FLOCK") != std::string::npos;
     }
 }
@@ -52,16 +54,15 @@ std::string programOf(const fs::path& folder)
     return failure ? "unknown" : file.filename().string();
 }
 
-std::optional<Opener> openerAmong(const fs::path& folder, const struct stat& file)
+template <typename IsWanted>
+std::optional<Opener> openerAmong(const fs::path& folder, const IsWanted& isWanted)
 {
     Opener opener{processOf(folder), "", false, false};
     if (opener.process == 0)
         return std::nullopt;
     bool isOpen = false;
     forEachEntry(folder / "fd", [&](const fs::path& descriptor) {
-        struct stat status {};
-        if (stat(descriptor.c_str(), &status) != 0 || status.st_dev != file.st_dev ||
-            status.st_ino != file.st_ino)
+        if (!isWanted(descriptor))
             return;
         isOpen = true;
         addWhatIsKnown(folder / "fdinfo" / descriptor.filename(), opener);
@@ -72,19 +73,38 @@ std::optional<Opener> openerAmong(const fs::path& folder, const struct stat& fil
     return opener;
 }
 
+/// `isWanted` decides by the entry of a descriptor in /proc.
+template <typename IsWanted>
+std::vector<Opener> openersWith(const IsWanted& isWanted)
+{
+    std::vector<Opener> openers;
+    forEachEntry("/proc", [&](const fs::path& folder) {
+        if (auto opener = openerAmong(folder, isWanted))
+            openers.push_back(std::move(*opener));
+    });
+    return openers;
+}
+
 } // namespace
 
 std::vector<Opener> openersOf(const std::string& path)
 {
-    std::vector<Opener> openers;
     struct stat file {};
     if (lstat(path.c_str(), &file) != 0)
-        return openers;
-    forEachEntry("/proc", [&](const fs::path& folder) {
-        if (auto opener = openerAmong(folder, file))
-            openers.push_back(std::move(*opener));
+        return {};
+    return openersWith([&](const fs::path& descriptor) {
+        struct stat status {};
+        return stat(descriptor.c_str(), &status) == 0 && status.st_dev == file.st_dev &&
+               status.st_ino == file.st_ino;
     });
-    return openers;
+}
+
+std::vector<Opener> openersOfRemoved(const std::string& path)
+{
+    return openersWith([removed = path + " (deleted)"](const fs::path& descriptor) {
+        std::error_code failure;
+        return fs::read_symlink(descriptor, failure) == removed;
+    });
 }
 
 bool isLocked(const std::string& path) { return std::ranges::any_of(openersOf(path), &Opener::holdsLock); }

@@ -7,6 +7,7 @@
 namespace KestInspect {
 
 std::vector<Opener> openersOf(const std::string&) { return {}; }
+std::vector<Opener> openersOfRemoved(const std::string&) { return {}; }
 
 // Where there is no /proc, this question is answered of locks of either kind.
 bool isLocked(const std::string& path)

@@ -1,0 +1,48 @@
+#include "backend/HomeFolder.h"
+
+#include <juce_core/juce_core.h>
+
+#include <climits>
+#include <cstdlib>
+#include <pwd.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace Kest::Settings {
+namespace {
+
+constexpr std::size_t kMaxHome = PATH_MAX - 256; // bytes; the rest is for the names in it
+constexpr char kNoHome[] = "/nonexistent";
+
+// Why a path cannot be used; null when it can.
+const char* problemOf(std::string_view path)
+{
+    if (!path.starts_with('/'))
+        return "is not an absolute path";
+    if (path.size() > kMaxHome)
+        return "is too long";
+    if (!juce::CharPointer_UTF8::isValidString(path.data(), static_cast<int>(path.size())))
+        return "is not UTF-8";
+    return nullptr;
+}
+
+std::string homeInDatabase()
+{
+    const passwd* user = getpwuid(getuid());
+    return user == nullptr || problemOf(user->pw_dir) != nullptr ? kNoHome : user->pw_dir;
+}
+
+} // namespace
+
+std::string repairHome()
+{
+    const char* home = std::getenv("HOME");
+    const char* problem = home == nullptr ? "is not set" : problemOf(home);
+    if (problem == nullptr)
+        return {};
+    const auto line = std::string("HOME ") + problem + ", " + homeInDatabase() + " is used";
+    setenv("HOME", homeInDatabase().c_str(), 1);
+    return home == nullptr ? std::string() : line;
+}
+
+} // namespace Kest::Settings

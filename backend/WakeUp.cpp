@@ -1,0 +1,42 @@
+#include "backend/WakeUp.h"
+
+#include <array>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Kest::Settings {
+
+WakeUp::WakeUp()
+{
+    if (pipe(ends) != 0) {
+        ends[0] = ends[1] = -1;
+        return;
+    }
+    for (const int end : ends) {
+        fcntl(end, F_SETFD, FD_CLOEXEC);
+        fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+}
+
+WakeUp::~WakeUp()
+{
+    for (const int end : ends)
+        if (end >= 0)
+            close(end);
+}
+
+// A full pipe is raised already.
+void WakeUp::raise() const
+{
+    if (ends[1] >= 0) [[maybe_unused]]
+        const auto written = write(ends[1], "", 1);
+}
+
+void WakeUp::clear() const
+{
+    std::array<char, 64> bytes{};
+    while (ends[0] >= 0 && read(ends[0], bytes.data(), bytes.size()) > 0)
+        ;
+}
+
+} // namespace Kest::Settings
