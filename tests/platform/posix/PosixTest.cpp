@@ -1,7 +1,7 @@
 // The main loop and starting programs, with real signals and processes.
-#include "log/Output.h"
 #include "platform/posix/MainLoop.h"
 #include "platform/posix/PosixWorkspace.h"
+#include "tests/support/Captured.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -65,9 +65,7 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     std::filesystem::permissions(folder / "no program", std::filesystem::perms::owner_all);
     testing::internal::CaptureStderr();
     EXPECT_FALSE(workspace.run(folder / "no program", {}));
-    EXPECT_TRUE(Lct::flushOutput(1000));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("no program: Exec format error"),
-              std::string::npos);
+    EXPECT_NE(Kest::Test::capturedErrors().find("no program: Exec format error"), std::string::npos);
     const Posix::MainLoop ignoresSigpipe; // the agent's dispositions and session are not the program's
     const auto script = "cd '" + folder.path().string() +
                         "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
