@@ -407,6 +407,7 @@ TEST_F(Tray, AnswersCallsThatAreMalformedOrHuge)
 TEST_F(Tray, EndsWithTheBus)
 {
     startBoth();
+    ASSERT_TRUE(agent->prints("fifo fd"));
     daemon.signal(SIGKILL);
     EXPECT_TRUE(agent->prints("The session bus has ended"));
     EXPECT_EQ(agent->exitStatus(), 1);
@@ -418,6 +419,7 @@ TEST_F(Tray, NeitherStartsNorEndsWithABusThatDoesNotAnswer)
     panel.start();
     daemon.signal(SIGSTOP);
     startAgent();
+    ASSERT_TRUE(agent->prints("bus 0 : Main Bus")); // lines of encoders are shown from now on
     report("pid: 4711 , path: /tmp/out/Film_Mix.wav\npid: 4711 , P: 1\n");
     daemon.signal(SIGCONT);
     ASSERT_TRUE(panel.seesItem(1));
@@ -427,7 +429,7 @@ TEST_F(Tray, NeitherStartsNorEndsWithABusThatDoesNotAnswer)
     agent->signal(SIGTERM);
     EXPECT_EQ(agent->exitStatus(), 0);
     startAgent();
-    report("pid: 4711 , P: 1\n");
+    ASSERT_TRUE(agent->prints("bus 0 : Main Bus"));
     agent->signal(SIGTERM);
     EXPECT_EQ(agent->exitStatus(), 0) << "started and ended while the bus was stopped";
     daemon.signal(SIGCONT);
