@@ -10,8 +10,8 @@ namespace Kest::App {
 
 class MenuItem;
 
-/// Ids are given in ascending order, so a sorted row of them grows at its end, and is a quarter of the size
-/// of a table. Main thread only.
+/// Ids ascend until they are used again, so a sorted vector of them grows at its end, and takes a quarter of
+/// the memory of a table. Main thread only.
 class ItemIndex {
 public:
     /// In place of what had the id before.

@@ -11,8 +11,8 @@
 
 namespace Kest::App {
 
-/// Names an item for as long as the agent runs; never given to another item. 0 names the status menu itself,
-/// and an item's id names its submenu too.
+/// Identifies an item while it exists; an id is used again only after all others. 0 identifies the status
+/// menu, and an item's id its submenu too.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 

@@ -111,8 +111,8 @@ ItemId Menu::identityFor(const MenuItem& item)
         const auto& is = item.properties();
         return was.title == is.title && was.action == is.action && was.separator == is.separator;
     });
-    if (same == removed.end())
-        return ++model.lastId;
+    if (same == removed.end() || model.index.find((*same)->identity) != nullptr)
+        return model.unusedId();
     const auto identity = (*same)->identity;
     (*same)->noteBefore(model.journal);
     (*same)->noteGoneBelow(model.journal);
@@ -171,6 +171,16 @@ bool MenuModel::hasManyChanges() const
     return journal.notes() > kMany;
 }
 
-MenuChanges MenuModel::takeChanges() { return journal.take(*this, lastId); }
+MenuChanges MenuModel::takeChanges() { return journal.take(*this, reusesIds ? maxItemId : lastId); }
+
+// The menu never has as many items as there are ids.
+ItemId MenuModel::unusedId()
+{
+    do {
+        reusesIds = reusesIds || lastId == maxItemId;
+        lastId = lastId == maxItemId ? kStatusMenuId + 1 : lastId + 1;
+    } while (reusesIds && index.find(lastId) != nullptr);
+    return lastId;
+}
 
 } // namespace Kest::App

@@ -4,6 +4,7 @@
 #include "app/ItemIndex.h"
 #include "app/MenuChanges.h"
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -103,7 +104,10 @@ private:
 /// The status menu with all that is in it.
 class MenuModel {
 public:
-    MenuModel() : root(std::make_unique<Menu>(*this)) {}
+    /// Items get ids from 1 to `maxId`; after that, those that are free again, the oldest first.
+    explicit MenuModel(ItemId maxId = std::numeric_limits<ItemId>::max())
+        : maxItemId(maxId), root(std::make_unique<Menu>(*this))
+    {}
     MenuModel(const MenuModel&) = delete;
     MenuModel& operator=(const MenuModel&) = delete;
 
@@ -120,7 +124,11 @@ public:
 private:
     friend class Menu;
     friend class MenuItem;
+    ItemId unusedId();
+
+    const ItemId maxItemId;
     ItemId lastId = kStatusMenuId;
+    bool reusesIds = false;
     MenuJournal journal;
     ItemIndex index;
     std::unique_ptr<Menu> root;

@@ -1,10 +1,13 @@
-// A panel that calls the menu's methods with any arguments, while the menu changes. Each call is answered,
-// and only items that are in the menu are asked for.
+// A panel that sends any bytes as the arguments of the menu's methods, and gives items any label. Each call
+// is answered, and only items that are in the menu are opened.
 #include "fuzz/Input.h"
 #include "platform/statusnotifier/MenuExporter.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
+#include <cstring>
+#include <string_view>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
@@ -12,189 +15,132 @@ using namespace Kest;
 using namespace Kest::StatusNotifier;
 using Fuzz::require;
 
-constexpr char kInterface[] = "com.canonical.dbusmenu";
+// With the types of their arguments.
+constexpr const char* kMethods[][2] = {
+    {"GetLayout", "iias"},     {"GetGroupProperties", "aias"}, {"GetProperty", "is"},     {"Event", "isvu"},
+    {"EventGroup", "a(isvu)"}, {"AboutToShow", "i"},           {"AboutToShowGroup", "ai"}};
 
-/// Both ends of a bus of their own, without a daemon between them.
+/// The agent's end of a bus without a daemon; the panel's end is a socket.
 struct Connection {
     Connection()
     {
         int ends[2];
-        require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) == 0, "a socket");
-        agent = start(ends[0], true);
-        panel = start(ends[1], false);
-        while (sd_bus_is_ready(panel.get()) <= 0 || sd_bus_is_ready(agent.get()) <= 0)
-            exchange();
-    }
-    static BusPtr start(int end, bool isServer)
-    {
         sd_bus* bus = nullptr;
-        sd_id128_t id{};
-        require(sd_bus_new(&bus) >= 0 && sd_bus_set_fd(bus, end, end) >= 0, "a bus");
-        if (isServer)
-            sd_bus_set_server(bus, 1, id);
-        sd_bus_set_anonymous(bus, 1);
+        require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) == 0, "a socket");
+        require(sd_bus_new(&bus) >= 0 && sd_bus_set_fd(bus, ends[0], ends[0]) >= 0, "a bus");
+        agent.reset(bus);
+        panel = ends[1];
+        require(sd_bus_set_server(bus, 1, {}) >= 0 && sd_bus_set_anonymous(bus, 1) >= 0, "a server");
         require(sd_bus_start(bus) >= 0, "a bus that has started");
-        return BusPtr(bus);
+        send({"\0AUTH ANONYMOUS\r\nBEGIN\r\n", 24});
+        exchange();
     }
-    /// Everything that is on its way arrives.
-    void exchange()
+    void send(const std::string& bytes) const
     {
-        for (int idle = 0; idle < 2;)
-            idle = sd_bus_process(agent.get(), nullptr) + sd_bus_process(panel.get(), nullptr) > 0 ? 0
-                                                                                                   : idle + 1;
+        require(write(panel, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "written");
+    }
+    /// Everything that was sent is handled. Returns what the agent has sent.
+    std::string_view exchange() const
+    {
+        static char answer[1 << 20];
+        while (sd_bus_process(agent.get(), nullptr) > 0)
+            ;
+        const auto size = read(panel, answer, sizeof answer);
+        return {answer, static_cast<std::size_t>(size > 0 ? size : 0)};
     }
 
     BusPtr agent;
-    BusPtr panel;
+    int panel = -1;
 };
 
+void append(std::string& message, std::uint32_t number)
+{
+    message.append(reinterpret_cast<const char*>(&number), sizeof number);
+}
+
+void appendField(std::string& message, char code, char type, const std::string& value)
+{
+    message.resize((message.size() + 7) / 8 * 8);
+    message += {code, 1, type, 0};
+    if (type == 'g')
+        message += static_cast<char>(value.size());
+    else
+        append(message, static_cast<std::uint32_t>(value.size()));
+    message.append(value.c_str(), value.size() + 1);
+}
+
+std::string methodCall(const char* method, const char* types, const std::string& body)
+{
+    std::string message{'l', 1, 0, 1};
+    append(message, static_cast<std::uint32_t>(body.size()));
+    append(message, 1);
+    append(message, 0); // the size of the fields, below
+    appendField(message, 1, 'o', kMenuPath);
+    appendField(message, 2, 's', "com.canonical.dbusmenu");
+    appendField(message, 3, 's', method);
+    appendField(message, 8, 'g', types);
+    const auto fields = static_cast<std::uint32_t>(message.size() - 16);
+    std::memcpy(message.data() + 12, &fields, sizeof fields);
+    message.resize((message.size() + 7) / 8 * 8);
+    return message + body;
+}
+
 struct Session {
-    explicit Session(sd_bus* bus) : exporter(bus, questions())
+    explicit Session(sd_bus* bus)
+        : exporter(bus, {.menu = model,
+                         .choose = [this](App::ItemId id) { change(id); },
+                         .menuWillOpen =
+                             [this](App::ItemId id) {
+                                 require(id == App::kStatusMenuId || model.itemWithId(id) != nullptr,
+                                         "what is opened is in the menu");
+                                 change(id);
+                             },
+                         .post = [this](std::function<void()> job) { jobs.push_back(std::move(job)); }})
     {
         Test::fill(model.statusMenu(), model, Test::sampleMenu());
         exporter.menuChanged(model.takeChanges());
         require(exporter.failure() >= 0, "a menu");
     }
-
-    MenuQuestions questions()
-    {
-        return {.menu = model,
-                .choose = [this](App::ItemId id) { change(id); }, // it may have gone since it was clicked
-                .menuWillOpen =
-                    [this](App::ItemId id) {
-                        require(id == App::kStatusMenuId || model.itemWithId(id) != nullptr,
-                                "what is opened is in the menu");
-                        change(id);
-                    },
-                .post = [this](std::function<void()> job) { jobs.push_back(std::move(job)); }};
-    }
-    // As the application does, sometimes: something is on, has another name, comes or goes.
+    // As the application does, sometimes: something is on, has another name, is added or removed.
     void change(App::ItemId id)
     {
         auto& buses = *model.statusMenu().itemArray()[2]->submenu();
         auto& first = *buses.itemArray().front();
         if (id % 3 == 0)
-            buses.addItem(std::make_unique<App::MenuItem>(Test::bus(0, "Bus \xC3\xA9_&\x01").properties));
+            buses.addItem(std::make_unique<App::MenuItem>(Test::bus(0, label).properties));
         else if (id % 3 == 1 && buses.numberOfItems() > 1)
             buses.removeItem(first);
         else
             first.setState(!first.properties().on);
         exporter.menuChanged(model.takeChanges());
     }
-    void runJobs()
-    {
-        for (const auto& job : std::exchange(jobs, {}))
-            job();
-    }
 
     App::MenuModel model;
+    std::string label;
     std::vector<std::function<void()>> jobs;
     MenuExporter exporter;
 };
-
-// Mostly items that there are.
-App::ItemId anyId(Fuzz::Input& input) { return input.below(4) == 0 ? input.number() : input.below(110); }
-
-std::string anyName(Fuzz::Input& input)
-{
-    const char* const names[] = {"clicked", "opened",       "closed", "hovered",
-                                 "label",   "toggle-state", "type",   ""};
-    if (const int which = input.below(10); which < 8)
-        return names[which];
-    auto name = input.text(8);
-    for (auto& c : name)
-        c = static_cast<char>(c & 0x7F); // sd-bus itself lets nothing but UTF-8 pass
-    return name.c_str();
-}
-
-void appendIds(sd_bus_message* call, Fuzz::Input& input)
-{
-    sd_bus_message_open_container(call, 'a', "i");
-    for (int count = input.below(6); count > 0; --count)
-        sd_bus_message_append(call, "i", anyId(input));
-    sd_bus_message_close_container(call);
-}
-
-void appendEvent(sd_bus_message* call, Fuzz::Input& input)
-{
-    const auto id = anyId(input);
-    const auto name = anyName(input);
-    if (input.below(2) == 0)
-        sd_bus_message_append(call, "isvu", id, name.c_str(), "s", name.c_str(), 0U);
-    else
-        sd_bus_message_append(call, "isvu", id, name.c_str(), "(ii)", id, id, 0U);
-}
-
-void appendArguments(sd_bus_message* call, int method, Fuzz::Input& input)
-{
-    switch (method) {
-    case 0:
-        sd_bus_message_append(call, "iias", anyId(input), input.below(5) - 1, 1, "label");
-        return;
-    case 1:
-        appendIds(call, input);
-        sd_bus_message_append(call, "as", 0);
-        return;
-    case 2:
-        sd_bus_message_append(call, "is", anyId(input), anyName(input).c_str());
-        return;
-    case 3:
-        return appendEvent(call, input);
-    case 4:
-        sd_bus_message_open_container(call, 'a', "(isvu)");
-        for (int count = input.below(4); count > 0; --count) {
-            sd_bus_message_open_container(call, 'r', "isvu");
-            appendEvent(call, input);
-            sd_bus_message_close_container(call);
-        }
-        sd_bus_message_close_container(call);
-        return;
-    case 5:
-        sd_bus_message_append(call, "i", anyId(input));
-        return;
-    case 6:
-        return appendIds(call, input);
-    default: // the arguments of another method
-        appendArguments(call, input.below(7), input);
-    }
-}
-
-int countReply(sd_bus_message*, void* replies, sd_bus_error*)
-{
-    ++*static_cast<int*>(replies);
-    return 1;
-}
-
-void callOnce(Connection& connection, Fuzz::Input& input)
-{
-    const char* const methods[] = {"GetLayout",  "GetGroupProperties", "GetProperty",      "Event",
-                                   "EventGroup", "AboutToShow",        "AboutToShowGroup", "GetLayout"};
-    const int method = input.below(8);
-    sd_bus_message* made = nullptr;
-    sd_bus_message_new_method_call(connection.panel.get(), &made, nullptr, kMenuPath, kInterface,
-                                   methods[method == 7 ? input.below(7) : method]);
-    const MessagePtr call(made);
-    appendArguments(call.get(), method, input);
-    int replies = 0;
-    sd_bus_slot* made_slot = nullptr;
-    require(sd_bus_call_async(connection.panel.get(), &made_slot, call.get(), countReply, &replies, 0) >= 0,
-            "a call that is sent");
-    const SlotPtr slot(made_slot);
-    connection.exchange();
-    require(replies == 1, "each call is answered");
-}
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static Connection connection;
+    static const Connection connection;
     Fuzz::Input input(data, size);
     Session session(connection.agent.get());
     for (int calls = 0; calls < 8 && !input.isEmpty(); ++calls) {
-        callOnce(connection, input);
-        session.runJobs();
+        const auto& [method, types] = kMethods[input.below(std::size(kMethods))];
+        session.label = input.text(static_cast<std::size_t>(input.below(16)));
+        const auto body = input.text(input.byte());
+        connection.exchange(); // signals
+        connection.send(methodCall(method, types, body));
+        require(!connection.exchange().empty(), "each call is answered");
+        for (const auto& job : std::exchange(session.jobs, {}))
+            job();
     }
     connection.exchange();
+    connection.send(methodCall("GetLayout", "iias", {"\0\0\0\0\xFF\xFF\xFF\xFF\0\0\0\0", 12}));
+    const auto answer = connection.exchange();
+    require(answer.size() > 1 && answer[1] == SD_BUS_MESSAGE_METHOD_RETURN, "the menu can be read");
     return 0;
 }

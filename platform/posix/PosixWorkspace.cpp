@@ -1,10 +1,12 @@
 #include "platform/posix/PosixWorkspace.h"
 
+#include "log/Log.h"
+
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
-#include <optional>
 #include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 extern char** environ; // NOLINT(readability-redundant-declaration): macOS declares none
@@ -12,8 +14,11 @@ extern char** environ; // NOLINT(readability-redundant-declaration): macOS decla
 namespace Kest::Posix {
 namespace {
 
-// None of the agent's signal dispositions is the program's business.
-std::optional<pid_t> spawn(const char* program, char* const* arguments, Streams streams)
+// Restart commands and launch agents are missing on many systems.
+bool isNotInstalled(int failure) { return failure == ENOENT || failure == ENOTDIR || failure == EACCES; }
+
+// The program starts with default signal handling. Returns an errno, 0 when started.
+int spawn(const char* program, char* const* arguments, Streams streams)
 {
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -34,14 +39,13 @@ std::optional<pid_t> spawn(const char* program, char* const* arguments, Streams 
     const int failure = posix_spawn(&pid, program, &files, &attributes, arguments, environ);
     posix_spawn_file_actions_destroy(&files);
     posix_spawnattr_destroy(&attributes);
-    return failure == 0 ? std::optional(pid) : std::nullopt;
+    return failure;
 }
 
 } // namespace
 
 bool PosixWorkspace::run(const std::string& program, const std::vector<std::string>& arguments)
 {
-    forgetEnded();
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -50,16 +54,11 @@ bool PosixWorkspace::run(const std::string& program, const std::vector<std::stri
         argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    const auto pid = spawn(program.c_str(), argv.data(), programStreams);
-    if (pid)
-        started.push_back(*pid);
-    return pid.has_value();
-}
-
-// Nobody waits for a program, so those that have ended are collected whenever the next one starts.
-void PosixWorkspace::forgetEnded()
-{
-    std::erase_if(started, [](pid_t pid) { return waitpid(pid, nullptr, WNOHANG) != 0; });
+    std::signal(SIGCHLD, SIG_IGN);
+    const int failure = spawn(program.c_str(), argv.data(), programStreams);
+    if (failure != 0 && !isNotInstalled(failure))
+        Lct::Log(Lct::eLogWarning, "start", "%s: %s", program.c_str(), std::strerror(failure));
+    return failure == 0;
 }
 
 } // namespace Kest::Posix

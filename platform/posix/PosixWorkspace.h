@@ -3,7 +3,6 @@
 
 #include "app/FrontEnd.h"
 
-#include <sys/types.h>
 #include <vector>
 
 namespace Kest::Posix {
@@ -17,15 +16,13 @@ class PosixWorkspace : public App::Workspace {
 public:
     explicit PosixWorkspace(Streams streams = Streams::inherited) : programStreams(streams) {}
 
-    /// In a session of its own, so that the program outlives the agent's terminal.
+    /// In a session of its own, so that the program outlives the agent's terminal. From the first program on
+    /// the process ignores SIGCHLD: the system removes ended children, and nothing can wait for them.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }
 
 private:
-    void forgetEnded();
-
     const Streams programStreams;
-    std::vector<pid_t> started;
 };
 
 } // namespace Kest::Posix

@@ -13,49 +13,23 @@ int appendVariant(sd_bus_message* message, const Value& value)
 
 int appendProperties(sd_bus_message* message, const Properties& properties)
 {
-    int result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "{sv}");
-    for (const auto& [name, value] : properties) {
-        if (result >= 0)
-            result = sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv");
-        if (result >= 0)
-            result = sd_bus_message_append(message, "s", name.c_str());
-        if (result >= 0)
-            result = appendVariant(message, value);
-        if (result >= 0)
-            result = sd_bus_message_close_container(message);
-    }
-    return result < 0 ? result : sd_bus_message_close_container(message);
-}
-
-int appendLayout(sd_bus_message* message, const Layout& layout)
-{
-    int result = sd_bus_message_open_container(message, SD_BUS_TYPE_STRUCT, "ia{sv}av");
-    if (result >= 0)
-        result = sd_bus_message_append(message, "i", layout.id);
-    if (result >= 0)
-        result = appendProperties(message, layout.properties);
-    if (result >= 0)
-        result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "v");
-    for (const auto& child : layout.children) {
-        if (result >= 0)
-            result = sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, "(ia{sv}av)");
-        if (result >= 0)
-            result = appendLayout(message, child);
-        if (result >= 0)
-            result = sd_bus_message_close_container(message);
-    }
-    if (result >= 0)
-        result = sd_bus_message_close_container(message);
-    return result < 0 ? result : sd_bus_message_close_container(message);
+    const auto appendOne = [&](const auto& property) {
+        return appendContainer(message, SD_BUS_TYPE_DICT_ENTRY, "sv", [&] {
+            const int result = sd_bus_message_append(message, "s", property.first.c_str());
+            return result < 0 ? result : appendVariant(message, property.second);
+        });
+    };
+    return appendContainer(message, SD_BUS_TYPE_ARRAY, "{sv}",
+                           [&] { return appendEach(properties, appendOne); });
 }
 
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings)
 {
-    int result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "s");
-    for (const auto& text : strings)
-        if (result >= 0)
-            result = sd_bus_message_append(message, "s", text.c_str());
-    return result < 0 ? result : sd_bus_message_close_container(message);
+    return appendContainer(message, SD_BUS_TYPE_ARRAY, "s", [&] {
+        return appendEach(strings, [&](const std::string& text) {
+            return sd_bus_message_append(message, "s", text.c_str());
+        });
+    });
 }
 
 } // namespace Kest::StatusNotifier

@@ -1,4 +1,4 @@
-// sd-bus with owners: what is used of it here, and nothing more.
+// sd-bus with owners and with messages that are checked at each step.
 #pragma once
 
 #include "platform/statusnotifier/MenuProperties.h"
@@ -14,15 +14,51 @@ template <typename Object, Object* (*unref)(Object*)>
 struct Unref {
     void operator()(Object* object) const { unref(object); }
 };
-using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_flush_close_unref>>;
+using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_close_unref>>; // flushing would wait for the bus
 using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_message_unref>>;
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
-// Each appends to a message and gives sd-bus's result: negative on failure, which spoils the message.
+// Each returns sd-bus's result: negative on failure (an errno), and then the message must not be sent.
+
+/// Calls `append` with each element, up to the first failure.
+template <typename Range, typename Append>
+int appendEach(const Range& range, Append append)
+{
+    int result = 0;
+    for (const auto& element : range) {
+        result = append(element);
+        if (result < 0)
+            break;
+    }
+    return result;
+}
+
+/// Appends a container with whatever `append` appends. `type` and `contents` are as for sd-bus.
+template <typename Append>
+int appendContainer(sd_bus_message* message, char type, const char* contents, Append append)
+{
+    int result = sd_bus_message_open_container(message, type, contents);
+    if (result >= 0)
+        result = append();
+    return result < 0 ? result : sd_bus_message_close_container(message);
+}
+
 int appendVariant(sd_bus_message* message, const Value& value);
 int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
-int appendLayout(sd_bus_message* message, const Layout& layout);                     // (ia{sv}av)
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as
+
+/// Replies to a method call; `append` gets the reply. A negative result, returned to sd-bus by the method,
+/// becomes an error reply.
+template <typename Append>
+int reply(sd_bus_message* call, Append append)
+{
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_method_return(call, &made);
+    const MessagePtr owner(made);
+    if (result >= 0)
+        result = append(made);
+    return result < 0 ? result : sd_bus_send(nullptr, made, nullptr);
+}
 
 } // namespace Kest::StatusNotifier

@@ -6,6 +6,8 @@
 namespace Kest::StatusNotifier {
 namespace {
 
+constexpr std::uint64_t kPatience = 2'000'000; // microseconds
+
 int onFileManagerAnswered(sd_bus_message* answer, void* workspace, sd_bus_error*)
 {
     static_cast<DesktopWorkspace*>(workspace)->fileManagerAnswered(
@@ -32,20 +34,30 @@ std::string fileUri(const std::string& path)
 void DesktopWorkspace::selectFile(const std::string& folder)
 {
     pendingFolder = folder;
-    const auto uri = fileUri(folder);
-    sd_bus_slot* call = nullptr;
-    const int asked = sd_bus_call_method_async(
-        bus, &call, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
-        "org.freedesktop.FileManager1", "ShowItems", onFileManagerAnswered, this, "ass", 1, uri.c_str(), "");
-    pendingCall.reset(call);
-    if (asked < 0)
+    if (callFileManager(fileUri(folder)) < 0)
         fileManagerAnswered(false);
+}
+
+int DesktopWorkspace::callFileManager(const std::string& uri)
+{
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_method_call(bus, &made, "org.freedesktop.FileManager1",
+                                                "/org/freedesktop/FileManager1",
+                                                "org.freedesktop.FileManager1", "ShowItems");
+    const MessagePtr message(made);
+    if (result >= 0)
+        result = sd_bus_message_append(made, "ass", 1, uri.c_str(), "");
+    sd_bus_slot* call = nullptr;
+    if (result >= 0)
+        result = sd_bus_call_async(bus, &call, made, onFileManagerAnswered, this, kPatience);
+    pendingCall.reset(call);
+    return result;
 }
 
 void DesktopWorkspace::fileManagerAnswered(bool shown)
 {
-    if (!shown)
-        (void)run("/usr/bin/xdg-open", {pendingFolder});
+    if (!shown && !run("/usr/bin/xdg-open", {pendingFolder}))
+        log("no file manager to show the output folder");
 }
 
 } // namespace Kest::StatusNotifier

@@ -11,7 +11,8 @@ class DesktopWorkspace final : public Posix::PosixWorkspace {
 public:
     explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
 
-    /// In the desktop's file manager; where there is none on the bus, whatever opens folders.
+    /// In the desktop's file manager; with whatever opens folders if there is none on the bus, or it does
+    /// not answer within 2 s.
     void selectFile(const std::string& folder) override;
     bool hasAboutPanel() const override { return false; } // the agent shows no dialogs
     void showAboutPanel(const App::About&) override {}
@@ -20,6 +21,8 @@ public:
     void fileManagerAnswered(bool shown);
 
 private:
+    int callFileManager(const std::string& uri);
+
     sd_bus* bus;
     SlotPtr pendingCall;
     std::string pendingFolder;

@@ -1,5 +1,9 @@
 #include "platform/statusnotifier/MenuExporter.h"
 
+#include "log/Log.h"
+
+#include <cstring>
+#include <set>
 #include <utility>
 
 namespace Kest::StatusNotifier {
@@ -7,6 +11,7 @@ namespace {
 
 constexpr char kInterface[] = "com.canonical.dbusmenu";
 constexpr std::uint32_t kVersion = 3;
+constexpr std::uint64_t kMaxQueued = 16; // messages; the socket takes hundreds before one is queued
 
 // Some panels give a whole method up for good after an error of the general kind.
 int unknownId(sd_bus_message* call, App::ItemId id)
@@ -59,35 +64,15 @@ const sd_bus_vtable kMethods[] = {
 };
 // clang-format on
 
-/// The integers of an array at the place where a message is being read.
-std::vector<App::ItemId> readIds(sd_bus_message* message)
+template <typename Append>
+int sendPropertiesUpdated(sd_bus* bus, Append append)
 {
-    std::vector<App::ItemId> ids;
-    if (sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "i") <= 0)
-        return ids;
-    for (App::ItemId id = 0; sd_bus_message_read(message, "i", &id) > 0;)
-        ids.push_back(id);
-    sd_bus_message_exit_container(message);
-    return ids;
-}
-
-int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids)
-{
-    return sd_bus_message_append_array(message, 'i', ids.data(), ids.size() * sizeof(App::ItemId));
-}
-
-MessagePtr replyTo(sd_bus_message* call)
-{
-    sd_bus_message* reply = nullptr;
-    sd_bus_message_new_method_return(call, &reply);
-    return MessagePtr(reply);
-}
-
-MessagePtr newSignal(sd_bus* bus, const char* name)
-{
-    sd_bus_message* signal = nullptr;
-    sd_bus_message_new_signal(bus, &signal, kMenuPath, kInterface, name);
-    return MessagePtr(signal);
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, "ItemsPropertiesUpdated");
+    const MessagePtr owner(made);
+    if (result >= 0)
+        result = append(made);
+    return result < 0 ? result : sd_bus_send(bus, made, nullptr);
 }
 
 void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
@@ -112,42 +97,55 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
     if (updates.empty() && changes.menus.empty())
         return;
     ++revision;
-    if (!updates.empty())
-        sendItemUpdates(updates);
+    if (!isReading())
+        return;
+    int result = updates.empty() ? 0 : sendItemUpdates(updates);
     for (const auto& [parent, reshape] : changes.menus)
-        sendLayoutUpdated(parent);
+        if (result >= 0)
+            result = sendLayoutUpdated(parent);
+    isStale = result < 0;
 }
 
-void MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
+// Once too much is queued, nothing more is until all of it is sent.
+bool MenuExporter::isReading()
 {
-    const auto signal = newSignal(bus, "ItemsPropertiesUpdated");
-    auto* message = signal.get();
-    sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "(ia{sv})");
-    for (const auto& item : items) {
-        if (item.updated.empty())
-            continue;
-        sd_bus_message_open_container(message, SD_BUS_TYPE_STRUCT, "ia{sv}");
-        sd_bus_message_append(message, "i", item.id);
-        appendProperties(message, item.updated);
-        sd_bus_message_close_container(message);
-    }
-    sd_bus_message_close_container(message);
-    sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "(ias)");
-    for (const auto& item : items) {
-        if (item.removed.empty())
-            continue;
-        sd_bus_message_open_container(message, SD_BUS_TYPE_STRUCT, "ias");
-        sd_bus_message_append(message, "i", item.id);
-        appendStrings(message, item.removed);
-        sd_bus_message_close_container(message);
-    }
-    sd_bus_message_close_container(message);
-    sd_bus_send(bus, message, nullptr);
+    isStale = isStale || queuedMessages() > kMaxQueued;
+    return !isStale;
 }
 
-void MenuExporter::sendLayoutUpdated(App::ItemId parent)
+std::uint64_t MenuExporter::queuedMessages() const
 {
-    sd_bus_emit_signal(bus, kMenuPath, kInterface, "LayoutUpdated", "ui", revision, parent);
+    std::uint64_t queued = 0;
+    return sd_bus_get_n_queued_write(bus, &queued) < 0 ? kMaxQueued + 1 : queued;
+}
+
+// Some panels read only the menu that a signal names, and not its submenus.
+void MenuExporter::catchUp()
+{
+    if (!isStale || queuedMessages() > 0)
+        return;
+    isStale = false;
+    ++revision;
+    const auto menu = takeSnapshot(ask.menu);
+    int result =
+        sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
+    for (const auto& item : menu.items)
+        if (result >= 0 && item.hasSubmenu)
+            result = sendLayoutUpdated(item.id);
+    if (result >= 0)
+        result = sendLayoutUpdated(App::kStatusMenuId);
+    if (result < 0)
+        Lct::Log(Lct::eLogWarning, "tray", "panels may show an old menu: %s", std::strerror(-result));
+}
+
+int MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
+{
+    return sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendUpdates(message, items); });
+}
+
+int MenuExporter::sendLayoutUpdated(App::ItemId parent)
+{
+    return sd_bus_emit_signal(bus, kMenuPath, kInterface, "LayoutUpdated", "ui", revision, parent);
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
@@ -159,31 +157,28 @@ int MenuExporter::getLayout(sd_bus_message* call)
     const auto item = takeSnapshot(ask.menu, parent, depth);
     if (!item)
         return unknownId(call, parent);
-    const auto reply = replyTo(call);
-    sd_bus_message_append(reply.get(), "u", revision);
-    appendLayout(reply.get(), layoutOf(*item));
-    return sd_bus_send(bus, reply.get(), nullptr);
+    return reply(call, [&](sd_bus_message* answer) {
+        const int result = sd_bus_message_append(answer, "u", revision);
+        return result < 0 ? result : appendLayout(answer, layoutOf(*item));
+    });
 }
 
-// Without ids, all items. Ids that have gone in the meantime are left out.
+// Without ids, all items. Unknown ids are left out.
 int MenuExporter::getGroupProperties(sd_bus_message* call)
 {
-    auto ids = readIds(call);
+    std::vector<App::ItemId> ids;
+    if (const int failed = readIds(call, ids); failed < 0)
+        return failed;
     if (ids.empty())
         collectIds(takeSnapshot(ask.menu), ids);
-    const auto reply = replyTo(call);
-    sd_bus_message_open_container(reply.get(), SD_BUS_TYPE_ARRAY, "(ia{sv})");
-    for (const auto id : ids) {
-        const auto item = itemAlone(id);
-        if (!item)
-            continue;
-        sd_bus_message_open_container(reply.get(), SD_BUS_TYPE_STRUCT, "ia{sv}");
-        sd_bus_message_append(reply.get(), "i", id);
-        appendProperties(reply.get(), itemProperties(*item));
-        sd_bus_message_close_container(reply.get());
-    }
-    sd_bus_message_close_container(reply.get());
-    return sd_bus_send(bus, reply.get(), nullptr);
+    return reply(call, [&](sd_bus_message* answer) {
+        return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
+            return appendEach(ids, [&](App::ItemId id) {
+                const auto item = itemAlone(id);
+                return item ? appendItem(answer, id, itemProperties(*item)) : 0;
+            });
+        });
+    });
 }
 
 int MenuExporter::getProperty(sd_bus_message* call)
@@ -200,40 +195,38 @@ int MenuExporter::getProperty(sd_bus_message* call)
     if (found == properties.end())
         return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_INVALID_ARGS, "item %d has no property %s", id,
                                           name);
-    const auto reply = replyTo(call);
-    appendVariant(reply.get(), found->second);
-    return sd_bus_send(bus, reply.get(), nullptr);
+    return reply(call, [&](sd_bus_message* answer) { return appendVariant(answer, found->second); });
 }
 
 int MenuExporter::event(sd_bus_message* call)
 {
-    App::ItemId id = 0;
-    const char* name = nullptr;
-    if (const int failed = sd_bus_message_read(call, "is", &id, &name); failed < 0)
+    MenuEvents events;
+    if (const int failed = readEvent(call, events); failed < 0)
         return failed;
-    if (!handle(id, name))
+    const auto [id, kind] = events.front();
+    if (!itemAlone(id))
         return unknownId(call, id);
+    handle(id, kind);
     return sd_bus_reply_method_return(call, "");
 }
 
+// Each distinct event is handled once, however often a group contains it. A malformed group has no effect.
 int MenuExporter::eventGroup(sd_bus_message* call)
 {
-    std::vector<App::ItemId> unknown;
-    int result = sd_bus_message_enter_container(call, SD_BUS_TYPE_ARRAY, "(isvu)");
-    while (result > 0 && (result = sd_bus_message_enter_container(call, SD_BUS_TYPE_STRUCT, "isvu")) > 0) {
-        App::ItemId id = 0;
-        const char* name = nullptr;
-        sd_bus_message_read(call, "is", &id, &name);
-        sd_bus_message_skip(call, "vu");
-        result = sd_bus_message_exit_container(call);
-        if (!handle(id, name))
-            unknown.push_back(id);
+    MenuEvents events;
+    if (const int failed = readEvents(call, events); failed < 0)
+        return failed;
+    std::set<std::pair<App::ItemId, MenuEvent>> handled;
+    std::set<App::ItemId> unknown;
+    for (const auto& [id, kind] : events) {
+        if (!itemAlone(id))
+            unknown.insert(id);
+        else if (handled.emplace(id, kind).second)
+            handle(id, kind);
     }
-    if (result < 0)
-        return result;
-    const auto reply = replyTo(call);
-    appendIds(reply.get(), unknown);
-    return sd_bus_send(bus, reply.get(), nullptr);
+    return reply(call, [&](sd_bus_message* answer) {
+        return appendIds(answer, {unknown.begin(), unknown.end()});
+    });
 }
 
 int MenuExporter::aboutToShow(sd_bus_message* call)
@@ -248,18 +241,21 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
 
 int MenuExporter::aboutToShowGroup(sd_bus_message* call)
 {
+    std::vector<App::ItemId> ids;
+    if (const int failed = readIds(call, ids); failed < 0)
+        return failed;
     std::vector<App::ItemId> changed;
     std::vector<App::ItemId> unknown;
-    for (const auto id : readIds(call)) {
+    for (const auto id : ids) {
         if (!itemAlone(id))
             unknown.push_back(id);
         else if (open(id))
             changed.push_back(id);
     }
-    const auto reply = replyTo(call);
-    appendIds(reply.get(), changed);
-    appendIds(reply.get(), unknown);
-    return sd_bus_send(bus, reply.get(), nullptr);
+    return reply(call, [&](sd_bus_message* answer) {
+        const int result = appendIds(answer, changed);
+        return result < 0 ? result : appendIds(answer, unknown);
+    });
 }
 
 bool MenuExporter::open(App::ItemId id) const
@@ -269,25 +265,24 @@ bool MenuExporter::open(App::ItemId id) const
     return revision != before;
 }
 
-bool MenuExporter::handle(App::ItemId id, const std::string& eventName)
+// The panel gets its reply before anything is done that takes time.
+void MenuExporter::handle(App::ItemId id, MenuEvent kind)
 {
-    if (!itemAlone(id))
-        return false;
-    if (eventName == "clicked") // the panel has its answer before anything is done that takes time
+    if (kind == MenuEvent::clicked)
         ask.post([this, id] { choose(id); });
-    else if (eventName == "opened")
+    else if (kind == MenuEvent::opened)
         open(id);
-    return true;
 }
 
-// Some panels tick what is clicked by themselves: where nothing has changed they are told the truth again.
+// Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.
 void MenuExporter::choose(App::ItemId id)
 {
     const auto before = revision;
     ask.choose(id);
     const auto item = itemAlone(id);
-    if (revision == before && item && item->properties->mark != App::Mark::none)
-        sendItemUpdates({{id, {{"toggle-state", std::int32_t{item->properties->on ? 1 : 0}}}, {}}});
+    if (revision != before || !item || item->properties->mark == App::Mark::none || !isReading())
+        return;
+    isStale = sendItemUpdates({{id, {{"toggle-state", std::int32_t{item->properties->on ? 1 : 0}}}, {}}}) < 0;
 }
 
 } // namespace Kest::StatusNotifier

@@ -1,7 +1,7 @@
 // The menu on the session bus: com.canonical.dbusmenu, version 3.
 #pragma once
 
-#include "platform/statusnotifier/Bus.h"
+#include "platform/statusnotifier/MenuMessages.h"
 
 #include <cstdint>
 #include <functional>
@@ -31,8 +31,11 @@ public:
     int failure() const { return exportResult; }
 
     /// Tells panels what has changed: at most one signal of properties, and one of layout for each menu of
-    /// another shape.
+    /// another shape. While the bus does not read, nothing is queued beyond a bound.
     void menuChanged(const App::MenuChanges& changes);
+    /// Sends the whole menu's state if changes were left out and the bus has read all that was queued. For
+    /// the end of each event that the main loop handles; costs nothing otherwise.
+    void catchUp();
 
     // Called by sd-bus.
     int getLayout(sd_bus_message* call);
@@ -45,10 +48,11 @@ public:
 
 private:
     std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const { return takeSnapshot(ask.menu, id, 0); }
-    void sendItemUpdates(const std::vector<ItemUpdate>& items);
-    void sendLayoutUpdated(App::ItemId parent);
-    /// False for an id that is not in the menu.
-    bool handle(App::ItemId id, const std::string& eventName);
+    bool isReading();
+    std::uint64_t queuedMessages() const;
+    int sendItemUpdates(const std::vector<ItemUpdate>& items);
+    int sendLayoutUpdated(App::ItemId parent);
+    void handle(App::ItemId id, MenuEvent kind);
     void choose(App::ItemId id);
     /// Whether opening has changed anything.
     bool open(App::ItemId id) const;
@@ -56,6 +60,7 @@ private:
     sd_bus* bus;
     MenuQuestions ask;
     std::uint32_t revision = 1;
+    bool isStale = false; // panels were not informed of everything
     SlotPtr slot;
     int exportResult = 0;
 };

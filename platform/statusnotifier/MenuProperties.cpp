@@ -35,10 +35,26 @@ ItemUpdate updateOf(const ItemSnapshot& shown, const ItemSnapshot& now)
 
 } // namespace
 
+std::string busText(std::string_view text)
+{
+    constexpr char kReplacement[] = "\xEF\xBF\xBD";
+    auto valid = App::toUtf8(text);
+    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(valid[i]); };
+    for (std::size_t i = 0; i < valid.size(); ++i) {
+        const bool isInBlock = at(i) == 0xEF && at(i + 1) == 0xB7 && at(i + 2) >= 0x90 && at(i + 2) <= 0xAF;
+        const bool endsPlane0 = at(i) == 0xEF && at(i + 1) == 0xBF && at(i + 2) >= 0xBE;
+        const bool endsPlane =
+            at(i) >= 0xF0 && (at(i + 1) & 0x0FU) == 0x0F && at(i + 2) == 0xBF && at(i + 3) >= 0xBE;
+        if (isInBlock || endsPlane0 || endsPlane)
+            valid.replace(i, endsPlane ? 4 : 3, kReplacement);
+    }
+    return valid;
+}
+
 std::string escapedLabel(const std::string& text)
 {
     std::string escaped;
-    for (const char c : App::toUtf8(text)) {
+    for (const char c : busText(text)) {
         const auto byte = static_cast<unsigned char>(c);
         escaped += byte < 0x20 || byte == 0x7F ? ' ' : c;
         if (c == '_')
@@ -65,6 +81,13 @@ Properties itemProperties(const ItemSnapshot& item)
         properties["disposition"] = "alert";
     if (item.hasSubmenu)
         properties["children-display"] = "submenu";
+    return properties;
+}
+
+Properties propertiesWithDefaults(const ItemSnapshot& item)
+{
+    auto properties = itemProperties(item);
+    properties.merge(Properties{{"enabled", true}, {"visible", true}, {"disposition", "normal"}});
     return properties;
 }
 

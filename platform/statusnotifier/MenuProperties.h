@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -15,12 +16,19 @@ namespace Kest::StatusNotifier {
 using Value = std::variant<std::string, bool, std::int32_t>;
 using Properties = std::map<std::string, Value>;
 
+/// UTF-8 without U+FDD0..U+FDEF and U+nFFFE, U+nFFFF, which sd-bus refuses: one U+FFFD for each character or
+/// byte that is none.
+std::string busText(std::string_view text);
+
 /// A label in which no character is taken for a mnemonic or a control character.
 std::string escapedLabel(const std::string& text);
 
 /// All that a panel is told of an item; what is at its default may be left out, but a label and the state of
 /// an item that has one never are.
 Properties itemProperties(const App::ItemSnapshot& item);
+
+/// `itemProperties` with a value for everything that an item may have had before and has no longer.
+Properties propertiesWithDefaults(const App::ItemSnapshot& item);
 
 /// An item with its submenu, as deep as the snapshot is.
 struct Layout {

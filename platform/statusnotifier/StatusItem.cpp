@@ -3,6 +3,7 @@
 #include "platform/statusnotifier/Logo.h"
 #include "platform/statusnotifier/MenuExporter.h"
 
+#include <cerrno>
 #include <map>
 #include <unistd.h>
 #include <utility>
@@ -19,20 +20,24 @@ constexpr char kWatcherMatch[] = "type='signal',sender='org.freedesktop.DBus',pa
                                  "arg0='org.kde.StatusNotifierWatcher'";
 constexpr int kPixmapSides[] = {16, 22, 24, 32, 44, 48, 64};
 
-int appendPixmaps(sd_bus_message* reply, bool drawn)
+int appendPixmap(sd_bus_message* reply, int side)
 {
-    sd_bus_message_open_container(reply, SD_BUS_TYPE_ARRAY, "(iiay)");
-    for (const int side : kPixmapSides) {
-        if (!drawn)
-            break;
+    return appendContainer(reply, SD_BUS_TYPE_STRUCT, "iiay", [&] {
         const auto pixmap = drawLogo(side);
-        sd_bus_message_open_container(reply, SD_BUS_TYPE_STRUCT, "iiay");
-        sd_bus_message_append(reply, "ii", side, side);
-        sd_bus_message_append_array(reply, 'y', pixmap.argb.data(), pixmap.argb.size());
-        sd_bus_message_close_container(reply);
-    }
-    return sd_bus_message_close_container(reply);
+        const int result = sd_bus_message_append(reply, "ii", side, side);
+        return result < 0 ? result
+                          : sd_bus_message_append_array(reply, 'y', pixmap.argb.data(), pixmap.argb.size());
+    });
 }
+
+int appendLogo(sd_bus_message* reply)
+{
+    return appendContainer(reply, SD_BUS_TYPE_ARRAY, "(iiay)", [&] {
+        return appendEach(kPixmapSides, [&](int side) { return appendPixmap(reply, side); });
+    });
+}
+
+int appendNoPixmap(sd_bus_message* reply) { return sd_bus_message_append(reply, "a(iiay)", 0); }
 
 int getText(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* item,
             sd_bus_error*)
@@ -43,19 +48,12 @@ int getText(sd_bus*, const char*, const char*, const char* property, sd_bus_mess
 int getPixmap(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*,
               sd_bus_error*)
 {
-    return appendPixmaps(reply, std::string_view(property) == "IconPixmap");
+    return std::string_view(property) == "IconPixmap" ? appendLogo(reply) : appendNoPixmap(reply);
 }
 
 int getToolTip(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
 {
-    int result = sd_bus_message_open_container(reply, SD_BUS_TYPE_STRUCT, "sa(iiay)ss");
-    if (result >= 0)
-        result = sd_bus_message_append(reply, "s", "");
-    if (result >= 0)
-        result = appendPixmaps(reply, false);
-    if (result >= 0)
-        result = sd_bus_message_append(reply, "ss", "Kest Settings", "");
-    return result < 0 ? result : sd_bus_message_close_container(reply);
+    return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, "Kest Settings", "");
 }
 
 int getMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
@@ -119,23 +117,49 @@ int onRegistrationAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
     return 0;
 }
 
+int onSetUpAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
+{
+    static_cast<StatusItem*>(item)->setUpAnswered(-sd_bus_message_get_errno(answer));
+    return 0;
+}
+
+int onNameAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
+{
+    constexpr std::uint32_t kOwner = 1; // the bus's answer
+    std::uint32_t answered = kOwner;
+    int result = -sd_bus_message_get_errno(answer);
+    if (result == 0)
+        result = sd_bus_message_read(answer, "u", &answered);
+    static_cast<StatusItem*>(item)->setUpAnswered(answered == kOwner ? result : -EEXIST);
+    return 0;
+}
+
 } // namespace
 
-StatusItem::StatusItem(sd_bus* onBus, std::string themePath, std::function<void()> onNoTray)
-    : bus(onBus), iconThemePath(std::move(themePath)), noTray(std::move(onNoTray)),
+StatusItem::StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports)
+    : bus(onBus), iconThemePath(busText(themePath)), callbacks(std::move(reports)),
       name(std::string(kInterface) + "-" + std::to_string(getpid()) + "-1")
 {
     sd_bus_slot* added = nullptr;
     exportResult = sd_bus_add_object_vtable(bus, &added, kItemPath, kInterface, kProperties, this);
     object.reset(added);
     if (exportResult >= 0)
-        exportResult = sd_bus_request_name(bus, name.c_str(), 0);
-    if (exportResult < 0)
-        return;
+        exportResult = claimName();
+    if (exportResult >= 0)
+        exportResult = registerItem();
+}
+
+int StatusItem::claimName()
+{
+    sd_bus_slot* request = nullptr;
+    int result = sd_bus_request_name_async(bus, &request, name.c_str(), 0, onNameAnswered, this);
+    nameRequest.reset(request);
     sd_bus_slot* match = nullptr;
-    exportResult = sd_bus_add_match(bus, &match, kWatcherMatch, onWatcherOwnerChanged, this);
+    if (result >= 0)
+        result =
+            sd_bus_add_match_async(bus, &match, kWatcherMatch, onWatcherOwnerChanged, onSetUpAnswered, this);
     watcherMatch.reset(match);
-    registerItem();
+    return result;
 }
 
 int StatusItem::getText(const std::string& property, sd_bus_message* reply) const
@@ -151,22 +175,35 @@ int StatusItem::getText(const std::string& property, sd_bus_message* reply) cons
 
 void StatusItem::watcherOwnerChanged(const std::string& owner)
 {
-    if (!owner.empty())
-        registerItem();
+    if (!owner.empty() && registerItem() < 0)
+        registrationAnswered(false);
 }
 
-void StatusItem::registerItem()
+int StatusItem::registerItem()
 {
     sd_bus_slot* call = nullptr;
-    sd_bus_call_method_async(bus, &call, kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem",
-                             onRegistrationAnswered, this, "s", name.c_str());
+    const int result =
+        sd_bus_call_method_async(bus, &call, kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem",
+                                 onRegistrationAnswered, this, "s", name.c_str());
     registration.reset(call);
+    return result;
 }
+
+// A lost connection answers every call with an error; whoever runs the loop reports it.
+bool StatusItem::isLost() const { return sd_bus_is_open(bus) <= 0; }
 
 void StatusItem::registrationAnswered(bool accepted)
 {
-    if (const auto tell = std::exchange(noTray, nullptr); !accepted && tell)
-        tell();
+    if (isLost())
+        return;
+    if (const auto report = std::exchange(callbacks.noTray, nullptr); !accepted && report)
+        report();
+}
+
+void StatusItem::setUpAnswered(int result)
+{
+    if (result < 0 && !isLost())
+        callbacks.notAccepted(result);
 }
 
 } // namespace Kest::StatusNotifier

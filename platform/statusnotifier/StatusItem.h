@@ -14,8 +14,13 @@ constexpr char kItemPath[] = "/StatusNotifierItem";
 /// one, so that the item appears when a panel starts late and comes back when it restarts.
 class StatusItem {
 public:
-    /// `onNoTray` is called once if there is no watcher at the start.
-    StatusItem(sd_bus* bus, std::string iconThemePath, std::function<void()> onNoTray);
+    /// What the item reports, from a callback of the bus.
+    struct Callbacks {
+        std::function<void()> noTray;         // once, if there is no watcher at the start
+        std::function<void(int)> notAccepted; // the bus refused the item; a negative errno
+    };
+    /// Waits for nothing: the item appears when the bus has answered.
+    StatusItem(sd_bus* bus, std::string_view iconThemePath, Callbacks callbacks);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
 
@@ -26,15 +31,19 @@ public:
     int getText(const std::string& property, sd_bus_message* reply) const;
     void watcherOwnerChanged(const std::string& owner);
     void registrationAnswered(bool accepted);
+    void setUpAnswered(int result);
 
 private:
-    void registerItem();
+    int claimName();
+    int registerItem();
+    bool isLost() const;
 
     sd_bus* bus;
     std::string iconThemePath;
-    std::function<void()> noTray;
+    Callbacks callbacks;
     std::string name;
     SlotPtr object;
+    SlotPtr nameRequest;
     SlotPtr watcherMatch;
     SlotPtr registration;
     int exportResult = 0;

@@ -28,42 +28,79 @@ void tellThatThereIsNoTray()
 
 TrayFrontEnd::TrayFrontEnd()
 {
+    if (connect() >= 0)
+        return;
+    sessionBus.reset();
+    Lct::printError("No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
+}
+
+// The bus daemon answers or ends, so calls have no time limit by default: a stopped one answers later.
+int TrayFrontEnd::connect()
+{
     sd_event* newEvent = nullptr;
-    sd_event_new(&newEvent);
+    int result = sd_event_new(&newEvent);
     event.reset(newEvent);
     sd_bus* bus = nullptr;
-    if (newEvent == nullptr || sd_bus_open_user(&bus) < 0)
-        return;
+    if (result >= 0)
+        result = sd_bus_open_user(&bus);
     sessionBus.reset(bus);
-    sd_bus_set_exit_on_disconnect(bus, 1);
+    if (result >= 0)
+        result = sd_bus_set_method_call_timeout(bus, UINT64_MAX);
+    return result < 0 ? result : sd_bus_set_exit_on_disconnect(bus, 1);
 }
 
 bool TrayFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
-    if (!exportTo(application))
-        return false;
-    sd_bus_attach_event(sessionBus.get(), event.get(), SD_EVENT_PRIORITY_NORMAL);
-    sd_event_add_io(event.get(), nullptr, wakeUps.wakeUpDescriptor(), EPOLLIN, onWakeUp, this);
-    sd_event_loop(event.get());
+    start(application);
+    const int reason = sd_event_loop(event.get());
+    if (reason < 0)
+        Lct::printError("The main loop has failed: %s\n", std::strerror(-reason));
+    else if (reason == kBusLost)
+        Lct::printError("The session bus has ended, and the agent ends with it.\n");
     item.reset();
     exporter.reset();
-    return true;
+    return reason == kQuit;
 }
 
-bool TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
+// A signal may have asked to quit before.
+void TrayFrontEnd::start(App::KestSettingsAppDelegate& application)
 {
     wakeUps.dispatchWakeUps(); // what start-up has posted: a panel finds the menu whole
+    if (wakeUps.isQuitting())
+        return quit();
     openAll(application);
+    if (const int result = exportTo(application); result < 0)
+        fail(result);
+}
+
+int TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
+{
     exporter.emplace(sessionBus.get(),
                      MenuQuestions{application.menu(),
                                    [&application](App::ItemId id) { application.choose(id); },
                                    [&application](App::ItemId id) { application.menuWillOpen(id); },
                                    [this](std::function<void()> job) { post(std::move(job)); }});
-    item.emplace(sessionBus.get(), iconThemePath(), tellThatThereIsNoTray);
-    const int failure = std::min(exporter->failure(), item->failure());
-    if (failure < 0)
-        Lct::printError("Kest Settings cannot be put on the session bus: %s\n", std::strerror(-failure));
-    return failure >= 0;
+    item.emplace(sessionBus.get(), iconThemePath(),
+                 StatusItem::Callbacks{tellThatThereIsNoTray, [this](int result) { fail(result); }});
+    int result = std::min(exporter->failure(), item->failure());
+    if (result >= 0)
+        result = sd_bus_attach_event(sessionBus.get(), event.get(), SD_EVENT_PRIORITY_NORMAL);
+    if (result >= 0)
+        result = sd_event_add_io(event.get(), nullptr, wakeUps.wakeUpDescriptor(), EPOLLIN, onWakeUp, this);
+    return result < 0 ? result : sd_event_add_post(event.get(), nullptr, onDispatched, this);
+}
+
+// An attached bus would be flushed at the end, which waits for as long as the bus does not read.
+void TrayFrontEnd::end(int reason)
+{
+    sd_bus_detach_event(sessionBus.get());
+    sd_event_exit(event.get(), reason);
+}
+
+void TrayFrontEnd::fail(int result)
+{
+    Lct::printError("Kest Settings cannot be put on the session bus: %s\n", std::strerror(-result));
+    end(kFailed);
 }
 
 // Panels fetch the menu long before it opens, and some close a submenu that was empty when it fills.
@@ -86,6 +123,14 @@ int TrayFrontEnd::onWakeUp(sd_event_source*, int, std::uint32_t, void* frontEnd)
     self.wakeUps.dispatchWakeUps();
     if (self.wakeUps.isQuitting())
         self.quit();
+    return 0;
+}
+
+int TrayFrontEnd::onDispatched(sd_event_source*, void* frontEnd)
+{
+    auto& self = *static_cast<TrayFrontEnd*>(frontEnd);
+    if (self.exporter)
+        self.exporter->catchUp();
     return 0;
 }
 

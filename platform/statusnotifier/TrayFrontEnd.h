@@ -18,24 +18,35 @@ namespace Kest::StatusNotifier {
 /// Main thread only, but for `post`.
 class TrayFrontEnd final : public App::FrontEnd {
 public:
-    /// On the user's session bus. `bus()` is null when there is none.
+    /// Begins to connect to the user's session bus; waits for nothing. On failure prints one line to standard
+    /// error, and `bus()` is null.
     TrayFrontEnd();
 
     sd_bus* bus() const { return sessionBus.get(); }
 
-    /// Shows the item and runs until it is asked to quit or the session bus goes. False, with one line on
-    /// standard error, when the item cannot be put on the bus.
+    /// Shows the item and runs until asked to quit. Returns false, with one line on standard error, when the
+    /// item could not be put on the bus or the bus has ended.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // the item appears with its menu, in `run`
     void post(std::function<void()> job) override { wakeUps.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
-    void quit() override { sd_event_exit(event.get(), 0); }
+    void quit() override { end(kQuit); }
 
 private:
-    bool exportTo(App::KestSettingsAppDelegate& application);
+    // What the event loop returns; sd-bus ends it with 1 when the connection is lost.
+    static constexpr int kQuit = 0;
+    static constexpr int kBusLost = 1;
+    static constexpr int kFailed = 2; // and reported
+
+    int connect();
+    void start(App::KestSettingsAppDelegate& application);
+    int exportTo(App::KestSettingsAppDelegate& application);
+    void end(int reason);
+    void fail(int result);
     static void openAll(App::KestSettingsAppDelegate& application);
     static int onWakeUp(sd_event_source* source, int descriptor, std::uint32_t events, void* frontEnd);
+    static int onDispatched(sd_event_source* source, void* frontEnd);
 
     Posix::MainLoop wakeUps;
     EventPtr event;

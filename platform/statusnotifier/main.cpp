@@ -1,6 +1,5 @@
 // The settings agent in the tray of a Linux desktop.
 #include "app/KestSettingsAppDelegate.h"
-#include "log/Output.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
 #include "platform/statusnotifier/TrayFrontEnd.h"
@@ -10,10 +9,8 @@ namespace {
 int runInTray(const Kest::Settings::SystemPaths& paths)
 {
     Kest::StatusNotifier::TrayFrontEnd frontEnd;
-    if (frontEnd.bus() == nullptr) {
-        Lct::printError("No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
+    if (frontEnd.bus() == nullptr)
         return 1;
-    }
     Kest::StatusNotifier::DesktopWorkspace workspace(frontEnd.bus());
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
     return Kest::Posix::runApplication(delegate, [&] { return frontEnd.run(delegate); });

@@ -77,13 +77,16 @@ void collect(const ItemSnapshot& menu, Identities& items)
     }
 }
 
-TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
+// Few ids are used again and again; of many each is used once.
+void playAtRandom(ItemId maxId)
 {
-    MenuModel model;
+    SCOPED_TRACE(maxId);
+    MenuModel model(maxId);
     Kest::Test::RandomHand hand{model};
     auto shown = takeSnapshot(model);
     Identities ever;
-    for (int round = 0; round < 1500 && !HasFailure(); ++round) {
+    int reused = 0; // by an item that is not the same
+    for (int round = 0; round < 1500 && !testing::Test::HasFailure(); ++round) {
         for (int acts = hand.upTo(3); acts >= 0; --acts)
             hand.change();
         const auto now = takeSnapshot(model);
@@ -95,11 +98,38 @@ TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
         Identities items;
         collect(now, items);
         for (const auto& [id, is] : items)
-            EXPECT_EQ(ever.try_emplace(id, is).first->second, is) << "given to another item: " << id;
+            reused += ever.try_emplace(id, is).first->second == is ? 0 : 1;
         for (const auto& [id, is] : ever)
             EXPECT_EQ(model.itemWithId(id) != nullptr, items.contains(id)) << round << " " << id;
     }
-    EXPECT_GT(ever.size(), 500U) << "too little has happened to prove anything";
+    const bool reuses = maxId < 1'000;
+    EXPECT_GT(ever.size(), reuses ? 250U : 500U) << "too little has happened to prove anything";
+    EXPECT_EQ(reused > 0, reuses) << ever.size();
+}
+
+TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
+{
+    playAtRandom(std::numeric_limits<ItemId>::max());
+    playAtRandom(300);
+}
+
+TEST(MenuModel, GivesNoIdThatIsInUseWhenAllWereGiven)
+{
+    MenuModel model(5);
+    const auto add = [](Menu& menu, const std::string& title) {
+        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .view = {}})).id();
+    };
+    auto& root = model.statusMenu();
+    const auto kept = add(root, "Kept");
+    model.itemWithId(kept)->setSubmenu(std::make_unique<Menu>(model));
+    auto& refilled = *model.itemWithId(kept)->submenu();
+    const auto taken = add(refilled, "Refilled");
+    refilled.removeAllItems();
+    for (auto id = add(root, "New"); id != taken; id = add(root, "New")) {
+        ASSERT_NE(id, kept);
+        root.removeItem(*model.itemWithId(id));
+    }
+    EXPECT_NE(add(refilled, "Refilled"), taken);
 }
 
 } // namespace

@@ -113,3 +113,17 @@ def report(pid, *fields):
     with open(opened[0], "wb", buffering=0) as pipe:
         for field in fields:
             pipe.write(f"pid: {pid} , {field}\n".encode())
+
+
+class SessionBus(Program):
+    """A D-Bus daemon, which all programs that are started afterwards use."""
+
+    def __init__(self):
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/tmp/bus"
+        super().__init__(["dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"])
+        if not self.prints("unix:path"):
+            raise RuntimeError("no session bus: " + self.text)
+
+    def __exit__(self, *_):
+        super().__exit__()
+        os.remove("/tmp/bus")

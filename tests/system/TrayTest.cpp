@@ -3,7 +3,9 @@
 #include "tests/system/World.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <map>
@@ -23,6 +25,24 @@ constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kFileManager[] = "org.freedesktop.FileManager1";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 constexpr char kMenuPath[] = "/MenuBar";
+
+/// A session bus daemon of one test.
+class BusDaemon {
+public:
+    BusDaemon()
+    {
+        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/tmp/bus", 1);
+        EXPECT_TRUE(daemon.prints("unix:path"));
+    }
+    ~BusDaemon() { fs::remove("/tmp/bus"); }
+    BusDaemon(const BusDaemon&) = delete;
+    BusDaemon& operator=(const BusDaemon&) = delete;
+    void signal(int number) const { daemon.signal(number); }
+
+private:
+    Process daemon{
+        {"/usr/bin/dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"}};
+};
 
 /// The panel's side of the bus: the watcher with which items register, and a reader of their menu.
 class Panel {
@@ -112,6 +132,22 @@ public:
         sd_bus_message_read(reply, "b", &needsUpdate);
         sd_bus_message_unref(reply);
         return needsUpdate == 1;
+    }
+
+    /// Calls a method of one array argument with `count` equal elements; returns what sd_bus_call does.
+    int callWithMany(const char* method, std::size_t count, const char* element, const auto&... values)
+    {
+        sd_bus_message* made = nullptr;
+        sd_bus_message_new_method_call(bus, &made, items.back().c_str(), kMenuPath, kMenu, method);
+        const std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)> message(made,
+                                                                                       sd_bus_message_unref);
+        sd_bus_message_open_container(made, 'a', element);
+        for (std::size_t i = 0; i < count; ++i)
+            sd_bus_message_append(made, element, values...);
+        sd_bus_message_close_container(made);
+        if (method == std::string("GetGroupProperties"))
+            sd_bus_message_append(made, "as", 0);
+        return sd_bus_call(bus, made, 0, nullptr, nullptr);
     }
 
     std::vector<std::string> items;                                         // as registered
@@ -227,6 +263,7 @@ protected:
         close(pipe);
     }
 
+    BusDaemon daemon;
     Panel panel;
     std::unique_ptr<Process> agent;
 };
@@ -351,6 +388,51 @@ TEST_F(Tray, ShowsTheLastStateOfEachOfManyEncodingsAtOnce)
                 shown.insert(own->second);
         return shown == wanted;
     })) << testing::PrintToString(shown);
+}
+
+TEST_F(Tray, AnswersCallsThatAreMalformedOrHuge)
+{
+    constexpr std::size_t kMany = 1'000'000;
+    startBoth();
+    const auto stereo = panel.at({"Speaker Configuration", "Stereo"}).id;
+    EXPECT_GE(panel.callWithMany("GetGroupProperties", kMany, "i", stereo), 0);
+    EXPECT_GE(panel.callWithMany("AboutToShowGroup", kMany, "i", stereo), 0);
+    panel.updates.clear();
+    EXPECT_GE(panel.callWithMany("EventGroup", kMany, "(isvu)", stereo, "clicked", "i", 0, 0), 0);
+    EXPECT_TRUE(panel.waitFor([&] { return !panel.updates.empty(); }));
+    EXPECT_EQ(panel.at({"Speaker Configuration", "Stereo"}).properties["toggle-state"], "1");
+    EXPECT_EQ(panel.updates.size(), 1U) << "a million clicks are one";
+}
+
+TEST_F(Tray, EndsWithTheBus)
+{
+    startBoth();
+    ASSERT_TRUE(agent->prints("fifo fd"));
+    daemon.signal(SIGKILL);
+    EXPECT_TRUE(agent->prints("The session bus has ended"));
+    EXPECT_EQ(agent->exitStatus(), 1);
+    EXPECT_FALSE(fs::exists(kFifo));
+}
+
+TEST_F(Tray, NeitherStartsNorEndsWithABusThatDoesNotAnswer)
+{
+    panel.start();
+    daemon.signal(SIGSTOP);
+    startAgent();
+    ASSERT_TRUE(agent->prints("bus 0 : Main Bus")); // lines of encoders are shown from now on
+    report("pid: 4711 , path: /tmp/out/Film_Mix.wav\npid: 4711 , P: 1\n");
+    daemon.signal(SIGCONT);
+    ASSERT_TRUE(panel.seesItem(1));
+    EXPECT_TRUE(panel.waitFor([&] { return panel.at({"Encoding History"}).rows.size() == 3; }));
+
+    daemon.signal(SIGSTOP);
+    agent->signal(SIGTERM);
+    EXPECT_EQ(agent->exitStatus(), 0);
+    startAgent();
+    ASSERT_TRUE(agent->prints("bus 0 : Main Bus"));
+    agent->signal(SIGTERM);
+    EXPECT_EQ(agent->exitStatus(), 0) << "started and ended while the bus was stopped";
+    daemon.signal(SIGCONT);
 }
 
 } // namespace

@@ -1,12 +1,15 @@
 // The main loop and starting programs, with real signals and processes.
 #include "platform/posix/MainLoop.h"
 #include "platform/posix/PosixWorkspace.h"
+#include "tests/support/Captured.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 namespace {
@@ -57,6 +60,12 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     } workspace;
     const Kest::Test::TemporaryFolder folder;
     EXPECT_FALSE(workspace.run(folder / "missing", {}));
+    std::ofstream(folder / "no program") << "\x7F"
+                                            "ELF";
+    std::filesystem::permissions(folder / "no program", std::filesystem::perms::owner_all);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(workspace.run(folder / "no program", {}));
+    EXPECT_NE(Kest::Test::capturedErrors().find("no program: Exec format error"), std::string::npos);
     const Posix::MainLoop ignoresSigpipe; // the agent's dispositions and session are not the program's
     const auto script = "cd '" + folder.path().string() +
                         "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
@@ -68,6 +77,8 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     EXPECT_EQ(status, 128 + SIGPIPE);
     EXPECT_EQ(getsid(pid), pid);
     kill(pid, SIGKILL);
+    EXPECT_TRUE(Kest::Test::eventually([&] { return kill(pid, 0) != 0; })) << "a zombie";
+    std::signal(SIGCHLD, SIG_DFL); // for other tests of this process
 }
 
 } // namespace

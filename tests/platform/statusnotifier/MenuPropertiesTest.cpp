@@ -22,7 +22,9 @@ TEST(ItemProperties, SayEverythingInWords)
         UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
     EXPECT_THAT(itemProperties(item(1, {.title = {}, .hidden = true, .separator = true, .view = {}})),
                 UnorderedElementsAre(Pair("type", Value("separator")), Pair("visible", Value(false))));
-    EXPECT_EQ(escapedLabel("__ \x01\xFF"), "____  \uFFFD") << "nothing that the bus refuses";
+    EXPECT_EQ(escapedLabel("__ \x01\xFF\xEF\xB7\x90\xF0\x9F\xBF\xBE\xEF\xBF\xBF"),
+              "____  \uFFFD\uFFFD\uFFFD\uFFFD")
+        << "nothing that the bus refuses";
 }
 
 TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)

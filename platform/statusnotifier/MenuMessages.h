@@ -1,0 +1,30 @@
+// The arguments of com.canonical.dbusmenu's methods and signals, read from and appended to messages.
+#pragma once
+
+#include "platform/statusnotifier/Bus.h"
+
+#include <utility>
+#include <vector>
+
+namespace Kest::StatusNotifier {
+
+enum class MenuEvent { clicked, opened, other };
+using MenuEvents = std::vector<std::pair<App::ItemId, MenuEvent>>;
+
+// Each returns sd-bus's result: negative on failure (an errno), as when a message is malformed.
+
+/// ai: ascending and each id once, however often it was sent.
+int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
+/// isvu: adds the event to `events`.
+int readEvent(sd_bus_message* message, MenuEvents& events);
+/// a(isvu)
+int readEvents(sd_bus_message* message, MenuEvents& events);
+
+int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids);           // ai
+int appendItem(sd_bus_message* message, App::ItemId id, const Properties& properties); // (ia{sv})
+int appendLayout(sd_bus_message* message, const Layout& layout);                       // (ia{sv}av)
+int appendUpdates(sd_bus_message* message, const std::vector<ItemUpdate>& items);      // a(ia{sv})a(ias)
+/// a(ia{sv})a(ias): every property of every item of a menu, defaults included.
+int appendWholeMenu(sd_bus_message* message, const App::ItemSnapshot& menu);
+
+} // namespace Kest::StatusNotifier
