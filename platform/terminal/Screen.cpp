@@ -3,6 +3,7 @@
 #include "platform/terminal/ScreenKeys.h"
 #include "platform/terminal/TerminalStrings.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +34,20 @@ bool canBeDrawnOn()
            canPlaceCursor(STDOUT_FILENO);
 }
 
+// Until the main loop handles and unblocks them: an agent that is killed here leaves the terminal's modes
+// set. Not while the terminal is stopped, where opening the screen would wait.
+void holdEndingSignals()
+{
+    pollfd terminal{STDOUT_FILENO, POLLOUT, 0};
+    while (poll(&terminal, 1, -1) < 0 && errno == EINTR)
+        ;
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        sigaddset(&ending, signal);
+    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+}
+
 attr_t attributesOf(const ScreenLine& line, bool hasColours)
 {
     const attr_t selected = line.selected ? A_REVERSE : A_NORMAL;
@@ -61,6 +76,7 @@ std::unique_ptr<Screen> Screen::open()
 {
     if (!canBeDrawnOn())
         return nullptr;
+    holdEndingSignals();
     termios modes{};
     const int terminal = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     FILE* const output = terminal < 0 ? nullptr : fdopen(terminal, "w");
