@@ -20,7 +20,7 @@ public:
         std::function<void(int)> notAccepted; // the bus refused the item; a negative errno
     };
     /// Waits for nothing: the item appears when the bus has answered.
-    StatusItem(sd_bus* bus, std::string_view iconThemePath, Callbacks callbacks);
+    StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
 

@@ -58,7 +58,8 @@ FoundItem findByPath(const App::ItemSnapshot& statusMenu, std::string_view path)
         if (item == nullptr)
             return {nullptr, "no item \"" + std::string(rest.substr(0, rest.find(kStep))) + "\" in " + where};
         if (items > 1)
-            return {nullptr, "several items \"" + name + "\" in " + where + ": add #1, #2, ... to the name"};
+            return {nullptr, std::string("several items \"").append(name).append("\" in ").append(where) +
+                                 ": add #1, #2, ... to the name"};
         if (rest.size() == name.size())
             return {item, {}};
         rest.remove_prefix(name.size() + kStep.size());

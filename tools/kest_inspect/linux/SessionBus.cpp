@@ -5,10 +5,9 @@
 
 namespace KestInspect {
 
-SessionBus::SessionBus(std::chrono::microseconds patience) : deadline(Clock::now() + patience)
-{
-    failure = connect();
-}
+SessionBus::SessionBus(std::chrono::microseconds patience)
+    : deadline(Clock::now() + patience), failure(connect())
+{}
 
 // Opening starts to authenticate. Any call would finish that without regard to its timeout, for up to 90 s.
 int SessionBus::connect()
