@@ -47,9 +47,9 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
         status.pid = status.process.pid = pid;
         status.name = description;
         if (const auto row = newestRow(pid); row != rows.end()) {
-            status.process = row->second.process;
+            status.process = row->second.process();
             status.wroteToPipe = row->second.wroteToPipe;
-            status.path = row->second.output;
+            status.path = row->second.path();
         }
     }
     show(status, number);
@@ -69,7 +69,7 @@ Settings::encodingStatus EncodingHistoryMenu::reportedStatus(std::int32_t pid)
     if (hasReported(status))
         return status;
     const auto row = newestRow(pid);
-    return row == rows.end() ? Settings::encodingStatus() : backend.getEncodingStatus(row->second.process);
+    return row == rows.end() ? Settings::encodingStatus() : backend.getEncodingStatus(row->second.process());
 }
 
 // Name and path are of one record: the row never shows one file while its actions act on another.
@@ -77,18 +77,23 @@ void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int3
 {
     const auto title = encodingTitle(number, descriptionText(status.name.c_str()));
     auto found = newestRow(status.pid);
-    if (found == rows.end() || found->second.process != status.process)
+    if (found == rows.end() || found->second.process() != status.process)
         found = addRow(status, title);
     auto& row = found->second;
+    textBytes -= row.textBytes();
     row.wroteToPipe = status.wroteToPipe;
-    row.output = status.path;
+    row.output = status.path.empty() ? nullptr : std::make_unique<const std::string>(status.path);
     row.mayBeAborted = number < kFinished; // a failed encoder may still run
     row.item->setView({title, number < 0 ? std::string() : std::to_string(number) + "%"});
-    textBytes -= row.textBytes;
-    row.textBytes = row.item->title().size() + title.size() + row.output.size();
-    textBytes += row.textBytes;
+    textBytes += row.textBytes();
     setAbortEnabled(row);
     setClearEncodingHistoryEnabled();
+}
+
+std::size_t EncodingHistoryMenu::Row::textBytes() const
+{
+    const auto& view = item->properties().view;
+    return item->title().size() + (view ? view->name.size() : 0) + (output == nullptr ? 0 : output->size());
 }
 
 EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::newestRow(std::int32_t pid)
@@ -114,13 +119,15 @@ EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::addRow(const Settings::
         std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = status.pid, .view = {}}),
         getEncodingHistoryLength());
     item.setSubmenu(outlets.mEncodingSubMenu->copy());
-    return rows.emplace(status.pid, Row{.item = &item, .process = status.process, .output = {}});
+    const auto row = rows.emplace(status.pid, Row{&item, status.process.startTime});
+    textBytes += row->second.textBytes();
+    return row;
 }
 
 void EncodingHistoryMenu::setAbortEnabled(const Row& row) const
 {
     if (auto* abort = row.item->submenu()->itemWithTag(kAbortTag))
-        abort->setEnabled(row.mayBeAborted && !aborts.isRunning(row.process));
+        abort->setEnabled(row.mayBeAborted && !aborts.isRunning(row.process()));
 }
 
 void EncodingHistoryMenu::makeRoom()
@@ -140,8 +147,8 @@ void EncodingHistoryMenu::makeRoom()
 
 std::unique_ptr<MenuItem> EncodingHistoryMenu::remove(Rows::iterator row)
 {
+    textBytes -= row->second.textBytes();
     auto removed = outlets.mEncodingProgressMenu->removeItem(*row->second.item);
-    textBytes -= row->second.textBytes;
     rows.erase(row);
     return removed;
 }
@@ -151,7 +158,7 @@ void EncodingHistoryMenu::encShowInFinder(Sender sender)
     const auto found = rowOf(sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem());
     if (found == rows.end())
         return;
-    const auto& output = found->second.output;
+    const auto output = found->second.path();
     const auto slash = output.rfind('/');
     if (slash != std::string::npos) // the folder itself, selected in its parent, not the file
         workspace.selectFile(slash == 0 ? "/" : output.substr(0, slash));
@@ -164,13 +171,13 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
         return;
     const auto& row = found->second;
     const auto& paths = backend.paths();
-    const auto failure = aborts.start({.process = row.process,
+    const auto failure = aborts.start({.process = row.process(),
                                        .wroteToPipe = row.wroteToPipe,
-                                       .output = row.output,
+                                       .output = row.path(),
                                        .pipe = paths.encodingProgressFifo,
                                        .settingsFolder = paths.absoluteSettingsFolder()});
     if (!failure.empty())
-        Lct::LogAnswer(Lct::eLogError, "abort", "encoding %d: %s", row.process.pid, failure.c_str());
+        Lct::LogAnswer(Lct::eLogError, "abort", "encoding %d: %s", row.process().pid, failure.c_str());
     setAbortEnabled(row);
 }
 
@@ -180,7 +187,7 @@ void EncodingHistoryMenu::abortEnded(const Settings::ProcessIdentity& process, c
     auto [row, end] = rows.equal_range(process.pid);
     while (row != end) {
         const auto current = row++;
-        if (current->second.process != process)
+        if (current->second.process() != process)
             continue;
         if (failure.empty())
             remove(current);

@@ -27,10 +27,11 @@ std::string encodingTitle(std::int32_t percentage, const std::string& descriptio
 /// references outlive it.
 class EncodingHistoryMenu {
 public:
-    /// As many as the Backend has records; only a flood of process ids reaches it, or this many bytes of
-    /// titles and paths. Then the oldest ones are removed, a hundred at once: those that are over first.
-    static constexpr int kMostEncodings = 10'000;
-    static constexpr std::size_t kMaxTextBytes = 4'000'000;
+    /// As many as the Backend has records after it has removed a tenth. Only a flood of process ids reaches
+    /// this, or this many bytes of titles and paths: then the oldest rows are removed, a hundred at once,
+    /// those that are over first.
+    static constexpr int kMostEncodings = 9'000;
+    static constexpr std::size_t kMaxTextBytes = 2'000'000;
 
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
                         AbortJobs& abortJobs)
@@ -59,14 +60,18 @@ public:
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// What a row showed last. Its actions act on this, whatever is reported after it.
+    /// What a row showed last. Its actions act on this, whatever is reported after it. Small: a flood makes
+    /// many of them.
     struct Row {
-        MenuItem* item = nullptr;
-        Settings::ProcessIdentity process;
+        Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
+        std::string path() const { return output == nullptr ? std::string() : *output; }
+        std::size_t textBytes() const;
+
+        MenuItem* item;
+        std::uint64_t startTime;
+        std::unique_ptr<const std::string> output = nullptr; // path of the output file; null without one
         bool wroteToPipe = false;
-        std::string output; // path of the output file
         bool mayBeAborted = false;
-        std::size_t textBytes = 0;
     };
     using Rows = std::multimap<std::int32_t, Row>; // by process id, the newest one last
 

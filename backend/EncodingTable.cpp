@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 namespace Kest::Settings {
@@ -30,8 +29,8 @@ std::string_view displayName(std::string_view path)
 template <typename Records>
 auto newestOf(Records& records, std::int32_t pid)
 {
-    const auto behind = records.upper_bound({pid, std::numeric_limits<std::uint64_t>::max()});
-    const bool isKnown = behind != records.begin() && std::prev(behind)->first.first == pid;
+    const auto behind = records.upper_bound(pid);
+    const bool isKnown = behind != records.begin() && std::prev(behind)->first == pid;
     return isKnown ? std::prev(behind) : records.end();
 }
 
@@ -124,17 +123,16 @@ const encodingStatus* EncodingTable::find(std::int32_t pid) const
 
 const encodingStatus* EncodingTable::find(const ProcessIdentity& process) const
 {
-    for (auto record = records.lower_bound({process.pid, 0});
-         record != records.end() && record->first.first == process.pid; ++record)
-        if (record->second.status.process == process)
-            return &record->second.status;
-    return nullptr;
+    const auto [begin, end] = records.equal_range(process.pid);
+    const auto found =
+        std::find_if(begin, end, [&](const auto& record) { return record.second.status.process == process; });
+    return found == end ? nullptr : &found->second.status;
 }
 
 EncodingTable::Record& EncodingTable::add(const ProcessIdentity& process)
 {
-    auto& record = records[{process.pid, ++changes}];
-    record.heard = changes;
+    auto& record = records.emplace(process.pid, Record())->second;
+    record.heard = ++changes;
     record.status.pid = process.pid;
     record.status.process = process;
     bytesTaken += bytesOf(record.status);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace Kest::Settings {
@@ -21,7 +20,7 @@ class EncodingTable {
 public:
     /// Some 10,000 encodings. With a menu of them the agent uses at most 8 MB more than without.
     static constexpr std::size_t kMostBytes = 4'000'000;
-    static constexpr std::size_t kMostRecords = 10'000; // as many as the menu has entries
+    static constexpr std::size_t kMostRecords = 10'000;
 
     explicit EncodingTable(std::size_t mostBytesKept = kMostBytes) : mostBytes(mostBytesKept) {}
     EncodingTable(const EncodingTable&) = delete;
@@ -63,7 +62,7 @@ private:
         bool isClosed = false;   // had finished, and its process had ended, when it was last identified
         int pipeChecks = 0;
     };
-    using Records = std::map<std::pair<std::int32_t, std::uint64_t>, Record>; // by number and age
+    using Records = std::multimap<std::int32_t, Record>; // by number, the newest one last
 
     Record& recordFor(const ProcessIdentity& process);
     Record& add(const ProcessIdentity& process);
