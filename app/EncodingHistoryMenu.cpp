@@ -24,6 +24,11 @@ bool isOver(const MenuItem& entry)
     return entry.properties().view->percentage.empty() || (abort != nullptr && !abort->properties().enabled);
 }
 
+std::string titleOf(const Settings::encodingStatus& status, std::int32_t number)
+{
+    return encodingTitle(number, descriptionText(status.name.c_str()));
+}
+
 } // namespace
 
 std::string encodingTitle(std::int32_t percentage, const std::string& description)
@@ -75,19 +80,22 @@ Settings::encodingStatus EncodingHistoryMenu::reportedStatus(std::int32_t pid)
 // Name and path are of one record: the row never shows one file while its actions act on another.
 void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int32_t number)
 {
-    const auto title = encodingTitle(number, descriptionText(status.name.c_str()));
     auto found = newestRow(status.pid);
     if (found == rows.end() || found->second.process() != status.process)
-        found = addRow(status, title);
-    auto& row = found->second;
+        found = addRow(status, titleOf(status, number));
+    update(found->second, status, number);
+    setClearEncodingHistoryEnabled();
+}
+
+void EncodingHistoryMenu::update(Row& row, const Settings::encodingStatus& status, std::int32_t number)
+{
     textBytes -= row.textBytes();
     row.wroteToPipe = status.wroteToPipe;
     row.output = status.path.empty() ? nullptr : std::make_unique<const std::string>(status.path);
     row.mayBeAborted = number < kFinished; // a failed encoder may still run
-    row.item->setView({title, number < 0 ? std::string() : std::to_string(number) + "%"});
+    row.item->setView({titleOf(status, number), number < 0 ? std::string() : std::to_string(number) + "%"});
     textBytes += row.textBytes();
     setAbortEnabled(row);
-    setClearEncodingHistoryEnabled();
 }
 
 std::size_t EncodingHistoryMenu::Row::textBytes() const
@@ -169,7 +177,11 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     const auto found = rowOf(sender.menuItem() == nullptr ? nullptr : sender.menuItem()->parentItem());
     if (found == rows.end())
         return;
-    const auto& row = found->second;
+    auto& row = found->second;
+    // The message that it has finished may still wait, or have given way to one of the number's next process.
+    const auto status = backend.getEncodingStatus(row.process());
+    if (status.percentage >= kFinished && !row.item->properties().view->percentage.empty())
+        return update(row, status, status.percentage);
     const auto& paths = backend.paths();
     const auto failure = aborts.start({.process = row.process(),
                                        .wroteToPipe = row.wroteToPipe,

@@ -48,7 +48,8 @@ public:
 
     // Actions on the row whose submenu the sender is in.
     void encShowInFinder(Sender sender);
-    /// Starts to end the encoder and to delete its output folder. The row stays until `abortEnded`.
+    /// Starts to end the encoder and to delete its output folder, unless the encoding has just finished. The
+    /// row stays until `abortEnded`.
     void abortEncoding(Sender sender);
     /// Removes the row of an encoding whose abort is complete; after a failure it may be aborted again.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
@@ -77,6 +78,7 @@ private:
 
     Settings::encodingStatus reportedStatus(std::int32_t pid);
     void show(const Settings::encodingStatus& status, std::int32_t number);
+    void update(Row& row, const Settings::encodingStatus& status, std::int32_t number);
     Rows::iterator newestRow(std::int32_t pid);
     Rows::iterator rowOf(const MenuItem* item);
     Rows::iterator addRow(const Settings::encodingStatus& status, const std::string& title);

@@ -29,6 +29,7 @@ struct FakeAborts {
         while (blocked && (isStuck || !stop))
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         const std::lock_guard lock(mutex);
+        ++ended;
         return stop ? "stopped" : result;
     }
     std::size_t count()
@@ -44,6 +45,7 @@ struct FakeAborts {
 
     std::atomic<bool> blocked = false; // until a stop is requested
     std::atomic<int> stuckPid = 0;     // even then
+    std::atomic<int> ended = 0;
     std::mutex mutex;
     std::vector<AbortOrder> orders;
     std::string result;
@@ -148,6 +150,19 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     EXPECT_EQ(aborts->orders[2].output, "");
 }
 
+TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
+{
+    ASSERT_TRUE(agent.report(4711, "/Out/Film/Film_1.wav", 99));
+    ASSERT_TRUE(agent.send("pid: 4711 , P: 100\n"));
+    ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }))
+        << "the row does not show it yet";
+    EXPECT_TRUE(abort(4711));
+    EXPECT_EQ(view(4711), (EntryView{"Film_1", "100%"}));
+    EXPECT_FALSE(mayBeAborted(4711));
+    agent.delegate.applicationWillTerminate();
+    EXPECT_EQ(aborts->count(), 0U);
+}
+
 TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
 {
     receive(50, 4711, "Film_Mix_Prt");
@@ -164,8 +179,7 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
     receive(100, 4712, "Other");
 
     aborts->blocked = false;
-    ASSERT_TRUE(agent.pumpUntil([&] { return mayBeAborted(4711); })) << "it failed";
-    EXPECT_EQ(aborts->count(), 2U);
+    ASSERT_TRUE(agent.pumpUntil([&] { return aborts->ended == 2 && mayBeAborted(4711); })) << "it failed";
     aborts->blocked = true;
     aborts->setResult("");
     ASSERT_TRUE(abort(4711) && agent.choose(history + "/Clear History"));
