@@ -3,8 +3,9 @@
 
 namespace Lct {
 
-/// Prints to standard output or standard error. Any thread. Never blocks and never fails visibly: while the
-/// reader of a stream is stuck, text is dropped. A text of more than 4095 bytes is cut.
+/// Prints to standard output or standard error. Any thread. Never fails visibly, and blocks for at most half
+/// a second when the reader of a stream is stuck; then text is dropped. A text of more than 4095 bytes is
+/// cut.
 [[gnu::format(printf, 1, 2)]] void print(const char* format, ...);
 [[gnu::format(printf, 1, 2)]] void printError(const char* format, ...);
 

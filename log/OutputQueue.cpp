@@ -36,14 +36,29 @@ void writeAll(int descriptor, std::string_view text)
 
 void OutputQueue::add(std::string_view text)
 {
-    const std::lock_guard lock(mutex);
+    std::unique_lock lock(mutex);
     if (!hasThread && !startThread())
         return write(text);
-    if (droppedTexts > 0 || text.size() > buffer.size() - kMaxReportBytes - (end - begin))
+    waitForRoom(lock, text.size());
+    if (droppedTexts > 0 || !hasRoom(text.size()))
         ++droppedTexts;
     else
         append(text);
     added.notify_one();
+}
+
+bool OutputQueue::hasRoom(std::size_t bytes) const
+{
+    return bytes <= buffer.size() - kMaxReportBytes - (end - begin);
+}
+
+void OutputQueue::waitForRoom(std::unique_lock<std::mutex>& lock, std::size_t bytes)
+{
+    if (droppedTexts > 0 || hasRoom(bytes))
+        return;
+    const auto start = std::chrono::steady_clock::now();
+    written.wait_for(lock, patience, [&] { return hasRoom(bytes); });
+    patience -= std::min(patience, std::chrono::steady_clock::now() - start);
 }
 
 void OutputQueue::append(std::string_view text)
@@ -101,9 +116,10 @@ void OutputQueue::run()
         write({piece.data(), size});
         lock.lock();
         isWriting = false;
-        reportDropped();
         if (begin == end)
-            written.notify_all();
+            patience = kMaxWait;
+        reportDropped();
+        written.notify_all();
     }
 }
 

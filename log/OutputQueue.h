@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
@@ -9,9 +10,10 @@
 
 namespace Lct {
 
-/// Keeps up to 64 KB of text for an output that may be slow or stuck, so that no caller ever waits for it.
-/// Text that does not fit is dropped, and one line later says how much. Lives until the process ends: the
-/// thread is never joined. Any thread.
+/// Keeps up to 64 KB of text for an output that may be slow or stuck. While there is no room, callers wait,
+/// but in all at most half a second until the output has taken everything. Text that does not fit after that
+/// is dropped, and one line later says how much. Lives until the process ends: the thread is never joined.
+/// Any thread.
 class OutputQueue {
 public:
     /// Writes `text`, at most 4096 bytes that end with a whole line where there is one. May block.
@@ -30,7 +32,11 @@ public:
     bool flush(int milliseconds);
 
 private:
+    static constexpr std::chrono::milliseconds kMaxWait{500};
+
     bool startThread();
+    bool hasRoom(std::size_t bytes) const;
+    void waitForRoom(std::unique_lock<std::mutex>& lock, std::size_t bytes);
     static void* runThread(void* queue);
     void run();
     void append(std::string_view text);
@@ -45,6 +51,7 @@ private:
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t droppedTexts = 0;
+    std::chrono::steady_clock::duration patience = kMaxWait; // of callers, until the buffer is empty
     bool isWriting = false;
     bool hasThread = false;
 };

@@ -66,7 +66,20 @@ void writeWhenFree(std::string_view text)
     lastPiece = text;
 }
 
-TEST(OutputQueue, NeverBlocksItsCallersAndReportsWhatItDropped)
+TEST(OutputQueue, LosesNothingToAnOutputThatIsOnlySlow)
+{
+    static std::atomic<int> lines = 0;
+    auto& queue = *new Lct::OutputQueue([](std::string_view text) {
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+        lines += static_cast<int>(std::ranges::count(text, '\n'));
+    });
+    for (int i = 0; i < 10'000; ++i) // sixteen times what the buffer holds
+        queue.add(std::string(99, 'x') + "\n");
+    ASSERT_TRUE(queue.flush(5000));
+    EXPECT_EQ(lines, 10'000);
+}
+
+TEST(OutputQueue, LetsItsCallersGoOnWhenTheOutputIsStuckAndReportsWhatItDropped)
 {
     auto& queue = *new Lct::OutputQueue(writeWhenFree); // its thread lives on
     const std::string line(99, 'x');
