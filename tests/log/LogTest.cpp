@@ -9,6 +9,10 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -38,6 +42,19 @@ TEST(Log, CutsWhatDoesNotFitAndKeepsTheLineFeed)
     EXPECT_EQ(written(std::string(600, 't'), "m").size(), 511u);
 }
 
+TEST(Log, CountsWhatItLeavesOutInTheNextLineButAnswersEachTime)
+{
+    testing::internal::CaptureStdout();
+    for (const char* text : {"full", "full", "full", "other"})
+        Lct::Log(Lct::eLogWarning, "disk", "it is %s", text);
+    for (int i = 0; i < 2; ++i)
+        Lct::LogAnswer(Lct::eLogError, "abort", "refused");
+    EXPECT_THAT(Kest::Test::capturedOutput(),
+                testing::MatchesRegex(".* <WARN> disk it is full\n"
+                                      ".* <WARN> disk it is other \\(2 similar lines left out\\)\n"
+                                      ".* <ERRO> abort refused\n.* <ERRO> abort refused\n"));
+}
+
 TEST(Log, WritesARepeatedLineOnceAMinuteWithTheNumberLeftOut)
 {
     Lct::RepeatLimiter limiter;
@@ -64,6 +81,26 @@ void writeWhenFree(std::string_view text)
         std::this_thread::yield();
     linesWritten += static_cast<int>(std::ranges::count(text, '\n'));
     lastPiece = text;
+}
+
+TEST(OutputQueue, WritesAllToANonBlockingPipeAndGivesUpOnAClosedOne)
+{
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+    const std::string text(200'000, 'x'); // three times what a pipe holds
+    std::thread writer([&] { Lct::writeAll(ends[1], text); });
+    std::string received;
+    EXPECT_TRUE(Kest::Test::eventually([&] {
+        char bytes[4096];
+        const auto count = read(ends[0], bytes, sizeof bytes);
+        received.append(bytes, static_cast<std::size_t>(count > 0 ? count : 0));
+        return received.size() == text.size();
+    }));
+    writer.join();
+    close(ends[0]);
+    std::signal(SIGPIPE, SIG_IGN);
+    Lct::writeAll(ends[1], text);
+    close(ends[1]);
 }
 
 TEST(OutputQueue, LosesNothingToAnOutputThatIsOnlySlow)
