@@ -99,11 +99,12 @@ TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoder)
 
     auto click = order(output);
     click.wroteToPipe = true;
-    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("older"));
+    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("is older than"));
     EXPECT_EQ(process->exitStatus(), 128 + SIGKILL);
-    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("older")) << "a stale record of an ended process";
+    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("is older than"))
+        << "a stale record of an ended process";
     click.process.startTime = 0;
-    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("older"));
+    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("no process had this number"));
     EXPECT_EQ(Kest::Test::readFile(output), "master");
 
     encoder();
@@ -263,6 +264,17 @@ TEST_F(EncoderAbort, SaysWhatIsLeft)
     chmod((film + "/locked").c_str(), 0500);
     EXPECT_THAT(removal(film), HasSubstr("locked: "));
     chmod((film + "/locked").c_str(), 0700);
+}
+
+TEST_F(EncoderAbort, StopsBetweenTwoFilesWhenTheAgentEnds)
+{
+    encoder();
+    const auto output = root / "out/Film/Film.wav";
+    writeFile(output, "more");
+    const std::atomic<bool> agentEnds = true;
+    EXPECT_THAT(abortEncoder(order(output), agentEnds), HasSubstr("stopped before everything was deleted"));
+    EXPECT_EQ(Kest::Test::readFile(output), "more");
+    EXPECT_EQ(process->exitStatus(), 128 + SIGKILL);
 }
 
 } // namespace

@@ -150,6 +150,16 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     EXPECT_EQ(aborts->orders[2].output, "");
 }
 
+TEST_F(EncodingHistory, ShowsEncodingsWhoseMessagesGaveWayToNewerOnes)
+{
+    ASSERT_TRUE(agent.send("pid: 4711 , path: /Out/A/First.wav\npid: 4711 , P: 10\n"
+                           "pid: 4712 , path: /Out/B/Second.wav\npid: 4712 , ERROR:\npid: 4713 , P: 30\n"));
+    ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }));
+    EXPECT_TRUE(agent.pumpUntil([&] { return agent.entry(4713) != nullptr; }));
+    EXPECT_EQ(view(4711), (EntryView{"First", "10%"}));
+    EXPECT_EQ(view(4712), (EntryView{"Second - Failed", ""}));
+}
+
 TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
 {
     ASSERT_TRUE(agent.report(4711, "/Out/Film/Film_1.wav", 99));

@@ -1,4 +1,5 @@
 // How the Backend begins and, above all, how it ends: promptly, and without a trace.
+#include "backend/AgentLock.h"
 #include "backend/HomeFolder.h"
 #include "log/Log.h"
 #include "tests/backend/BackendFixture.h"
@@ -108,6 +109,24 @@ TEST_F(Lifecycle, LogsAMarkerThatCannotBeWrittenButNotAMissingFolder)
     fs::create_symlink(place.folder / "target", marker);
     EXPECT_EQ(std::ranges::count(linesOf(marker), '\n'), 1);
     fs::remove(marker);
+}
+
+TEST(AgentLock, IsHeldByOneAndNamesItsProcess)
+{
+    const Kest::Test::TemporaryFolder folder;
+    {
+        const Kest::Settings::AgentLock first(folder.path());
+        const Kest::Settings::AgentLock second(folder.path());
+        EXPECT_FALSE(first.isHeldByAnother());
+        EXPECT_TRUE(second.isHeldByAnother());
+        EXPECT_EQ(second.holder(), getpid());
+    }
+    const Kest::Settings::AgentLock next(folder.path());
+    EXPECT_FALSE(next.isHeldByAnother());
+    writeFile(folder / "file", "");
+    const Kest::Settings::AgentLock nowhere(folder / "file/in it");
+    EXPECT_FALSE(nowhere.isHeldByAnother()) << "a folder that cannot be made keeps no agent from running";
+    EXPECT_EQ(nowhere.holder(), 0);
 }
 
 TEST(HomeFolder, IsAlwaysAnAbsolutePathThatCanBeUsed)

@@ -112,4 +112,15 @@ TEST(EndProcess, RefusesTheAgentItsParentAndItsThreads)
     thread.join();
 }
 
+TEST(EndProcess, TakesAProcessThatNobodyHasWaitedForAsEnded)
+{
+    const pid_t zombie = fork();
+    if (zombie == 0)
+        _exit(0);
+    siginfo_t ended{};
+    waitid(P_PID, static_cast<id_t>(zombie), &ended, WEXITED | WNOWAIT);
+    EXPECT_EQ(endProcess(identifyProcess(zombie)), "");
+    waitpid(zombie, nullptr, 0);
+}
+
 } // namespace
