@@ -165,7 +165,9 @@ private:
     std::thread pipeThread;
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
-    std::vector<std::int32_t> identifiedInPiece; // numbers; pipe thread only
+    // Pipe thread only: the numbers whose processes were identified just now.
+    std::vector<std::int32_t> identified;
+    std::chrono::steady_clock::time_point identifiedSince;
     std::atomic<bool> sessionIsThere = false;
     std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id

@@ -7,6 +7,12 @@
 #include <algorithm>
 
 namespace Kest::Settings {
+namespace {
+
+constexpr std::chrono::milliseconds kIdentifiedFor{1}; // no process ends, starts and reports in less
+constexpr std::size_t kMaxIdentified = 64;             // numbers, searched for each line
+
+} // namespace
 
 void Backend::namedPipeThreadloop()
 {
@@ -24,7 +30,10 @@ void Backend::namedPipeThreadloop()
 
 void Backend::readLines(const ProgressPipe::Piece& piece)
 {
-    identifiedInPiece.clear();
+    if (const auto now = std::chrono::steady_clock::now(); now - identifiedSince >= kIdentifiedFor) {
+        identified.clear();
+        identifiedSince = now;
+    }
     piece.lines->feed(
         piece.bytes, [this](std::string_view line) { parse_1line(line); },
         [this](std::string_view beginning) { dropLine(beginning); });
@@ -71,13 +80,15 @@ void Backend::dropLine(std::string_view beginning)
     take(parsed->pid, PathLine{});
 }
 
-// Once for each number in a piece: asking the system takes longer than the line. Not within the lock, which
+// Once for each number in a while: asking the system takes longer than the line. Not within the lock, which
 // the main thread waits for.
 void Backend::identifyEncoder(std::int32_t pid)
 {
-    if (std::ranges::find(identifiedInPiece, pid) != identifiedInPiece.end())
+    if (std::ranges::find(identified, pid) != identified.end())
         return;
-    identifiedInPiece.push_back(pid);
+    if (identified.size() == kMaxIdentified)
+        identified.clear();
+    identified.push_back(pid);
     const auto process = identifyProcess(pid);
     {
         const MutexLock lock(encodingMutex);

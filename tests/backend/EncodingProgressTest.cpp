@@ -103,6 +103,7 @@ TEST_F(EncodingProgress, BelongsToTheProcessThatHasTheNumber)
     const auto error = "pid: " + std::to_string(other.pid()) + " , ERROR:\n";
     encoder.write(progress(other.pid(), 100) + "\n" + error);
     heard(4);
+    std::this_thread::sleep_for(std::chrono::milliseconds(2)); // a number is identified once a millisecond
     encoder.write(progress(other.pid(), 50) + "\n" + error + progress(1, 1) + "\n");
     heard(5);
     const auto last = backend->getEncodingStatus(process);
