@@ -55,4 +55,21 @@ TEST(Terminating, EndsTheBackendBeforeItUnloadsTheLaunchAgent)
     EXPECT_EQ(agent.workspace.asked.size(), 1U) << "once";
 }
 
+TEST(Delegate, IgnoresUnknownItemsAndWhatArrivesBeforeItsStart)
+{
+    Kest::Test::Agent agent;
+    EXPECT_FALSE(agent.delegate.choose(1));
+    agent.delegate.menuWillOpen(1);
+    agent.delegate.receivedMsgFromBackend(50, 4711, "Film_Mix");
+    agent.delegate.applicationWillTerminate();
+    EXPECT_EQ(agent.delegate.hostState(), Kest::Settings::HostState::absent);
+    EXPECT_EQ(agent.delegate.startError(), 0);
+
+    agent.start();
+    EXPECT_EQ(agent.entry(4711), nullptr);
+    EXPECT_FALSE(agent.delegate.choose(99'999));
+    agent.delegate.menuWillOpen(99'999);
+    EXPECT_FALSE(agent.choose("Encoding History/Clear History")) << "greyed";
+}
+
 } // namespace
