@@ -13,7 +13,7 @@
 
 namespace Kest::App {
 
-/// Each abort has a thread of its own. Main thread only; the front end outlives it.
+/// Runs each abort on a separate thread. Main thread only; the front end outlives it.
 class AbortJobs {
 public:
     static constexpr std::size_t kMaxRunning = 16;

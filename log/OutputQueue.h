@@ -1,4 +1,4 @@
-// Text on its way to one output, written by a thread of its own.
+// A queue of text for one output, written by a separate thread.
 #pragma once
 
 #include <array>
