@@ -5,6 +5,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace Kest::Test;
 using testing::ElementsAre;
 
@@ -117,6 +118,67 @@ TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
     heard(3);
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(kDefaultBus), "bus-9");
+}
+
+TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
+{
+    using Kest::Settings::HostState;
+    std::atomic<int> changes = 0;
+    testing::internal::CaptureStdout();
+    for (const int wordSize : {64, 32}) {
+        auto& session = place.startHost(0);
+        start();
+        ASSERT_TRUE(eventually([this] { return backend->hostState() == HostState::attached; }));
+        backend->messageContext = &changes; // no message is sent from here on
+        backend->hostStateCallback = [](void* context) { ++*static_cast<std::atomic<int>*>(context); };
+        place.publish(wordSize);
+        awaitWholePass();
+        backend->setSoloMode(1);
+        EXPECT_EQ(session.floatAt(agentByte(160)), wordSize == 64 ? 1.0F : 0.0F);
+        place.publish(32);
+        for (int pass = 0; pass < 3 && wordSize == 64; ++pass)
+            awaitWholePass();
+        EXPECT_TRUE(backend->hostState() == (wordSize == 64 ? HostState::attached : HostState::refused));
+        backend.reset();
+        place.stopHost();
+    }
+    EXPECT_EQ(changes, 1);
+    const auto printed = Kest::Test::capturedOutput();
+    const auto refusal = printed.find("wrong architecture");
+    EXPECT_TRUE(refusal != std::string::npos &&
+                printed.find("wrong architecture", refusal + 1) == std::string::npos);
+}
+
+TEST_F(SessionMonitor, LogsOnceThatTheMarkerOfAnExistingSessionWasRemoved)
+{
+    const auto marker = "/tmp/LIPC_" + place.paths.sessionSegment;
+    const MarkerRemover cleanUp(place.paths.sessionSegment + ".removed");
+    const auto attached = [this] { return backend->hostState() == Kest::Settings::HostState::attached; };
+    place.startHost();
+    start();
+    ASSERT_TRUE(eventually(attached));
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStderr();
+    fs::rename(marker, marker + ".removed"); // its inode is not used again
+    EXPECT_TRUE(eventually([&] { return !attached(); }));
+    awaitWholePass();
+    place.stopHost();
+    awaitWholePass();
+    const auto logged = Kest::Test::capturedErrors();
+    EXPECT_THAT(logged, testing::HasSubstr(marker + " was removed while its segment still exists"));
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+}
+
+TEST_F(SessionMonitor, RefreshesTheMarkersOfSegmentsThatItDoesNotAttach)
+{
+    place.startHost(32);
+    start(std::chrono::microseconds(1));
+    for (const auto& segment : {place.paths.versionSegment, place.paths.sessionSegment}) {
+        const auto marker = "/tmp/LIPC_" + segment;
+        const auto old = fs::file_time_type::clock::now() - std::chrono::hours(2);
+        fs::last_write_time(marker, old);
+        ASSERT_TRUE(eventually([&] { return fs::last_write_time(marker) > old; })) << marker;
+    }
 }
 
 TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByte)
