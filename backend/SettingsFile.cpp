@@ -242,7 +242,7 @@ bool SettingsFile::saveValues(Load before)
         reason = "the file would be too large";
         return false;
     }
-    Save wanted{before, {}, *expected};
+    Save wanted{before, newText, *expected};
     saveThroughStore();
     // The store does not say why it fails; the same save without it does, or succeeds.
     if (!isSaved(wanted) && !(saveText(newText) && isSaved(wanted)))
@@ -283,6 +283,8 @@ bool SettingsFile::saveText(const std::string& newText)
 bool SettingsFile::isSaved(Save& wanted)
 {
     auto file = readSettings(path);
+    if (file.error == 0 && file.text == wanted.text)
+        return true;
     auto values = valuesIn(file);
     if (!values || values->getAllProperties() != wanted.values.getAllProperties()) {
         reason = file.error != 0 ? std::strerror(file.error) : "the file does not contain what was written";

@@ -47,6 +47,27 @@ bool means(const juce::XmlElement& element, const XmlOutline& outline)
     return own == outline;
 }
 
+bool hasElements(const juce::XmlElement& element)
+{
+    const auto children = element.getChildIterator();
+    return std::any_of(children.begin(), children.end(), [](const auto* c) { return !c->isTextElement(); });
+}
+
+// The store crashes where it writes such XML in one line: there it begins lines within an element behind
+// text.
+bool crashesStore(const juce::XmlElement& element)
+{
+    bool isBehindText = false;
+    for (const auto* child : element.getChildIterator()) {
+        if (isBehindText && (child->getNumAttributes() > 1 || hasElements(*child)))
+            return true;
+        if (crashesStore(*child))
+            return true;
+        isBehindText = child->isTextElement();
+    }
+    return false;
+}
+
 bool isUtf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
 
 // Text in which the store's decoder finds the end.
@@ -98,8 +119,11 @@ std::optional<juce::PropertySet> readSettingsText(std::string_view text)
         return std::nullopt;
     juce::PropertySet values;
     for (const auto* row : root->getChildWithTagNameIterator("VALUE"))
-        if (const auto& name = row->getStringAttribute("name"); name.isNotEmpty())
+        if (const auto& name = row->getStringAttribute("name"); name.isNotEmpty()) {
+            if (const auto* inside = row->getFirstChildElement(); inside != nullptr && crashesStore(*inside))
+                return std::nullopt;
             values.setValue(name, valueIn(*row));
+        }
     return values;
 }
 
@@ -112,7 +136,7 @@ bool canBeWritten(const juce::String& value)
         return false;
     if (const auto checked = readXml(text)) {
         const auto element = juce::parseXML(value);
-        return element != nullptr && means(*element, checked->outline);
+        return element != nullptr && means(*element, checked->outline) && !crashesStore(*element);
     }
     return isHarmless(text) && juce::parseXML(value) == nullptr;
 }

@@ -15,7 +15,7 @@ constexpr std::size_t kLongestSettings = 65536;
 
 /// Returns the values that the store reads from a settings file with this text; nullopt where the file is
 /// damaged: larger than `kLongestSettings`, not accepted by `readXml`, with another root than "PROPERTIES",
-/// or text that the store reads otherwise than an XML parser does. Any other form is accepted.
+/// or text that the store reads otherwise than an XML parser does, or crashes on. Any other form is accepted.
 std::optional<juce::PropertySet> readSettingsText(std::string_view text);
 
 inline bool isSettingsText(std::string_view text) { return readSettingsText(text).has_value(); }

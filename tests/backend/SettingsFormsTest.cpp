@@ -46,6 +46,7 @@ const Form kForms[] = {
     {"another attribute", "<PROPERTIES version=\"2\"><VALUE name=\"SoloMode\" type=\"int\" val=\"1\"/>"
         + kOther + "</PROPERTIES>"},
     {"another element", root("<META><a b='c'>text</a></META>" + kBoth)},
+    {"text beside the values", root("mine: " + kBoth)},
     {"value in lower case", root("<value name=\"SoloMode\" val=\"1\"/>" + kOther)},
     {"opened and closed", root("<VALUE name=\"SoloMode\" val=\"1\"></VALUE>" + kOther)},
     {"comments and blank lines", "<!-- mine -->\n\n" + root("\n\n<!-- 1 --> " + kSolo + " <!-- 2\n-->" + kOther + "\n")
@@ -61,6 +62,8 @@ const Form kForms[] = {
         "<a b=\"&lt;\"><c/>x &amp; y</a>"},
     {"value that is XML, as an attribute", root(kSolo + "<VALUE name=\"Other\" val=\"&lt;a  b='1'/&gt;\"/>"),
         "<a b=\"1\"/>"},
+    {"value that is XML with text", root("<VALUE name=\"Other\"><p>a <b c=\"d\">e</b>.</p></VALUE>" + kSolo),
+        "<p>a <b c=\"d\">e</b>.</p>"},
     {"as Python's ElementTree writes it", "<?xml version='1.0' encoding='utf-8'?>\n<PROPERTIES>\n"
         "  <VALUE name=\"SoloMode\" val=\"1\" />\n  <VALUE name=\"Other\" val=\"Caf\xc3\xa9 &amp; &lt;B&gt;\" />\n</PROPERTIES>"},
     {"as xmllint --format writes it", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PROPERTIES>\n"
@@ -99,6 +102,8 @@ const Form kDamaged[] = {
     {"Latin-1 that the store takes for UTF-8",
      "<?xml version='1.0' encoding='ISO-8859-1'?>" + root("<VALUE name=\"SoloMode\" val=\"\xc3\xa9\"/>")},
     {"a reference that the store reads otherwise", root("<VALUE name=\"SoloMode\" val=\"&#x0000000031;\"/>")},
+    {"elements within text that the store crashes on",
+     root("<VALUE name=\"Other\"><a>b<c><d/></c></a></VALUE>" + kSolo)},
     {"a cut character of two bytes each", utf16(root(kSolo)) + "x"},
     {"zero", root(kSolo + "\0"s)},
 };
@@ -118,6 +123,8 @@ TEST_F(SettingsForms, EveryFormOfAWholeFileIsReadAndKeptWhenAChoiceIsSaved)
 {
     for (const auto& form : kForms) {
         SCOPED_TRACE(form.name);
+        backend.reset();
+        fs::remove_all(place.paths.settingsFolder);
         start();
         writeFile(file, form.text);
         testing::internal::CaptureStderr();
@@ -138,8 +145,7 @@ TEST_F(SettingsForms, DamagedFilesAreSetAside)
     for (const auto& form : kDamaged) {
         SCOPED_TRACE(form.name);
         backend.reset();
-        for (const auto* end : {"", ".last", ".bad"})
-            fs::remove(file + end);
+        fs::remove_all(place.paths.settingsFolder);
         start();
         writeFile(file, form.text);
         testing::internal::CaptureStderr();
