@@ -253,12 +253,12 @@ bool SettingsFile::saveValues(Load before)
 
 bool SettingsFile::isWritable(const juce::StringPairArray& wanted)
 {
-    for (const auto& key : wanted.getAllKeys())
-        if (!canBeWritten(wanted[key])) {
-            reason = "the store cannot write the value of " + titleOf(key);
-            return false;
-        }
-    return true;
+    const auto& keys = wanted.getAllKeys();
+    const auto* bad = std::ranges::find_if(keys, [&](const auto& key) { return !canBeWritten(wanted[key]); });
+    if (bad == keys.end())
+        return true;
+    reason = "the store cannot write the value of " + titleOf(*bad);
+    return false;
 }
 
 void SettingsFile::saveThroughStore()

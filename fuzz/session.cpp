@@ -121,7 +121,7 @@ void writeAsAgent(Image& image, LIPC::ClientEntry& own, Kest::Fuzz::Input& input
     const auto most =
         std::min<std::size_t>(whole.size(), whole.size() > 128 || name.size() > 128 ? 127 : 128);
     const auto published = own.strings[LIPC::kFacilityString].text();
-    require(whole.starts_with(published) && published.size() + (most < whole.size() ? 3 : 0) >= most,
+    require(whole.starts_with(published) && published.size() + (limit < whole.size() ? 3 : 0) >= limit,
             "the facility is published, but for a character that is cut");
     const LIPC::ClientEntry copy(own);
     require(copy.labelText().size() <= 64, "a label ends with its field");

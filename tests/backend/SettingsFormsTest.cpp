@@ -75,7 +75,7 @@ std::string nested(int depth)
 {
     std::string text;
     for (int i = 0; i < depth; ++i)
-        text = "<a>" + text + "</a>";
+        text.insert(0, "<a>").append("</a>");
     return text;
 }
 
@@ -175,7 +175,7 @@ TEST_F(SettingsForms, AFacilityIsKeptUnlessTheFileCannotContainIt)
 {
     const auto& session = place.startHost();
     start();
-    int count = 0; // of texts in the host's record, which has two places for them
+    int count = 0; // of texts in the host's record, which has two buffers for them
     for (const auto* name : {"<Studio>", "<Studio & Sons>", "<Studio> B", "<a/>", "a<b>&\"' \xc3\xa8\n"}) {
         backend->setFacility(juce::String::fromUTF8(name));
         EXPECT_EQ(session.textAt(agentByte(656) + 8 + (count++ % 2 == 0 ? 128 : 0)), name);
