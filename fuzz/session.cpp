@@ -118,7 +118,7 @@ void writeAsAgent(Image& image, LIPC::ClientEntry& own, Kest::Fuzz::Input& input
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
     own.strings[LIPC::kFacilityString].put(name.c_str(), static_cast<int>(name.size()));
     const std::string_view whole(name.c_str());
-    const auto most =
+    const auto limit =
         std::min<std::size_t>(whole.size(), whole.size() > 128 || name.size() > 128 ? 127 : 128);
     const auto published = own.strings[LIPC::kFacilityString].text();
     require(whole.starts_with(published) && published.size() + (limit < whole.size() ? 3 : 0) >= limit,
