@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace Kest::Test {
@@ -16,6 +17,8 @@ class Terminal {
 public:
     Terminal()
     {
+        // Its shell finds the programs by their names: the path of a checkout may need quoting.
+        setenv("PATH", (std::string(KEST_PROGRAMS) + ":" + searchPath).c_str(), 1);
         tmux("new-session -d -x 80 -y 24 env PS1='" + std::string(kPrompt) +
              " ' LC_ALL=C.UTF-8 bash --norc --noprofile");
         EXPECT_TRUE(shows(kPrompt));
@@ -95,6 +98,7 @@ private:
         return text;
     }
 
+    static inline const std::string searchPath = std::getenv("PATH");
     static inline int count = 0;
     const std::string socket = "/tmp/tmux-" + std::to_string(++count); // not that of a server that is ending
     std::string modes;
@@ -113,7 +117,7 @@ protected:
         EXPECT_TRUE(terminal.isInOrder());
     }
 
-    const std::string agent = program("kest-settings-terminal");
+    const std::string agent = "kest-settings-terminal";
     Terminal terminal;
 };
 
