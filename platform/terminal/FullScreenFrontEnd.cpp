@@ -8,7 +8,7 @@
 
 namespace Kest::Terminal {
 
-void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
+bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     watchSignals();
@@ -19,8 +19,9 @@ void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
             menu.note(printed.lastLine());
             drawLater();
         });
-    loop.run();
+    const bool succeeded = loop.run();
     delegate = nullptr;
+    return succeeded;
 }
 
 void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
