@@ -141,7 +141,7 @@ TEST_F(System, AnEncoderIsNotTakenForTheOneThatHadItsNumberBefore)
     Process first({program("encoder-simulator"), "--output", "/tmp/out/Film/Film_Mix_Atm.wav", "--seconds",
                    "1", "--silent-at", "50"});
     ASSERT_EQ(first.exitStatus(), 0);
-    ASSERT_TRUE(agent->prints("added Encoding History > Film_Mix"));
+    ASSERT_TRUE(agent->prints("Encoding History > Film_Mix: 50%")) << "its last line";
     const auto second = startWithNumber(first.pid(), {"/bin/sh", "-c",
                                                       std::string("exec 3>") + kFifo +
                                                           "; echo \"pid: $$ , P: 10\" >&3; sleep 1; echo "
