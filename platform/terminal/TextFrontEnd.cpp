@@ -82,7 +82,7 @@ void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
         return;
     const auto line = std::exchange(unfinishedLine, {});
     if (line.size() > kLongestLine)
-        fail("a line of more than 4096 bytes is no command");
+        reject("a line of more than 4096 bytes is no command");
     else
         obey(trimmed(line));
 }
@@ -112,7 +112,7 @@ void TextFrontEnd::obey(std::string_view line)
     else if (line == "help")
         Lct::print("%s\n", kHelp);
     else if (!line.empty())
-        fail("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
+        reject("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
 }
 
 void TextFrontEnd::choose(std::string_view path)
@@ -120,11 +120,11 @@ void TextFrontEnd::choose(std::string_view path)
     const auto menu = takeSnapshot(delegate->menu());
     const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
-        fail(error);
+        reject(error);
     else if (item->hasSubmenu)
-        fail(quoted(*item) + " is a submenu: open it, or choose one of its items");
+        reject(quoted(*item) + " is a submenu: open it, or choose one of its items");
     else if (!delegate->choose(item->id))
-        fail(quoted(*item) + " is greyed");
+        reject(quoted(*item) + " is greyed");
 }
 
 void TextFrontEnd::open(std::string_view path)
@@ -132,14 +132,14 @@ void TextFrontEnd::open(std::string_view path)
     const auto menu = takeSnapshot(delegate->menu());
     const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
-        return fail(error);
+        return reject(error);
     if (!item->hasSubmenu)
-        return fail(quoted(*item) + " is not a submenu");
+        return reject(quoted(*item) + " is not a submenu");
     announceOpening(*item);
     printLinesOf(*takeSnapshot(delegate->menu(), item->id, -1));
 }
 
-void TextFrontEnd::fail(const std::string& error)
+void TextFrontEnd::reject(const std::string& error)
 {
     hasFailed = true;
     Lct::printError("%s\n", printable(error).c_str());

@@ -37,7 +37,7 @@ private:
     void obey(std::string_view line);
     void choose(std::string_view path);
     void open(std::string_view path);
-    void fail(const std::string& error);
+    void reject(const std::string& error);
     void printMenu();
     void printLinesOf(const App::ItemSnapshot& menu) const;
     void announceOpening(const App::ItemSnapshot& menu);
