@@ -94,6 +94,7 @@ Request MenuScreen::pressInMenu(const Input& input)
         return click(input.line);
     case Key::character:
         return input.text.size() == 1 ? pressCharacter(input.text.front()) : Request{};
+    case Key::suspend:
     case Key::other:
         break;
     }

@@ -31,6 +31,7 @@ enum class Key : std::uint8_t {
     click,     // with its line
     wheelUp,
     wheelDown,
+    suspend, // nothing for the menu
     other,
 };
 
