@@ -51,7 +51,7 @@ TEST(TextFrontEnd, TakesChoicesAndTellsWhatChangesUntilItIsToldToQuit)
     TextFrontEnd frontEnd;
     KestSettingsAppDelegate delegate(frontEnd, workspace, place.paths);
     delegate.awakeFromNib();
-    const auto annex = place.paths.facilitiesFolder + "/Ann\x1B > ex";
+    const auto annex = place.paths.facilitiesFolder + "/Ann\x7F > ex";
     workspace.whenRun = [&] { std::filesystem::create_directories(annex); }; // after the menu was printed
     Kest::Test::writeFile(
         place.folder / "script",
