@@ -55,6 +55,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend->hostStateCallback = host_state_callback;
 
     parts.emplace(outlets, *mBackend, workspace, aborts);
+    const Settings::Backend::OneReport report(*mBackend);
     parts->settings.showStoredChoices();
     parts->buses.updateKestBusMenu();
     parts->settings.showStoredSpeakerConfig();

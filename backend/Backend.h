@@ -67,14 +67,26 @@ public:
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
+    /// While it lives, choices that cannot be saved are not logged; its end logs one line for all of them.
+    class OneReport {
+    public:
+        explicit OneReport(Backend& ofBackend);
+        ~OneReport();
+        OneReport(const OneReport&) = delete;
+        OneReport& operator=(const OneReport&) = delete;
+
+    private:
+        Backend& backend;
+    };
+
     /// 0, or the system's error number when it refused a thread: then nothing of this works.
     int startError() const { return startFailure; }
 
     /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
     static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
 
-    // Plain options. Each setter saves the settings file first and then tells the host, if there is one. No
-    // range is enforced.
+    // Plain options. Each setter saves the settings file first and then writes the host's session, if there
+    // is one, also when the file could not be saved. No range is enforced.
     int getSoloMode() const; // 0 latch, 1 exclusive
     void setSoloMode(int mode);
     int getHdxAuxTrackDelay() const;
@@ -89,6 +101,7 @@ public:
     /// The names of the installed room layouts, in the file system's order; empty when there are none.
     juce::StringArray getFacilityList() const;
     juce::String getFacility() const;
+    /// A name that the settings file cannot contain is refused: neither the file nor the host gets it.
     void setFacility(const juce::String& name);
 
     /// A speaker-configuration id of `sSpkrConf2Name`; -1 when the stored layout belongs to none.

@@ -1,5 +1,6 @@
 // The room: which facility it is, and which loudspeakers stand in it.
 #include "backend/Backend.h"
+#include "backend/SettingKeys.h"
 #include "lipc/ClientEntry.h"
 #include "lipc/SettingsRecord.h"
 #include "tables/KestSettingsTables.h"
@@ -7,9 +8,7 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr char kFacilityKey[] = "Facility";
 constexpr char kFacilityDefault[] = "Standard-Surround";
-constexpr char kPhysMonConfigKey[] = "PhysMonConfig"; // a layout id, not a speaker-configuration id
 
 } // namespace
 
@@ -22,11 +21,11 @@ juce::StringArray Backend::getFacilityList() const
     return names;
 }
 
-juce::String Backend::getFacility() const { return userSettings().getValue(kFacilityKey, kFacilityDefault); }
+juce::String Backend::getFacility() const { return userSettings().getValue(kFacility.key, kFacilityDefault); }
 
 void Backend::setFacility(const juce::String& name)
 {
-    applySetting(kFacilityKey, name, [&](LIPC::ClientEntry& own) {
+    applySetting(kFacility.key, name, [&](LIPC::ClientEntry& own) {
         // The length in characters, not bytes: the host's other writers count the same way.
         own.strings[LIPC::kFacilityString].put(name.toRawUTF8(), name.length());
     });
@@ -34,7 +33,8 @@ void Backend::setFacility(const juce::String& name)
 
 int Backend::getPhysMonConfig() const
 {
-    const auto layout = userSettings().getIntValue(kPhysMonConfigKey, parameterDefault(LIPC::ePhysMonConfig));
+    const auto layout =
+        userSettings().getIntValue(kPhysMonConfig.key, parameterDefault(LIPC::ePhysMonConfig));
     return speakerConfigurationOfLayout(layout);
 }
 
@@ -44,7 +44,7 @@ void Backend::setPhysMonConfig(int speakerConfiguration)
     if (row == sSpkrConf2Layout.end())
         return;
     const auto layout = static_cast<int>(row->second);
-    applyOption(kPhysMonConfigKey, layout, LIPC::ePhysMonConfig, static_cast<float>(layout));
+    applyOption(kPhysMonConfig.key, layout, LIPC::ePhysMonConfig, static_cast<float>(layout));
 }
 
 } // namespace Kest::Settings

@@ -72,7 +72,7 @@ FileText readFile(const std::string& path, std::size_t limit)
     if (file.descriptor < 0 || fstat(file.descriptor, &status) != 0)
         return {errno, {}};
     if (!S_ISREG(status.st_mode))
-        return {EINVAL, {}};
+        return {S_ISDIR(status.st_mode) ? EISDIR : EINVAL, {}};
     FileText whole;
     // Room for one byte more than there is, where the end is met; a file that grows meanwhile is read on.
     const auto room = std::min(limit, static_cast<std::size_t>(status.st_size) + 1);

@@ -15,12 +15,13 @@ struct FileText {
 FileText readFile(const std::string& path, std::size_t limit);
 
 /// Replaces a file by one with this text, and waits until the new file and its name are on the disk. Returns
-/// false when they may not be. The old file stays until the new one is complete; until then the text is in
-/// `temporaryOf(path)`, which a process that dies leaves behind.
+/// false when they may not be, with the reason in `errno`. The old file stays until the new one is complete;
+/// until then the text is in `temporaryOf(path)`, which a process that dies leaves behind.
 bool replaceFile(const std::string& path, const std::string& text);
 std::string temporaryOf(const std::string& path);
 
-/// Waits until a file and its name in its folder are on the disk; false when they may not be.
+/// Waits until a file and its name in its folder are on the disk; false when they may not be, with the reason
+/// in `errno`.
 bool flushWithFolder(const std::string& path);
 
 /// Waits until what was written through an open file is on the disk. Differs between systems.

@@ -1,6 +1,7 @@
 #include "backend/SettingsFile.h"
 
 #include "backend/FileText.h"
+#include "backend/SettingKeys.h"
 #include "backend/SettingsFileCheck.h"
 #include "backend/SettingsPlace.h"
 #include "backend/SystemPaths.h"
@@ -10,43 +11,49 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <unistd.h>
 #include <utility>
 
 namespace Kest::Settings {
 namespace {
 
-// As the store itself reads them, but without touching a file.
-juce::PropertySet valuesOf(const std::string& text)
-{
-    juce::PropertySet values;
-    const auto document = juce::parseXML(juce::String::fromUTF8(text.c_str()));
-    if (document != nullptr)
-        for (const auto* row : document->getChildWithTagNameIterator("VALUE"))
-            if (const auto& name = row->getStringAttribute("name"); name.isNotEmpty())
-                values.setValue(name, row->getStringAttribute("val"));
-    return values;
-}
-
-// Text that begins like markup the store would take for markup, and its parser may never come back.
 bool canBeKept(const juce::String& value)
 {
-    juce::PropertySet one;
-    one.setValue("value", value);
-    const auto text = one.createXml("PROPERTIES")->toString().toStdString();
-    return !value.trimStart().startsWithChar('<') && isSettingsText(text) &&
-           valuesOf(text).getValue("value") == value;
+    juce::StringPairArray one(false);
+    one.set("value", value);
+    if (!canBeWritten(value))
+        return false;
+    const auto kept = readSettingsText(settingsText(one));
+    return kept && kept->getValue("value") == value;
 }
 
 FileText readSettings(const std::string& path) { return readFile(path, kLongestSettings + 1); }
 
-bool isWell(const FileText& file) { return file.error == 0 && isSettingsText(file.text); }
+std::optional<juce::PropertySet> valuesIn(const FileText& file)
+{
+    return file.error == 0 ? readSettingsText(file.text) : std::nullopt;
+}
 
 bool isMissing(const FileText& file) { return file.error == ENOENT || file.error == ENOTDIR; }
 
 void report(const std::string& path, const char* what, const char* why)
 {
     Lct::LogAnswer(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
+}
+
+// What matters comes first: narrow screens cut a line.
+void reportNotSaved(const char* what, const std::string& why, const std::string& titles, const char* effect,
+                    const std::string& path)
+{
+    Lct::LogAnswer(Lct::eLogError, "settings", "%s (%s): %s; %s; %.300s", what, why.c_str(), titles.c_str(),
+                   effect, path.c_str());
+}
+
+std::string titleOf(const juce::String& key)
+{
+    const auto* known = std::ranges::find_if(kSettingKeys, [&](const auto* one) { return key == one->key; });
+    return known == std::end(kSettingKeys) ? key.toStdString() : (*known)->title;
 }
 
 } // namespace
@@ -59,6 +66,7 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
     if (!folder.exists())
         folder.createDirectory();
     removeStrays(path);
+    unlink(temporaryOf(path).c_str());
     unlink(temporaryOf(lastGood).c_str());
     store.setStorageParameters(storeOptions(path));
     unsaved.setFallbackPropertySet(&inFile);
@@ -66,9 +74,12 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
 
 SettingsFile::~SettingsFile()
 {
+    holdReports();
     settle();
-    if (unsaved.getAllProperties().size() > 0 && save())
-        settle();
+    if (unsaved.getAllProperties().size() == 0 || (save() && settle()))
+        return;
+    isHolding = false;
+    reportUnsaved("still not saved", "lost, as the agent ends");
 }
 
 const juce::PropertySet& SettingsFile::values()
@@ -79,15 +90,20 @@ const juce::PropertySet& SettingsFile::values()
     return unsaved;
 }
 
-bool SettingsFile::keep(const char* key, const juce::var& value)
+SaveResult SettingsFile::keep(const char* key, const juce::var& value)
 {
     settle();
     if (value.isString() && !canBeKept(value.toString())) {
-        report(path, "not saved", "it cannot hold such a text");
-        return false;
+        reportNotSaved("not saved", "the file cannot contain this text", titleOf(key),
+                       "the choice before stays in effect", path);
+        return SaveResult::refused;
     }
+    unsaved.removeValue(key); // to be the newest
     unsaved.setValue(key, value);
-    return save();
+    if (save())
+        return SaveResult::saved;
+    reportUnsaved("not saved", "in effect until the agent ends");
+    return SaveResult::failed;
 }
 
 bool SettingsFile::settle()
@@ -95,13 +111,36 @@ bool SettingsFile::settle()
     auto save = std::exchange(unsettled, std::nullopt);
     if (!save)
         return true;
-    if (!flushWithFolder(path))
-        return giveUp(save->before);
+    if (!flushWithFolder(path)) {
+        reason = std::strerror(errno);
+        giveUp(save->before);
+        reportUnsaved("not saved", "in effect until the agent ends");
+        return false;
+    }
     text = std::move(save->text);
-    inFile = valuesOf(text);
+    inFile = save->values;
     hasCopy = keepLastGood();
     unsaved.clear();
     return true;
+}
+
+void SettingsFile::reportHeld()
+{
+    isHolding = false;
+    if (std::exchange(isHeld, false) && unsaved.getAllProperties().size() > 0)
+        reportUnsaved("not saved", "in effect until the agent ends");
+}
+
+void SettingsFile::reportUnsaved(const char* what, const char* effect)
+{
+    isHeld = isHolding;
+    if (isHolding)
+        return;
+    std::string titles;
+    const auto& keys = unsaved.getAllProperties().getAllKeys();
+    for (int i = keys.size(); i-- > 0;)
+        titles += (titles.empty() ? "" : ", ") + titleOf(keys[i]);
+    reportNotSaved(what, reason, titles, effect, path);
 }
 
 SettingsFile::Load SettingsFile::load()
@@ -111,18 +150,24 @@ SettingsFile::Load SettingsFile::load()
         isLoaded = true;
         return Load::whole;
     }
-    if (file.error == 0 && !isSettingsText(file.text) && setAside())
+    auto values = valuesIn(file);
+    if (file.error == 0 && !values && setAside()) {
         file = readSettings(path);
-    isLoaded = isWell(file) || isMissing(file);
+        values = valuesIn(file);
+    }
+    isLoaded = values || isMissing(file);
     if (!isLoaded) {
-        if (file.error != 0 && !std::exchange(isReported, true))
-            report(path, "cannot be used, and is left alone", std::strerror(file.error));
+        if (file.error != 0) {
+            reason = std::strerror(file.error);
+            if (!std::exchange(isReported, true))
+                report(path, "cannot be used, and is left alone", reason.c_str());
+        }
         useLastGood();
         return Load::failed;
     }
     isReported = false;
     text = isMissing(file) ? std::string() : std::move(file.text);
-    inFile = valuesOf(text);
+    inFile = values.value_or(juce::PropertySet());
     hasCopy = !isMissing(file) && keepLastGood();
     return isMissing(file) ? Load::missing : Load::whole;
 }
@@ -130,21 +175,21 @@ SettingsFile::Load SettingsFile::load()
 void SettingsFile::useLastGood()
 {
     hasCopy = false; // of what is in use now, and not of what was
-    if (const auto copy = readSettings(lastGood); isWell(copy))
-        inFile = valuesOf(copy.text);
+    if (const auto values = valuesIn(readSettings(lastGood)))
+        inFile = *values;
 }
 
 // There is a file at each moment, so that a death in between does not look like a first start.
 bool SettingsFile::setAside()
 {
-    const bool isCopyWell = isWell(readSettings(lastGood));
+    const bool isCopyWell = valuesIn(readSettings(lastGood)).has_value();
     unlink(damaged.c_str());
     const bool isAside = (isCopyWell && link(path.c_str(), damaged.c_str()) == 0) ||
                          std::rename(path.c_str(), damaged.c_str()) == 0;
-    const int failure = errno;
     if (!isAside) {
+        reason = std::strerror(errno);
         if (!std::exchange(isReported, true))
-            report(path, "is damaged and cannot be set aside as .bad", std::strerror(failure));
+            report(path, "is damaged and cannot be set aside as .bad", reason.c_str());
         return false;
     }
     const bool isBack = isCopyWell && std::rename(lastGood.c_str(), path.c_str()) == 0;
@@ -155,22 +200,19 @@ bool SettingsFile::setAside()
 
 bool SettingsFile::save()
 {
-    isLoaded = false; // whatever comes of it, the file is read anew by whoever asks next
+    isLoaded = false; // whatever comes of it, the file is read again by whoever asks next
     const auto before = load();
     isLoaded = false;
-    if (before == Load::failed) {
-        report(path, "not saved", "it cannot be read");
+    if (before == Load::failed || (before == Load::whole && !hasCopy)) // nothing to go back to
         return false;
-    }
-    if (before == Load::whole && !hasCopy) {
-        report(path, "not saved", "its last good copy cannot be kept");
-        return false;
-    }
     if (isInFile(unsaved)) { // at each start most choices are
         unsaved.clear();
         return true;
     }
-    return saveThroughStore(before) || giveUp(before);
+    if (saveValues(before))
+        return true;
+    giveUp(before);
+    return false;
 }
 
 bool SettingsFile::isInFile(juce::PropertySet& choices)
@@ -182,34 +224,82 @@ bool SettingsFile::isInFile(juce::PropertySet& choices)
     });
 }
 
-bool SettingsFile::giveUp(Load before)
+void SettingsFile::giveUp(Load before)
 {
-    report(path, "not saved", putBack(before) ? "it is as it was" : "it is put right at the next start");
+    if (!putBack(before))
+        report(path, "is not restored after a failed save", "the next start restores it");
+}
+
+bool SettingsFile::saveValues(Load before)
+{
+    auto values = inFile.getAllProperties();
+    values.addArray(unsaved.getAllProperties());
+    if (!isWritable(values))
+        return false;
+    const auto newText = settingsText(values);
+    const auto expected = readSettingsText(newText);
+    if (!expected) {
+        reason = "the file would be too large";
+        return false;
+    }
+    Save wanted{before, newText, *expected};
+    saveThroughStore();
+    // The store does not say why it fails; the same save without it does, or succeeds.
+    if (!isSaved(wanted) && !(saveText(newText) && isSaved(wanted)))
+        return false;
+    unsettled = std::move(wanted);
+    return true;
+}
+
+bool SettingsFile::isWritable(const juce::StringPairArray& wanted)
+{
+    const auto& keys = wanted.getAllKeys();
+    const auto* bad = std::ranges::find_if(keys, [&](const auto& key) { return !canBeWritten(wanted[key]); });
+    if (bad == keys.end())
+        return true;
+    reason = "the store cannot write the value of " + titleOf(*bad);
     return false;
 }
 
-bool SettingsFile::saveThroughStore(Load before)
+void SettingsFile::saveThroughStore()
 {
     auto* file = store.getUserSettings();
     // What the store could not read it would save as nothing.
-    const bool isRead = file->getAllProperties() == inFile.getAllProperties();
-    if (isRead)
+    if (file->getAllProperties() == inFile.getAllProperties())
         file->addAllPropertiesFrom(unsaved);
-    const auto wanted = file->getAllProperties();
     store.closeFiles();
-    if (!isRead)
-        return false;
+}
 
-    auto saved = readSettings(path);
-    if (!isWell(saved) || valuesOf(saved.text).getAllProperties() != wanted)
+bool SettingsFile::saveText(const std::string& newText)
+{
+    std::error_code failure;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), failure);
+    if (!failure && replaceFile(path, newText))
+        return true;
+    reason = failure ? failure.message() : std::strerror(errno);
+    return false;
+}
+
+bool SettingsFile::isSaved(Save& wanted)
+{
+    auto file = readSettings(path);
+    if (file.error == 0 && file.text == wanted.text)
+        return true;
+    auto values = valuesIn(file);
+    if (!values || values->getAllProperties() != wanted.values.getAllProperties()) {
+        reason = file.error != 0 ? std::strerror(file.error) : "the file does not contain what was written";
         return false;
-    unsettled = Save{before, std::move(saved.text)};
+    }
+    wanted.text = std::move(file.text);
     return true;
 }
 
 bool SettingsFile::keepLastGood()
 {
-    return readSettings(lastGood).text == text || replaceFile(lastGood, text);
+    if (readSettings(lastGood).text == text || replaceFile(lastGood, text))
+        return true;
+    reason = std::strerror(errno);
+    return false;
 }
 
 // By renaming, which needs no room on the disk.

@@ -4,22 +4,30 @@
 
 #include <juce_data_structures/juce_data_structures.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
 namespace Kest::Settings {
 
+struct FileText;
 struct SystemPaths;
 
-/// Stands around JUCE's store, which takes a cut file for a saved one and an unreadable file for an empty
-/// one. Beside the settings file lie its last good copy ("<file>.last") and, if there ever was one, a damaged
-/// file ("<file>.bad"). Main thread; each failure is one log line.
+enum class SaveResult : std::uint8_t {
+    saved,
+    failed,  // the choice holds until the agent ends
+    refused, // the file cannot contain the text; the choice before holds
+};
+
+/// Wraps JUCE's store, which takes a cut file for a saved one and an unreadable file for an empty one. Beside
+/// the settings file are its last good copy ("<file>.last") and, if there ever was one, a damaged file
+/// ("<file>.bad"). Main thread; each failure is one log line.
 class SettingsFile {
 public:
     /// Makes the settings folder when it is missing, and tidies up behind an agent that died while saving.
     /// A settings file that is a symbolic link stays one: the file it leads to is used.
     SettingsFile(juce::ApplicationProperties& store, const SystemPaths& paths);
-    /// Tries once more to save what could not be saved.
+    /// Tries once more to save what could not be saved; one line says what is lost, and why.
     ~SettingsFile();
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
@@ -28,14 +36,17 @@ public:
     /// the disk when a `keep` was not settled.
     const juce::PropertySet& values();
 
-    /// Saves a choice, and all that could not be saved before; true when the file has all of it. When not,
-    /// the file stays as it was, and the choice lives until the agent ends; but text that the file cannot
-    /// hold is refused.
-    bool keep(const char* key, const juce::var& value);
+    /// Saves a choice, and all that could not be saved before. Unless all of it is saved, the file stays as
+    /// it was.
+    SaveResult keep(const char* key, const juce::var& value);
 
     /// The second half of saving, for when there is time: waits until what `keep` has saved is on the disk,
     /// and makes it the last good copy. False when the disk refuses; then the file is as it was before.
     bool settle();
+
+    /// Until `reportHeld`, choices that cannot be saved are not logged; that logs one line for all of them.
+    void holdReports() { isHolding = true; }
+    void reportHeld();
 
 private:
     enum class Load { whole, missing, failed };
@@ -44,6 +55,7 @@ private:
     struct Save {
         Load before; // what there was, to be put back
         std::string text;
+        juce::PropertySet values;
     };
 
     Load load();
@@ -51,10 +63,15 @@ private:
     void useLastGood();
     bool save();
     bool isInFile(juce::PropertySet& choices);
-    bool saveThroughStore(Load before);
-    bool giveUp(Load before);
+    bool saveValues(Load before);
+    void saveThroughStore();
+    bool saveText(const std::string& newText);
+    bool isSaved(Save& wanted);
+    bool isWritable(const juce::StringPairArray& wanted);
+    void giveUp(Load before);
     bool keepLastGood();
     bool putBack(Load before);
+    void reportUnsaved(const char* what, const char* effect);
 
     juce::ApplicationProperties& store;
     const std::string path;
@@ -66,8 +83,11 @@ private:
     bool hasCopy = false; // the last good copy is of the same text
     std::optional<Save> unsettled;
     bool isReported = false;   // that the file cannot be used
+    std::string reason;        // of the last failure
+    bool isHolding = false;    // reports
+    bool isHeld = false;       // a report
     juce::PropertySet inFile;  // the values of the file, or of its last good copy
-    juce::PropertySet unsaved; // goes before `inFile`
+    juce::PropertySet unsaved; // goes before `inFile`; the newest last
 };
 
 } // namespace Kest::Settings

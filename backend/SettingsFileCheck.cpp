@@ -1,114 +1,158 @@
 #include "backend/SettingsFileCheck.h"
 
-#include <juce_core/juce_core.h>
+#include "backend/XmlOutline.h"
 
 #include <algorithm>
-#include <charconv>
+#include <memory>
 
 namespace Kest::Settings {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr char kRoot[] = "PROPERTIES";
+constexpr std::size_t kStoreReadsForRoot = 8192; // bytes; where they end within a tag, it reads beyond them
 
-// One entity, "&...;", that the store writes: a name, or a character's number.
-bool isEntity(std::string_view text)
-{
-    for (const auto* name : {"&amp;", "&quot;", "&lt;", "&gt;", "&apos;"})
-        if (text == name)
-            return true;
-    if (!text.starts_with("&#"))
-        return false;
-    std::uint32_t code = 0;
-    const auto [end, error] = std::from_chars(text.data() + 2, text.data() + text.size(), code);
-    return error == std::errc{} && *end == ';' && code > 0 && code <= 0x10FFFF;
-}
-
-// At an ampersand that begins nothing known the store's parser gives up, and all settings would be lost.
-bool hasOnlyEntities(std::string_view value)
-{
-    for (auto begin = value.find('&'); begin != std::string_view::npos; begin = value.find('&', begin + 1))
-        if (!isEntity(value.substr(begin, value.find(';', begin) - begin + 1)))
-            return false;
-    return true;
-}
-
-/// Walks along the text; each step skips blanks and comments first, and says whether it could be taken.
-class Scanner {
+/// A file's bytes for the store's parser, which decodes those of a file otherwise than a text.
+class FileBytes : public juce::InputSource {
 public:
-    explicit Scanner(std::string_view text) : rest(text) {}
-
-    bool skip(std::string_view expected)
+    explicit FileBytes(std::string_view ofFile) : bytes(ofFile) {}
+    juce::InputStream* createInputStream() override
     {
-        skipBlanks();
-        if (!rest.starts_with(expected))
-            return false;
-        rest.remove_prefix(expected.size());
-        return true;
+        return new juce::MemoryInputStream(bytes.data(), bytes.size(), false);
     }
-
-    bool skipName(std::string_view name) { return skip(name) && rest.find_first_of(kBlanks) == 0; }
-
-    // The value may hold anything but its quote and markup, which are always written as entities.
-    bool skipAttribute(std::string_view name)
-    {
-        if (!skip(name) || !skip("="))
-            return false;
-        skipBlanks();
-        const char quote = rest.empty() ? '\0' : rest.front();
-        const auto end = rest.find_first_of(quote == '"' ? "\"<" : "'<", 1);
-        if ((quote != '"' && quote != '\'') || end == std::string_view::npos || rest[end] != quote ||
-            !hasOnlyEntities(rest.substr(1, end - 1)))
-            return false;
-        rest.remove_prefix(end + 1);
-        return true;
-    }
-
-    bool isAtEnd()
-    {
-        skipBlanks();
-        return rest.empty();
-    }
+    juce::InputStream* createInputStreamFor(const juce::String&) override { return nullptr; }
+    juce::int64 hashCode() const override { return 0; }
 
 private:
-    void skipBlanks()
-    {
-        for (;;) {
-            rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
-            const auto end = rest.starts_with("<!--") ? rest.find("-->", 4) : std::string_view::npos;
-            if (end == std::string_view::npos)
-                return;
-            rest.remove_prefix(end + 3);
-        }
-    }
-
-    std::string_view rest;
+    const std::string_view bytes;
 };
 
-bool skipValue(Scanner& scanner)
+std::string_view view(const juce::String& text) { return {text.toRawUTF8(), text.getNumBytesAsUTF8()}; }
+
+void addTo(XmlOutline& outline, const juce::XmlElement& element)
 {
-    return scanner.skipName("<VALUE") && scanner.skipAttribute("name") && scanner.skipAttribute("val") &&
-           (scanner.skip("/>") || (scanner.skip(">") && scanner.skip("</VALUE>")));
+    if (element.isTextElement())
+        return outline.addText(view(element.getText()));
+    outline.beginElement(view(element.getTagName()));
+    for (int i = 0; i < element.getNumAttributes(); ++i)
+        outline.addAttribute(view(element.getAttributeName(i)), view(element.getAttributeValue(i)));
+    for (const auto* child : element.getChildIterator())
+        addTo(outline, *child);
+    outline.endElement();
+}
+
+bool means(const juce::XmlElement& element, const XmlOutline& outline)
+{
+    XmlOutline own;
+    addTo(own, element);
+    return own == outline;
+}
+
+bool hasElements(const juce::XmlElement& element)
+{
+    const auto children = element.getChildIterator();
+    return std::any_of(children.begin(), children.end(), [](const auto* c) { return !c->isTextElement(); });
+}
+
+// The store crashes where it writes such XML in one line: there it begins lines within an element behind
+// text.
+bool crashesStore(const juce::XmlElement& element)
+{
+    bool isBehindText = false;
+    for (const auto* child : element.getChildIterator()) {
+        if (isBehindText && (child->getNumAttributes() > 1 || hasElements(*child)))
+            return true;
+        if (crashesStore(*child))
+            return true;
+        isBehindText = child->isTextElement();
+    }
+    return false;
+}
+
+bool isUtf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
+
+// Text in which the store's decoder finds the end.
+bool isDecodable(std::string_view text)
+{
+    if (isUtf16(text))
+        return text.size() <= kStoreReadsForRoot; // it uses no more of it
+    return text.find('\0') == std::string_view::npos &&
+           juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size()));
+}
+
+std::unique_ptr<juce::XmlElement> readAsStore(std::string_view text)
+{
+    if (text.size() > kLongestSettings || !isDecodable(text))
+        return nullptr;
+    const auto checked = readXml(text);
+    if (!checked || checked->root != kRoot || checked->rootTagEnd > kStoreReadsForRoot)
+        return nullptr;
+    juce::XmlDocument document{juce::String()};
+    document.setInputSource(new FileBytes(text));
+    auto root = document.getDocumentElementIfTagMatches(kRoot);
+    return root != nullptr && means(*root, checked->outline) ? std::move(root) : nullptr;
+}
+
+// What is in the element goes before its attribute: the store writes a value so that is XML itself.
+juce::String valueIn(const juce::XmlElement& row)
+{
+    const auto* inside = row.getFirstChildElement();
+    return inside == nullptr ? row.getStringAttribute("val")
+                             : inside->toString(juce::XmlElement::TextFormat().singleLine().withoutHeader());
+}
+
+// Not well-formed, but without what the store's parser hangs on, or reads on behind the text's end.
+bool isHarmless(std::string_view text)
+{
+    constexpr std::ptrdiff_t kMaxTags = 16;
+    for (const auto* risk : {"<?", "<!", "&#"})
+        if (text.find(risk) != std::string_view::npos)
+            return false;
+    return std::ranges::count(text, '<') <= kMaxTags;
 }
 
 } // namespace
 
-bool isSettingsText(std::string_view text)
+std::optional<juce::PropertySet> readSettingsText(std::string_view text)
 {
-    // In other text the store's parser finds ends where there are none.
-    if (text.size() > kLongestSettings || text.find('\0') != std::string_view::npos ||
-        !juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size())))
+    const auto root = readAsStore(text);
+    if (root == nullptr)
+        return std::nullopt;
+    juce::PropertySet values;
+    for (const auto* row : root->getChildWithTagNameIterator("VALUE"))
+        if (const auto& name = row->getStringAttribute("name"); name.isNotEmpty()) {
+            if (const auto* inside = row->getFirstChildElement(); inside != nullptr && crashesStore(*inside))
+                return std::nullopt;
+            values.setValue(name, valueIn(*row));
+        }
+    return values;
+}
+
+bool canBeWritten(const juce::String& value)
+{
+    if (!value.trimStart().startsWithChar('<')) // the store's parser reads no further
+        return true;
+    const auto text = view(value);
+    if (text.size() > kLongestSettings)
         return false;
-    Scanner scanner(text);
-    if (text.starts_with("<?xml") && !(scanner.skip("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")))
-        return false;
-    if (!scanner.skip("<PROPERTIES/>")) {
-        if (!scanner.skip("<PROPERTIES>"))
-            return false;
-        while (!scanner.skip("</PROPERTIES>"))
-            if (!skipValue(scanner))
-                return false;
+    if (const auto checked = readXml(text)) {
+        const auto element = juce::parseXML(value);
+        return element != nullptr && means(*element, checked->outline) && !crashesStore(*element);
     }
-    return scanner.isAtEnd();
+    return isHarmless(text) && juce::parseXML(value) == nullptr;
+}
+
+std::string settingsText(const juce::StringPairArray& values)
+{
+    juce::XmlElement root(kRoot);
+    for (const auto& key : values.getAllKeys()) {
+        auto* row = root.createNewChildElement("VALUE");
+        row->setAttribute("name", key);
+        if (auto inside = juce::parseXML(values[key]))
+            row->addChildElement(inside.release());
+        else
+            row->setAttribute("val", values[key]);
+    }
+    return root.toString().toStdString();
 }
 
 } // namespace Kest::Settings

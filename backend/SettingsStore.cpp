@@ -1,5 +1,6 @@
 // The user's choices: kept in the settings file, and told to the host.
 #include "backend/Backend.h"
+#include "backend/SettingKeys.h"
 #include "backend/SettingsFile.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
@@ -7,26 +8,26 @@
 #include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
-namespace {
-
-constexpr char kSoloModeKey[] = "SoloMode";
-constexpr char kHdxAuxTrackDelayKey[] = "HdxAuxTrackDelaySetting";
-constexpr char kDefaultPannerObjectsKey[] = "defaultPannerObjects";
-constexpr char kDAWLinkControlKey[] = "DAWLinkControlSetting";
-constexpr char kLatencyCompensationControlKey[] = "LatencyCompensationControlSetting";
-
-} // namespace
 
 const juce::PropertySet& Backend::userSettings() const { return settingsFile->values(); }
 
-// The file first, then the host; waiting for the disk comes last, as it takes longer than both.
+// The file first, then the host, which gets no text that the file cannot contain; waiting for the disk comes
+// last, as it takes longer than both.
 void Backend::applySetting(const char* key, const juce::var& value,
                            const std::function<void(LIPC::ClientEntry&)>& tell)
 {
-    settingsFile->keep(key, value);
+    if (settingsFile->keep(key, value) == SaveResult::refused)
+        return;
     withOwnRecord(tell);
     settingsFile->settle();
 }
+
+Backend::OneReport::OneReport(Backend& ofBackend) : backend(ofBackend)
+{
+    backend.settingsFile->holdReports();
+}
+
+Backend::OneReport::~OneReport() { backend.settingsFile->reportHeld(); }
 
 void Backend::applyOption(const char* key, const juce::var& value, int parameter, float number)
 {
@@ -45,49 +46,49 @@ void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write
         write(*own);
 }
 
-int Backend::getSoloMode() const { return userSettings().getIntValue(kSoloModeKey, 0); }
+int Backend::getSoloMode() const { return userSettings().getIntValue(kSoloMode.key, 0); }
 
 void Backend::setSoloMode(int mode)
 {
-    applyOption(kSoloModeKey, mode, LIPC::eSoloMode, static_cast<float>(mode));
+    applyOption(kSoloMode.key, mode, LIPC::eSoloMode, static_cast<float>(mode));
 }
 
-int Backend::getHdxAuxTrackDelay() const { return userSettings().getIntValue(kHdxAuxTrackDelayKey, 0); }
+int Backend::getHdxAuxTrackDelay() const { return userSettings().getIntValue(kHdxAuxTrackDelay.key, 0); }
 
 void Backend::setHdxAuxTrackDelay(int choice)
 {
-    applyOption(kHdxAuxTrackDelayKey, choice, LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
+    applyOption(kHdxAuxTrackDelay.key, choice, LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
 }
 
 bool Backend::getDefaultPannerObjects() const
 {
-    return userSettings().getBoolValue(kDefaultPannerObjectsKey, false);
+    return userSettings().getBoolValue(kDefaultPannerObjects.key, false);
 }
 
 void Backend::setDefaultPannerObjects(bool on)
 {
-    applyOption(kDefaultPannerObjectsKey, on, LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
+    applyOption(kDefaultPannerObjects.key, on, LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
 }
 
 int Backend::getDAW_LinkControl() const
 {
-    return userSettings().getIntValue(kDAWLinkControlKey, parameterDefault(LIPC::eDAWLinkControl));
+    return userSettings().getIntValue(kDAWLinkControl.key, parameterDefault(LIPC::eDAWLinkControl));
 }
 
 void Backend::setDAW_LinkControl(int value)
 {
-    applyOption(kDAWLinkControlKey, value, LIPC::eDAWLinkControl, static_cast<float>(value));
+    applyOption(kDAWLinkControl.key, value, LIPC::eDAWLinkControl, static_cast<float>(value));
 }
 
 int Backend::getLatencyCompensationControl() const
 {
-    return userSettings().getIntValue(kLatencyCompensationControlKey,
+    return userSettings().getIntValue(kLatencyCompensation.key,
                                       parameterDefault(LIPC::eLatencyCompensationControl));
 }
 
 void Backend::setLatencyCompensationControl(int value)
 {
-    applyOption(kLatencyCompensationControlKey, value, LIPC::eLatencyCompensationControl,
+    applyOption(kLatencyCompensation.key, value, LIPC::eLatencyCompensationControl,
                 static_cast<float>(value));
 }
 

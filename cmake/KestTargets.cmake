@@ -32,10 +32,19 @@ endif()
 
 # Most of JUCE is never called: without it a third of the program is left, and half of its memory. The C++ library comes
 # along, as looking up its thousands of names was a fifth of a start.
-option(KEST_LEAN "Programs without what they never call, and with the C++ library in them" OFF)
+option(KEST_LEAN "Programs without what they never call, and with the C++ library in them if it is there" OFF)
 if(KEST_LEAN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     add_compile_options(-ffunction-sections -fdata-sections)
-    add_link_options(-Wl,--gc-sections -static-libstdc++ -static-libgcc)
+    add_link_options(-Wl,--gc-sections)
+    include(CheckCXXSourceCompiles)
+    set(CMAKE_REQUIRED_LINK_OPTIONS -static-libstdc++ -static-libgcc)
+    check_cxx_source_compiles("#include <iostream>\nint main() { std::cout << 0; }" KEST_HAS_STATIC_CXX_LIBRARY)
+    unset(CMAKE_REQUIRED_LINK_OPTIONS)
+    if(KEST_HAS_STATIC_CXX_LIBRARY)
+        add_link_options(-static-libstdc++ -static-libgcc)
+    else()
+        message(STATUS "No static C++ library (libstdc++.a) here: programs use the shared one and start slower")
+    endif()
 endif()
 
 # kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...] [HEADERS_ARE cpp|mm])

@@ -117,10 +117,12 @@ void writeAsAgent(Image& image, LIPC::ClientEntry& own, Kest::Fuzz::Input& input
     LIPC::storeShared(own.params[LIPC::ePhysMonConfig], static_cast<float>(input.number()));
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
     own.strings[LIPC::kFacilityString].put(name.c_str(), static_cast<int>(name.size()));
-    require(own.strings[LIPC::kFacilityString].text() ==
-                std::string_view(name.c_str())
-                    .substr(0, std::strlen(name.c_str()) > 128 || name.size() > 128 ? 127 : 128),
-            "the facility is published");
+    const std::string_view whole(name.c_str());
+    const auto limit =
+        std::min<std::size_t>(whole.size(), whole.size() > 128 || name.size() > 128 ? 127 : 128);
+    const auto published = own.strings[LIPC::kFacilityString].text();
+    require(whole.starts_with(published) && published.size() + (limit < whole.size() ? 3 : 0) >= limit,
+            "the facility is published, but for a character that is cut");
     const LIPC::ClientEntry copy(own);
     require(copy.labelText().size() <= 64, "a label ends with its field");
 

@@ -1,39 +1,53 @@
-// Settings files of any bytes: what the check lets pass, the store's parser reads without harm and as
-// settings.
+// Settings files of any bytes: what the check accepts, the store's parser reads and writes without harm and
+// as an XML parser does. And values of any text: what may be written is read as what it means.
 #include "backend/SettingsFileCheck.h"
+#include "backend/XmlOutline.h"
 #include "fuzz/Input.h"
 
-#include <juce_core/juce_core.h>
+#include <algorithm>
 
 namespace {
 
-/// The bytes as the store gets them from a file.
-struct Source : juce::InputSource {
-    explicit Source(const std::string& ofText) : text(ofText) {}
-    juce::InputStream* createInputStream() override
-    {
-        return new juce::MemoryInputStream(text.data(), text.size(), false);
-    }
-    juce::InputStream* createInputStreamFor(const juce::String&) override { return nullptr; }
-    juce::int64 hashCode() const override { return 0; }
+using namespace Kest::Settings;
+using Kest::Fuzz::require;
 
-    const std::string& text;
-};
+bool areWritable(const juce::StringPairArray& values)
+{
+    return std::ranges::all_of(values.getAllValues(), [](const auto& value) { return canBeWritten(value); });
+}
+
+// Written once, a value has the form that it keeps.
+void checkSave(const juce::StringPairArray& values)
+{
+    if (!areWritable(values))
+        return;
+    const auto text = settingsText(values);
+    auto kept = readSettingsText(text);
+    if (!kept) { // of an XML declaration's characters, nothing is left out silently
+        require(!readXml(text) || text.size() > kLongestSettings, "what the store writes is read again");
+        return;
+    }
+    require(kept->getAllProperties().size() == values.size(), "every value is kept");
+    require(areWritable(kept->getAllProperties()), "and can be written again");
+    const auto again = readSettingsText(settingsText(kept->getAllProperties()));
+    require(again && juce::PropertySet(*again).getAllProperties() == kept->getAllProperties(),
+            "in the same form");
+}
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    using Kest::Fuzz::require;
     const std::string text(reinterpret_cast<const char*>(data), size);
-    if (!Kest::Settings::isSettingsText(text))
-        return 0;
-    juce::XmlDocument document{juce::String()};
-    document.setInputSource(new Source(text));
-    const auto root = document.getDocumentElementIfTagMatches("PROPERTIES");
-    require(root != nullptr, "what passes is a settings file");
-    for (const auto* value : root->getChildIterator())
-        require(value->hasTagName("VALUE") && value->hasAttribute("name") && value->hasAttribute("val"),
-                "and holds settings alone");
+    if (auto values = readSettingsText(text)) {
+        const auto document = readXml(text);
+        require(document && document->root == "PROPERTIES", "what passes is a settings file");
+        checkSave(values->getAllProperties());
+    }
+    if (juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size()))) {
+        juce::StringPairArray one(false);
+        one.set("value", juce::String::fromUTF8(text.c_str()));
+        checkSave(one);
+    }
     return 0;
 }

@@ -26,8 +26,9 @@ public:
     SHMArray& operator=(const SHMArray&) = delete;
 
     /// Publishes a NUL-terminated text. `length` is the caller's count of its characters: from `Length` + 1
-    /// on the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit. A text of exactly `Length`
-    /// bytes fills its slot, and its terminator falls on the byte behind the slot.
+    /// on the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit; of UTF-8, a character that
+    /// does not fit whole is left out. A text of exactly `Length` bytes fills its slot, and its terminator
+    /// falls on the byte behind the slot.
     void put(const Character* text, int length);
 
     /// The valid text up to its terminator, or to the end of its slot where it has none; empty when the index
@@ -41,6 +42,19 @@ private:
     std::int32_t current = 0;
     std::int32_t padding = 0;
 };
+
+/// Returns how many of the first `limit` bytes of a longer text are whole UTF-8 characters; `limit` where the
+/// text is not UTF-8 there.
+inline std::size_t wholeCharacters(const char* text, std::size_t limit)
+{
+    constexpr std::size_t kMaxContinuation = 3;
+    const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    std::size_t begin = limit; // of the character that the byte behind the limit belongs to
+    while (begin > 0 && limit - begin < kMaxContinuation && (byteAt(begin) & 0xC0U) == 0x80U)
+        --begin;
+    const bool isLead = byteAt(begin) >= 0xC0;
+    return isLead ? begin : limit;
+}
 
 template <typename Character, std::size_t Length, std::size_t Slots>
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init,hicpp-member-init): the slots, on purpose
@@ -61,8 +75,8 @@ void SHMArray<Character, Length, Slots>::put(const Character* text, int length)
     Character* slot = slots + next * Length;
 
     auto bytes = strnlen(text, Length + 1);
-    if (length > static_cast<int>(Length) || bytes > Length)
-        bytes = std::min(bytes, Length - 1);
+    if ((length > static_cast<int>(Length) || bytes > Length) && bytes >= Length)
+        bytes = wholeCharacters(text, Length - 1);
     std::memcpy(slot, text, bytes);
     // Behind the last slot stands the index, which is stored next.
     if (next * Length + bytes < sizeof slots)

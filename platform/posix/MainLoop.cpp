@@ -147,7 +147,7 @@ void MainLoop::watchSignal(int signal, std::function<void()> arrived)
 
 void MainLoop::setEmergencyCleanup(void (*cleanup)()) { emergencyCleanup = cleanup; }
 
-void MainLoop::run()
+bool MainLoop::run()
 {
     while (!quitting) {
         auto polled = watched();
@@ -155,12 +155,13 @@ void MainLoop::run()
             if (errno == EINTR)
                 continue;
             Lct::printSystemError("Kest Settings ends: waiting for events failed");
-            return;
+            return false;
         }
         if (polled.front().revents != 0)
             dispatchWakeUps();
         runReady(polled);
     }
+    return true;
 }
 
 std::vector<pollfd> MainLoop::watched() const

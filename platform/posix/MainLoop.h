@@ -35,8 +35,9 @@ public:
     void watchSignal(int signal, std::function<void()> arrived);
     /// Main thread. Called when an ending signal ends the process at once; must be async-signal-safe.
     static void setEmergencyCleanup(void (*cleanup)());
-    /// Main thread. Returns when asked to quit; jobs that are left are dropped.
-    void run();
+    /// Main thread. Returns when asked to quit; jobs that are left are dropped. False, with one line printed,
+    /// when waiting for events fails.
+    bool run();
     /// Main thread; `run` returns when the work at hand is done.
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }

@@ -51,7 +51,7 @@ int cannotStart(int failure)
 
 } // namespace
 
-int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
+int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning)
 {
     std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (!openStandardStreams() || !hasDescriptors())
@@ -62,7 +62,7 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent)
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
         Lct::print("Kest Settings is already running (process %d).\n", lock.holder());
-        return 0;
+        return statusIfRunning;
     }
     return agent(paths);
 }

@@ -12,8 +12,9 @@ class KestSettingsAppDelegate;
 namespace Kest::Posix {
 
 /// Runs an agent with the default paths and returns its exit status. Where another agent of this user runs,
-/// prints one line and returns 0. Where the system gives too few descriptors, prints one line and returns 1.
-int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent);
+/// prints one line and returns `statusIfRunning`. Where the system gives too few descriptors, prints one line
+/// and returns 1.
+int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
 /// Runs the application from its start to its end; `loop` is the front end's, false on failure. Returns the
 /// exit status: 1 after a failure, with one line where the application cannot start.

@@ -8,7 +8,7 @@
 
 namespace Kest::Terminal {
 
-void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
+bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     watchSignals();
@@ -19,8 +19,9 @@ void FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
             menu.note(printed.lastLine());
             drawLater();
         });
-    loop.run();
+    const bool succeeded = loop.run();
     delegate = nullptr;
+    return succeeded;
 }
 
 void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
@@ -39,7 +40,7 @@ void FullScreenFrontEnd::watchSignals()
     loop.watchSignal(SIGTSTP, [this] { screen.suspend(); });
     loop.watchSignal(SIGCONT, [this] {
         if (!screen.isInForeground()) {
-            raise(SIGTTOU); // in the background there is nothing to draw on: stopped until there is
+            kill(0, SIGTTOU); // stops the process group, as the terminal does to one in the background
             return;
         }
         screen.resume();
@@ -52,6 +53,8 @@ void FullScreenFrontEnd::readKeys()
     if (Screen::hasHungUp())
         return loop.quit();
     while (const auto input = screen.nextInput()) {
+        if (input->key == Key::suspend)
+            return screen.suspend(); // what was typed behind it is for the shell
         takeMenu();
         obey(menu.press(*input));
         if (loop.isQuitting())

@@ -22,8 +22,8 @@ public:
     /// The screen outlives it.
     explicit FullScreenFrontEnd(Screen& onScreen) : screen(onScreen), menu(onScreen.glyphs()) {}
 
-    /// Shows the menu and takes keys until it is asked to quit.
-    void run(App::KestSettingsAppDelegate& application);
+    /// Shows the menu and takes keys until it is asked to quit. False after a failure, which is printed.
+    bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // the screen is the handle
     void post(std::function<void()> job) override { loop.post(std::move(job)); }

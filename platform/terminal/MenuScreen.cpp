@@ -27,7 +27,21 @@ void removeLastCharacter(std::string& text)
         text.pop_back();
 }
 
+// "2026-03-01 14:05:09.004211 <ERRO> settings ..." is shown as "14:05:09 settings ...".
+std::string withoutDateAndLevel(const std::string& line)
+{
+    constexpr std::size_t kTime = 11;
+    constexpr std::size_t kTimeLength = 8;
+    constexpr std::size_t kLevel = 27;
+    const auto level = line.substr(std::min(kLevel, line.size()), 7);
+    if (level != "<ERRO> " && level != "<WARN> ")
+        return line;
+    return line.substr(kTime, kTimeLength) + line.substr(kLevel + level.size() - 1);
+}
+
 } // namespace
+
+void MenuScreen::note(const std::string& line) { lastNote = withoutDateAndLevel(line); }
 
 void MenuScreen::show(App::ItemSnapshot statusMenu, std::time_t now)
 {
@@ -80,6 +94,7 @@ Request MenuScreen::pressInMenu(const Input& input)
         return click(input.line);
     case Key::character:
         return input.text.size() == 1 ? pressCharacter(input.text.front()) : Request{};
+    case Key::suspend:
     case Key::other:
         break;
     }

@@ -31,6 +31,7 @@ enum class Key : std::uint8_t {
     click,     // with its line
     wheelUp,
     wheelDown,
+    suspend, // nothing for the menu
     other,
 };
 
@@ -69,8 +70,8 @@ public:
 
     /// The menu is this since `now`, in seconds since 1970.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// A line that somebody has printed.
-    void note(const std::string& line) { lastNote = line; }
+    /// A line that was printed; of a log line the date and the level are not shown.
+    void note(const std::string& line);
     void showHost(Settings::HostState state) { host = state; }
     Request press(const Input& input);
 

@@ -108,10 +108,23 @@ bool Screen::start()
     nodelay(stdscr, TRUE);
     set_escdelay(kEscapeDelay);
     curs_set(0);
+    takeSuspendKey();
     startColours();
     mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
     mouseinterval(0); // a press is a press at once
     return true;
+}
+
+// The terminal would stop the whole process group at once. A shell that then takes the terminal stops this
+// process while it leaves the screen, and it would stop a second time when it is continued.
+void Screen::takeSuspendKey() const
+{
+    termios modes{};
+    if (tcgetattr(fileno(output), &modes) != 0)
+        return;
+    modes.c_cc[VSUSP] = _POSIX_VDISABLE;
+    tcsetattr(fileno(output), TCSANOW, &modes);
+    def_prog_mode();
 }
 
 // Terminals send their cursor keys in one of two ways, and not always in the one that they were asked for.
@@ -186,6 +199,9 @@ std::optional<Input> Screen::nextInput()
     const int kind = wget_wch(stdscr, &code);
     if (kind == ERR)
         return std::nullopt;
+    const auto suspendKey = modesBefore.c_cc[VSUSP];
+    if (kind != KEY_CODE_YES && code == suspendKey && suspendKey != _POSIX_VDISABLE)
+        return Input{.key = Key::suspend, .text = {}};
     if (kind != KEY_CODE_YES)
         return inputOfCharacter(code);
     if (code != KEY_MOUSE)
@@ -216,9 +232,9 @@ void Screen::suspend()
     stop.sa_handler = SIG_DFL;
     struct sigaction before {};
     sigaction(SIGTSTP, &stop, &before);
-    raise(SIGTSTP); // returns when continued, or at once where nobody could continue us
+    kill(0, SIGTSTP); // returns when continued, or at once where nothing could continue the process group
     sigaction(SIGTSTP, &before, nullptr);
-    raise(SIGCONT); // the same for both
+    raise(SIGCONT); // for both cases
 }
 
 void Screen::resume()

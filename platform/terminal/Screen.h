@@ -35,7 +35,9 @@ public:
 
     /// The window may have another size. To be drawn anew afterwards, as after `resume`.
     void resize();
-    /// Gives the terminal back and stops the process, as Ctrl-Z does. A SIGCONT follows in any case.
+    /// Gives the terminal back, then stops the process group, as Ctrl-Z does in other programs: a shell
+    /// script that waits for this process is stopped with it. The process gets a SIGCONT when it is
+    /// continued, or at once where nothing could continue it.
     void suspend();
     /// Takes the terminal again, to be called on SIGCONT in the foreground.
     void resume();
@@ -46,6 +48,7 @@ private:
 
     Screen(FILE* terminal, const termios& modes);
     bool start();
+    void takeSuspendKey() const;
     static void defineKeys();
     void startColours();
     void leave() const;

@@ -6,7 +6,9 @@
 #include "platform/terminal/TextMenu.h"
 
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Kest::Terminal {
 namespace {
@@ -17,8 +19,6 @@ constexpr char kHelp[] =
     "open SUBMENU     its items, e.g. open Monitoring Facility\n"
     "menu             the whole menu\n"
     "quit             ends the agent";
-
-void printError(const std::string& error) { Lct::printError("%s\n", printable(error).c_str()); }
 
 std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(*item.properties) + "\""; }
 
@@ -31,7 +31,13 @@ std::string_view trimmed(std::string_view text)
 
 } // namespace
 
-void TextFrontEnd::run(App::KestSettingsAppDelegate& application)
+bool TextFrontEnd::hasScript()
+{
+    struct stat status {};
+    return fstat(STDIN_FILENO, &status) == 0 && !S_ISCHR(status.st_mode);
+}
+
+bool TextFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     post([this] { // behind what start-up has posted, so that the menu is whole
@@ -39,8 +45,9 @@ void TextFrontEnd::run(App::KestSettingsAppDelegate& application)
         printsChanges = true;
     });
     loop.watchInput(STDIN_FILENO, [this] { readInput(); });
-    loop.run();
+    const bool succeeded = loop.run();
     delegate = nullptr;
+    return succeeded && !(hasFailed && hasScript());
 }
 
 void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
@@ -75,21 +82,23 @@ void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
         return;
     const auto line = std::exchange(unfinishedLine, {});
     if (line.size() > kLongestLine)
-        printError("a line of more than 4096 bytes is no command");
+        reject("a line of more than 4096 bytes is no command");
     else
         obey(trimmed(line));
 }
 
-// At a terminal the user has said good-bye; a script or a service manager has just nothing more to say.
+// A service, which has no commands at all, goes on.
 void TextFrontEnd::inputEnded()
 {
     loop.unwatch(STDIN_FILENO);
-    if (isatty(STDIN_FILENO) != 0)
+    takeInput("", true);
+    if (hasHadCommand || isatty(STDIN_FILENO) != 0)
         loop.quit();
 }
 
 void TextFrontEnd::obey(std::string_view line)
 {
+    hasHadCommand |= !line.empty();
     const auto command = line.substr(0, line.find(' '));
     const auto argument = trimmed(line.substr(command.size()));
     if (command == "choose")
@@ -103,7 +112,7 @@ void TextFrontEnd::obey(std::string_view line)
     else if (line == "help")
         Lct::print("%s\n", kHelp);
     else if (!line.empty())
-        printError("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
+        reject("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
 }
 
 void TextFrontEnd::choose(std::string_view path)
@@ -111,11 +120,11 @@ void TextFrontEnd::choose(std::string_view path)
     const auto menu = takeSnapshot(delegate->menu());
     const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
-        printError(error);
+        reject(error);
     else if (item->hasSubmenu)
-        printError(quoted(*item) + " is a submenu: open it, or choose one of its items");
+        reject(quoted(*item) + " is a submenu: open it, or choose one of its items");
     else if (!delegate->choose(item->id))
-        printError(quoted(*item) + " is greyed");
+        reject(quoted(*item) + " is greyed");
 }
 
 void TextFrontEnd::open(std::string_view path)
@@ -123,11 +132,17 @@ void TextFrontEnd::open(std::string_view path)
     const auto menu = takeSnapshot(delegate->menu());
     const auto [item, error] = findByPath(menu, path);
     if (item == nullptr)
-        return printError(error);
+        return reject(error);
     if (!item->hasSubmenu)
-        return printError(quoted(*item) + " is not a submenu");
+        return reject(quoted(*item) + " is not a submenu");
     announceOpening(*item);
     printLinesOf(*takeSnapshot(delegate->menu(), item->id, -1));
+}
+
+void TextFrontEnd::reject(const std::string& error)
+{
+    hasFailed = true;
+    Lct::printError("%s\n", printable(error).c_str());
 }
 
 void TextFrontEnd::printMenu()

@@ -17,8 +17,13 @@ namespace Kest::Terminal {
 /// Main thread only, but for `post`.
 class TextFrontEnd final : public App::FrontEnd {
 public:
-    /// Prints the menu, then takes choices and prints changes until it is asked to quit.
-    void run(App::KestSettingsAppDelegate& application);
+    /// Whether commands can come from a script: standard input is a file, a pipe or a socket.
+    static bool hasScript();
+
+    /// Prints the menu, then takes commands and prints changes until it is asked to quit, or standard input
+    /// ends behind a command. False when a command of a script failed, or the loop; one line is printed for
+    /// each.
+    bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // the lines are the handle
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
@@ -32,6 +37,7 @@ private:
     void obey(std::string_view line);
     void choose(std::string_view path);
     void open(std::string_view path);
+    void reject(const std::string& error);
     void printMenu();
     void printLinesOf(const App::ItemSnapshot& menu) const;
     void announceOpening(const App::ItemSnapshot& menu);
@@ -39,6 +45,8 @@ private:
     Posix::MainLoop loop;
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     bool printsChanges = false;
+    bool hasHadCommand = false;
+    bool hasFailed = false;     // a command has
     std::string unfinishedLine; // at most two reads long
 };
 

@@ -15,10 +15,7 @@ int runWith(FrontEnd& frontEnd, Kest::Posix::Streams streams, const Kest::Settin
 {
     Kest::Terminal::TextWorkspace workspace(streams);
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    return Kest::Posix::runApplication(delegate, [&] {
-        frontEnd.run(delegate);
-        return true;
-    });
+    return Kest::Posix::runApplication(delegate, [&] { return frontEnd.run(delegate); });
 }
 
 int runInTerminal(const Kest::Settings::SystemPaths& paths)
@@ -36,5 +33,5 @@ int runInTerminal(const Kest::Settings::SystemPaths& paths)
 int main()
 {
     std::setlocale(LC_CTYPE, ""); // the terminal's characters; numbers stay as files have them
-    return Kest::Posix::runAlone(runInTerminal);
+    return Kest::Posix::runAlone(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
 }

@@ -1,4 +1,5 @@
 // The stored choices in the menu, and each choice's way into the settings file.
+#include "backend/SettingKeys.h"
 #include "tests/app/Agent.h"
 
 namespace {
@@ -27,6 +28,14 @@ TEST(StartUp, ShowsTheStoredSoloModeAndDoesNotWriteItBack)
     startWithHost(agent);
     EXPECT_THAT(agent.items("Solo Mode"), ElementsAre("Latch 0", "Exclusive (XOR) 0*"));
     EXPECT_EQ(agent.place.session->floatAt(kRecord + 160), kUntouched);
+}
+
+TEST(StartUp, MenuHasTheTitlesOfTheLog)
+{
+    Agent agent;
+    agent.start();
+    for (const auto* setting : Kest::Settings::kSettingKeys)
+        EXPECT_NO_THROW(agent.at(setting->title)) << setting->key;
 }
 
 TEST(StartUp, WritesTheOtherChoicesBackAsItShowsThem)

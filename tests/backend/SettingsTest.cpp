@@ -209,20 +209,4 @@ TEST_F(SettingsStore, WritesThroughALinkAndClearsUpAfterADeath)
     EXPECT_FALSE(fs::exists(stray));
 }
 
-TEST_F(SettingsStore, RefusesAValueThatTheFileCannotHold)
-{
-    start();
-    backend->setFacility("Studio B");
-    for (const auto& name : {"<a><?x?>b"s, " <b"s, std::string(70000, 'x')}) {
-        testing::internal::CaptureStderr();
-        backend->setFacility(name);
-        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("it cannot hold such a text"));
-        EXPECT_EQ(backend->getFacility(), "Studio B");
-    }
-    const auto any = juce::String::fromUTF8("a<b>&\"'\x01 \xc3\xa8\n");
-    backend->setFacility(any);
-    start();
-    EXPECT_EQ(backend->getFacility(), any);
-}
-
 } // namespace

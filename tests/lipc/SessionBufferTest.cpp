@@ -171,6 +171,25 @@ TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)
     }
 }
 
+TEST(SHMString, IsCutAtAWholeCharacter)
+{
+    const std::string four = "\xf0\x9f\x8e\xa7";
+    for (const std::string character : {"x", "\xc3\xa9", "\xe4\xb8\x83", four.c_str()})
+        for (std::size_t before = 120; before < 130; ++before) {
+            const auto begin = std::string(before, 'a');
+            auto text = begin;
+            while (text.size() < 140)
+                text += character;
+            const auto fitting = before > 127 ? 0 : (127 - before) / character.size() * character.size();
+            Field field(0);
+            field.text().put(text.c_str(), 100);
+            EXPECT_EQ(field.text().text(), text.substr(0, std::min<std::size_t>(before, 127) + fitting));
+        }
+    Field field(0);
+    field.text().put(std::string(200, '\x80').c_str(), 200);
+    EXPECT_EQ(field.text().text(), std::string(127, '\x80')) << "not UTF-8";
+}
+
 TEST(SHMString, IsReadWithinItsSlotAndAsEmptyWhereThereIsNoSlot)
 {
     for (const int current : {0, 1})

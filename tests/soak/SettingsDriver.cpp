@@ -22,6 +22,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using Kest::Settings::SaveResult;
 using Kest::Settings::SettingsFile;
 using Kest::Settings::SystemPaths;
 
@@ -74,7 +75,7 @@ int choose(const std::string& folder, const char* limit)
     }
     [[maybe_unused]] const auto written = write(STDOUT_FILENO, kBegin, std::strlen(kBegin));
     Store store(folder);
-    return store.file.keep(kKey, 2) && store.file.settle() ? 0 : kNotSaved;
+    return store.file.keep(kKey, 2) == SaveResult::saved && store.file.settle() ? 0 : kNotSaved;
 }
 
 std::string verdict(const fs::path& folder, std::size_t bytes, int status)

@@ -2,8 +2,12 @@
 #include "tests/support/Eventually.h"
 #include "tests/system/World.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <sstream>
 #include <string>
 
 namespace Kest::Test {
@@ -16,6 +20,8 @@ class Terminal {
 public:
     Terminal()
     {
+        // Its shell finds the programs by their names: the path of a checkout may need quoting.
+        setenv("PATH", (std::string(KEST_PROGRAMS) + ":" + searchPath).c_str(), 1);
         tmux("new-session -d -x 80 -y 24 env PS1='" + std::string(kPrompt) +
              " ' LC_ALL=C.UTF-8 bash --norc --noprofile");
         EXPECT_TRUE(shows(kPrompt));
@@ -53,10 +59,19 @@ public:
         return found;
     }
     /// The pid of what the shell runs, or nothing.
-    std::string children() const
+    std::string children() const { return childrenOf(value("pane_pid")); }
+    /// Waits until what the shell runs is stopped, with all that it has started.
+    bool isStopped() const
     {
-        const auto shell = value("pane_pid");
-        return readFile("/proc/" + shell + "/task/" + shell + "/children");
+        const bool isSo = eventually([&] {
+            const auto job = children().substr(0, children().find(' '));
+            std::istringstream processes(job + " " + childrenOf(job));
+            using Number = std::istream_iterator<std::string>;
+            return std::all_of(Number(processes), Number(), [](const auto& process) {
+                return readFile("/proc/" + process + "/stat").find(") T ") != std::string::npos;
+            });
+        });
+        return isSo && value("alternate_on") == "0";
     }
     /// Waits for the shell: everything that a program may have changed is as it was.
     bool isInOrder() const
@@ -75,6 +90,10 @@ public:
     }
 
 private:
+    static std::string childrenOf(const std::string& process)
+    {
+        return readFile("/proc/" + process + "/task/" + process + "/children");
+    }
     // What stty tells when the shell runs it, which sets its own modes for a program and takes them back.
     std::string shellModes() const
     {
@@ -95,6 +114,7 @@ private:
         return text;
     }
 
+    static inline const std::string searchPath = std::getenv("PATH");
     static inline int count = 0;
     const std::string socket = "/tmp/tmux-" + std::to_string(++count); // not that of a server that is ending
     std::string modes;
@@ -113,7 +133,7 @@ protected:
         EXPECT_TRUE(terminal.isInOrder());
     }
 
-    const std::string agent = program("kest-settings-terminal");
+    const std::string agent = "kest-settings-terminal";
     Terminal terminal;
 };
 
@@ -184,6 +204,30 @@ TEST_F(FullScreen, FollowsTheWindowAndComesBackAfterASuspension)
     ASSERT_TRUE(terminal.shows("Stopped"));
     terminal.command("clear; kill %1");
     EXPECT_TRUE(terminal.isInOrder());
+}
+
+// As ./run starts it. The script stops at once when the terminal asks it to, the agent only after it has left
+// the screen; continued in between, it would stop a second time, and nobody would know.
+TEST_F(FullScreen, IsSuspendedAndContinuedWithTheScriptThatStartedIt)
+{
+    writeFile("/tmp/start", "sleep 1000 &\n'" + agent + "'\nkill $!\n");
+    terminal.command("clear; sh /tmp/start");
+    ASSERT_TRUE(terminal.shows("> Solo Mode"));
+    for (const std::string key : {"Down", "Up", "Down", "Up"}) {
+        terminal.press("C-z");
+        ASSERT_TRUE(terminal.shows("Stopped")) << "the shell has the terminal";
+        EXPECT_TRUE(terminal.isStopped());
+        terminal.command("clear; fg");
+        terminal.press(key);
+        ASSERT_TRUE(terminal.shows(key == "Up" ? "> Solo Mode" : "> Default Bus"));
+    }
+    terminal.press("C-z");
+    ASSERT_TRUE(terminal.shows("Stopped"));
+    terminal.command("clear; bg");
+    EXPECT_TRUE(terminal.isStopped()) << "there is no screen in the background";
+    terminal.command("clear; fg");
+    ASSERT_TRUE(terminal.shows("> Solo Mode"));
+    endAgent();
 }
 
 TEST_F(FullScreen, ProgressMovesWhileTheMenuIsOpen)

@@ -103,6 +103,63 @@ TEST_F(InspectSystem, FindsWhatIsBroken)
     inspect("doctor", 0, {"note   host             none runs", "note   agent", " 0 wrong"});
 }
 
+/// Without root's right to write everything everywhere.
+std::string doctorOfAUser()
+{
+    return "setpriv --bounding-set=-all --inh-caps=-all " + program("kest-inspect") + " doctor";
+}
+
+TEST_F(InspectSystem, FindsWhereNothingCanBeSaved)
+{
+    agent->say("quit");
+    EXPECT_EQ(agent->exitStatus(), 0);
+    const std::string folder = "Library/Application Support/Kestronics";
+    const struct {
+        std::string setting; // a command, in an empty home folder
+        std::string found;
+    } cases[] = {
+        {"true", "ok     settings file    none yet, the defaults hold"},
+        {"mount -t tmpfs -o ro none .", "wrong  settings file    /tmp/home is on a read-only file system"},
+        {"mkdir -p '" + folder + "'; chmod 555 '" + folder + "'",
+         "wrong  settings file    /tmp/home/" + folder + " is not writable"},
+        {"mkdir Library; chmod 555 Library", "wrong  settings file    /tmp/home/Library is not writable"},
+        {"touch Library", "wrong  settings file    /tmp/home/Library is a file, not a folder"},
+        {"ln -s nothing Library", "wrong  settings file    /tmp/home/Library is a link, not a folder"},
+        {"mkdir Library; chmod 700 Library; chown nobody Library || exit 77",
+         "wrong  settings file    /tmp/home/Library belongs to nobody"},
+        {"chmod 755 .; chown nobody . || exit 77", "wrong  settings file    /tmp/home belongs to nobody"},
+    };
+    for (const auto& one : cases) {
+        Process shell({"/bin/sh", "-c",
+                       "rm -rf /tmp/home && mkdir /tmp/home && cd /tmp/home && (" + one.setting +
+                           ") && cd /tmp && " + doctorOfAUser() +
+                           " | grep 'settings file'; status=$?; umount /tmp/home 2>/dev/null; exit $status"});
+        const int status = shell.exitStatus();
+        if (status == 77)
+            continue; // in a user namespace no file can be given away
+        EXPECT_TRUE(shell.prints(one.found)) << one.setting;
+        EXPECT_EQ(one.found.starts_with("ok"), !shell.hasPrinted(" -> ")) << "what to do";
+    }
+}
+
+TEST_F(InspectSystem, NamesTheCommandThatEndsEitherProgram)
+{
+    agent->say("quit");
+    EXPECT_EQ(agent->exitStatus(), 0);
+    for (const std::string name : {"kest-settings-terminal", "kest-settings"}) {
+        if (!fs::exists(program(name)))
+            continue; // no tray on this system
+        agent = std::make_unique<Process>(
+            std::vector<std::string>{"/usr/bin/env", "dbus-run-session", "--", program(name)});
+        ASSERT_TRUE(agent->prints("fifo fd = "));
+        Process shell({"/bin/sh", "-c",
+                       "$(" + program("kest-inspect") + " doctor | sed -n 's/.*(" + name +
+                           ").*: \\(kill [0-9]*\\)$/\\1/p')"});
+        EXPECT_EQ(shell.exitStatus(), 0) << name;
+        EXPECT_EQ(agent->exitStatus(), 0) << name;
+    }
+}
+
 TEST_F(InspectSystem, NamesASecondAgentWhicheverOfBothHasThePipe)
 {
     Process second({"/usr/bin/env", "HOME=/tmp/home2", program("kest-settings-terminal")});

@@ -156,7 +156,7 @@ TEST_F(System, AnEncoderIsNotTakenForTheOneThatHadItsNumberBefore)
     Process first({program("encoder-simulator"), "--output", "/tmp/out/Film/Film_Mix_Atm.wav", "--seconds",
                    "1", "--silent-at", "50"});
     ASSERT_EQ(first.exitStatus(), 0);
-    ASSERT_TRUE(agent->prints("added Encoding History > Film_Mix"));
+    ASSERT_TRUE(agent->prints("Encoding History > Film_Mix: 50%")) << "its last line";
     const auto second = startWithNumber(first.pid(), {"/bin/sh", "-c",
                                                       std::string("exec 3>") + kFifo +
                                                           "; echo \"pid: $$ , P: 10\" >&3; sleep 1; echo "
@@ -195,13 +195,45 @@ TEST_F(System, EncodingsFinishFailAndFallSilent)
     ASSERT_TRUE(agent->prints("changed Encoding History > Clear History: greyed"));
 }
 
+/// Its commands, the exit status, and the one line where that is not 0.
+struct Script {
+    const char* commands;
+    int status;
+    const char* line;
+};
+
+void run(const Script& script)
+{
+    writeFile("/tmp/script", script.commands);
+    Process agent({"/bin/sh", "-c", "exec " + program("kest-settings-terminal") + " </tmp/script"});
+    EXPECT_EQ(agent.exitStatus(), script.status) << script.commands;
+    EXPECT_TRUE(agent.hasPrinted(script.line)) << script.commands;
+}
+
+TEST_F(System, AScriptEndsWithStatus1UnlessEachChoiceWasMade)
+{
+    run({"choose Solo Mode > Exclusive (XOR)", 0, "Quit Kest Settings"}); // no end of the line, no quit
+    EXPECT_TRUE(hasSetting("SoloMode", "1")) << settings();
+    for (const auto& failing :
+         {Script{"choose Mono\nchoose Solo Mode > Latch\n", 1, "no item \"Mono\""},
+          Script{"choose Encoding History > Clear History\nquit\n", 1, "is greyed"},
+          Script{"choose Solo Mode\n", 1, "is a submenu"}, Script{"open Mono\n", 1, "no item \"Mono\""},
+          Script{"chose Solo Mode > Exclusive (XOR)\n", 1, "unknown command"}})
+        run(failing);
+    EXPECT_TRUE(hasSetting("SoloMode", "0")) << "the choice behind one that fails is made\n" << settings();
+    startAgent();
+    Process second({program("kest-settings-terminal")}); // with a pipe
+    EXPECT_TRUE(second.prints("already running"));
+    EXPECT_EQ(second.exitStatus(), 1);
+}
+
 TEST_F(System, StartsOnceAndEndsInOrder)
 {
     startAgent();
     EXPECT_TRUE(fs::is_fifo(kFifo));
     EXPECT_FALSE(readFile(kLastUser).empty());
 
-    Process second({program("kest-settings-terminal")});
+    Process second({"/bin/sh", "-c", "exec " + program("kest-settings-terminal") + " </dev/null"});
     EXPECT_TRUE(second.prints("already running (process " + std::to_string(agent->pid()) + ")"));
     EXPECT_EQ(second.exitStatus(), 0);
     EXPECT_TRUE(fs::is_fifo(kFifo)) << "the second one left the first one's pipe alone";

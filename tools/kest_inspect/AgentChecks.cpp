@@ -23,6 +23,14 @@ std::string listed(const std::vector<Opener>& processes)
     return list;
 }
 
+std::string killCommand(const std::vector<Opener>& processes)
+{
+    std::string command = "kill";
+    for (const auto& opener : processes)
+        command += " " + std::to_string(opener.process);
+    return command;
+}
+
 // For where processes cannot be looked into. An agent notices nothing of it: it holds a writing end itself.
 bool hasReader(const std::string& path)
 {
@@ -72,10 +80,13 @@ bool isAgent(const Surroundings& here, const Opener& reader)
 // Each reader gets a part of what the encoders write.
 Finding otherReaders(const Surroundings& here, const std::string& path, const std::vector<Opener>& readers)
 {
-    if (std::ranges::none_of(readers, [&](const auto& reader) { return isAgent(here, reader); }))
+    auto others = readers;
+    std::erase_if(others, [&](const auto& reader) { return isAgent(here, reader); });
+    if (others.size() == readers.size())
         return wrong(kPipe, path + " belongs to " + listed(readers) + ", not to this agent",
-                     "end that process; a second agent and this one replace each other's pipe");
-    return wrong(kPipe, path + " is read by " + listed(readers), "end those that are not the agent");
+                     killCommand(others) + "; a second agent and this one replace each other's pipe");
+    return wrong(kPipe, path + " is read by " + listed(readers),
+                 "only the agent may: " + killCommand(others));
 }
 
 // A second agent that waits to replace the pipe again: it still has its own one, which this agent replaced.
@@ -93,7 +104,8 @@ Check checkAgent(const Surroundings& here)
     if (!here.agentRuns)
         return note(kAgent, "none of this user runs",
                     "start kest-settings, or kest-settings-terminal in a terminal");
-    return ok(kAgent, here.agents.empty() ? "runs" : listed(here.agents));
+    return ok(kAgent, here.agents.empty() ? "runs"
+                                          : listed(here.agents) + "; to end it: " + killCommand(here.agents));
 }
 
 Check checkPipe(const Surroundings& here)
@@ -116,7 +128,7 @@ Check checkPipe(const Surroundings& here)
         return otherReaders(here, path, readers);
     if (const auto second = secondAgents(here, path); !here.agents.empty() && !second.empty())
         return wrong(kPipe, listed(second) + " reads an earlier pipe of " + path,
-                     "end that process if it is a second agent: both replace the pipe");
+                     "if it is a second agent, " + killCommand(second) + ": both replace the pipe");
     if ((status->st_mode & 0777U) != kForAll)
         return note(kPipe, path + " is not for all users to write", "start the agent anew");
     return ok(kPipe, path + (readers.empty() ? ", somebody reads it" : ", read by " + listed(readers)));

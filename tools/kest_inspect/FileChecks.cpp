@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
 
@@ -26,8 +27,38 @@ FileText read(const std::string& path)
 
 bool isWhole(const FileText& file) { return file.error == 0 && Kest::Settings::isSettingsText(file.text); }
 
-// A save puts a new file in the place of the old one, whose own mode does not matter.
-bool canSave(const std::string& path) { return access(fs::path(path).parent_path().c_str(), W_OK) == 0; }
+// The folder of a file, or the one above it in which a missing one is to be made.
+fs::path lastExisting(fs::path folder)
+{
+    while (!statusOf(folder) && folder.has_relative_path())
+        folder = folder.parent_path();
+    return folder;
+}
+
+// A save replaces the settings file by a new one, so the file's own mode does not matter.
+Check checkSaving(const std::string& path)
+{
+    const auto folder = lastExisting(fs::path(path).parent_path()).string();
+    const auto cannotSave = [&](const std::string& what, const std::string& remedy) {
+        return wrong(kSettings, folder + what + ": no choice can be saved", remedy);
+    };
+    struct stat status {};
+    if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return cannotSave(" is " + kindOf(*statusOf(folder)) + ", not a folder", "rename or remove it");
+    if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0)
+        return std::nullopt;
+    if (errno == EROFS)
+        return cannotSave(" is on a read-only file system",
+                          "make it writable, or use another home folder (HOME)");
+    if (errno != EACCES)
+        return cannotSave(": " + std::string(std::strerror(errno)), "let this user write it");
+    if (status.st_uid == geteuid())
+        return cannotSave(" is not writable", "chmod u+rwx '" + folder + "'");
+    return cannotSave(" belongs to " + userName(status.st_uid) + " and is not writable by " +
+                          userName(geteuid()),
+                      "use this user's own home folder (HOME), or let " + userName(status.st_uid) +
+                          " make the folder writable");
+}
 
 Finding damagedSettings(const std::string& path)
 {
@@ -42,6 +73,8 @@ Finding damagedSettings(const std::string& path)
 Check checkSettings(const Surroundings& here)
 {
     const auto path = Kest::Settings::settingsFileBehindLinks(here.paths.settingsFile());
+    if (auto problem = checkSaving(path))
+        return problem;
     const auto file = read(path);
     if (file.error == ENOENT || file.error == ENOTDIR)
         return ok(kSettings, "none yet, the defaults hold: " + path);
@@ -49,9 +82,6 @@ Check checkSettings(const Surroundings& here)
         return wrong(kSettings, path + ": " + std::strerror(file.error), "let this user read it");
     if (!isWhole(file))
         return damagedSettings(path);
-    if (!canSave(path))
-        return wrong(kSettings, path + " cannot be replaced: no choice is kept",
-                     "let this user write its folder");
     if (statusOf(path + ".bad"))
         return note(kSettings, path + " is well; a damaged one lies beside it as .bad",
                     "remove that once it has been looked at");

@@ -61,6 +61,15 @@ TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
                                    "no K3DHost, 3 buses, no ~ ? keys  q quit"));
 }
 
+TEST_F(MenuScreenTest, ShowsWhatWasNotSavedAndWhyIn80Columns)
+{
+    screen.note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker "
+                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml");
+    EXPECT_THAT(line(6, {8, 80}),
+                testing::StartsWith("14:05:09 settings not saved (No space left on device): "
+                                    "Speaker Configuration"));
+}
+
 TEST_F(MenuScreenTest, AChoiceNamesTheItemAndOpensItsMenuAnew)
 {
     type("jlj");
