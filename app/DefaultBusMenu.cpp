@@ -20,15 +20,27 @@ std::string printableName(const std::string& name)
 
 void DefaultBusMenu::refreshBusList()
 {
+    const auto names = takeBusList();
+    for (std::size_t i = 0; i < names.size(); ++i)
+        Lct::print("bus %d : %s\n", static_cast<int>(i), printableName(names[i]).c_str());
+    Lct::print("\n");
+    updateKestBusMenu();
+}
+
+void DefaultBusMenu::fillFirst()
+{
+    takeBusList();
+    updateKestBusMenu();
+}
+
+std::vector<std::string> DefaultBusMenu::takeBusList()
+{
     std::vector<std::string> names;
     backend.getKestBusNamesList(names);
     kestBusNamesList.clear();
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        Lct::print("bus %d : %s\n", static_cast<int>(i), printableName(names[i]).c_str());
-        kestBusNamesList.push_back(macRomanToUtf8(names[i]));
-    }
-    Lct::print("\n");
-    updateKestBusMenu();
+    for (const auto& name : names)
+        kestBusNamesList.push_back(macRomanToUtf8(name));
+    return names;
 }
 
 void DefaultBusMenu::updateKestBusMenu()

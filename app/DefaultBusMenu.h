@@ -20,9 +20,11 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Takes the names that the Backend has now, prints them to standard output in printable form and
-    /// rebuilds the menu.
+    /// Handles message 3: takes the names that the Backend has now, prints them to standard output in
+    /// printable form and rebuilds the menu.
     void refreshBusList();
+    /// Does the same at launch, without printing: standard output belongs to messages.
+    void fillFirst();
 
     /// Rebuilds the menu from the names taken last. A current bus that is none of them gives way to the
     /// main bus.
@@ -38,6 +40,7 @@ public:
     static constexpr char kMainBus[] = "Main Bus";
 
 private:
+    std::vector<std::string> takeBusList();
     void buildKestBusMenu();
     void tellBackend(const std::string& name);
 

@@ -12,9 +12,10 @@ namespace Kest::App {
 namespace {
 
 constexpr int kFixedItems = 2;
-constexpr int kFinished = 100;   // per cent
-constexpr int kShortestName = 5; // characters
-constexpr int kTagCharacters = 4;
+constexpr int kFinished = 100; // per cent
+constexpr std::size_t kMinNameBytes = 5;
+constexpr int kTagCharacters = 4; // an underscore and three more
+constexpr char kPrintTag[] = "_Print";
 constexpr std::size_t kForgottenAtOnce = 100;
 
 // Finished, or failed.
@@ -22,6 +23,14 @@ bool isOver(const MenuItem& entry)
 {
     const auto* abort = entry.submenu()->itemWithTag(kAbortTag);
     return entry.properties().view->percentage.empty() || (abort != nullptr && !abort->properties().enabled);
+}
+
+juce::String withoutTag(const juce::String& name)
+{
+    if (name.endsWith(kPrintTag))
+        return name.dropLastCharacters(static_cast<int>(std::size(kPrintTag)) - 1);
+    const int tag = name.length() - kTagCharacters;
+    return tag >= 0 && name[tag] == '_' ? name.substring(0, tag) : name;
 }
 
 std::string titleOf(const Settings::encodingStatus& status, std::int32_t number)
@@ -33,12 +42,9 @@ std::string titleOf(const Settings::encodingStatus& status, std::int32_t number)
 
 std::string encodingTitle(std::int32_t percentage, const std::string& description)
 {
-    auto title = juce::String::fromUTF8(description.c_str());
-    const int length = title.length();
-    if (length < kShortestName)
-        title.clear();
-    else if (title[length - kTagCharacters] == '_')
-        title = title.dropLastCharacters(kTagCharacters);
+    juce::String title;
+    if (description.size() >= kMinNameBytes)
+        title = withoutTag(juce::String::fromUTF8(description.c_str()));
     if (percentage < 0)
         title += " - Failed";
     return title.toStdString();

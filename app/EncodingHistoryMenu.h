@@ -18,8 +18,8 @@ class Backend;
 
 namespace Kest::App {
 
-/// The title of an encoding: its name without a trailing tag of an underscore and three characters, and
-/// " - Failed" for a negative percentage. A name of less than five characters gives an empty title.
+/// Returns the title of an encoding: its name without a final "_Print" or a final underscore and three
+/// characters, and " - Failed" for a negative percentage. A name of less than five bytes is left out.
 std::string encodingTitle(std::int32_t percentage, const std::string& description);
 
 /// A row is an item whose tag is the encoder's process id. It belongs to one process: when the number is

@@ -67,22 +67,23 @@ void KestSettingsAppDelegate::awakeFromNib()
     outlets.mFacilityMenuItem2->setHidden(true);
 }
 
-// The Backend tells of buses only when they change: without a host not at all, and when the monitor's first
-// pass came before the callback was set, not again. Asked for through the slot, so that it is done once.
+// The Backend sends a message only when the buses change: never without a host, and not again when the
+// monitor's first pass preceded the callback.
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
-    msg_from_backend_callback(this, Settings::kMsgBusListChanged, 0, "");
+    const Job job(*this);
+    if (parts)
+        parts->buses.fillFirst();
 }
 
 void KestSettingsAppDelegate::applicationWillTerminate()
 {
-    if (mBackend == nullptr)
-        return;
-    ServiceActions services(workspace, systemPaths);
-    aborts.end();
-    parts.reset();
-    mBackend.reset();
-    services.unloadLaunchAgent();
+    if (mBackend != nullptr) {
+        aborts.end();
+        parts.reset();
+        mBackend.reset();
+    }
+    ServiceActions(workspace, systemPaths).unloadLaunchAgent();
 }
 
 int KestSettingsAppDelegate::startError() const { return mBackend == nullptr ? 0 : mBackend->startError(); }
@@ -164,6 +165,8 @@ void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
 {
     if (!parts)
         return;
+    if (skipped.status)
+        receivedStatusMessage(*skipped.status);
     if (skipped.busList)
         parts->buses.refreshBusList();
     for (const auto& [pid, hasFailed] : skipped.encodings)

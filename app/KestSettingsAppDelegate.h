@@ -40,10 +40,10 @@ public:
     /// 0, or the system's error number after an `awakeFromNib` that failed: then only the destructor may
     /// follow.
     int startError() const;
-    /// Has the bus menu filled, with "Main Bus" at least, whether or not there is a host yet.
+    /// Fills the bus menu, with "Main Bus" at least, whether or not there is a host yet.
     void applicationDidFinishLaunching();
-    /// Waits for running aborts as ~AbortJobs does, ends the Backend with its threads and unloads the launch
-    /// agent.
+    /// Waits for running aborts as ~AbortJobs does, ends the Backend with its threads, if there is one, and
+    /// unloads the launch agent.
     void applicationWillTerminate();
 
     // From the front end.

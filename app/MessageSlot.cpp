@@ -52,11 +52,18 @@ std::optional<BackendMessage> MessageSlot::take()
     return BackendMessage{msg_nr_queue, msg_type_queue, std::exchange(msg_descr_queue, {}), takeSkipped()};
 }
 
+bool MessageSlot::isBusList() const
+{
+    return msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged;
+}
+
 // The message that waits gives way.
 void MessageSlot::noteSkipped()
 {
-    if (msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged)
+    if (isBusList())
         busListSkipped = true;
+    else if (msg_type_queue == 0)
+        statusSkipped = msg_nr_queue;
     if (msg_type_queue <= 0 || encodingsSkipped.size() >= kMostSkippedEncodings)
         return;
     auto& encoding = encodingsSkipped.try_emplace(msg_type_queue, SkippedEncoding{++skips}).first->second;
@@ -66,8 +73,10 @@ void MessageSlot::noteSkipped()
 // The message that waits tells what a skipped one would have told.
 void MessageSlot::forgetSkipped()
 {
-    if (msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged)
+    if (isBusList())
         busListSkipped = false;
+    else if (msg_type_queue == 0)
+        statusSkipped.reset();
     encodingsSkipped.erase(msg_type_queue);
 }
 
@@ -77,7 +86,8 @@ SkippedMessages MessageSlot::takeSkipped()
     for (const auto& [pid, encoding] : encodingsSkipped)
         inOrder[encoding.order] = {pid, encoding.hasFailed};
     encodingsSkipped.clear();
-    SkippedMessages skipped{std::exchange(busListSkipped, false), {}};
+    SkippedMessages skipped{
+        std::exchange(statusSkipped, std::nullopt), std::exchange(busListSkipped, false), {}};
     for (const auto& [order, encoding] : inOrder)
         skipped.encodings.push_back(encoding);
     return skipped;

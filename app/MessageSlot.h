@@ -17,6 +17,7 @@ struct SkippedMessages {
         std::int32_t pid = 0;
         bool hasFailed = false; // by its last message
     };
+    std::optional<std::int32_t> status; // the newest status number other than 3
     bool busList = false;
     std::vector<Encoding> encodings; // in the order in which they were skipped first
 };
@@ -48,6 +49,7 @@ private:
         std::size_t order = 0;
         bool hasFailed = false;
     };
+    bool isBusList() const KEST_REQUIRES(msgLock);
     void noteSkipped() KEST_REQUIRES(msgLock);
     void forgetSkipped() KEST_REQUIRES(msgLock);
     SkippedMessages takeSkipped() KEST_REQUIRES(msgLock);
@@ -57,6 +59,7 @@ private:
     std::int32_t msg_type_queue KEST_GUARDED_BY(msgLock) = 0;
     std::string msg_descr_queue KEST_GUARDED_BY(msgLock);
     std::int32_t msgs_in_queue KEST_GUARDED_BY(msgLock) = 0; // 0 or 1
+    std::optional<std::int32_t> statusSkipped KEST_GUARDED_BY(msgLock);
     bool busListSkipped KEST_GUARDED_BY(msgLock) = false;
     std::map<std::int32_t, SkippedEncoding> encodingsSkipped KEST_GUARDED_BY(msgLock); // by process id
     std::size_t skips KEST_GUARDED_BY(msgLock) = 0;

@@ -52,8 +52,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
     if (acceptsHost()) {
         save_username(systemPaths.lastUserMarker);
     } else {
-        Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
-        ++hostArchMismatch;
+        refuseHost();
     }
     if (startFailure == 0)
         startFailure = startThread(monitorThread, [this] { timerThreadloop(); });
@@ -74,12 +73,22 @@ Backend::~Backend()
             thread->join();
 }
 
-// A host that is not running yet counts as accepted: it is looked for every second.
-bool Backend::acceptsHost() const
+// A host that is not running yet is accepted, and so is one that has not published its word size yet. That
+// one is checked again in each pass of the monitor.
+bool Backend::acceptsHost()
 {
     const LIPC::ShmManagedOpen<LIPC::VersionBuffer> version(systemPaths.versionSegment.c_str());
-    return version.contents() == nullptr ||
-           LIPC::loadShared(version.contents()->wordSize) == kAcceptedWordSize;
+    if (version.contents() == nullptr)
+        return true;
+    const auto wordSize = LIPC::loadShared(version.contents()->wordSize);
+    versionIsPending = wordSize == LIPC::VersionBuffer::kNotPublished;
+    return versionIsPending || wordSize == kAcceptedWordSize;
+}
+
+void Backend::refuseHost()
+{
+    Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
+    ++hostArchMismatch;
 }
 
 void Backend::save_username(const std::string& markerPath)

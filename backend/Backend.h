@@ -6,6 +6,7 @@
 #include "backend/Guarded.h"
 #include "backend/ProgressPipe.h"
 #include "backend/SystemPaths.h"
+#include "lipc/MarkerWatch.h"
 
 #include <juce_core/juce_core.h>
 #include <juce_data_structures/juce_data_structures.h>
@@ -54,7 +55,9 @@ using HostStateCallback = void(void* context);
 constexpr std::int32_t kMsgBusListChanged = 3;
 
 /// One lives as long as the agent. Unless a declaration says otherwise, operations are called on the main
-/// thread. An absent host is no failure and is not logged; a failure of a file is one log line.
+/// thread. An absent segment is no failure, as the host may start and end at any time. A file that cannot be
+/// written, a key that cannot be derived and a pipe that cannot be created are one line each, in the log or
+/// on standard error. Nothing throws.
 class Backend {
 public:
     explicit Backend(SystemPaths systemPaths = {},
@@ -131,13 +134,18 @@ private:
     // Session monitor.
     struct MonitorState {
         std::int32_t lastHostMessage = 0;
-        int unstablePasses = 0; // in a row, in which the buses changed between two scans
+        int unstablePasses = 0;   // in a row, in which the buses changed between two scans
+        LIPC::MarkerWatch marker; // of the session
     };
     void monitorPass(MonitorState& state);
+    void refreshMarkers() const;
+    void checkVersionAgain();
     void noteSession(bool isThere);
+    void hostStateChanged() const;
     void passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state);
     void refreshBusClients(const LIPC::SessionBuffer& session, MonitorState& state) KEST_UNCHECKED;
-    bool acceptsHost() const;
+    bool acceptsHost();
+    void refuseHost();
 
     // Encoding progress.
     void restorePipe();
@@ -182,7 +190,9 @@ private:
     std::vector<std::int32_t> identified;
     std::chrono::steady_clock::time_point identifiedSince;
     std::atomic<bool> sessionIsThere = false;
-    std::uint32_t hostArchMismatch = 0; // not 0: the host is refused, and only the settings file is written
+    // Not 0: the host is refused, and only the settings file is written. Never 0 again.
+    std::atomic<std::uint32_t> hostArchMismatch = 0;
+    bool versionIsPending = false; // the host has not published its word size yet; for the monitor
     std::map<std::string, std::string> busClients KEST_GUARDED_BY(busMutex); // display name to client id
     mutable Mutex busMutex;
 

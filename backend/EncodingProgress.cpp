@@ -47,7 +47,6 @@ void Backend::restorePipe()
     if (!progressPipe.make())
         return;
     if (isFirst) {
-        Lct::print("\nreading from : %s \n", fifoPath);
         Lct::print("\nfifo fd = %d \n", progressPipe.descriptor());
     } else if (losses < 2) {
         Lct::Log(Lct::eLogWarning, "encoding", "%s was gone and is made again", fifoPath);

@@ -48,7 +48,10 @@ ProgressPipe::Pipe::~Pipe()
 bool ProgressPipe::make()
 {
     const bool isSilent = failureIsTold || lossesToAnother() > 1;
-    auto made = create(isSilent) ? open() : nullptr;
+    const bool isCreated = create(isSilent);
+    if (isCreated && !std::exchange(isAnnounced, true))
+        Lct::print("\nreading from : %s \n", path);
+    auto made = isCreated ? open() : nullptr;
     failureIsTold = made == nullptr;
     if (made != nullptr) {
         keepEarlierPipes();
@@ -89,8 +92,11 @@ bool ProgressPipe::create(bool isSilent)
     const bool isTaken = errno == EEXIST;
     if (isTaken && !isSilent)
         Lct::printSystemError("deleting existing file (or fifo)");
-    if (isTaken && std::remove(path) == 0 && mkfifo(path, kForAll) == 0)
-        return true;
+    if (isTaken) {
+        std::remove(path);
+        if (mkfifo(path, kForAll) == 0)
+            return true;
+    }
     if (!isSilent)
         Lct::printSystemError("can't create fifo");
     return false;

@@ -26,9 +26,10 @@ public:
     /// Returns whether the pipe has to be made: at the start, and from a request by `check` until `make`.
     bool isMakeRequested() const { return isRequested; }
 
-    /// Makes the pipe and opens it; whatever else is at the path is removed, links are not followed. Returns
-    /// false when that fails, with a line on standard error for the first of such failures in a row. Earlier
-    /// pipes are read until the last encoder closes them, 64 of them at most.
+    /// Creates the pipe and opens it; whatever else is at the path is removed, links are not followed. Prints
+    /// the path between the two for the first time. Returns false when one of them fails; the first of such
+    /// failures in a row to create it is printed to standard error. Earlier pipes are read until the last
+    /// encoder closes them, 64 of them at most.
     bool make();
 
     /// Requests to make the pipe again when it is not at the path, and interrupts `read`. A pipe that another
@@ -76,6 +77,7 @@ private:
     void waitForBytes();
 
     const char* const path;
+    bool isAnnounced = false;
     bool failureIsTold = false;
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last

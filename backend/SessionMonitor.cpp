@@ -1,11 +1,12 @@
-// Once a second: the message that the host has left, the bus plug-ins that are registered, and the place of
-// the encoders' pipe.
+// Once a second: the message that the host has left, the bus plug-ins that are registered, and the encoders'
+// pipe.
 #include "backend/Backend.h"
 #include "backend/BusScan.h"
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
 #include "lipc/ShmManaged.h"
+#include "log/Log.h"
 
 namespace Kest::Settings {
 namespace {
@@ -14,14 +15,19 @@ namespace {
 constexpr auto kWriteTime = std::chrono::milliseconds(1);
 // A bus that is renamed all the time must not hide the others.
 constexpr int kMaxUnstablePasses = 3;
+constexpr int kPassesPerRefresh = 600; // some ten minutes
 
 } // namespace
 
 void Backend::timerThreadloop()
 {
     MonitorState state;
-    while (stopRequests == 0) {
+    for (int pass = 1; stopRequests == 0; ++pass) {
         progressPipe.check(); // here, so that the reader sleeps until there is something to do
+        if (pass % kPassesPerRefresh == 0)
+            refreshMarkers();
+        if (versionIsPending)
+            checkVersionAgain();
         if (hostArchMismatch == 0)
             monitorPass(state);
         const MutexLock lock(stopMutex);
@@ -29,10 +35,31 @@ void Backend::timerThreadloop()
     }
 }
 
-// Attached anew each time, so that a host that has restarted is found without further ado.
+// The version segment is attached only at the start, and no segment of a refused host is.
+void Backend::refreshMarkers() const
+{
+    for (const auto& segment : {systemPaths.versionSegment, systemPaths.sessionSegment})
+        LIPC::shmKey(segment.c_str());
+}
+
+void Backend::checkVersionAgain()
+{
+    if (acceptsHost())
+        return;
+    refuseHost();
+    hostStateChanged();
+}
+
+// Attached in each pass, so that a host that has restarted is found.
 void Backend::monitorPass(MonitorState& state)
 {
     const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
+    if (state.marker.isMarkerLost(session))
+        Lct::Log(
+            Lct::eLogError, "session",
+            "%s was removed while its segment still exists; the agent cannot find the session until K3DHost "
+            "is restarted",
+            LIPC::markerPath(systemPaths.sessionSegment.c_str()).c_str());
     noteSession(session.contents() != nullptr);
     if (session.contents() == nullptr)
         return;
@@ -51,8 +78,12 @@ HostState Backend::hostState() const
 
 void Backend::noteSession(bool isThere)
 {
-    if (sessionIsThere.exchange(isThere) == isThere)
-        return;
+    if (sessionIsThere.exchange(isThere) != isThere)
+        hostStateChanged();
+}
+
+void Backend::hostStateChanged() const
+{
     if (auto* callback = hostStateCallback.load())
         callback(messageContext);
 }

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <sys/ipc.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,17 +14,28 @@ namespace LIPC {
 namespace {
 
 constexpr int kProjectId = 1;
+constexpr std::time_t kMaxAge = 3600; // seconds
 
-// Creates the file, and empties it when it is not empty. A failure is left for ftok to report: it needs only
-// the path, so another user's marker that this user may not write serves as well.
+// Programs that clean /tmp remove files whose times are old. Not refreshed in each call: that is a write.
+void prepareMarker(int file)
+{
+    struct stat status {};
+    if (fstat(file, &status) != 0)
+        return;
+    if (status.st_size > 0) [[maybe_unused]]
+        const int failure = ftruncate(file, 0);
+    if (std::time(nullptr) - status.st_mtime > kMaxAge)
+        futimens(file, nullptr);
+}
+
+// A failure is left for ftok to report: it needs only the path, so another user's marker that this user may
+// not write serves as well.
 void prepareMarker(const char* path)
 {
     const int file = openSharedFile(path, 0666);
     if (file < 0)
         return;
-    struct stat status {};
-    if (fstat(file, &status) == 0 && status.st_size > 0) [[maybe_unused]]
-        const int failure = ftruncate(file, 0);
+    prepareMarker(file);
     close(file);
 }
 

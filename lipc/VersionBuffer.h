@@ -8,6 +8,7 @@ namespace LIPC {
 
 struct VersionBuffer {
     static constexpr std::size_t kSegmentBytes = 8;
+    static constexpr std::int32_t kNotPublished = 0; // a word size that the host has not written yet
 
     std::int32_t hostData; // the host's own
     std::int32_t wordSize; // bits of the running host; the agent works with 64

@@ -69,11 +69,14 @@ TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatAnotherOneReplaced)
     EXPECT_TRUE(shows({"Main Bus 0*", "- 0", "Zeta 1"}));
 }
 
-TEST_F(DefaultBusMenu, PrintsNamesInPrintableForm)
+TEST_F(DefaultBusMenu, PrintsNamesForMessagesOnlyAndInPrintableForm)
 {
-    putBuses({"A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "Caf\x8E \x07"});
     testing::internal::CaptureStdout();
     agent.start();
+    EXPECT_THAT(items(), ElementsAre("Main Bus 0*"));
+    EXPECT_THAT(Kest::Test::capturedOutput(), testing::Not(testing::HasSubstr("bus")));
+    testing::internal::CaptureStdout();
+    putBuses({"A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "Caf\x8E \x07"});
     EXPECT_TRUE(agent.pumpUntil([&] { return items().size() == 5; }));
     EXPECT_THAT(Kest::Test::capturedOutput(),
                 testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : Caf\u00E9 ?\n"

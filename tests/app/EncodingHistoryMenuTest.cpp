@@ -12,9 +12,13 @@ using testing::ElementsAre;
 
 TEST(EncodingTitle, IsTheNameWithoutItsTag)
 {
-    EXPECT_EQ(encodingTitle(0, "Film_Mix_Print"), "Film_Mix_Print");
+    EXPECT_EQ(encodingTitle(0, "Film_Mix_Print"), "Film_Mix");
+    EXPECT_EQ(encodingTitle(0, "Film_Print_Mix"), "Film_Print");
+    EXPECT_EQ(encodingTitle(0, "a_xyz"), "a");
     EXPECT_EQ(encodingTitle(-1, "_xyz"), " - Failed");
     EXPECT_EQ(encodingTitle(0, "é_äöü"), "é") << "characters, not bytes";
+    EXPECT_EQ(encodingTitle(0, "七人の侍"), "七人の侍") << "its length is counted in bytes";
+    EXPECT_EQ(encodingTitle(0, "七人"), "七人");
 }
 
 // What takes the place of ending encoders and deleting folders. Its threads may outlive the test.

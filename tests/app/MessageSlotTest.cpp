@@ -96,6 +96,24 @@ TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatComesMeanwhile)
     EXPECT_EQ(notes.size(), 2U) << "handled twice";
 }
 
+TEST_F(BackendMessages, LeaveTheirStatusNumberBehindForOneAboutSomethingElse)
+{
+    for (const int number : {-5, -2})
+        call(number);
+    msg_from_backend_callback(&agent.delegate, 50, 4711, "Film_Mix");
+    agent.frontEnd.runJobs();
+    EXPECT_THAT(notes, ElementsAre("Press play to relink")) << "the newest one of them";
+    EXPECT_NE(agent.entry(4711), nullptr);
+    for (const int number : {-5, 3})
+        call(number);
+    agent.frontEnd.runJobs();
+    for (const int number : {-5, 3, 100})
+        call(number);
+    agent.frontEnd.runJobs();
+    EXPECT_THAT(notes,
+                ElementsAre("Press play to relink", "Audio is received on the Kest-Mixing Engine input bus"));
+}
+
 TEST_F(BackendMessages, ReachTheNotificationHookOnlyWhereTheyAreForTheUser)
 {
     const auto changes = agent.frontEnd.changes;

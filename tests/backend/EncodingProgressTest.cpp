@@ -2,6 +2,8 @@
 #include "tests/backend/BackendFixture.h"
 #include "tests/support/Process.h"
 
+#include <sys/resource.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -195,25 +197,54 @@ TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
 
 TEST_F(EncodingProgress, ReportsOnceWhatCannotBeReplacedAndReadsAndRetriesMeanwhile)
 {
+    // The pipe may be made again after its removal: then the folder cannot be moved to its path, and nothing
+    // is lost.
+    const auto occupy = [this] {
+        fs::create_directories(place.folder / "folder/in it");
+        EXPECT_TRUE(eventually([this] {
+            std::error_code failure;
+            fs::remove(fifo, failure);
+            fs::rename(place.folder / "folder", fifo, failure);
+            return !failure;
+        }));
+    };
+    Lct::flushOutput(5000); // of earlier tests
     testing::internal::CaptureStderr();
-    const auto occupy = [this] { fs::create_directories(fifo + "/in it"); };
     occupy();
     start();
+    EXPECT_TRUE(eventually([] { return std::ranges::count(Kest::Test::errorsSoFar(), '\n') == 2; }));
     for (int pass = 0; pass < 5; ++pass)
         awaitWholePass();
     fs::remove(fifo + "/in it"); // the empty folder is replaced
     const Encoder early(fifo);
     early.write(progress(1, 5) + '\n');
     EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
-    const auto told = Kest::Test::capturedErrors();
-    EXPECT_EQ(std::ranges::count(told, '\n'), 2) << told;
+    EXPECT_EQ(Kest::Test::capturedErrors(), "deleting existing file (or fifo): File exists\n"
+                                            "can't create fifo: File exists\n");
 
-    fs::remove(fifo);
     occupy();
     awaitWholePass();
     awaitWholePass();
     early.write(progress(1, 6) + '\n');
     EXPECT_EQ(heard(2).back(), "6 1 null") << "an encoder must not block while the path is occupied";
+}
+
+TEST(ProgressPipe, NamesItsPathOnceAndBeforeItIsOpen)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder / "fifo";
+    Kest::Settings::ProgressPipe pipe(path.c_str());
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStdout();
+    rlimit descriptors{};
+    getrlimit(RLIMIT_NOFILE, &descriptors);
+    const rlimit none{0, descriptors.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_FALSE(pipe.make());
+    setrlimit(RLIMIT_NOFILE, &descriptors);
+    EXPECT_TRUE(pipe.make());
+    pipe.remove();
+    EXPECT_EQ(Kest::Test::capturedOutput(), "\nreading from : " + path + " \n");
 }
 
 TEST(PipeRivalry, ReplacesAnotherReadersPipeEverMoreSeldomAndAnythingElseAtOnce)

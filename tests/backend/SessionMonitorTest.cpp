@@ -5,6 +5,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace Kest::Test;
 using testing::ElementsAre;
 
@@ -117,6 +118,70 @@ TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
     heard(3);
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(kDefaultBus), "bus-9");
+}
+
+TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
+{
+    using Kest::Settings::HostState;
+    const auto reaches = [this](HostState state) {
+        return eventually([&] { return backend->hostState() == state; });
+    };
+    std::atomic<int> changes = 0;
+    auto& session = place.startHost(0);
+    start();
+    ASSERT_TRUE(reaches(HostState::attached));
+    place.publish(64);
+    awaitWholePass();
+    place.publish(32); // too late: it was accepted
+    awaitWholePass();
+    backend->setSoloMode(1);
+    EXPECT_EQ(session.floatAt(agentByte(160)), 1.0F);
+
+    place.publish(0);
+    start();
+    ASSERT_TRUE(reaches(HostState::attached));
+    backend->messageContext = &changes; // no message is sent from here on
+    backend->hostStateCallback = [](void* context) { ++*static_cast<std::atomic<int>*>(context); };
+    testing::internal::CaptureStdout();
+    place.publish(32);
+    EXPECT_TRUE(reaches(HostState::refused));
+    EXPECT_TRUE(eventually([&] { return changes == 1; }));
+    backend->setSoloMode(2);
+    EXPECT_EQ(session.floatAt(agentByte(160)), 1.0F);
+    EXPECT_THAT(Kest::Test::capturedOutput(),
+                testing::HasSubstr("K3DHost running in wrong architecture (32 bits : should be 64 )"));
+}
+
+TEST_F(SessionMonitor, LogsOnceThatTheMarkerOfAnExistingSessionWasRemoved)
+{
+    const auto marker = "/tmp/LIPC_" + place.paths.sessionSegment;
+    const MarkerRemover cleanUp(place.paths.sessionSegment + ".removed");
+    const auto attached = [this] { return backend->hostState() == Kest::Settings::HostState::attached; };
+    place.startHost();
+    start();
+    ASSERT_TRUE(eventually(attached));
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStderr();
+    fs::rename(marker, marker + ".removed"); // its inode is not used again
+    EXPECT_TRUE(eventually([&] { return !attached(); }));
+    awaitWholePass();
+    place.stopHost();
+    awaitWholePass();
+    const auto logged = Kest::Test::capturedErrors();
+    EXPECT_THAT(logged, testing::HasSubstr(marker + " was removed while its segment still exists"));
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
+}
+
+TEST_F(SessionMonitor, RefreshesTheMarkersOfSegmentsThatItDoesNotAttach)
+{
+    place.startHost(32);
+    start(std::chrono::microseconds(1));
+    for (const auto& segment : {place.paths.versionSegment, place.paths.sessionSegment}) {
+        const auto marker = "/tmp/LIPC_" + segment;
+        const auto old = fs::file_time_type::clock::now() - std::chrono::hours(2);
+        fs::last_write_time(marker, old);
+        ASSERT_TRUE(eventually([&] { return fs::last_write_time(marker) > old; })) << marker;
+    }
 }
 
 TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByte)

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <unistd.h>
 
 namespace Kest::Test {
 
@@ -13,6 +14,15 @@ inline std::string capturedOutput()
 {
     Lct::flushOutput(5000);
     return testing::internal::GetCapturedStdout();
+}
+
+/// Since CaptureStderr, which goes on.
+inline std::string errorsSoFar()
+{
+    std::string text(4096, '\0');
+    const auto bytes = pread(STDERR_FILENO, text.data(), text.size(), 0);
+    text.resize(bytes > 0 ? static_cast<std::size_t>(bytes) : 0);
+    return text;
 }
 
 inline std::string capturedErrors()

@@ -39,11 +39,12 @@ public:
     RawSegment& startHost(std::int32_t wordSize = 64)
     {
         version = std::make_unique<RawSegment>(paths.versionSegment, 8);
-        version->putInt(4, wordSize);
+        publish(wordSize);
         session = std::make_unique<RawSegment>(paths.sessionSegment, RawSegment::kSessionBytes);
         session->putAgentRecord(kAgentSlot);
         return *session;
     }
+    void publish(std::int32_t wordSize) { version->putInt(4, wordSize); }
     void stopHost()
     {
         version.reset();

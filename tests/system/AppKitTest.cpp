@@ -18,7 +18,7 @@ protected:
     void start()
     {
         agent = std::make_unique<Process>(std::vector{program("kest-settings-appkit")});
-        ASSERT_TRUE(agent->prints("bus 0 : Main Bus"));
+        ASSERT_TRUE(agent->prints("fifo fd"));
         const auto bothAreShown = "test $(xdotool search --onlyvisible --name '^kest-settings' | wc -l) = 2";
         ASSERT_TRUE(eventually([&] { return std::system(bothAreShown) == 0; })) << "its menu and its icon";
     }

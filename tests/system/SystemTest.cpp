@@ -78,6 +78,21 @@ TEST_F(System, AHostOf32BitsIsRefusedAndOnlyTheFileIsWritten)
     EXPECT_FALSE(host->hasPrinted("SoloMode"));
 }
 
+TEST_F(System, ARemovedMarkerIsLoggedAndARestartOfTheHostRecovers)
+{
+    startHost();
+    tellHost("bus add bus-1 Dialog", "added");
+    startAgent();
+    ASSERT_TRUE(eventually(
+        [this] { return agent->hasPrinted("added Default Bus > Dialog") || agent->hasPrinted(") Dialog"); }));
+    fs::rename("/tmp/LIPC_LIPC_SESSION", "/tmp/removed"); // its inode is not used again
+    ASSERT_TRUE(agent->prints("/tmp/LIPC_LIPC_SESSION was removed while its segment still exists"));
+    tellHost("start", "host started");
+    tellHost("bus add bus-2 Music", "added");
+    ASSERT_TRUE(agent->prints("added Default Bus > Music"));
+    fs::remove("/tmp/removed");
+}
+
 TEST_F(System, BusesComeAndGoInTheMenuAndOneBecomesTheDefault)
 {
     startHost();

@@ -90,6 +90,9 @@ Check checkHost(const Surroundings& here)
     if (hasEnded(segment->creator))
         return leftBehind(here, segment->creator);
     const auto word = here.reading.versionWord;
+    if (word == LIPC::VersionBuffer::kNotPublished)
+        return note("host", process(segment->creator) + ": its version word is not published yet",
+                    "if it stays: " + std::string(kRestartHost));
     if (word && *word != kAcceptedWordSize)
         return wrong("host", "runs in " + std::to_string(*word) + " bit; the agent leaves it alone",
                      "start K3DHost in 64 bit, then the agent anew");

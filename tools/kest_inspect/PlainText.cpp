@@ -1,5 +1,6 @@
 #include "tools/kest_inspect/PlainText.h"
 
+#include "lipc/VersionBuffer.h"
 #include "tables/KestSettingsTables.h"
 #include "tools/kest_inspect/Words.h"
 #include "tools/session_text/Text.h"
@@ -34,6 +35,11 @@ std::string withoutBlanksAtEnd(std::string line)
 {
     line.erase(line.find_last_not_of(' ') + 1);
     return line + "\n";
+}
+
+std::string wordText(std::int32_t bits)
+{
+    return bits == LIPC::VersionBuffer::kNotPublished ? "not published yet" : std::to_string(bits);
 }
 
 std::string clientRows(const Session& session)
@@ -106,10 +112,7 @@ std::string inBrackets(const std::string& meaning) { return meaning.empty() ? ""
 struct Line {
     std::string operator()(const HostUp&) const { return "host up"; }
     std::string operator()(const HostDown&) const { return "host down"; }
-    std::string operator()(const VersionWord& word) const
-    {
-        return "version word " + std::to_string(word.bits);
-    }
+    std::string operator()(const VersionWord& word) const { return "version word " + wordText(word.bits); }
     std::string operator()(const ClientCame& came) const { return clientText(came.client) + " came"; }
     std::string operator()(const ClientWent& went) const { return clientText(went.client) + " went"; }
     std::string operator()(const ClientRenamed& renamed) const
@@ -140,9 +143,9 @@ struct Line {
 
 std::string asText(const Reading& reading)
 {
-    std::string lines = "version word: " +
-                        (reading.versionWord ? std::to_string(*reading.versionWord) : std::string("none")) +
-                        "\n";
+    std::string lines =
+        "version word: " + (reading.versionWord ? wordText(*reading.versionWord) : std::string("none")) +
+        "\n";
     if (!reading.session)
         return lines + "session: none (kest-inspect doctor tells why)\n";
     const auto& session = *reading.session;

@@ -175,7 +175,9 @@ TEST_F(Doctor, FindsWhatIsWrongWithTheHost)
     std::memset(raw.bytes() + agent(0), 0, 65);
     EXPECT_THAT(finding("agent's record"), HasSubstr("wrong"));
     place.stopHost();
-    place.startHost(32);
+    place.startHost(0);
+    EXPECT_THAT(finding("host"), HasSubstr("version word is not published yet"));
+    place.publish(32);
     EXPECT_THAT(finding("host"), HasSubstr("wrong runs in 32 bit"));
     EXPECT_THAT(finding("session marker"), HasSubstr("ok"));
     Kest::Test::writeFile(marker, "data");
