@@ -71,11 +71,11 @@ TEST_F(DefaultBusMenu, ShowsTheBusesOfAMessageThatAnotherOneReplaced)
 
 TEST_F(DefaultBusMenu, PrintsNamesForMessagesOnlyAndInPrintableForm)
 {
-    testing::internal::CaptureStdout();
+    Kest::Test::captureOutput();
     agent.start();
     EXPECT_THAT(items(), ElementsAre("Main Bus 0*"));
     EXPECT_THAT(Kest::Test::capturedOutput(), testing::Not(testing::HasSubstr("bus")));
-    testing::internal::CaptureStdout();
+    Kest::Test::captureOutput();
     putBuses({"A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "Caf\x8E \x07"});
     EXPECT_TRUE(agent.pumpUntil([&] { return items().size() == 5; }));
     EXPECT_THAT(Kest::Test::capturedOutput(),

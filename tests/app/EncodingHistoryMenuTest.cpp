@@ -212,11 +212,11 @@ TEST_F(EncodingHistory, EndsWithTheAgentWhileADiskHangs)
     aborts->stuckPid = 4711;
     aborts->blocked = true;
     ASSERT_TRUE(abort(4711) && abort(4712) && eventually([&] { return aborts->count() == 2; }));
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     const auto begin = std::chrono::steady_clock::now();
     agent.delegate.applicationWillTerminate();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
-    const auto log = testing::internal::GetCapturedStderr();
+    const auto log = Kest::Test::capturedErrors();
     EXPECT_THAT(log, testing::HasSubstr("encoding 4711: not complete when the agent ended"));
     EXPECT_THAT(log, testing::HasSubstr("encoding 4712: stopped"));
 }

@@ -22,7 +22,7 @@ TEST(Services, StartWhatTheyAreFor)
     EXPECT_THAT(agent.workspace.asked, ElementsAre(restart, restart, uninstall, "about Kest Settings"));
 
     agent.workspace.applicationsLaunch = false;
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     EXPECT_TRUE(agent.choose("Open Uninstaller"));
     EXPECT_THAT(Kest::Test::capturedErrors(), testing::HasSubstr("Uninstall failed to launch\n"));
 

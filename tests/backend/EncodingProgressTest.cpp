@@ -62,14 +62,14 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
         line.resize(bytes, ' ');
         return line;
     };
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     // Neither the first 4096 bytes of a line nor what is behind them are a line.
     encoder.write(padded(1, 4096) + '\n' + padded(2, 4097) + '\n' + padded(3, 40000) + '\n' + progress(4, 4) +
                   '\n' + padded(5, 4096) + progress(6, 6) + '\n' + progress(7, 7) + '\n');
     EXPECT_THAT(heard(3), ElementsAre("1 1 null", "4 4 null", "7 7 null"));
     EXPECT_EQ(std::ranges::count(Kest::Test::capturedErrors(), '\n'), 1) << "a flood of them is one line";
 
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     const auto longest = "/x/" + std::string(1020, 'p');
     const std::string refused[] = {longest + "p", std::string(5000, '/')};
     for (const auto& path : refused) {
@@ -159,8 +159,7 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsInThePipesPlace)
 
 TEST_F(EncodingProgress, MakesItsPipeOnceAtTheStart)
 {
-    Lct::flushOutput(5000);
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     for (int i = 0; i < 100; ++i) {
         start(std::chrono::microseconds(1)); // the monitor's first passes coincide with it
         const Encoder waited(fifo);
@@ -172,7 +171,7 @@ TEST_F(EncodingProgress, MakesItsPipeOnceAtTheStart)
 TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
 {
     constexpr std::size_t kEarlier = 64;
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     start();
     std::vector<std::unique_ptr<Encoder>> encoders;
     for (int pid = 1; pid <= 70; ++pid) {
@@ -208,8 +207,7 @@ TEST_F(EncodingProgress, ReportsOnceWhatCannotBeReplacedAndReadsAndRetriesMeanwh
             return !failure;
         }));
     };
-    Lct::flushOutput(5000); // of earlier tests
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     occupy();
     start();
     EXPECT_TRUE(eventually([] { return std::ranges::count(Kest::Test::errorsSoFar(), '\n') == 2; }));
@@ -234,8 +232,7 @@ TEST(ProgressPipe, NamesItsPathOnceAndBeforeItIsOpen)
     const TemporaryFolder folder;
     const std::string path = folder / "fifo";
     Kest::Settings::ProgressPipe pipe(path.c_str());
-    Lct::flushOutput(5000);
-    testing::internal::CaptureStdout();
+    Kest::Test::captureOutput();
     rlimit descriptors{};
     getrlimit(RLIMIT_NOFILE, &descriptors);
     const rlimit none{0, descriptors.rlim_max};

@@ -97,8 +97,7 @@ TEST_F(Lifecycle, NamesTheLastUserInAFileOfItsOwnThatEverybodyMayOverwrite)
 TEST_F(Lifecycle, LogsAMarkerThatCannotBeWrittenButNotAMissingFolder)
 {
     const auto linesOf = [](const std::string& path) {
-        Lct::flushOutput(5000); // what was printed before
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         Kest::Settings::Backend::save_username(path);
         return Kest::Test::capturedErrors();
     };

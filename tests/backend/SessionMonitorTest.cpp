@@ -142,7 +142,7 @@ TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
     ASSERT_TRUE(reaches(HostState::attached));
     backend->messageContext = &changes; // no message is sent from here on
     backend->hostStateCallback = [](void* context) { ++*static_cast<std::atomic<int>*>(context); };
-    testing::internal::CaptureStdout();
+    Kest::Test::captureOutput();
     place.publish(32);
     EXPECT_TRUE(reaches(HostState::refused));
     EXPECT_TRUE(eventually([&] { return changes == 1; }));
@@ -160,8 +160,7 @@ TEST_F(SessionMonitor, LogsOnceThatTheMarkerOfAnExistingSessionWasRemoved)
     place.startHost();
     start();
     ASSERT_TRUE(eventually(attached));
-    Lct::flushOutput(5000);
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     fs::rename(marker, marker + ".removed"); // its inode is not used again
     EXPECT_TRUE(eventually([&] { return !attached(); }));
     awaitWholePass();

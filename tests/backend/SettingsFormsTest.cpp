@@ -119,6 +119,26 @@ protected:
     }
 };
 
+// All releases of the store write the same bytes: users exchange files between systems.
+TEST_F(SettingsForms, AreWrittenInOneForm)
+{
+    start();
+    writeFile(file, root("<VALUE name=\"Other\" val=\"Caf\xc3\xa9 &amp; &lt;B&gt; &quot;'&#10;\"/>"
+                         "<VALUE name=\"Nested\"><a b=\"c\"><d/>text</a></VALUE>"));
+    backend->setSoloMode(1);
+    backend->setFacility(juce::String::fromUTF8("<Studio> & S\xc3\xb6hne"));
+    EXPECT_EQ(readFile(file), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n\r\n"
+                              "<PROPERTIES>\r\n"
+                              "  <VALUE name=\"Other\" val=\"Caf&#233; &amp; &lt;B&gt; &quot;'&#10;\"/>\r\n"
+                              "  <VALUE name=\"Nested\">\r\n"
+                              "    <a b=\"c\">\r\n"
+                              "      <d/>text</a>\r\n"
+                              "  </VALUE>\r\n"
+                              "  <VALUE name=\"SoloMode\" val=\"1\"/>\r\n"
+                              "  <VALUE name=\"Facility\" val=\"&lt;Studio&gt; &amp; S&#246;hne\"/>\r\n"
+                              "</PROPERTIES>\r\n");
+}
+
 TEST_F(SettingsForms, EveryFormOfAWholeFileIsReadAndKeptWhenAChoiceIsSaved)
 {
     for (const auto& form : kForms) {
@@ -127,7 +147,7 @@ TEST_F(SettingsForms, EveryFormOfAWholeFileIsReadAndKeptWhenAChoiceIsSaved)
         fs::remove_all(place.paths.settingsFolder);
         start();
         writeFile(file, form.text);
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         EXPECT_EQ(backend->getSoloMode(), 1);
         backend->setDAW_LinkControl(1);
         backend->setDAW_LinkControl(0);
@@ -148,7 +168,7 @@ TEST_F(SettingsForms, DamagedFilesAreSetAside)
         fs::remove_all(place.paths.settingsFolder);
         start();
         writeFile(file, form.text);
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(capturedErrors(), HasSubstr("is damaged: set aside as .bad"));
         EXPECT_EQ(readFile(file + ".bad"), form.text);
@@ -162,7 +182,7 @@ TEST_F(SettingsForms, AValueThatTheStoreCannotWriteKeepsTheFileFromBeingSaved)
     for (const auto* value : {"&lt;a/>b", "&lt;a>&lt;?b?>c"}) {
         const auto text = root("<VALUE name=\"Other\" val=\""s + value + "\"/>" + kSolo);
         writeFile(file, text);
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(capturedErrors(),
                     HasSubstr("not saved (the store cannot write the value of Other): DAW Link Control; "));
@@ -187,7 +207,7 @@ TEST_F(SettingsForms, AFacilityIsKeptUnlessTheFileCannotContainIt)
     const auto whole = readFile(file);
     for (const auto& name : {"<a />"s, "<Studio"s, "< 3"s, " <b"s, "<a/>b"s, "<a><?x?>b"s, "<a b=\"&#x"s,
                              "a\x01"s, std::string(70000, 'x'), nested(40), nested(15)}) {
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         backend->setFacility(name);
         EXPECT_THAT(capturedErrors(), HasSubstr("not saved (the file cannot contain this text): "
                                                 "Monitoring Facility; the choice before stays in effect; "));

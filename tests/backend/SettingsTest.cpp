@@ -122,7 +122,7 @@ TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
 TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
 {
     place.startHost(32).putBus(10, "bus-1", "Dialog");
-    testing::internal::CaptureStdout();
+    Kest::Test::captureOutput();
     start();
     backend->setDefaultKestBus("Dialog");
     EXPECT_EQ(place.session->textAt(3458152), "");
@@ -142,7 +142,7 @@ TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
           std::string(whole).replace(whole.find('7'), 1, 1, '\0')}) {
         writeFile(file, damaged);
         start();
-        testing::internal::CaptureStderr();
+        Kest::Test::captureErrors();
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
@@ -165,7 +165,7 @@ TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
 {
     fs::create_directories(file + ".bad");
     writeFile(file, "<PROPERTIES><VALUE");
-    testing::internal::CaptureStderr();
+    Kest::Test::captureErrors();
     start();
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(backend->getSoloMode(), 0);

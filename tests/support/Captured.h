@@ -1,4 +1,5 @@
-// What the code under test has printed, once all of it is written.
+// What the code under test prints from a call of captureOutput or captureErrors on, all of it and nothing
+// from before.
 #pragma once
 
 #include "log/Output.h"
@@ -10,13 +11,25 @@
 
 namespace Kest::Test {
 
+inline void captureOutput()
+{
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStdout();
+}
+
+inline void captureErrors()
+{
+    Lct::flushOutput(5000);
+    testing::internal::CaptureStderr();
+}
+
 inline std::string capturedOutput()
 {
     Lct::flushOutput(5000);
     return testing::internal::GetCapturedStdout();
 }
 
-/// Since CaptureStderr, which goes on.
+/// Since captureErrors; the capture continues.
 inline std::string errorsSoFar()
 {
     std::string text(4096, '\0');
