@@ -2,7 +2,9 @@
 // of the library; offsets in the tests that use it are literal numbers.
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -101,10 +103,21 @@ private:
     {
         return mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     }
+    // Where a killed test has left a segment with the same key behind, the marker file is made again with
+    // another inode, which the key is made of.
     static int make(const std::string& marker, std::size_t bytes)
     {
-        std::ofstream(marker, std::ios::app).close();
-        return shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+        const std::string occupied = marker + "_occupied";
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            std::ofstream(marker, std::ios::app).close();
+            const int made = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+            unlink(occupied.c_str());
+            if (made >= 0 || errno != EEXIST)
+                return made;
+            rename(marker.c_str(), occupied.c_str());
+        }
+        unlink(occupied.c_str());
+        return -1;
     }
 
     std::string marker;

@@ -132,6 +132,7 @@ public:
     }
 
     /// Calls a method of one array argument with `count` equal elements; returns what sd_bus_call does.
+    /// Waits up to two minutes: a sanitizer on a busy machine takes half of one.
     int callWithMany(const char* method, std::size_t count, const char* element, const auto&... values)
     {
         sd_bus_message* made = nullptr;
@@ -144,7 +145,7 @@ public:
         sd_bus_message_close_container(made);
         if (method == std::string("GetGroupProperties"))
             sd_bus_message_append(made, "as", 0);
-        return sd_bus_call(bus, made, 0, nullptr, nullptr);
+        return sd_bus_call(bus, made, kMaxAnswerTime, nullptr, nullptr);
     }
 
     std::vector<std::string> items;                                         // as registered
@@ -153,6 +154,8 @@ public:
     std::vector<std::string> shownFolders;                                  // the file manager's
 
 private:
+    static constexpr std::uint64_t kMaxAnswerTime = 120'000'000; // microseconds
+
     template <typename... Arguments>
     int call(sd_bus_message** reply, const char* method, const char* types, Arguments... arguments)
     {
