@@ -239,7 +239,7 @@ bool SettingsFile::saveValues(Load before)
     const auto newText = settingsText(values);
     const auto expected = readSettingsText(newText);
     if (!expected) {
-        reason = "the file would be too large";
+        reason = "over 64 KB";
         return false;
     }
     Save wanted{before, newText, *expected};
