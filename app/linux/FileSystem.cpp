@@ -20,13 +20,15 @@ std::string unescaped(const std::string& text)
     constexpr std::size_t kDigits = 3;
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        int code = text[i];
-        if (code == '\\') {
+        char byte = text[i];
+        if (byte == '\\') {
+            int code = 0;
             const char* digits = text.data() + i + 1;
             std::from_chars(digits, digits + std::min(kDigits, text.size() - i - 1), code, 8);
+            byte = static_cast<char>(code);
             i += kDigits;
         }
-        result += static_cast<char>(code);
+        result += byte;
     }
     return result;
 }
