@@ -131,7 +131,9 @@ private:
         const int parent = isTop ? top.parent.get() : above.get();
         const auto& name = levels.back().name;
         const auto named = examine(parent, name);
-        if (named && named->identity != levels.back().facts.identity) {
+        if (!named && errno != ENOENT) {
+            failBySystem(name);
+        } else if (named && named->identity != levels.back().facts.identity) {
             fail(name, "was exchanged meanwhile");
         } else if (named && unlinkat(parent, name.c_str(), AT_REMOVEDIR) != 0 && errno != ENOENT) {
             if (errno == ENOTEMPTY || errno == EEXIST)

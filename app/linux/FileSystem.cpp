@@ -1,6 +1,8 @@
 #include "app/FileSystem.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <climits>
 #include <fcntl.h>
 #include <fstream>
@@ -12,21 +14,21 @@ namespace {
 
 std::int64_t nanoseconds(const statx_timestamp& time) { return time.tv_sec * 1'000'000'000 + time.tv_nsec; }
 
-bool isOctal(char digit) { return digit >= '0' && digit <= '7'; }
-
-// A blank is written as "\040".
+// The table writes blanks, line breaks and backslashes as a backslash and three octal digits.
 std::string unescaped(const std::string& text)
 {
+    constexpr std::size_t kDigits = 3;
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) && isOctal(text[i + 2]) &&
-            isOctal(text[i + 3])) {
-            result +=
-                static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + text[i + 3] - '0');
-            i += 3;
-        } else {
-            result += text[i];
+        char byte = text[i];
+        if (byte == '\\') {
+            int code = 0;
+            const char* digits = text.data() + i + 1;
+            std::from_chars(digits, digits + std::min(kDigits, text.size() - i - 1), code, 8);
+            byte = static_cast<char>(code);
+            i += kDigits;
         }
+        result += byte;
     }
     return result;
 }

@@ -88,8 +88,10 @@ void makePrivate(int descriptor)
 MainLoop::MainLoop()
 {
     int ends[2];
-    if (pipe(ends) != 0)
-        std::abort(); // no descriptors at the very start: there is nothing to run on
+    if (pipe(ends) != 0) {
+        Lct::printSystemError("Kest Settings cannot start");
+        std::exit(1); // the loop cannot run, and nothing has been started yet
+    }
     wakeUpRead = ends[0];
     wakeUpWrite = ends[1];
     makePrivate(wakeUpRead);

@@ -80,8 +80,10 @@ class Agent(Program):
 
     def abort(self, title, meanwhile=lambda: None):
         """Aborts one row. Returns its log lines when the abort has ended, or None when the row did not appear."""
-        if not self.has_row(title):
-            return None
+        return self.abort_shown(title, meanwhile) if self.has_row(title) else None
+
+    def abort_shown(self, title, meanwhile=lambda: None):
+        """Aborts a row that is in the menu. Returns its log lines when the abort has ended."""
         start = len(self.text)
         self.choose_abort(title)
         meanwhile()
