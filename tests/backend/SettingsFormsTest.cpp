@@ -112,6 +112,14 @@ class SettingsForms : public BackendTest {
 protected:
     const std::string file = place.paths.settingsFile();
 
+    void startWith(const Form& form)
+    {
+        backend.reset();
+        fs::remove_all(place.paths.settingsFolder);
+        start();
+        writeFile(file, form.text);
+    }
+
     std::string valueOfOther() const
     {
         const auto values = Kest::Settings::readSettingsText(readFile(file));
@@ -143,11 +151,8 @@ TEST_F(SettingsForms, EveryFormOfAWholeFileIsReadAndKeptWhenAChoiceIsSaved)
 {
     for (const auto& form : kForms) {
         SCOPED_TRACE(form.name);
-        backend.reset();
-        fs::remove_all(place.paths.settingsFolder);
-        start();
-        writeFile(file, form.text);
-        Kest::Test::captureErrors();
+        startWith(form);
+        captureErrors();
         EXPECT_EQ(backend->getSoloMode(), 1);
         backend->setDAW_LinkControl(1);
         backend->setDAW_LinkControl(0);
@@ -164,11 +169,8 @@ TEST_F(SettingsForms, DamagedFilesAreSetAside)
 {
     for (const auto& form : kDamaged) {
         SCOPED_TRACE(form.name);
-        backend.reset();
-        fs::remove_all(place.paths.settingsFolder);
-        start();
-        writeFile(file, form.text);
-        Kest::Test::captureErrors();
+        startWith(form);
+        captureErrors();
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(capturedErrors(), HasSubstr("is damaged: set aside as .bad"));
         EXPECT_EQ(readFile(file + ".bad"), form.text);
@@ -182,7 +184,7 @@ TEST_F(SettingsForms, AValueThatTheStoreCannotWriteKeepsTheFileFromBeingSaved)
     for (const auto* value : {"&lt;a/>b", "&lt;a>&lt;?b?>c"}) {
         const auto text = root("<VALUE name=\"Other\" val=\""s + value + "\"/>" + kSolo);
         writeFile(file, text);
-        Kest::Test::captureErrors();
+        captureErrors();
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(capturedErrors(),
                     HasSubstr("not saved (the store cannot write the value of Other): DAW Link Control; "));
@@ -207,7 +209,7 @@ TEST_F(SettingsForms, AFacilityIsKeptUnlessTheFileCannotContainIt)
     const auto whole = readFile(file);
     for (const auto& name : {"<a />"s, "<Studio"s, "< 3"s, " <b"s, "<a/>b"s, "<a><?x?>b"s, "<a b=\"&#x"s,
                              "a\x01"s, std::string(70000, 'x'), nested(40), nested(15)}) {
-        Kest::Test::captureErrors();
+        captureErrors();
         backend->setFacility(name);
         EXPECT_THAT(capturedErrors(), HasSubstr("not saved (the file cannot contain this text): "
                                                 "Monitoring Facility; the choice before stays in effect; "));

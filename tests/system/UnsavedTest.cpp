@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 constexpr char kPrinted[] = "/tmp/printed";
 
-/// The settings folder is a disk of its own.
+/// The settings folder is a file system of 128 KB.
 class Unsaved : public World {
 protected:
     void SetUp() override
