@@ -207,7 +207,7 @@ void run(const Script& script)
     writeFile("/tmp/script", script.commands);
     Process agent({"/bin/sh", "-c", "exec " + program("kest-settings-terminal") + " </tmp/script"});
     EXPECT_EQ(agent.exitStatus(), script.status) << script.commands;
-    EXPECT_TRUE(agent.hasPrinted(script.line)) << script.commands;
+    EXPECT_TRUE(agent.prints(script.line)) << script.commands;
 }
 
 TEST_F(System, AScriptEndsWithStatus1UnlessEachChoiceWasMade)
