@@ -23,7 +23,7 @@ void checkSave(const juce::StringPairArray& values)
         return;
     const auto text = settingsText(values);
     auto kept = readSettingsText(text);
-    if (!kept) { // of an XML declaration's characters, nothing is left out silently
+    if (!kept) { // too large, or with a character that XML cannot contain
         require(!readXml(text) || text.size() > kLongestSettings, "what the store writes is read again");
         return;
     }
