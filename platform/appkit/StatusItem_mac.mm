@@ -23,7 +23,7 @@ void showImage(NSStatusItem* item, NSImage* logo, NSString* name)
 
 } // namespace
 
-id showStatusItem(NSMenu* menu, NSImage* logo, KestMenuBridge*)
+id showStatusItem(NSMenu* menu, NSImage* logo)
 {
     [logo setTemplate:YES]; // the menu bar gives it its colour
     NSStatusItem* item =
