@@ -2,26 +2,6 @@
 #import "platform/appkit/StatusItem.h"
 
 namespace Kest::AppKit {
-namespace {
-
-// Before 10.10 the item has no button and draws its image itself.
-void showImage(NSStatusItem* item, NSImage* logo, NSString* name)
-{
-    if ([item respondsToSelector:@selector(button)]) {
-        NSStatusBarButton* button = [item button];
-        [button setImage:logo];
-        [button setToolTip:name];
-        [button setAccessibilityLabel:name];
-        return;
-    }
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"
-    [item setHighlightMode:YES];
-    [item setImage:logo];
-#pragma clang diagnostic pop
-}
-
-} // namespace
 
 id showStatusItem(NSMenu* menu, NSImage* logo)
 {
@@ -29,7 +9,10 @@ id showStatusItem(NSMenu* menu, NSImage* logo)
     NSStatusItem* item =
         [[[NSStatusBar systemStatusBar] statusItemWithLength:NSVariableStatusItemLength] retain];
     [item setMenu:menu];
-    showImage(item, logo, [menu title]);
+    NSStatusBarButton* button = [item button];
+    [button setImage:logo];
+    [button setToolTip:[menu title]];
+    [button setAccessibilityLabel:[menu title]];
     return item;
 }
 
