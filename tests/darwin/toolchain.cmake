@@ -1,7 +1,7 @@
 # A Mac's toolchain as far as it goes without Apple's: clang compiles, nothing is linked or run. tests/darwin/check
 # makes the folder KEST_DARWIN_SDK, which has the parts of an SDK that can be had.
 set(CMAKE_SYSTEM_NAME Darwin)
-set(CMAKE_SYSTEM_PROCESSOR arm64)
+set(CMAKE_SYSTEM_PROCESSOR ${KEST_DARWIN_ARCHITECTURE})
 set(CMAKE_OSX_SYSROOT ${KEST_DARWIN_SDK})
 set(CMAKE_OSX_ARCHITECTURES ${KEST_DARWIN_ARCHITECTURE})
 set(CMAKE_OSX_DEPLOYMENT_TARGET 10.15)

@@ -39,6 +39,8 @@ public:
         : marker("/tmp/LIPC_" + name), id(make(marker, bytes))
     {
         void* attached = id < 0 ? nullptr : shmat(id, freshAddress(bytes), 0);
+        if (reinterpret_cast<std::intptr_t>(attached) == -1) // another thread was faster
+            attached = shmat(id, nullptr, 0);
         if (id < 0 || reinterpret_cast<std::intptr_t>(attached) == -1)
             throw std::runtime_error("no segment " + name);
         memory = static_cast<unsigned char*>(attached);
