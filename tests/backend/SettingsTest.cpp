@@ -23,7 +23,7 @@ extern "C" int fsync(int file)
     struct stat status {};
     fstat(file, &status);
     diskCalls += S_ISDIR(status.st_mode) ? "flush folder, " : "flush file, ";
-    return fdatasync(file);
+    return 0; // tests need not wait for the disk
 }
 
 namespace {
