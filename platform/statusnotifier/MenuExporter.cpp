@@ -27,6 +27,12 @@ int forward(sd_bus_message* call, void* exporter, sd_bus_error*)
     return (static_cast<MenuExporter*>(exporter)->*method)(call);
 }
 
+const char* senderOf(sd_bus_message* call)
+{
+    const char* sender = sd_bus_message_get_sender(call);
+    return sender == nullptr ? "" : sender;
+}
+
 int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
 {
     return sd_bus_message_append(reply, "u", kVersion);
@@ -93,14 +99,21 @@ MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus),
 
 void MenuExporter::menuChanged(const App::MenuChanges& changes)
 {
-    const auto updates = itemUpdates(changes, ask.menu);
+    auto updates = itemUpdates(changes, ask.menu);
     if (updates.empty() && changes.menus.empty())
         return;
     ++revision;
     if (!isReading())
         return;
-    int result = updates.empty() ? 0 : sendItemUpdates(updates);
+    std::vector<App::ItemId> layouts;
     for (const auto& [parent, reshape] : changes.menus)
+        if (!accordion.holds(parent))
+            layouts.push_back(parent);
+        else
+            for (const auto& removed : reshape.went)
+                updates.push_back({removed.first, {{"visible", false}}, {}});
+    int result = updates.empty() ? 0 : sendItemUpdates(updates);
+    for (const auto parent : layouts)
         if (result >= 0)
             result = sendLayoutUpdated(parent);
     isStale = result < 0;
@@ -143,24 +156,58 @@ int MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
     return sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendUpdates(message, items); });
 }
 
-int MenuExporter::sendLayoutUpdated(App::ItemId parent)
+int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
 {
-    return sd_bus_emit_signal(bus, kMenuPath, kInterface, "LayoutUpdated", "ui", revision, parent);
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, "LayoutUpdated");
+    const MessagePtr owner(made);
+    if (result >= 0 && destination != nullptr)
+        result = sd_bus_message_set_destination(made, destination);
+    if (result >= 0)
+        result = sd_bus_message_append(made, "ui", revision, parent);
+    return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+}
+
+void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
+{
+    for (const auto parent : parents)
+        if (isReading())
+            isStale = sendLayoutUpdated(parent) < 0;
+}
+
+void MenuExporter::forgetPanels()
+{
+    levelReaders.forget();
+    sendLayoutsUpdated(accordion.forget());
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
 {
-    App::ItemId parent = 0;
-    int depth = 0;
-    if (const int failed = sd_bus_message_read(call, "ii", &parent, &depth); failed < 0)
+    LayoutRequest request;
+    if (const int failed = readLayoutRequest(call, request); failed < 0)
         return failed;
-    const auto item = takeSnapshot(ask.menu, parent, depth);
+    const auto item = takeSnapshot(ask.menu, request.parent, request.depth);
     if (!item)
-        return unknownId(call, parent);
-    return reply(call, [&](sd_bus_message* answer) {
-        const int result = sd_bus_message_append(answer, "u", revision);
-        return result < 0 ? result : appendLayout(answer, layoutOf(*item));
+        return unknownId(call, request.parent);
+    const auto* client = senderOf(call);
+    accordion.noteRequest(client, request);
+    const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
+    const int result = reply(call, [&](sd_bus_message* answer) {
+        const int appended = sd_bus_message_append(answer, "u", revision);
+        if (appended < 0)
+            return appended;
+        return appendLayout(answer, isWhole ? accordion.layout(ask.menu) : layoutOf(*item));
     });
+    if (result >= 0 && request.depth == 1)
+        announceSubmenus(client, *item);
+    return result;
+}
+
+void MenuExporter::announceSubmenus(const char* reader, const App::ItemSnapshot& menu)
+{
+    for (const auto submenu : levelReaders.unannounced(reader, menu))
+        if (isReading())
+            isStale = sendLayoutUpdated(submenu, reader) < 0;
 }
 
 // Without ids, all items. Unknown ids are left out.
@@ -171,12 +218,20 @@ int MenuExporter::getGroupProperties(sd_bus_message* call)
         return failed;
     if (ids.empty())
         collectIds(takeSnapshot(ask.menu), ids);
-    return reply(call, [&](sd_bus_message* answer) {
-        return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
-            return appendEach(ids, [&](App::ItemId id) {
-                const auto item = itemAlone(id);
-                return item ? appendItem(answer, id, itemProperties(*item)) : 0;
-            });
+    const bool isAccordion = accordion.is(senderOf(call));
+    return reply(call, [&](sd_bus_message* answer) { return appendGroup(answer, ids, isAccordion); });
+}
+
+int MenuExporter::appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids,
+                              bool isAccordion) const
+{
+    return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
+        return appendEach(ids, [&](App::ItemId id) {
+            const auto* item = isAccordion ? ask.menu.itemWithId(id) : nullptr;
+            if (item != nullptr)
+                return appendItem(answer, id, AccordionPanel::properties(*item));
+            const auto alone = itemAlone(id);
+            return alone ? appendItem(answer, id, itemProperties(*alone)) : 0;
         });
     });
 }
@@ -206,7 +261,7 @@ int MenuExporter::event(sd_bus_message* call)
     const auto [id, kind] = events.front();
     if (!itemAlone(id))
         return unknownId(call, id);
-    handle(id, kind);
+    handle(senderOf(call), id, kind);
     return sd_bus_reply_method_return(call, "");
 }
 
@@ -222,13 +277,15 @@ int MenuExporter::eventGroup(sd_bus_message* call)
         if (!itemAlone(id))
             unknown.insert(id);
         else if (handled.emplace(id, kind).second)
-            handle(id, kind);
+            handle(senderOf(call), id, kind);
     }
     return reply(call, [&](sd_bus_message* answer) {
         return appendIds(answer, {unknown.begin(), unknown.end()});
     });
 }
 
+// The answer is that nothing has changed: what opening changes is sent before. A panel that gets the other
+// answer reads the menu, and may then ignore the next LayoutUpdated.
 int MenuExporter::aboutToShow(sd_bus_message* call)
 {
     App::ItemId id = 0;
@@ -236,7 +293,8 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
         return failed;
     if (!itemAlone(id))
         return unknownId(call, id);
-    return sd_bus_reply_method_return(call, "b", open(id) ? 1 : 0);
+    open(id);
+    return sd_bus_reply_method_return(call, "b", 0);
 }
 
 int MenuExporter::aboutToShowGroup(sd_bus_message* call)
@@ -244,34 +302,54 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     std::vector<App::ItemId> ids;
     if (const int failed = readIds(call, ids); failed < 0)
         return failed;
-    std::vector<App::ItemId> changed;
     std::vector<App::ItemId> unknown;
     for (const auto id : ids) {
-        if (!itemAlone(id))
+        if (itemAlone(id))
+            open(id);
+        else
             unknown.push_back(id);
-        else if (open(id))
-            changed.push_back(id);
     }
     return reply(call, [&](sd_bus_message* answer) {
-        const int result = appendIds(answer, changed);
+        const int result = appendIds(answer, {});
         return result < 0 ? result : appendIds(answer, unknown);
     });
 }
 
-bool MenuExporter::open(App::ItemId id) const
+// With the whole menu all its submenus are prepared: an update while a submenu is open comes late for some
+// panels.
+void MenuExporter::open(App::ItemId id) const
 {
-    const auto before = revision;
     ask.menuWillOpen(id);
-    return revision != before;
+    if (id != App::kStatusMenuId)
+        return;
+    const auto menu = takeSnapshot(ask.menu, id, 1);
+    for (const auto& item : menu->items)
+        if (item.hasSubmenu)
+            ask.menuWillOpen(item.id);
 }
 
 // The panel gets its reply before anything is done that takes time.
-void MenuExporter::handle(App::ItemId id, MenuEvent kind)
+void MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 {
+    if (accordion.is(client))
+        handleAccordion(id, kind);
     if (kind == MenuEvent::clicked)
         ask.post([this, id] { choose(id); });
     else if (kind == MenuEvent::opened)
         open(id);
+}
+
+void MenuExporter::handleAccordion(App::ItemId id, MenuEvent kind)
+{
+    const auto* item = ask.menu.itemWithId(id);
+    if (kind == MenuEvent::opened && item != nullptr) {
+        accordion.submenuOpened();
+    } else if (kind == MenuEvent::closed && id == App::kStatusMenuId) {
+        sendLayoutsUpdated(accordion.menuClosed());
+    } else if (kind == MenuEvent::clicked && item != nullptr && accordion.choose(*item)) {
+        ++revision;
+        sendLayoutsUpdated({App::kStatusMenuId});
+    }
 }
 
 // Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.

@@ -1,0 +1,85 @@
+#include "platform/statusnotifier/AccordionPanel.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Kest::StatusNotifier {
+namespace {
+
+constexpr char kSubmenu[] = "children-display";
+
+bool isNested(const App::MenuItem& item) { return item.parentItem() != nullptr; }
+
+std::string nameOf(const App::MenuItem& item)
+{
+    auto named = item.properties();
+    if (named.view)
+        named.view->percentage.clear();
+    return plainLabel(named);
+}
+
+} // namespace
+
+void AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
+{
+    if (request.parent == App::kStatusMenuId && request.properties == std::set<std::string>{"type", kSubmenu})
+        name = client;
+}
+
+Layout AccordionPanel::layout(const App::MenuModel& menu) const
+{
+    constexpr int kLevels = 2;
+    auto whole = layoutOf(*takeSnapshot(menu, App::kStatusMenuId, kLevels));
+    for (auto& item : whole.children)
+        for (auto& row : item.children)
+            row.properties.erase(kSubmenu);
+    const auto* entry = menu.itemWithId(chosen);
+    if (entry == nullptr || !isNested(*entry))
+        return whole;
+    std::vector<Layout> rows;
+    for (const auto& item : entry->submenu()->itemArray())
+        rows.push_back({item->id(), properties(*item), {}});
+    const auto owner = std::ranges::find(whole.children, entry->parentItem()->id(), &Layout::id);
+    whole.children.insert(std::next(owner), rows.begin(), rows.end());
+    return whole;
+}
+
+Properties AccordionPanel::properties(const App::MenuItem& item)
+{
+    auto properties = itemProperties({item.id(), item.sharedProperties(), item.submenu() != nullptr, {}});
+    if (!isNested(item))
+        return properties;
+    properties.erase(kSubmenu);
+    if (isNested(*item.parentItem()))
+        properties["label"] = escapedLabel(nameOf(*item.parentItem()) + ": " + plainLabel(item.properties()));
+    return properties;
+}
+
+bool AccordionPanel::choose(const App::MenuItem& item)
+{
+    if (!isNested(item) || item.submenu() == nullptr)
+        return false;
+    chosen = item.id();
+    return true;
+}
+
+std::set<App::ItemId> AccordionPanel::menuClosed()
+{
+    showsSubmenu = false;
+    return std::exchange(held, {});
+}
+
+bool AccordionPanel::holds(App::ItemId menu)
+{
+    if (showsSubmenu)
+        held.insert(menu);
+    return showsSubmenu;
+}
+
+std::set<App::ItemId> AccordionPanel::forget()
+{
+    name.clear();
+    return menuClosed();
+}
+
+} // namespace Kest::StatusNotifier
