@@ -186,7 +186,7 @@ int StatusItem::getText(const std::string& property, sd_bus_message* reply) cons
     const std::map<std::string, std::string> texts{
         {"Category", "ApplicationStatus"}, {"Id", kId},
         {"Title", "Kest Settings"},        {"Status", "Active"},
-        {"IconThemePath", iconThemePath},  {"IconName", std::string(kId) + "-symbolic"},
+        {"IconThemePath", iconThemePath},  {"IconName", std::string(kId) + "-tray"},
     };
     const auto found = texts.find(property);
     return sd_bus_message_append(reply, "s", found == texts.end() ? "" : found->second.c_str());
