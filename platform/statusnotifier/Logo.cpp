@@ -10,7 +10,9 @@ namespace {
 
 using Point = App::LogoPoint;
 
-constexpr std::uint8_t kGrey = 0x9A;
+constexpr double kLight = 0xFC;
+constexpr double kDark = 0x1C;
+constexpr double kOutline = 1.1; // beside a stroke, in the logo's canvas
 
 double distance(Point p, const App::LogoStroke& stroke)
 {
@@ -21,14 +23,16 @@ double distance(Point p, const App::LogoStroke& stroke)
     return std::hypot(p.x - stroke.from.x - t * along.x, p.y - stroke.from.y - t * along.y);
 }
 
-// How much of a pixel of that size around a point is covered, 0 to 1.
-double coverage(Point p, double pixel)
+double distanceToLogo(Point p)
 {
     double nearest = App::kLogoCanvas;
     for (const auto& stroke : App::kLogoStrokes)
         nearest = std::min(nearest, distance(p, stroke));
-    return std::clamp((App::kLogoHalfWidth - nearest) / pixel + 0.5, 0.0, 1.0);
+    return nearest;
 }
+
+// Returns how much of a pixel is covered, 0 to 1, by what reaches `beyond` its centre.
+double coverage(double beyond, double pixel) { return std::clamp(beyond / pixel + 0.5, 0.0, 1.0); }
 
 } // namespace
 
@@ -39,9 +43,14 @@ Pixmap drawLogo(int side)
     const double pixel = App::kLogoCanvas / side;
     for (int y = 0; y < side; ++y)
         for (int x = 0; x < side; ++x) {
-            const double alpha = 255 * coverage({(x + 0.5) * pixel, (y + 0.5) * pixel}, pixel);
-            pixmap.argb.insert(pixmap.argb.end(),
-                               {static_cast<std::uint8_t>(std::lround(alpha)), kGrey, kGrey, kGrey});
+            const double inside =
+                App::kLogoHalfWidth - distanceToLogo({(x + 0.5) * pixel, (y + 0.5) * pixel});
+            const double stroke = coverage(inside, pixel);
+            const double whole = coverage(inside + kOutline, pixel);
+            const auto alpha = static_cast<std::uint8_t>(std::lround(255 * whole));
+            const double shade = whole == 0 ? 0 : kDark + (kLight - kDark) * stroke / whole;
+            const auto grey = static_cast<std::uint8_t>(std::lround(shade));
+            pixmap.argb.insert(pixmap.argb.end(), {alpha, grey, grey, grey});
         }
     return pixmap;
 }

@@ -11,7 +11,7 @@ struct Pixmap {
     std::vector<std::uint8_t> argb; // four bytes a pixel from the top left, alpha first, not premultiplied
 };
 
-/// The logo in one grey that shows on light and dark panels.
+/// Returns the logo in a light colour with a dark outline: one of them contrasts with the panel.
 Pixmap drawLogo(int side);
 
 } // namespace Kest::StatusNotifier

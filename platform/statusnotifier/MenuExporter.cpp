@@ -27,6 +27,19 @@ int forward(sd_bus_message* call, void* exporter, sd_bus_error*)
     return (static_cast<MenuExporter*>(exporter)->*method)(call);
 }
 
+const char* senderOf(sd_bus_message* call)
+{
+    const char* sender = sd_bus_message_get_sender(call);
+    return sender == nullptr ? "" : sender;
+}
+
+int onAccordionOwnerChanged(sd_bus_message*, void* exporter, sd_bus_error*)
+{
+    static_cast<MenuExporter*>(exporter)
+        ->accordionEnded(); // the bus gives a connection's name to no other one
+    return 0;
+}
+
 int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
 {
     return sd_bus_message_append(reply, "u", kVersion);
@@ -64,15 +77,26 @@ const sd_bus_vtable kMethods[] = {
 };
 // clang-format on
 
+// To all clients when `destination` is null.
 template <typename Append>
-int sendPropertiesUpdated(sd_bus* bus, Append append)
+int sendSignal(sd_bus* bus, const char* signal, const char* destination, Append append)
 {
     sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, "ItemsPropertiesUpdated");
+    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, signal);
     const MessagePtr owner(made);
+    if (result >= 0 && destination != nullptr)
+        result = sd_bus_message_set_destination(made, destination);
     if (result >= 0)
         result = append(made);
     return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+}
+
+int sendUpdates(sd_bus* bus, const char* destination, const std::vector<ItemUpdate>& items)
+{
+    if (items.empty())
+        return 0;
+    return sendSignal(bus, "ItemsPropertiesUpdated", destination,
+                      [&](sd_bus_message* message) { return appendUpdates(message, items); });
 }
 
 void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
@@ -93,14 +117,21 @@ MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus),
 
 void MenuExporter::menuChanged(const App::MenuChanges& changes)
 {
-    const auto updates = itemUpdates(changes, ask.menu);
+    auto updates = itemUpdates(changes, ask.menu);
     if (updates.empty() && changes.menus.empty())
         return;
     ++revision;
     if (!isReading())
         return;
-    int result = updates.empty() ? 0 : sendItemUpdates(updates);
+    std::vector<App::ItemId> layouts;
     for (const auto& [parent, reshape] : changes.menus)
+        if (!accordion.holds(parent))
+            layouts.push_back(parent);
+        else
+            for (const auto& removed : reshape.went)
+                updates.push_back({removed.first, {{"visible", false}}, {}});
+    int result = sendItemUpdates(updates);
+    for (const auto parent : layouts)
         if (result >= 0)
             result = sendLayoutUpdated(parent);
     isStale = result < 0;
@@ -127,8 +158,8 @@ void MenuExporter::catchUp()
     isStale = false;
     ++revision;
     const auto menu = takeSnapshot(ask.menu);
-    int result =
-        sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
+    int result = sendSignal(bus, "ItemsPropertiesUpdated", kAllPanels,
+                            [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
     for (const auto& item : menu.items)
         if (result >= 0 && item.hasSubmenu)
             result = sendLayoutUpdated(item.id);
@@ -140,27 +171,67 @@ void MenuExporter::catchUp()
 
 int MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
 {
-    return sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendUpdates(message, items); });
+    const int result = sendUpdates(bus, kAllPanels, items);
+    return result < 0 ? result : sendUpdates(bus, accordion.busName(), accordion.corrections(items));
 }
 
-int MenuExporter::sendLayoutUpdated(App::ItemId parent)
+int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
 {
-    return sd_bus_emit_signal(bus, kMenuPath, kInterface, "LayoutUpdated", "ui", revision, parent);
+    return sendSignal(bus, "LayoutUpdated", destination, [&](sd_bus_message* message) {
+        return sd_bus_message_append(message, "ui", revision, parent);
+    });
+}
+
+void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
+{
+    for (const auto parent : parents)
+        if (isReading())
+            isStale = sendLayoutUpdated(parent) < 0;
+}
+
+void MenuExporter::forgetPanels()
+{
+    levelReaders.forget();
+    accordionEnded();
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
 {
-    App::ItemId parent = 0;
-    int depth = 0;
-    if (const int failed = sd_bus_message_read(call, "ii", &parent, &depth); failed < 0)
+    LayoutRequest request;
+    if (const int failed = readLayoutRequest(call, request); failed < 0)
         return failed;
-    const auto item = takeSnapshot(ask.menu, parent, depth);
+    const auto item = takeSnapshot(ask.menu, request.parent, request.depth);
     if (!item)
-        return unknownId(call, parent);
-    return reply(call, [&](sd_bus_message* answer) {
-        const int result = sd_bus_message_append(answer, "u", revision);
-        return result < 0 ? result : appendLayout(answer, layoutOf(*item));
+        return unknownId(call, request.parent);
+    const auto* client = senderOf(call);
+    if (accordion.noteRequest(client, request))
+        watchAccordion();
+    const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
+    const int result = reply(call, [&](sd_bus_message* answer) {
+        const int appended = sd_bus_message_append(answer, "u", revision);
+        if (appended < 0)
+            return appended;
+        return appendLayout(answer, isWhole ? accordion.layout(ask.menu) : layoutOf(*item));
     });
+    if (result >= 0 && request.depth == 1)
+        announceSubmenus(client, *item);
+    return result;
+}
+
+// A panel that ends while its menu is open reports no closing.
+void MenuExporter::watchAccordion()
+{
+    sd_bus_slot* added = nullptr;
+    sd_bus_add_match_async(bus, &added, nameOwnerMatch(accordion.busName()).c_str(), onAccordionOwnerChanged,
+                           nullptr, this);
+    accordionMatch.reset(added);
+}
+
+void MenuExporter::announceSubmenus(const char* reader, const App::ItemSnapshot& menu)
+{
+    for (const auto submenu : levelReaders.unannounced(reader, menu))
+        if (isReading())
+            isStale = sendLayoutUpdated(submenu, reader) < 0;
 }
 
 // Without ids, all items. Unknown ids are left out.
@@ -171,12 +242,20 @@ int MenuExporter::getGroupProperties(sd_bus_message* call)
         return failed;
     if (ids.empty())
         collectIds(takeSnapshot(ask.menu), ids);
-    return reply(call, [&](sd_bus_message* answer) {
-        return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
-            return appendEach(ids, [&](App::ItemId id) {
-                const auto item = itemAlone(id);
-                return item ? appendItem(answer, id, itemProperties(*item)) : 0;
-            });
+    const bool isAccordion = accordion.is(senderOf(call));
+    return reply(call, [&](sd_bus_message* answer) { return appendGroup(answer, ids, isAccordion); });
+}
+
+int MenuExporter::appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids,
+                              bool isAccordion) const
+{
+    return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
+        return appendEach(ids, [&](App::ItemId id) {
+            const auto* item = isAccordion ? ask.menu.itemWithId(id) : nullptr;
+            if (item != nullptr)
+                return appendItem(answer, id, AccordionPanel::properties(*item));
+            const auto alone = itemAlone(id);
+            return alone ? appendItem(answer, id, itemProperties(*alone)) : 0;
         });
     });
 }
@@ -206,7 +285,7 @@ int MenuExporter::event(sd_bus_message* call)
     const auto [id, kind] = events.front();
     if (!itemAlone(id))
         return unknownId(call, id);
-    handle(id, kind);
+    handle(senderOf(call), id, kind);
     return sd_bus_reply_method_return(call, "");
 }
 
@@ -222,13 +301,15 @@ int MenuExporter::eventGroup(sd_bus_message* call)
         if (!itemAlone(id))
             unknown.insert(id);
         else if (handled.emplace(id, kind).second)
-            handle(id, kind);
+            handle(senderOf(call), id, kind);
     }
     return reply(call, [&](sd_bus_message* answer) {
         return appendIds(answer, {unknown.begin(), unknown.end()});
     });
 }
 
+// The answer is that nothing has changed: what opening changes is sent before. A panel that gets the other
+// answer reads the menu, and may then ignore the next LayoutUpdated.
 int MenuExporter::aboutToShow(sd_bus_message* call)
 {
     App::ItemId id = 0;
@@ -236,7 +317,8 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
         return failed;
     if (!itemAlone(id))
         return unknownId(call, id);
-    return sd_bus_reply_method_return(call, "b", open(id) ? 1 : 0);
+    open(id);
+    return sd_bus_reply_method_return(call, "b", 0);
 }
 
 int MenuExporter::aboutToShowGroup(sd_bus_message* call)
@@ -244,34 +326,54 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     std::vector<App::ItemId> ids;
     if (const int failed = readIds(call, ids); failed < 0)
         return failed;
-    std::vector<App::ItemId> changed;
     std::vector<App::ItemId> unknown;
     for (const auto id : ids) {
-        if (!itemAlone(id))
+        if (itemAlone(id))
+            open(id);
+        else
             unknown.push_back(id);
-        else if (open(id))
-            changed.push_back(id);
     }
     return reply(call, [&](sd_bus_message* answer) {
-        const int result = appendIds(answer, changed);
+        const int result = appendIds(answer, {});
         return result < 0 ? result : appendIds(answer, unknown);
     });
 }
 
-bool MenuExporter::open(App::ItemId id) const
+// With the whole menu all its submenus are prepared: an update while a submenu is open comes late for some
+// panels.
+void MenuExporter::open(App::ItemId id) const
 {
-    const auto before = revision;
     ask.menuWillOpen(id);
-    return revision != before;
+    if (id != App::kStatusMenuId)
+        return;
+    const auto menu = takeSnapshot(ask.menu, id, 1);
+    for (const auto& item : menu->items)
+        if (item.hasSubmenu)
+            ask.menuWillOpen(item.id);
 }
 
 // The panel gets its reply before anything is done that takes time.
-void MenuExporter::handle(App::ItemId id, MenuEvent kind)
+void MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 {
+    if (accordion.is(client))
+        handleAccordion(id, kind);
     if (kind == MenuEvent::clicked)
         ask.post([this, id] { choose(id); });
     else if (kind == MenuEvent::opened)
         open(id);
+}
+
+void MenuExporter::handleAccordion(App::ItemId id, MenuEvent kind)
+{
+    const auto* item = ask.menu.itemWithId(id);
+    if (kind == MenuEvent::opened && item != nullptr) {
+        accordion.submenuOpened();
+    } else if (kind == MenuEvent::closed && id == App::kStatusMenuId) {
+        sendLayoutsUpdated(accordion.menuClosed());
+    } else if (kind == MenuEvent::clicked && item != nullptr && accordion.choose(*item)) {
+        ++revision;
+        sendLayoutsUpdated({App::kStatusMenuId});
+    }
 }
 
 // Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.

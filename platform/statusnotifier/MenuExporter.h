@@ -1,7 +1,8 @@
 // The menu on the session bus: com.canonical.dbusmenu, version 3.
 #pragma once
 
-#include "platform/statusnotifier/MenuMessages.h"
+#include "platform/statusnotifier/AccordionPanel.h"
+#include "platform/statusnotifier/LevelReaders.h"
 
 #include <cstdint>
 #include <functional>
@@ -30,14 +31,17 @@ public:
     /// Negative when the object could not be put on the bus (an errno).
     int failure() const { return exportResult; }
 
-    /// Tells panels what has changed: at most one signal of properties, and one of layout for each menu of
-    /// another shape. While the bus does not read, nothing is queued beyond a bound.
+    /// Sends the changes to panels: at most one signal of properties, and one of layout for each menu whose
+    /// items were added, removed or moved. While the bus does not read, nothing is queued beyond a bound.
     void menuChanged(const App::MenuChanges& changes);
     /// Sends the whole menu's state if changes were left out and the bus has read all that was queued. For
     /// the end of each event that the main loop handles; costs nothing otherwise.
     void catchUp();
+    /// The panel starts again: it gets all that a new one gets.
+    void forgetPanels();
 
     // Called by sd-bus.
+    void accordionEnded() { sendLayoutsUpdated(accordion.forget()); }
     int getLayout(sd_bus_message* call);
     int getGroupProperties(sd_bus_message* call);
     int getProperty(sd_bus_message* call);
@@ -47,20 +51,29 @@ public:
     int aboutToShowGroup(sd_bus_message* call);
 
 private:
+    static constexpr const char* kAllPanels = nullptr;
+
     std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const { return takeSnapshot(ask.menu, id, 0); }
     bool isReading();
     std::uint64_t queuedMessages() const;
     int sendItemUpdates(const std::vector<ItemUpdate>& items);
-    int sendLayoutUpdated(App::ItemId parent);
-    void handle(App::ItemId id, MenuEvent kind);
+    int sendLayoutUpdated(App::ItemId parent, const char* destination = kAllPanels);
+    void sendLayoutsUpdated(const std::set<App::ItemId>& parents);
+    int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
+    void watchAccordion();
+    void announceSubmenus(const char* reader, const App::ItemSnapshot& menu);
+    void handle(const char* client, App::ItemId id, MenuEvent kind);
+    void handleAccordion(App::ItemId id, MenuEvent kind);
     void choose(App::ItemId id);
-    /// Whether opening has changed anything.
-    bool open(App::ItemId id) const;
+    void open(App::ItemId id) const;
 
     sd_bus* bus;
     MenuQuestions ask;
     std::uint32_t revision = 1;
     bool isStale = false; // panels were not informed of everything
+    LevelReaders levelReaders;
+    AccordionPanel accordion;
+    SlotPtr accordionMatch;
     SlotPtr slot;
     int exportResult = 0;
 };

@@ -10,7 +10,9 @@ MenuEvent eventNamed(std::string_view name)
 {
     if (name == "clicked")
         return MenuEvent::clicked;
-    return name == "opened" ? MenuEvent::opened : MenuEvent::other;
+    if (name == "opened")
+        return MenuEvent::opened;
+    return name == "closed" ? MenuEvent::closed : MenuEvent::other;
 }
 
 int appendRemoved(sd_bus_message* message, const ItemUpdate& item)
@@ -26,7 +28,7 @@ int appendWithAllBelow(sd_bus_message* message, const App::ItemSnapshot& item)
     const auto appendBelow = [&](const App::ItemSnapshot& child) {
         return appendWithAllBelow(message, child);
     };
-    const int result = appendItem(message, item.id, propertiesWithDefaults(item));
+    const int result = appendItem(message, item.id, changeableProperties(item));
     return result < 0 ? result : appendEach(item.items, appendBelow);
 }
 
@@ -44,6 +46,17 @@ int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids)
     std::ranges::sort(ids);
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     return 0;
+}
+
+int readLayoutRequest(sd_bus_message* message, LayoutRequest& request)
+{
+    int result = sd_bus_message_read(message, "ii", &request.parent, &request.depth);
+    if (result >= 0)
+        result = sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "s");
+    const char* name = nullptr;
+    while (result >= 0 && (result = sd_bus_message_read(message, "s", &name)) > 0)
+        request.properties.emplace(name);
+    return result < 0 ? result : sd_bus_message_exit_container(message);
 }
 
 int readEvent(sd_bus_message* message, MenuEvents& events)

@@ -3,18 +3,27 @@
 
 #include "platform/statusnotifier/Bus.h"
 
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
 namespace Kest::StatusNotifier {
 
-enum class MenuEvent { clicked, opened, other };
+enum class MenuEvent { clicked, opened, closed, other };
 using MenuEvents = std::vector<std::pair<App::ItemId, MenuEvent>>;
+
+struct LayoutRequest {
+    App::ItemId parent = App::kStatusMenuId;
+    int depth = 0;                    // levels below the parent; -1: all
+    std::set<std::string> properties; // that the client names; empty: all
+};
 
 // Each returns sd-bus's result: negative on failure (an errno), as when a message is malformed.
 
 /// ai: ascending and each id once, however often it was sent.
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
+int readLayoutRequest(sd_bus_message* message, LayoutRequest& request); // iias
 /// isvu: adds the event to `events`.
 int readEvent(sd_bus_message* message, MenuEvents& events);
 /// a(isvu)
@@ -24,7 +33,7 @@ int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids);    
 int appendItem(sd_bus_message* message, App::ItemId id, const Properties& properties); // (ia{sv})
 int appendLayout(sd_bus_message* message, const Layout& layout);                       // (ia{sv}av)
 int appendUpdates(sd_bus_message* message, const std::vector<ItemUpdate>& items);      // a(ia{sv})a(ias)
-/// a(ia{sv})a(ias): every property of every item of a menu, defaults included.
+/// a(ia{sv})a(ias): the changeable properties of every item of a menu, defaults included.
 int appendWholeMenu(sd_bus_message* message, const App::ItemSnapshot& menu);
 
 } // namespace Kest::StatusNotifier

@@ -84,9 +84,11 @@ Properties itemProperties(const ItemSnapshot& item)
     return properties;
 }
 
-Properties propertiesWithDefaults(const ItemSnapshot& item)
+Properties changeableProperties(const ItemSnapshot& item)
 {
     auto properties = itemProperties(item);
+    for (const char* constant : {"type", "toggle-type", "children-display"})
+        properties.erase(constant);
     properties.merge(Properties{{"enabled", true}, {"visible", true}, {"disposition", "normal"}});
     return properties;
 }

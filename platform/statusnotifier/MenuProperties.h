@@ -27,8 +27,8 @@ std::string escapedLabel(const std::string& text);
 /// an item that has one never are.
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// `itemProperties` with a value for everything that an item may have had before and has no longer.
-Properties propertiesWithDefaults(const App::ItemSnapshot& item);
+/// The current value of each property that can change while the item exists, defaults included.
+Properties changeableProperties(const App::ItemSnapshot& item);
 
 /// An item with its submenu, as deep as the snapshot is.
 struct Layout {

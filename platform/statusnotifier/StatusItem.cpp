@@ -3,6 +3,7 @@
 #include "platform/statusnotifier/Logo.h"
 #include "platform/statusnotifier/MenuExporter.h"
 
+#include <cctype>
 #include <cerrno>
 #include <map>
 #include <unistd.h>
@@ -15,9 +16,10 @@ constexpr char kId[] = "com.kestronics.kest-settings"; // of the desktop entry a
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
-constexpr char kWatcherMatch[] = "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-                                 "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
-                                 "arg0='org.kde.StatusNotifierWatcher'";
+constexpr char kUnregisteredMatch[] =
+    "type='signal',sender='org.kde.StatusNotifierWatcher',path='/StatusNotifierWatcher',"
+    "interface='org.kde.StatusNotifierWatcher',member='StatusNotifierItemUnregistered'";
+constexpr int kMaxRegistrations = 10; // with one watcher: one that keeps removing the item is left alone
 constexpr int kPixmapSides[] = {16, 22, 24, 32, 44, 48, 64};
 
 int appendPixmap(sd_bus_message* reply, int side)
@@ -110,6 +112,14 @@ int onWatcherOwnerChanged(sd_bus_message* signal, void* item, sd_bus_error*)
     return 0;
 }
 
+int onItemUnregistered(sd_bus_message* signal, void* item, sd_bus_error*)
+{
+    const char* removed = nullptr;
+    if (sd_bus_message_read(signal, "s", &removed) >= 0)
+        static_cast<StatusItem*>(item)->unregistered(removed);
+    return 0;
+}
+
 int onRegistrationAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
 {
     static_cast<StatusItem*>(item)->registrationAnswered(sd_bus_message_is_method_error(answer, nullptr) ==
@@ -145,6 +155,7 @@ StatusItem::StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks repo
     object.reset(added);
     if (exportResult >= 0)
         exportResult = claimName();
+    registrationsLeft = kMaxRegistrations;
     if (exportResult >= 0)
         exportResult = registerItem();
 }
@@ -154,11 +165,16 @@ int StatusItem::claimName()
     sd_bus_slot* request = nullptr;
     int result = sd_bus_request_name_async(bus, &request, name.c_str(), 0, onNameAnswered, this);
     nameRequest.reset(request);
-    sd_bus_slot* match = nullptr;
     if (result >= 0)
-        result =
-            sd_bus_add_match_async(bus, &match, kWatcherMatch, onWatcherOwnerChanged, onSetUpAnswered, this);
-    watcherMatch.reset(match);
+        result = watch(nameOwnerMatch(kWatcher).c_str(), onWatcherOwnerChanged, watcherMatch);
+    return result < 0 ? result : watch(kUnregisteredMatch, onItemUnregistered, unregisteredMatch);
+}
+
+int StatusItem::watch(const char* match, sd_bus_message_handler_t handler, SlotPtr& slot)
+{
+    sd_bus_slot* added = nullptr;
+    const int result = sd_bus_add_match_async(bus, &added, match, handler, onSetUpAnswered, this);
+    slot.reset(added);
     return result;
 }
 
@@ -167,7 +183,7 @@ int StatusItem::getText(const std::string& property, sd_bus_message* reply) cons
     const std::map<std::string, std::string> texts{
         {"Category", "ApplicationStatus"}, {"Id", kId},
         {"Title", "Kest Settings"},        {"Status", "Active"},
-        {"IconThemePath", iconThemePath},  {"IconName", std::string(kId) + "-symbolic"},
+        {"IconThemePath", iconThemePath},  {"IconName", std::string(kId) + "-tray"},
     };
     const auto found = texts.find(property);
     return sd_bus_message_append(reply, "s", found == texts.end() ? "" : found->second.c_str());
@@ -175,16 +191,39 @@ int StatusItem::getText(const std::string& property, sd_bus_message* reply) cons
 
 void StatusItem::watcherOwnerChanged(const std::string& owner)
 {
+    registrationsLeft = kMaxRegistrations;
     if (!owner.empty() && registerItem() < 0)
         registrationAnswered(false);
 }
 
+void StatusItem::unregistered(std::string_view removedItem)
+{
+    if (isThisItem(removedItem) && registrationsLeft > 0)
+        registerItem();
+}
+
+// Watchers put the path, or a separator and the path, behind the bus name.
+bool StatusItem::isThisItem(std::string_view registeredName) const
+{
+    const char* uniqueName = nullptr;
+    if (sd_bus_get_unique_name(bus, &uniqueName) < 0)
+        return false;
+    const auto starts = [&](std::string_view busName) {
+        return registeredName.starts_with(busName) &&
+               (registeredName.size() == busName.size() ||
+                std::isdigit(static_cast<unsigned char>(registeredName[busName.size()])) == 0);
+    };
+    return starts(uniqueName) || starts(name);
+}
+
 int StatusItem::registerItem()
 {
+    --registrationsLeft;
+    callbacks.registering();
     sd_bus_slot* call = nullptr;
     const int result =
         sd_bus_call_method_async(bus, &call, kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem",
-                                 onRegistrationAnswered, this, "s", name.c_str());
+                                 onRegistrationAnswered, this, "s", kItemPath);
     registration.reset(call);
     return result;
 }

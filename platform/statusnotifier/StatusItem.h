@@ -1,22 +1,27 @@
-// The handle in the panel: org.kde.StatusNotifierItem, and its registration with whatever panel there is.
+// The icon in the panel: org.kde.StatusNotifierItem, and its registration with the panel's watcher.
 #pragma once
 
 #include "platform/statusnotifier/Bus.h"
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace Kest::StatusNotifier {
 
-constexpr char kItemPath[] = "/StatusNotifierItem";
+/// Registered by path: GNOME's extension loses some items that are registered by bus name. Cinnamon opens the
+/// menu of an item below this folder with the left button too.
+constexpr char kItemPath[] = "/org/ayatana/NotificationItem/kest_settings";
 
-/// Main thread only. The bus outlives it. Registers with the watcher that there is, and again with each new
-/// one, so that the item appears when a panel starts late and comes back when it restarts.
+/// Main thread only. The bus outlives it. Registers with the current watcher, with each new one, and again
+/// when a watcher removes the item, so that the item appears when a panel starts late and is back when it
+/// restarts.
 class StatusItem {
 public:
     /// What the item reports, from a callback of the bus.
     struct Callbacks {
         std::function<void()> noTray;         // once, if there is no watcher at the start
+        std::function<void()> registering;    // a panel is about to read the item and its menu from the start
         std::function<void(int)> notAccepted; // the bus refused the item; a negative errno
     };
     /// Waits for nothing: the item appears when the bus has answered.
@@ -30,12 +35,15 @@ public:
     // Called by sd-bus.
     int getText(const std::string& property, sd_bus_message* reply) const;
     void watcherOwnerChanged(const std::string& owner);
+    void unregistered(std::string_view removedItem);
     void registrationAnswered(bool accepted);
     void setUpAnswered(int result);
 
 private:
     int claimName();
+    int watch(const char* match, sd_bus_message_handler_t handler, SlotPtr& slot);
     int registerItem();
+    bool isThisItem(std::string_view registeredName) const;
     bool isLost() const;
 
     sd_bus* bus;
@@ -45,7 +53,9 @@ private:
     SlotPtr object;
     SlotPtr nameRequest;
     SlotPtr watcherMatch;
+    SlotPtr unregisteredMatch;
     SlotPtr registration;
+    int registrationsLeft = 0; // with the current watcher
     int exportResult = 0;
 };
 

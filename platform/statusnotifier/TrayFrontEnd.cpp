@@ -81,7 +81,8 @@ int TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
                                    [&application](App::ItemId id) { application.menuWillOpen(id); },
                                    [this](std::function<void()> job) { post(std::move(job)); }});
     item.emplace(sessionBus.get(), iconThemePath(),
-                 StatusItem::Callbacks{tellThatThereIsNoTray, [this](int result) { fail(result); }});
+                 StatusItem::Callbacks{tellThatThereIsNoTray, [this] { exporter->forgetPanels(); },
+                                       [this](int result) { fail(result); }});
     int result = std::min(exporter->failure(), item->failure());
     if (result >= 0)
         result = sd_bus_attach_event(sessionBus.get(), event.get(), SD_EVENT_PRIORITY_NORMAL);

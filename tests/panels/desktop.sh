@@ -105,7 +105,7 @@ kill_panel() {
 
 is_registered() {
     busctl --user get-property org.kde.StatusNotifierWatcher /StatusNotifierWatcher \
-        org.kde.StatusNotifierWatcher RegisteredStatusNotifierItems | grep -q "StatusNotifierItem-$agent-1"
+        org.kde.StatusNotifierWatcher RegisteredStatusNotifierItems | grep -q "NotificationItem/kest_settings"
 }
 
 # look NAME: a picture of the screen once it stands still.

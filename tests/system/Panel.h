@@ -90,20 +90,42 @@ public:
         std::map<std::string, std::string> properties; // numbers and flags as text
         std::vector<Row> rows;
     };
-    Row layout(int parent = 0)
+    Row layout(int parent = 0, int depth = -1)
     {
         sd_bus_message* reply = nullptr;
-        EXPECT_GE(call(&reply, "GetLayout", "iias", parent, -1, 0), 0);
-        std::uint32_t revision = 0;
-        sd_bus_message_read(reply, "u", &revision);
-        auto row = readRow(reply);
-        sd_bus_message_unref(reply);
-        return row;
+        EXPECT_GE(call(&reply, "GetLayout", "iias", parent, depth, 0), 0);
+        return readLayout(reply);
+    }
+    /// As GNOME's extension reads the menu.
+    Row layoutOfKinds()
+    {
+        sd_bus_message* reply = nullptr;
+        EXPECT_GE(call(&reply, "GetLayout", "iias", 0, -1, 2, "type", "children-display"), 0);
+        return readLayout(reply);
+    }
+    /// Drops the signals so far.
+    void forgetSignals()
+    {
+        layout(); // its answer comes after them
+        waitFor([] { return true; });
+        updates.clear();
+        layouts.clear();
+    }
+    void send(int id, const char* event)
+    {
+        EXPECT_GE(call(nullptr, "Event", "isvu", id, event, "i", 0, 0), 0);
+    }
+    /// Emits the watcher's signal about an item.
+    void unregister(const std::string& item)
+    {
+        EXPECT_GE(sd_bus_emit_signal(bus, "/StatusNotifierWatcher", kWatcher,
+                                     "StatusNotifierItemUnregistered", "s", item.c_str()),
+                  0);
     }
     /// The item at a path of labels.
-    Row at(const std::vector<std::string>& path)
+    Row at(const std::vector<std::string>& path) { return find(layout(), path); }
+    static Row find(Row row, const std::vector<std::string>& path)
     {
-        auto row = layout();
         for (const auto& label : path) {
             const auto found = std::ranges::find_if(row.rows, [&](const Row& child) {
                 const auto own = child.properties.find("label");
@@ -117,10 +139,7 @@ public:
         }
         return row;
     }
-    void click(const std::vector<std::string>& path)
-    {
-        EXPECT_GE(call(nullptr, "Event", "isvu", at(path).id, "clicked", "i", 0, 0), 0);
-    }
+    void click(const std::vector<std::string>& path) { send(at(path).id, "clicked"); }
     bool aboutToShow(int id)
     {
         sd_bus_message* reply = nullptr;
@@ -148,7 +167,8 @@ public:
         return sd_bus_call(bus, made, kMaxAnswerTime, nullptr, nullptr);
     }
 
-    std::vector<std::string> items;                                         // as registered
+    std::vector<std::string> items;                                         // bus names, as registered
+    std::string itemPath;                                                   // as registered last
     std::vector<std::map<int, std::map<std::string, std::string>>> updates; // ItemsPropertiesUpdated
     std::vector<int> layouts;                                               // parents in LayoutUpdated
     std::vector<std::string> shownFolders;                                  // the file manager's
@@ -166,7 +186,9 @@ private:
     {
         const char* name = nullptr;
         sd_bus_message_read(message, "s", &name);
-        static_cast<Panel*>(panel)->items.emplace_back(name);
+        auto& self = *static_cast<Panel*>(panel);
+        self.items.emplace_back(sd_bus_message_get_sender(message));
+        self.itemPath = name;
         return sd_bus_reply_method_return(message, "");
     }
     static int onShowItems(sd_bus_message* message, void* panel, sd_bus_error*)
@@ -217,6 +239,14 @@ private:
         }
         sd_bus_message_exit_container(message);
         return properties;
+    }
+    static Row readLayout(sd_bus_message* reply)
+    {
+        std::uint32_t revision = 0;
+        sd_bus_message_read(reply, "u", &revision);
+        auto row = readRow(reply);
+        sd_bus_message_unref(reply);
+        return row;
     }
     static Row readRow(sd_bus_message* message)
     {
