@@ -42,6 +42,10 @@ const std::map<std::int32_t, LSS::eMixLayout> sSpkrConf2Layout{
 
 namespace {
 
+static_assert(std::ranges::count(kSettings, SettingType::text, &Setting::type) ==
+                  std::ssize(kSettings) - std::ssize(kParameterSettings),
+              "the texts are the last rows");
+
 // Solo mode, a parameter below it, has no row in this table.
 constexpr int kFirstWithDefault = 32;
 
