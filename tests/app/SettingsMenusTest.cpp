@@ -52,7 +52,7 @@ TEST(Choices, AreShownAtTheStartAndReachTheMenuTheFileAndTheHost)
         const char* choice;
         int chosen;
     };
-    for (const auto& [setting, stored, shown, writtenBack, choice, chosen] : {
+    for (const auto& row : {
              Case{setting("SoloMode"), "absent", "Latch", kUntouched, "Exclusive (XOR)", 1},
              Case{setting("SoloMode"), "1", "Exclusive (XOR)", kUntouched, "Latch", 0},
              Case{setting("HdxAuxTrackDelaySetting"), "absent", "Off", 0, "High Latency", 2},
@@ -62,18 +62,19 @@ TEST(Choices, AreShownAtTheStartAndReachTheMenuTheFileAndTheHost)
              Case{setting("PhysMonConfig"), "11", "Surround 7.1", 11, "Kest 9.1", 14},
              Case{setting("PhysMonConfig"), "23", "none", kUntouched, "Kest 9.1", 14}, // no configuration
          }) {
-        Agent agent(stored == "absent"s ? Settings{} : Settings{{setting.key, stored}});
+        Agent agent(row.stored == "absent"s ? Settings{} : Settings{{row.setting.key, row.stored}});
         startWithHost(agent);
         const auto expect = [&](const std::string& checked, int inHost, const std::string& inFile) {
-            for (const auto& item : agent.at(setting.title).submenu()->itemArray())
+            for (const auto& item : agent.at(row.setting.title).submenu()->itemArray())
                 EXPECT_EQ(item->properties().on, item->title() == checked) << item->title();
-            EXPECT_EQ(inSession(agent, setting), static_cast<float>(inHost)) << setting.key;
-            EXPECT_EQ(agent.stored(setting.key), inFile);
+            EXPECT_EQ(inSession(agent, row.setting), static_cast<float>(inHost)) << row.setting.key;
+            EXPECT_EQ(agent.stored(row.setting.key), inFile);
         };
-        expect(shown, writtenBack, writtenBack == kUntouched ? stored : std::to_string(writtenBack));
+        expect(row.shown, row.writtenBack,
+               row.writtenBack == kUntouched ? row.stored : std::to_string(row.writtenBack));
         EXPECT_EQ(agent.stored("Facility"), "absent");
-        EXPECT_TRUE(agent.choose(setting.title + "/"s + choice));
-        expect(choice, chosen, std::to_string(chosen));
+        EXPECT_TRUE(agent.choose(row.setting.title + "/"s + row.choice));
+        expect(row.choice, row.chosen, std::to_string(row.chosen));
     }
 }
 
