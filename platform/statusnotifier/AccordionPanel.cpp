@@ -18,6 +18,33 @@ std::string nameOf(const App::MenuItem& item)
     return plainLabel(named);
 }
 
+// Only the first underscore that another character follows is doubled.
+std::string withOneMnemonic(const std::string& escaped)
+{
+    std::string label;
+    for (std::size_t i = 0; i < escaped.size(); i += escaped[i] == '_' ? 2 : 1)
+        label += escaped[i];
+    auto first = label.find('_');
+    while (first + 1 < label.size() && label[first + 1] == '_')
+        ++first;
+    if (first != std::string::npos && first + 1 < label.size())
+        label.insert(first, 1, '_');
+    return label;
+}
+
+void adaptLabel(Properties& properties)
+{
+    if (const auto label = properties.find("label"); label != properties.end())
+        label->second = withOneMnemonic(std::get<std::string>(label->second));
+}
+
+void adaptLabels(Layout& layout)
+{
+    adaptLabel(layout.properties);
+    for (auto& child : layout.children)
+        adaptLabels(child);
+}
+
 } // namespace
 
 void AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
@@ -33,6 +60,7 @@ Layout AccordionPanel::layout(const App::MenuModel& menu) const
     for (auto& item : whole.children)
         for (auto& row : item.children)
             row.properties.erase(kSubmenu);
+    adaptLabels(whole);
     const auto* entry = menu.itemWithId(chosen);
     if (entry == nullptr || !isNested(*entry))
         return whole;
@@ -47,12 +75,27 @@ Layout AccordionPanel::layout(const App::MenuModel& menu) const
 Properties AccordionPanel::properties(const App::MenuItem& item)
 {
     auto properties = itemProperties({item.id(), item.sharedProperties(), item.submenu() != nullptr, {}});
-    if (!isNested(item))
-        return properties;
-    properties.erase(kSubmenu);
-    if (isNested(*item.parentItem()))
+    if (isNested(item))
+        properties.erase(kSubmenu);
+    if (isNested(item) && isNested(*item.parentItem()))
         properties["label"] = escapedLabel(nameOf(*item.parentItem()) + ": " + plainLabel(item.properties()));
+    adaptLabel(properties);
     return properties;
+}
+
+std::vector<ItemUpdate> AccordionPanel::corrections(const std::vector<ItemUpdate>& updates) const
+{
+    std::vector<ItemUpdate> corrected;
+    for (const auto& update : updates) {
+        const auto label = update.updated.find("label");
+        if (name.empty() || label == update.updated.end())
+            continue;
+        Properties adapted{*label};
+        adaptLabel(adapted);
+        if (adapted["label"] != label->second)
+            corrected.push_back({update.id, adapted, {}});
+    }
+    return corrected;
 }
 
 bool AccordionPanel::choose(const App::MenuItem& item)

@@ -23,6 +23,10 @@ public:
     Layout layout(const App::MenuModel& menu) const;
     static Properties properties(const App::MenuItem& item);
 
+    /// Updates for this panel alone, after the same ones for all panels: labels that it shows differently.
+    std::vector<ItemUpdate> corrections(const std::vector<ItemUpdate>& updates) const;
+    const char* busName() const { return name.c_str(); }
+
     /// Puts the rows of the item's submenu into the top level. Returns false for an item that the panel draws
     /// with its submenu, or that has none.
     bool choose(const App::MenuItem& item);

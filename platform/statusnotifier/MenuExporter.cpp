@@ -70,15 +70,26 @@ const sd_bus_vtable kMethods[] = {
 };
 // clang-format on
 
+// To all clients when `destination` is null.
 template <typename Append>
-int sendPropertiesUpdated(sd_bus* bus, Append append)
+int sendSignal(sd_bus* bus, const char* signal, const char* destination, Append append)
 {
     sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, "ItemsPropertiesUpdated");
+    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, signal);
     const MessagePtr owner(made);
+    if (result >= 0 && destination != nullptr)
+        result = sd_bus_message_set_destination(made, destination);
     if (result >= 0)
         result = append(made);
     return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+}
+
+int sendUpdates(sd_bus* bus, const char* destination, const std::vector<ItemUpdate>& items)
+{
+    if (items.empty())
+        return 0;
+    return sendSignal(bus, "ItemsPropertiesUpdated", destination,
+                      [&](sd_bus_message* message) { return appendUpdates(message, items); });
 }
 
 void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
@@ -112,7 +123,7 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
         else
             for (const auto& removed : reshape.went)
                 updates.push_back({removed.first, {{"visible", false}}, {}});
-    int result = updates.empty() ? 0 : sendItemUpdates(updates);
+    int result = sendItemUpdates(updates);
     for (const auto parent : layouts)
         if (result >= 0)
             result = sendLayoutUpdated(parent);
@@ -140,8 +151,8 @@ void MenuExporter::catchUp()
     isStale = false;
     ++revision;
     const auto menu = takeSnapshot(ask.menu);
-    int result =
-        sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
+    int result = sendSignal(bus, "ItemsPropertiesUpdated", kAllPanels,
+                            [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
     for (const auto& item : menu.items)
         if (result >= 0 && item.hasSubmenu)
             result = sendLayoutUpdated(item.id);
@@ -153,19 +164,15 @@ void MenuExporter::catchUp()
 
 int MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
 {
-    return sendPropertiesUpdated(bus, [&](sd_bus_message* message) { return appendUpdates(message, items); });
+    const int result = sendUpdates(bus, kAllPanels, items);
+    return result < 0 ? result : sendUpdates(bus, accordion.busName(), accordion.corrections(items));
 }
 
 int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
 {
-    sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, "LayoutUpdated");
-    const MessagePtr owner(made);
-    if (result >= 0 && destination != nullptr)
-        result = sd_bus_message_set_destination(made, destination);
-    if (result >= 0)
-        result = sd_bus_message_append(made, "ui", revision, parent);
-    return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+    return sendSignal(bus, "LayoutUpdated", destination, [&](sd_bus_message* message) {
+        return sd_bus_message_append(message, "ui", revision, parent);
+    });
 }
 
 void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)

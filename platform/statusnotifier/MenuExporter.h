@@ -50,12 +50,13 @@ public:
     int aboutToShowGroup(sd_bus_message* call);
 
 private:
+    static constexpr const char* kAllPanels = nullptr;
+
     std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const { return takeSnapshot(ask.menu, id, 0); }
     bool isReading();
     std::uint64_t queuedMessages() const;
     int sendItemUpdates(const std::vector<ItemUpdate>& items);
-    /// To all panels by default.
-    int sendLayoutUpdated(App::ItemId parent, const char* destination = nullptr);
+    int sendLayoutUpdated(App::ItemId parent, const char* destination = kAllPanels);
     void sendLayoutsUpdated(const std::set<App::ItemId>& parents);
     int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
     void announceSubmenus(const char* reader, const App::ItemSnapshot& menu);

@@ -180,22 +180,27 @@ TEST_F(Tray, APanelThatClosesItsSubmenusAtEachLayoutGetsNoneWhileOneIsOpen)
 TEST_F(Tray, APanelThatScrollsItsSubmenusGetsNoSubmenuInside)
 {
     startBoth();
-    report("pid: 11 , path: /tmp/out/My_Film_Mix.wav\npid: 11 , P: 7\n");
+    report("pid: 11 , path: /tmp/out/My_Long_Film_Mix.wav\npid: 11 , P: 7\n");
     ASSERT_TRUE(panel.waitFor([&] { return panel.at({"Encoding History"}).rows.size() == 3; }));
-    const auto abort = panel.at({"Encoding History", "My__Film  7%", "Abort and Delete Output Folder"}).id;
+    const auto abort =
+        panel.at({"Encoding History", "My__Long__Film  7%", "Abort and Delete Output Folder"}).id;
     const auto before = panel.layoutOfKinds();
-    const auto row = Panel::find(before, {"Encoding History", "My__Film  7%"});
+    const auto row = Panel::find(before, {"Encoding History", "My__Long_Film  7%"});
     EXPECT_TRUE(row.rows.empty());
     EXPECT_FALSE(row.properties.contains("children-display"));
     panel.forgetSignals();
+    report("pid: 11 , P: 8\n");
+    ASSERT_TRUE(panel.waitFor([&] { return panel.updates.size() == 2; }));
+    EXPECT_EQ(panel.updates[0].at(row.id).at("label"), "My__Long__Film  8%");
+    EXPECT_EQ(panel.updates[1].at(row.id).at("label"), "My__Long_Film  8%") << "for this panel alone";
     panel.send(row.id, "clicked");
     ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
     const auto after = panel.layoutOfKinds();
     EXPECT_EQ(after.rows.size(), before.rows.size() + 2);
     panel.startFileManager();
-    panel.send(Panel::find(after, {"My__Film: Show Output Folder"}).id, "clicked");
+    panel.send(Panel::find(after, {"My__Long_Film: Show Output Folder"}).id, "clicked");
     EXPECT_TRUE(panel.waitFor([&] { return !panel.shownFolders.empty(); }));
-    EXPECT_EQ(Panel::find(after, {"My__Film: Abort and Delete Output Folder"}).id, abort);
+    EXPECT_EQ(Panel::find(after, {"My__Long_Film: Abort and Delete Output Folder"}).id, abort);
 }
 
 TEST_F(Tray, AProgressMessageCostsOneUpdateOfOneLabel)
