@@ -3,19 +3,19 @@
 
 fail() {
     echo "FAILED in $desktop: $1. The screen: build/panels/$desktop-failed.png" >&2
-    import -window root "build/panels/$desktop-failed.png"
+    import -window root "build/panels/$desktop-failed.png"; echo "place ${place-}" >&2; cp /tmp/empty.png build/panels/dbg-empty.png; cp /tmp/icon.png build/panels/dbg-icon.png
     for log in agent host panel; do
         echo "--- $log:" >&2
-        tail -n 15 "/tmp/$log.log" >&2
+        tail -n 30 "/tmp/$log.log" >&2
     done
     exit 1
 }
 
-# wait_for WHAT COMMAND...: until the command succeeds; fails with WHAT after 30 seconds.
+# wait_for WHAT COMMAND...: until the command succeeds; fails with WHAT after a minute.
 wait_for() {
     what=$1
     shift
-    deadline=$(($(date +%s) + 30))
+    deadline=$(($(date +%s) + 60))
     until "$@" >/dev/null 2>&1; do
         [ "$(date +%s)" -lt $deadline ] || fail "waited in vain for $what"
         sleep 0.1
@@ -42,7 +42,7 @@ look() {
 }
 stands_still() {
     mv "/tmp/$1.png" /tmp/before.png
-    sleep 0.3
+    sleep 1
     shoot "$1"
     ! difference before "$1"
 }
@@ -50,7 +50,7 @@ stands_still() {
 # difference A B [AREA]: where two pictures differ, as WIDTHxHEIGHT+X+Y; fails when they do not.
 difference() {
     found=$(convert "/tmp/$1.png" "/tmp/$2.png" -compose difference -composite -threshold 4% \
-        ${3:+-crop "$3"} -format '%[fx:maxima] %@' info:)
+        ${3:+-crop "$3"} -format '%[fx:maxima] ' -write info: -trim -format '%wx%h%O' info: 2>/dev/null)
     [ "${found%% *}" = 1 ] && echo "${found#* }"
 }
 
@@ -60,12 +60,13 @@ find_words() {
     shoot read
     area=$(difference closed read) || return 1
     offset=${area#*+}
-    # Small letters are read best when enlarged; what one way of reading overlooks another one sees.
-    for way in "6 300" "11 300" "6 400" "11 200"; do
-        convert /tmp/read.png -crop "$area" +repage -colorspace gray -resize "${way#* }%" /tmp/large.png
-        found=$(OMP_THREAD_LIMIT=1 tesseract /tmp/large.png - --psm "${way% *}" tsv 2>/dev/null |
-            awk -F '\t' -v words="$1" -v scale="${way#* }" -v dx="${offset%+*}" -v dy="${offset#*+}" \
-                -f tests/panels/find_words.awk)
+    # Small letters are read best when enlarged, pale ones on white when all else is dark.
+    for way in "6 300 0" "11 300 70" "6 400 0" "11 200 0"; do
+        # shellcheck disable=SC2086 # its words are wanted
+        set -- "$1" $way
+        convert /tmp/read.png -crop "$area" +repage -colorspace gray -level "$4%,100%" -resize "$3%" /tmp/large.png
+        found=$(OMP_THREAD_LIMIT=1 tesseract /tmp/large.png - --psm "$2" tsv 2>/dev/null |
+            awk -F '\t' -v words="$1" -v scale="$3" -v dx="${offset%+*}" -v dy="${offset#*+}" -f tests/panels/find_words.awk)
         [ -z "$found" ] || break
     done
     [ -n "$found" ] || return 1
