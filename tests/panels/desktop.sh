@@ -30,6 +30,7 @@ start_display() {
     wait_for "a display" test -s /tmp/display
     DISPLAY=:$(cat /tmp/display)
     export DISPLAY
+    dbus-update-activation-environment --all # before a program is started by D-Bus
     xsetroot -solid '#dfe5ea' # light, as letters are read best
 }
 
