@@ -47,10 +47,11 @@ void adaptLabels(Layout& layout)
 
 } // namespace
 
-void AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
+bool AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
 {
-    if (request.parent == App::kStatusMenuId && request.properties == std::set<std::string>{"type", kSubmenu})
-        name = client;
+    if (request.parent != App::kStatusMenuId || request.properties != std::set<std::string>{"type", kSubmenu})
+        return false;
+    return std::exchange(name, client) != client;
 }
 
 Layout AccordionPanel::layout(const App::MenuModel& menu) const

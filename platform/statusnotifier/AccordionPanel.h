@@ -15,8 +15,8 @@ namespace Kest::StatusNotifier {
 /// thread only.
 class AccordionPanel {
 public:
-    /// Recognises the panel by the properties that it requests.
-    void noteRequest(const std::string& client, const LayoutRequest& request);
+    /// Recognises the panel by the properties that it requests. Returns whether this is another one.
+    bool noteRequest(const std::string& client, const LayoutRequest& request);
     bool is(const std::string& client) const { return !name.empty() && name == client; }
 
     /// The whole menu, with one level of submenus.

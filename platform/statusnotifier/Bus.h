@@ -44,6 +44,9 @@ int appendContainer(sd_bus_message* message, char type, const char* contents, Ap
     return result < 0 ? result : sd_bus_message_close_container(message);
 }
 
+/// The match for the bus's signal that a name has another owner.
+std::string nameOwnerMatch(const std::string& name);
+
 int appendVariant(sd_bus_message* message, const Value& value);
 int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as

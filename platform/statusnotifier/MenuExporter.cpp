@@ -33,6 +33,13 @@ const char* senderOf(sd_bus_message* call)
     return sender == nullptr ? "" : sender;
 }
 
+int onAccordionOwnerChanged(sd_bus_message*, void* exporter, sd_bus_error*)
+{
+    static_cast<MenuExporter*>(exporter)
+        ->accordionEnded(); // the bus gives a connection's name to no other one
+    return 0;
+}
+
 int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
 {
     return sd_bus_message_append(reply, "u", kVersion);
@@ -185,7 +192,7 @@ void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
 void MenuExporter::forgetPanels()
 {
     levelReaders.forget();
-    sendLayoutsUpdated(accordion.forget());
+    accordionEnded();
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
@@ -197,7 +204,8 @@ int MenuExporter::getLayout(sd_bus_message* call)
     if (!item)
         return unknownId(call, request.parent);
     const auto* client = senderOf(call);
-    accordion.noteRequest(client, request);
+    if (accordion.noteRequest(client, request))
+        watchAccordion();
     const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
     const int result = reply(call, [&](sd_bus_message* answer) {
         const int appended = sd_bus_message_append(answer, "u", revision);
@@ -208,6 +216,15 @@ int MenuExporter::getLayout(sd_bus_message* call)
     if (result >= 0 && request.depth == 1)
         announceSubmenus(client, *item);
     return result;
+}
+
+// A panel that ends while its menu is open reports no closing.
+void MenuExporter::watchAccordion()
+{
+    sd_bus_slot* added = nullptr;
+    sd_bus_add_match_async(bus, &added, nameOwnerMatch(accordion.busName()).c_str(), onAccordionOwnerChanged,
+                           nullptr, this);
+    accordionMatch.reset(added);
 }
 
 void MenuExporter::announceSubmenus(const char* reader, const App::ItemSnapshot& menu)

@@ -41,6 +41,7 @@ public:
     void forgetPanels();
 
     // Called by sd-bus.
+    void accordionEnded() { sendLayoutsUpdated(accordion.forget()); }
     int getLayout(sd_bus_message* call);
     int getGroupProperties(sd_bus_message* call);
     int getProperty(sd_bus_message* call);
@@ -59,6 +60,7 @@ private:
     int sendLayoutUpdated(App::ItemId parent, const char* destination = kAllPanels);
     void sendLayoutsUpdated(const std::set<App::ItemId>& parents);
     int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
+    void watchAccordion();
     void announceSubmenus(const char* reader, const App::ItemSnapshot& menu);
     void handle(const char* client, App::ItemId id, MenuEvent kind);
     void handleAccordion(App::ItemId id, MenuEvent kind);
@@ -71,6 +73,7 @@ private:
     bool isStale = false; // panels were not informed of everything
     LevelReaders levelReaders;
     AccordionPanel accordion;
+    SlotPtr accordionMatch;
     SlotPtr slot;
     int exportResult = 0;
 };

@@ -16,9 +16,6 @@ constexpr char kId[] = "com.kestronics.kest-settings"; // of the desktop entry a
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
-constexpr char kWatcherMatch[] = "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-                                 "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
-                                 "arg0='org.kde.StatusNotifierWatcher'";
 constexpr char kUnregisteredMatch[] =
     "type='signal',sender='org.kde.StatusNotifierWatcher',path='/StatusNotifierWatcher',"
     "interface='org.kde.StatusNotifierWatcher',member='StatusNotifierItemUnregistered'";
@@ -169,7 +166,7 @@ int StatusItem::claimName()
     int result = sd_bus_request_name_async(bus, &request, name.c_str(), 0, onNameAnswered, this);
     nameRequest.reset(request);
     if (result >= 0)
-        result = watch(kWatcherMatch, onWatcherOwnerChanged, watcherMatch);
+        result = watch(nameOwnerMatch(kWatcher).c_str(), onWatcherOwnerChanged, watcherMatch);
     return result < 0 ? result : watch(kUnregisteredMatch, onItemUnregistered, unregisteredMatch);
 }
 

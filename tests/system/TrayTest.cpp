@@ -175,6 +175,16 @@ TEST_F(Tray, APanelThatClosesItsSubmenusAtEachLayoutGetsNoneWhileOneIsOpen)
     panel.send(0, "closed");
     ASSERT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); }));
     EXPECT_EQ(panel.layouts, std::vector<int>{history});
+
+    auto killed = std::make_unique<Panel>();
+    killed->items = panel.items;
+    killed->layoutOfKinds();
+    killed->send(history, "opened");
+    report("pid: 14 , path: /tmp/out/Film_Mix.wav\npid: 14 , P: 1\n");
+    ASSERT_TRUE(panel.waitFor([&] { return rows().size() == 3; }));
+    panel.forgetSignals();
+    killed.reset();
+    EXPECT_TRUE(panel.waitFor([&] { return !panel.layouts.empty(); })) << "it ended while its menu was open";
 }
 
 TEST_F(Tray, APanelThatScrollsItsSubmenusGetsNoSubmenuInside)
