@@ -1,9 +1,10 @@
 # A desktop without a screen for the tests in real panels: its display, eyes that read the screen, and a mouse. Sourced;
 # runs in a world of its own, so that nothing needs to be put back. Pictures are /tmp/NAME.png.
+# shellcheck shell=sh disable=SC2154 # $desktop, $screen and $view are those of the script
 
 fail() {
     echo "FAILED in $desktop: $1. The screen: build/panels/$desktop-failed.png" >&2
-    import -window root "build/panels/$desktop-failed.png"; echo "place ${place-}" >&2; cp /tmp/empty.png build/panels/dbg-empty.png; cp /tmp/icon.png build/panels/dbg-icon.png
+    import -window root "build/panels/$desktop-failed.png"
     for log in agent host panel; do
         echo "--- $log:" >&2
         tail -n 30 "/tmp/$log.log" >&2
