@@ -82,10 +82,8 @@ are_red() {
     [ "$(convert /tmp/read.png -crop "$box" +repage -fx 'r > g + 0.5 ? 1 : 0' -format '%[fx:mean > 0.02]' info:)" = 1 ]
 }
 
-# keep NAME: the picture of the screen that was read last goes among those of the README.
-keep() {
-    convert /tmp/read.png -crop "$view" +repage -strip -colors 128 "build/panels/$desktop-$1.png"
-}
+# keep: the picture of the screen that was read last, for the README.
+keep() { convert /tmp/read.png -crop "$view" -trim +repage -strip +dither -colors 64 "build/panels/$desktop.png"; }
 
 click() { xdotool mousemove "$1" "$2" sleep 0.2 click "${3:-1}"; }
 
