@@ -37,12 +37,12 @@ start_display() {
 
 shoot() { import -window root "/tmp/$1.png"; }
 
-# look NAME: a picture of the screen once it stands still.
+# look NAME: a picture of the screen once it no longer changes.
 look() {
     shoot "$1"
-    wait_for "the screen to stand still" stands_still "$1"
+    wait_for "the screen to be still" is_still "$1"
 }
-stands_still() {
+is_still() {
     mv "/tmp/$1.png" /tmp/before.png
     sleep 1
     shoot "$1"
