@@ -12,9 +12,7 @@ enum class Action : std::uint8_t {
     setHdxAuxTrackDelay,
     setSpeakerConfig,
     setFacility,
-    setDAWLinkControl,
-    setLatencyCompensationControl,
-    setDefaultPannerObjects,
+    toggleSetting, // the item's tag is the index of the setting in `kSettings`
     setDAWType,
     setDefaultKestBus,
     encShowInFinder,

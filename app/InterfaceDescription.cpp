@@ -5,6 +5,10 @@
 namespace Kest::App {
 namespace {
 
+using Settings::kSettings;
+using Settings::Setting;
+using Settings::setting;
+
 /// One line of the menu, with what is below it.
 struct Row {
     ItemProperties properties;
@@ -30,6 +34,10 @@ Row item(const std::string& title, Action action, Mark mark = Mark::none)
 }
 
 Row check(const char* title, Action action) { return item(title, action, Mark::check); }
+Row toggle(const Setting& setting)
+{
+    return check(setting.title, Action::toggleSetting).tag(static_cast<int>(&setting - kSettings));
+}
 Row radio(const char* title, Action action) { return item(title, action, Mark::radio); }
 
 Row separator()
@@ -58,27 +66,28 @@ std::vector<Row> aboutRows()
     };
 }
 
-// To add an item: a line here, an `Action` for what it does, and a line in the delegate's `perform`.
+// To add an item: a line here, an `Action` for what it does, and a line in the delegate's `perform`; a toggle
+// needs its line only.
 std::vector<Row> statusMenuRows(bool hasAboutPanel)
 {
     // clang-format off
     using A = Action;
     using O = Outlets;
     return {
-        submenu("Solo Mode", {
+        submenu(setting("SoloMode").title, {
             radio("Latch", A::setSoloModeLatch).as(&O::mSoloModeLatchMenuItem),
             radio("Exclusive (XOR)", A::setSoloModeXOR).as(&O::mSoloModeXORMenuItem),
         }),
         submenu("Default Bus").menuAs(&O::mDefaultBusMenu),
-        submenu("Speaker Configuration").menuAs(&O::mSpeakerConfMenu),
+        submenu(setting("PhysMonConfig").title).menuAs(&O::mSpeakerConfMenu),
 
         item("Facility", A::none).greyed().as(&O::mFacilityMenuItem), // a heading, hidden at start-up
-        submenu("Monitoring Facility").menuAs(&O::mFacilityMenu),
+        submenu(setting("Facility").title).menuAs(&O::mFacilityMenu),
         submenu("Second Monitoring Facility") // hidden at start-up: the host knows one facility
             .as(&O::mFacilityMenuItem2).menuAs(&O::mFacilityMenu2),
 
         separator(),
-        submenu("HDX Aux Track Delay", {
+        submenu(setting("HdxAuxTrackDelaySetting").title, {
             radio("Off", A::setHdxAuxTrackDelay).tag(0),
             radio("Low Latency", A::setHdxAuxTrackDelay).tag(1),
             radio("High Latency", A::setHdxAuxTrackDelay).tag(2),
@@ -87,11 +96,9 @@ std::vector<Row> statusMenuRows(bool hasAboutPanel)
             radio("Native", A::setDAWType).tag(0),
             radio("HDX", A::setDAWType).tag(1),
         }).hidden().menuAs(&O::mDAWtypeMenu),
-        check("DAW Link Control", A::setDAWLinkControl).as(&O::mDAWLinkControlMenu),
-        check("Latency Compensation", A::setLatencyCompensationControl)
-            .as(&O::mLatencyCompensationControlMenu),
-        check("Default Panner Objects", A::setDefaultPannerObjects) // hidden at start-up
-            .as(&O::mDefaultPannerObjectsMenuItem),
+        toggle(setting("DAWLinkControlSetting")).as(&O::mDAWLinkControlMenu),
+        toggle(setting("LatencyCompensationControlSetting")).as(&O::mLatencyCompensationControlMenu),
+        toggle(setting("defaultPannerObjects")).greyed().hidden(), // not offered
 
         separator().as(&O::mEncodingsDivider),
         submenu("Encoding History", {
@@ -128,6 +135,8 @@ void fill(Menu& menu, const std::vector<Row>& rows, MenuModel& model, Outlets& o
         auto& added = menu.addItem(std::make_unique<MenuItem>(row.properties));
         if (row.itemOutlet != nullptr)
             outlets.*row.itemOutlet = &added;
+        if (added.properties().action == Action::toggleSetting)
+            outlets.toggles.at(static_cast<std::size_t>(added.tag())) = &added;
         if (!row.hasSubmenu)
             continue;
         added.setSubmenu(std::make_unique<Menu>(model));

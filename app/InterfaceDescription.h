@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/MenuModel.h"
+#include "tables/Settings.h"
 
+#include <array>
 #include <memory>
 
 namespace Kest::App {
@@ -23,10 +25,12 @@ struct Outlets {
     Menu* mSpeakerConfMenu = nullptr;
     MenuItem* mDAWLinkControlMenu = nullptr;
     MenuItem* mLatencyCompensationControlMenu = nullptr;
-    MenuItem* mDefaultPannerObjectsMenuItem = nullptr;
     Menu* mDefaultBusMenu = nullptr;
     Menu* mDAWtypeMenu = nullptr;
     MenuItem* mUninstall = nullptr;
+
+    /// By index in `kSettings`; null for a setting that is not a toggle in the menu.
+    std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;
     MenuItem* mClearEncodingHistory = nullptr;

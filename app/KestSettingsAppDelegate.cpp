@@ -61,8 +61,6 @@ void KestSettingsAppDelegate::awakeFromNib()
     parts->settings.showStoredSpeakerConfig();
     parts->buses.startWithMainBus();
 
-    outlets.mDefaultPannerObjectsMenuItem->setEnabled(false);
-    outlets.mDefaultPannerObjectsMenuItem->setHidden(true);
     outlets.mFacilityMenuItem->setHidden(true);
     outlets.mFacilityMenuItem2->setHidden(true);
 }
@@ -124,9 +122,7 @@ void KestSettingsAppDelegate::perform(Action action, Sender sender)
     case Action::setHdxAuxTrackDelay: return parts->settings.setHdxAuxTrackDelay(sender);
     case Action::setSpeakerConfig: return parts->settings.setSpeakerConfig(sender);
     case Action::setFacility: return parts->facilities.setFacility(sender);
-    case Action::setDAWLinkControl: return parts->settings.setDAWLinkControl(sender);
-    case Action::setLatencyCompensationControl: return parts->settings.setLatencyCompensationControl(sender);
-    case Action::setDefaultPannerObjects: return parts->settings.setDefaultPannerObjects(sender);
+    case Action::toggleSetting: return parts->settings.toggleSetting(sender);
     case Action::setDAWType: return parts->settings.setDAWType(sender);
     case Action::setDefaultKestBus: return parts->buses.setDefaultKestBus(sender);
     case Action::encShowInFinder: return parts->encodings.encShowInFinder(sender);

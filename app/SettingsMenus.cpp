@@ -9,6 +9,8 @@ namespace {
 constexpr int kLatch = 0;
 constexpr int kExclusive = 1;
 
+const Settings::Setting& settingOf(const MenuItem& toggle) { return Settings::kSettings[toggle.tag()]; }
+
 void checkOnly(const Menu& menu, int tag)
 {
     const auto* chosen = menu.itemWithTag(tag);
@@ -27,10 +29,9 @@ void SettingsMenus::showStoredChoices()
     else if (soloMode == kLatch)
         setSoloModeLatch(self);
     setHdxAuxTrackDelay(outlets.mHdxAuxMenu->itemWithTag(backend.getHdxAuxTrackDelay()));
-    setDAWLinkControl(self);
-    setDefaultPannerObjects(self);
-    setDAWType(self);
-    setLatencyCompensationControl(self);
+    for (auto* toggle : outlets.toggles)
+        if (toggle != nullptr)
+            apply(*toggle, backend.value(settingOf(*toggle)));
 }
 
 void SettingsMenus::showStoredSpeakerConfig()
@@ -70,30 +71,18 @@ void SettingsMenus::setSpeakerConfig(Sender sender)
     backend.setPhysMonConfig(configuration);
 }
 
-void SettingsMenus::setDAWLinkControl(Sender sender)
+void SettingsMenus::toggleSetting(Sender sender)
 {
-    const int stored = backend.getDAW_LinkControl();
-    const int value = sender.isDelegate() ? stored : 1 - stored;
-    backend.setDAW_LinkControl(value);
-    outlets.mDAWLinkControlMenu->setState(value != 0);
-    outlets.mLatencyCompensationControlMenu->setHidden(value == 0);
+    if (auto* item = sender.menuItem())
+        apply(*item, 1 - backend.value(settingOf(*item)));
 }
 
-void SettingsMenus::setLatencyCompensationControl(Sender sender)
+void SettingsMenus::apply(MenuItem& toggle, int value)
 {
-    const int stored = backend.getLatencyCompensationControl();
-    const int value = sender.isDelegate() ? stored : 1 - stored;
-    backend.setLatencyCompensationControl(value);
-    outlets.mLatencyCompensationControlMenu->setState(value != 0);
-}
-
-void SettingsMenus::setDefaultPannerObjects(Sender sender)
-{
-    const bool stored = backend.getDefaultPannerObjects();
-    const bool value = sender.isDelegate() ? stored : !stored;
-    backend.setDefaultPannerObjects(value);
-    outlets.mDefaultPannerObjectsMenuItem->setState(value);
-    outlets.mDefaultPannerObjectsMenuItem->setEnabled(false);
+    backend.setValue(settingOf(toggle), value);
+    toggle.setState(value != 0);
+    if (&toggle == outlets.mDAWLinkControlMenu)
+        outlets.mLatencyCompensationControlMenu->setHidden(value == 0);
 }
 
 void SettingsMenus::buildSpeakerConfigMenu(Menu& menu)

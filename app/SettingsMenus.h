@@ -27,14 +27,13 @@ public:
     void setSoloModeLatch(Sender sender);
     void setHdxAuxTrackDelay(Sender sender); // takes the sender's tag always
     void setSpeakerConfig(Sender sender);
-    void setDAWLinkControl(Sender sender);
-    void setLatencyCompensationControl(Sender sender);
-    void setDefaultPannerObjects(Sender sender);
+    void toggleSetting(Sender sender);
     void setDAWType(Sender) {} // the menu is kept, and has no effect on purpose
 
     void buildSpeakerConfigMenu(Menu& menu);
 
 private:
+    void apply(MenuItem& toggle, int value);
     void addSpeakerConfigMenuItem(Menu& menu, const std::string& title, int tag, bool isChecked, bool isRed);
 
     const Outlets& outlets;

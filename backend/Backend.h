@@ -7,6 +7,7 @@
 #include "backend/ProgressPipe.h"
 #include "backend/SystemPaths.h"
 #include "lipc/MarkerWatch.h"
+#include "tables/Settings.h"
 
 #include <juce_core/juce_core.h>
 #include <juce_data_structures/juce_data_structures.h>
@@ -85,22 +86,28 @@ public:
     /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
     static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
 
-    // Plain options. Each setter saves the settings file first and then writes the host's session, if there
-    // is one, also when the file could not be saved. No range is enforced.
-    int getSoloMode() const; // 0 latch, 1 exclusive
-    void setSoloMode(int mode);
-    int getHdxAuxTrackDelay() const;
-    void setHdxAuxTrackDelay(int choice);
-    bool getDefaultPannerObjects() const;
-    void setDefaultPannerObjects(bool on);
-    int getDAW_LinkControl() const; // 0 off, 1 on
-    void setDAW_LinkControl(int value);
-    int getLatencyCompensationControl() const; // 0 off, 1 on
-    void setLatencyCompensationControl(int value);
+    /// Returns the stored value of a setting of `kParameterSettings`, or its default.
+    int value(const Setting& setting) const;
+    /// Saves the settings file first and then writes the host's session, if there is one, also when the file
+    /// could not be saved. No range is enforced.
+    void setValue(const Setting& setting, int value);
+
+    // The same for one setting each.
+    int getSoloMode() const { return value(setting("SoloMode")); } // 0 latch, 1 exclusive
+    void setSoloMode(int mode) { setValue(setting("SoloMode"), mode); }
+    int getHdxAuxTrackDelay() const { return value(setting("HdxAuxTrackDelaySetting")); }
+    void setHdxAuxTrackDelay(int choice) { setValue(setting("HdxAuxTrackDelaySetting"), choice); }
+    bool getDefaultPannerObjects() const { return value(setting("defaultPannerObjects")) != 0; }
+    void setDefaultPannerObjects(bool on) { setValue(setting("defaultPannerObjects"), on ? 1 : 0); }
+    int getDAW_LinkControl() const { return value(setting("DAWLinkControlSetting")); } // 0 off, 1 on
+    void setDAW_LinkControl(int on) { setValue(setting("DAWLinkControlSetting"), on); }
+    // 0 off, 1 on
+    int getLatencyCompensationControl() const { return value(setting("LatencyCompensationControlSetting")); }
+    void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
     /// The names of the installed room layouts, in the file system's order; empty when there are none.
     juce::StringArray getFacilityList() const;
-    juce::String getFacility() const;
+    juce::String getFacility() const { return text(setting("Facility")); }
     /// A name that the settings file cannot contain is refused: neither the file nor the host gets it.
     void setFacility(const juce::String& name);
 
@@ -162,10 +169,9 @@ private:
     void sendMessage(std::int32_t number, std::int32_t type, const char* description) const;
 
     // Settings store.
-    const juce::PropertySet& userSettings() const;
-    void applySetting(const char* key, const juce::var& value,
+    juce::String text(const Setting& setting) const;
+    void applySetting(const Setting& setting, const juce::var& value,
                       const std::function<void(LIPC::ClientEntry&)>& tell);
-    void applyOption(const char* key, const juce::var& value, int parameter, float number);
     void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
 
     const SystemPaths systemPaths;

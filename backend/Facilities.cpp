@@ -1,16 +1,9 @@
 // The room: which facility it is, and which loudspeakers stand in it.
 #include "backend/Backend.h"
-#include "backend/SettingKeys.h"
 #include "lipc/ClientEntry.h"
-#include "lipc/SettingsRecord.h"
 #include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
-namespace {
-
-constexpr char kFacilityDefault[] = "Standard-Surround";
-
-} // namespace
 
 juce::StringArray Backend::getFacilityList() const
 {
@@ -21,30 +14,25 @@ juce::StringArray Backend::getFacilityList() const
     return names;
 }
 
-juce::String Backend::getFacility() const { return userSettings().getValue(kFacility.key, kFacilityDefault); }
-
 void Backend::setFacility(const juce::String& name)
 {
-    applySetting(kFacility.key, name, [&](LIPC::ClientEntry& own) {
+    constexpr const auto& facility = setting("Facility");
+    applySetting(facility, name, [&](LIPC::ClientEntry& own) {
         // The length in characters, not bytes: the host's other writers count the same way.
-        own.strings[LIPC::kFacilityString].put(name.toRawUTF8(), name.length());
+        own.strings[facility.number].put(name.toRawUTF8(), name.length());
     });
 }
 
 int Backend::getPhysMonConfig() const
 {
-    const auto layout =
-        userSettings().getIntValue(kPhysMonConfig.key, parameterDefault(LIPC::ePhysMonConfig));
-    return speakerConfigurationOfLayout(layout);
+    return speakerConfigurationOfLayout(value(setting("PhysMonConfig")));
 }
 
 void Backend::setPhysMonConfig(int speakerConfiguration)
 {
     const auto row = sSpkrConf2Layout.find(speakerConfiguration);
-    if (row == sSpkrConf2Layout.end())
-        return;
-    const auto layout = static_cast<int>(row->second);
-    applyOption(kPhysMonConfig.key, layout, LIPC::ePhysMonConfig, static_cast<float>(layout));
+    if (row != sSpkrConf2Layout.end())
+        setValue(setting("PhysMonConfig"), static_cast<int>(row->second));
 }
 
 } // namespace Kest::Settings

@@ -1,11 +1,11 @@
 #include "backend/SettingsFile.h"
 
 #include "backend/FileText.h"
-#include "backend/SettingKeys.h"
 #include "backend/SettingsFileCheck.h"
 #include "backend/SettingsPlace.h"
 #include "backend/SystemPaths.h"
 #include "log/Log.h"
+#include "tables/Settings.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -52,8 +52,8 @@ void reportNotSaved(const char* what, const std::string& why, const std::string&
 
 std::string titleOf(const juce::String& key)
 {
-    const auto* known = std::ranges::find_if(kSettingKeys, [&](const auto* one) { return key == one->key; });
-    return known == std::end(kSettingKeys) ? key.toStdString() : (*known)->title;
+    const auto* known = std::ranges::find_if(kSettings, [&](const auto& one) { return key == one.key; });
+    return known == std::end(kSettings) ? key.toStdString() : known->title;
 }
 
 } // namespace

@@ -1,22 +1,18 @@
 // The user's choices: kept in the settings file, and told to the host.
 #include "backend/Backend.h"
-#include "backend/SettingKeys.h"
 #include "backend/SettingsFile.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
 #include "lipc/ShmManaged.h"
-#include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
 
-const juce::PropertySet& Backend::userSettings() const { return settingsFile->values(); }
-
 // The file first, then the host, which gets no text that the file cannot contain; waiting for the disk comes
 // last, as it takes longer than both.
-void Backend::applySetting(const char* key, const juce::var& value,
+void Backend::applySetting(const Setting& setting, const juce::var& value,
                            const std::function<void(LIPC::ClientEntry&)>& tell)
 {
-    if (settingsFile->keep(key, value) == SaveResult::refused)
+    if (settingsFile->keep(setting.key, value) == SaveResult::refused)
         return;
     withOwnRecord(tell);
     settingsFile->settle();
@@ -29,12 +25,6 @@ Backend::OneReport::OneReport(Backend& ofBackend) : backend(ofBackend)
 
 Backend::OneReport::~OneReport() { backend.settingsFile->reportHeld(); }
 
-void Backend::applyOption(const char* key, const juce::var& value, int parameter, float number)
-{
-    applySetting(key, value,
-                 [=](LIPC::ClientEntry& own) { LIPC::storeShared(own.params[parameter], number); });
-}
-
 void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
 {
     if (hostArchMismatch != 0)
@@ -46,50 +36,22 @@ void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write
         write(*own);
 }
 
-int Backend::getSoloMode() const { return userSettings().getIntValue(kSoloMode.key, 0); }
-
-void Backend::setSoloMode(int mode)
+juce::String Backend::text(const Setting& setting) const
 {
-    applyOption(kSoloMode.key, mode, LIPC::eSoloMode, static_cast<float>(mode));
+    return settingsFile->values().getValue(setting.key, setting.byDefault);
 }
 
-int Backend::getHdxAuxTrackDelay() const { return userSettings().getIntValue(kHdxAuxTrackDelay.key, 0); }
-
-void Backend::setHdxAuxTrackDelay(int choice)
+int Backend::value(const Setting& setting) const
 {
-    applyOption(kHdxAuxTrackDelay.key, choice, LIPC::eHdxAuxTrackDelay, static_cast<float>(choice));
+    const int stored = text(setting).getIntValue();
+    return setting.type == SettingType::boolean ? static_cast<int>(stored != 0) : stored;
 }
 
-bool Backend::getDefaultPannerObjects() const
+void Backend::setValue(const Setting& setting, int value)
 {
-    return userSettings().getBoolValue(kDefaultPannerObjects.key, false);
-}
-
-void Backend::setDefaultPannerObjects(bool on)
-{
-    applyOption(kDefaultPannerObjects.key, on, LIPC::eDefaultPannerObjects, on ? 1.0F : 0.0F);
-}
-
-int Backend::getDAW_LinkControl() const
-{
-    return userSettings().getIntValue(kDAWLinkControl.key, parameterDefault(LIPC::eDAWLinkControl));
-}
-
-void Backend::setDAW_LinkControl(int value)
-{
-    applyOption(kDAWLinkControl.key, value, LIPC::eDAWLinkControl, static_cast<float>(value));
-}
-
-int Backend::getLatencyCompensationControl() const
-{
-    return userSettings().getIntValue(kLatencyCompensation.key,
-                                      parameterDefault(LIPC::eLatencyCompensationControl));
-}
-
-void Backend::setLatencyCompensationControl(int value)
-{
-    applyOption(kLatencyCompensation.key, value, LIPC::eLatencyCompensationControl,
-                static_cast<float>(value));
+    applySetting(setting, value, [&](LIPC::ClientEntry& own) {
+        LIPC::storeShared(own.params[setting.number], static_cast<float>(value));
+    });
 }
 
 } // namespace Kest::Settings

@@ -8,6 +8,7 @@
 #include "lipc/SettingsRecord.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
+#include "tables/Settings.h"
 
 #include <cstdio>
 #include <fcntl.h>
@@ -114,7 +115,7 @@ int choiceToHost(int choices, const Command& agent)
     const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName);
     if (own == nullptr)
         throw std::runtime_error("the host has no place for the agent");
-    const auto measured = measure(watcher, own->params[LIPC::eSoloMode], choices);
+    const auto measured = measure(watcher, own->params[Kest::Settings::setting("SoloMode").number], choices);
     print("choice_ms", median(measured.choices));
     print("choice_p99_ms", quantile(measured.choices, 0.99));
     print("call_ms", median(measured.calls));

@@ -1,16 +1,15 @@
 # JUCE's three modules without a user interface, compiled once into kest_juce. On Debian the sources come from
-# the package juce-modules-source-data; elsewhere they are fetched at the same version.
-set(KEST_JUCE_VERSION 7.0.5)
+# the package juce-modules-source-data; elsewhere they are fetched: 7.0.12, the last release of JUCE 7. What Apple's
+# newer compilers refuse of JUCE 7 is in a module that is not used.
 set(KEST_JUCE_MODULES "/usr/share/juce/modules" CACHE PATH "Folder of JUCE's modules")
 
 if(NOT EXISTS ${KEST_JUCE_MODULES}/juce_core/juce_core.h)
     include(FetchContent)
-    FetchContent_Declare(juce GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
-                         GIT_TAG ${KEST_JUCE_VERSION} GIT_SHALLOW ON)
-    FetchContent_GetProperties(juce)
-    if(NOT juce_POPULATED)
-        FetchContent_Populate(juce) # the sources only: JUCE's own build files are not needed
-    endif()
+    FetchContent_Declare(juce
+        GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
+        GIT_TAG 4f43011b96eb0636104cb3e433894cda98243626 # 7.0.12; a tag can be moved
+        SOURCE_SUBDIR modules/juce_core) # which has no build files: only the sources are wanted
+    FetchContent_MakeAvailable(juce)
     set(KEST_JUCE_MODULES ${juce_SOURCE_DIR}/modules CACHE PATH "Folder of JUCE's modules" FORCE)
 endif()
 

@@ -5,6 +5,7 @@
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
+#include "tables/Settings.h"
 
 #include <algorithm>
 #include <cstring>
@@ -114,13 +115,13 @@ void writeAsAgent(Image& image, LIPC::ClientEntry& own, Kest::Fuzz::Input& input
     const auto texts = image.copy(at + 656 + 272, kRecord - 656 - 272);
 
     LIPC::round(LIPC::loadShared(own.params[LIPC::eHostMessage]));
-    LIPC::storeShared(own.params[LIPC::ePhysMonConfig], static_cast<float>(input.number()));
+    LIPC::storeShared(own.params[setting("PhysMonConfig").number], static_cast<float>(input.number()));
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
-    own.strings[LIPC::kFacilityString].put(name.c_str(), static_cast<int>(name.size()));
+    own.strings[setting("Facility").number].put(name.c_str(), static_cast<int>(name.size()));
     const std::string_view whole(name.c_str());
     const auto limit =
         std::min<std::size_t>(whole.size(), whole.size() > 128 || name.size() > 128 ? 127 : 128);
-    const auto published = own.strings[LIPC::kFacilityString].text();
+    const auto published = own.strings[setting("Facility").number].text();
     require(whole.starts_with(published) && published.size() + (limit < whole.size() ? 3 : 0) >= limit,
             "the facility is published, but for a character that is cut");
     const LIPC::ClientEntry copy(own);

@@ -1,4 +1,5 @@
-// Where the agent and the host meet: the fields of the record named "KestSettings".
+// The names by which the agent finds the host's segments and its own record, and the field for the host's
+// message.
 #pragma once
 
 namespace LIPC {
@@ -7,18 +8,8 @@ constexpr char kSettingsClientName[] = "KestSettings";
 constexpr char kVersionSegment[] = "LIPC_VERSION";
 constexpr char kSessionSegment[] = "LIPC_SESSION";
 
-/// Numbers of `ClientEntry::params` in that record. The agent writes all but the host's message.
-enum eSettingsParameter {
-    eSoloMode = 4,
-    eHdxAuxTrackDelay = 32,
-    eDAWLinkControl = 33,
-    eDefaultPannerObjects = 37, // 1.0 on, 0.0 off
-    eHostMessage = 39,          // written by the host
-    eLatencyCompensationControl = 40,
-    ePhysMonConfig = 41, // an `LSS::eMixLayout`
-};
-
-/// Number of `ClientEntry::strings` that holds the name of the chosen facility.
-constexpr int kFacilityString = 0;
+/// Number of the parameter in that record that the host writes. The agent writes those of
+/// `Kest::Settings::kSettings`.
+constexpr int eHostMessage = 39;
 
 } // namespace LIPC

@@ -1,5 +1,7 @@
 #include "tables/KestSettingsTables.h"
 
+#include "tables/Settings.h"
+
 #include <algorithm>
 
 namespace Kest::Settings {
@@ -36,20 +38,30 @@ const std::map<std::int32_t, LSS::eMixLayout> sSpkrConf2Layout{
     {10, eMixLayout::KestMax_22_1},
     {11, eMixLayout::KestMax_26_1},
 };
-
-const std::map<std::int32_t, float> cParameterDefaults{
-    {32,  0.0f},
-    {33,  0.0f}, // DAW link control
-    {34,  1.0f},
-    {35,  1.0f},
-    {36,  0.0f},
-    {37,  0.0f},
-    {38,  3.0f},
-    {39,  0.0f},
-    {40,  1.0f}, // latency compensation control
-    {41, 26.0f}, // physical monitor configuration: a layout id, here KestMax 26.1
-};
 // clang-format on
+
+namespace {
+
+static_assert(std::ranges::count(kSettings, SettingType::text, &Setting::type) ==
+                  std::ssize(kSettings) - std::ssize(kParameterSettings),
+              "the texts are the last rows");
+
+// Solo mode, a parameter below it, has no row in this table.
+constexpr int kFirstWithDefault = 32;
+
+std::map<std::int32_t, float> parameterDefaults()
+{
+    std::map<std::int32_t, float> defaults{
+        {34, 1.0F}, {35, 1.0F}, {36, 0.0F}, {38, 3.0F}, {39, 0.0F}}; // the host's
+    for (const auto& setting : kParameterSettings)
+        if (setting.number >= kFirstWithDefault)
+            defaults.emplace(setting.number, std::stof(setting.byDefault));
+    return defaults;
+}
+
+} // namespace
+
+const std::map<std::int32_t, float> cParameterDefaults = parameterDefaults();
 
 std::int32_t speakerConfigurationOfLayout(std::int32_t layout)
 {
@@ -57,12 +69,6 @@ std::int32_t speakerConfigurationOfLayout(std::int32_t layout)
         return static_cast<std::int32_t>(row.second) == layout;
     });
     return found == sSpkrConf2Layout.end() ? -1 : found->first;
-}
-
-std::int32_t parameterDefault(std::int32_t parameter)
-{
-    const auto found = cParameterDefaults.find(parameter);
-    return found == cParameterDefaults.end() ? 0 : static_cast<std::int32_t>(found->second);
 }
 
 } // namespace Kest::Settings

@@ -23,7 +23,4 @@ extern const std::map<std::int32_t, float> cParameterDefaults;
 // integer because it comes out of a settings file and may name no layout at all.
 std::int32_t speakerConfigurationOfLayout(std::int32_t layout);
 
-// The default of `parameter`, truncated toward zero; 0 for a parameter without a default.
-std::int32_t parameterDefault(std::int32_t parameter);
-
 } // namespace Kest::Settings

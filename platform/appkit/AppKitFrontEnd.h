@@ -33,8 +33,9 @@ public:
 
 private:
     void itemChosen(App::ItemId id) override;
-    void menuWillOpen(App::ItemId id) override;
-    void menuDidClose(App::ItemId id) override { mirror.menuClosed(id); }
+    void menuNeedsUpdate(App::ItemId id) override;
+    void menuWillOpen(App::ItemId id) override { mirror.menuOpened(id); }
+    void menuDidClose(App::ItemId id) override;
 
     App::KestSettingsAppDelegate* delegate = nullptr;
     KestMenuBridge* const bridge;

@@ -44,7 +44,7 @@ AppKitFrontEnd::~AppKitFrontEnd()
 
 void AppKitFrontEnd::showStatusItem(const std::string& imageName)
 {
-    statusItem = AppKit::showStatusItem(statusMenu(), logoNamed(toNSString(imageName)), bridge);
+    statusItem = AppKit::showStatusItem(statusMenu(), logoNamed(toNSString(imageName)));
 }
 
 void AppKitFrontEnd::post(std::function<void()> job)
@@ -70,12 +70,19 @@ void AppKitFrontEnd::itemChosen(App::ItemId id)
         delegate->choose(id);
 }
 
-void AppKitFrontEnd::menuWillOpen(App::ItemId id)
+void AppKitFrontEnd::menuNeedsUpdate(App::ItemId id)
 {
     if (delegate == nullptr || mirror.isChanging())
         return;
+    mirror.menuNeedsUpdate(id);
     delegate->menuWillOpen(id);
-    mirror.menuOpened(id);
+}
+
+// AppKit sends the action of the chosen item after this, and before any job.
+void AppKitFrontEnd::menuDidClose(App::ItemId id)
+{
+    mirror.menuClosed(id);
+    post([this] { mirror.applyDeferredShapes(); });
 }
 
 } // namespace Kest::AppKit

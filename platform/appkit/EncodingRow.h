@@ -6,15 +6,24 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// Draws the bar, for the percentage that its label says, and the selection behind all. It has no state but
-/// its labels, so that a copy of it is whole.
+/// A name and a percentage, below them a bar that is filled as far, and the arrow of a submenu, which AppKit
+/// draws for no item with a view. It has no state but its labels, so that a copy of it is complete.
 @interface KestEncodingRow : NSView
 - (NSTextField*)nameLabel;
 - (NSTextField*)percentageLabel;
 /// How much of the bar is filled, 0 to 1.
 - (CGFloat)progress;
-/// Where the bar is, filled and not.
+/// The whole bar, filled or not, and the arrow, in the row's coordinates.
 - (NSRect)bar;
+- (NSRect)arrow;
+/// Whether the item that it is the view of is highlighted.
+- (BOOL)isSelected;
+/// Gives the labels the colour that goes with `isSelected`.
+- (void)colorLabels;
+@end
+
+/// Draws the bar and the arrow of the row that it is in, above the row's selection.
+@interface KestEncodingBar : NSView
 @end
 
 namespace Kest::AppKit {

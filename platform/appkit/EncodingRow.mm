@@ -1,5 +1,6 @@
 #import "platform/appkit/EncodingRow.h"
 
+#import "platform/appkit/EncodingRowStyle.h"
 #include "platform/appkit/Text.h"
 
 #include <algorithm>
@@ -10,12 +11,16 @@ namespace {
 constexpr CGFloat kWidth = 280;
 constexpr CGFloat kHeight = 34;
 constexpr CGFloat kLeft = 20;
-constexpr CGFloat kRight = 24; // with the submenu's arrow
+constexpr CGFloat kRight = 24; // with the arrow
 constexpr CGFloat kLabelHeight = 18;
 constexpr CGFloat kLabelBottom = 12;
 constexpr CGFloat kPercentageWidth = 48;
 constexpr CGFloat kBarBottom = 5;
 constexpr CGFloat kBarHeight = 5;
+constexpr CGFloat kArrowRight = 10;
+constexpr CGFloat kArrowWidth = 5;
+constexpr CGFloat kArrowHeight = 9;
+constexpr CGFloat kArrowThickness = 1.5;
 
 enum LabelTag : std::uint8_t { nameTag = 1, percentageTag = 2 };
 
@@ -39,6 +44,9 @@ KestEncodingRow* makeTemplate()
 {
     KestEncodingRow* row = [[KestEncodingRow alloc] initWithFrame:NSMakeRect(0, 0, kWidth, kHeight)];
     [row setAutoresizingMask:NSViewWidthSizable];
+    NSView* bar = [[[KestEncodingBar alloc] initWithFrame:[row bounds]] autorelease];
+    [bar setAutoresizingMask:NSViewWidthSizable | NSViewHeightSizable];
+    [row addSubview:bar];
     const CGFloat percentageLeft = kWidth - kRight - kPercentageWidth;
     [row addSubview:makeLabel(nameTag, NSMakeRect(kLeft, kLabelBottom, percentageLeft - kLeft, kLabelHeight),
                               NSTextAlignmentLeft, NSViewWidthSizable)];
@@ -61,15 +69,13 @@ KestEncodingRow* deepCopy(KestEncodingRow* row)
     }
 }
 
+#pragma clang diagnostic pop
+
 void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 {
     [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.name)];
     [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentage)];
 }
-
-NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
-
-#pragma clang diagnostic pop
 
 } // namespace
 
@@ -101,6 +107,13 @@ NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
     return NSMakeRect(kLeft, kBarBottom, [self bounds].size.width - kLeft - kRight, kBarHeight);
 }
 
+- (NSRect)arrow
+{
+    const NSRect all = [self bounds];
+    return NSMakeRect(NSMaxX(all) - kArrowRight - kArrowWidth, NSMidY(all) - kArrowHeight / 2, kArrowWidth,
+                      kArrowHeight);
+}
+
 - (BOOL)isSelected
 {
     if (![self respondsToSelector:@selector(enclosingMenuItem)])
@@ -109,24 +122,37 @@ NSColor* selectionColor() { return [NSColor selectedMenuItemColor]; }
     return [(id<KestRowOfAnItem>)item isHighlighted];
 }
 
+- (void)colorLabels
+{
+    NSColor* color = Kest::AppKit::rowColors([self isSelected]).text;
+    for (NSTextField* label : {[self nameLabel], [self percentageLabel]})
+        if (![[label textColor] isEqual:color])
+            [label setTextColor:color];
+}
+
+@end
+
+@implementation KestEncodingBar
+
 - (void)drawRect:(NSRect)dirty
 {
-    const BOOL selected = [self isSelected];
-    if (selected) { // a row of its own draws this too
-        [selectionColor() set];
-        NSRectFill([self bounds]);
-    }
-    NSColor* ink = selected ? [NSColor selectedMenuItemTextColor] : [NSColor controlTextColor];
-    for (NSTextField* label in [self subviews])
-        if (![[label textColor] isEqual:ink])
-            [label setTextColor:ink];
+    auto* row = (KestEncodingRow*)[self superview];
+    const auto colors = Kest::AppKit::rowColors([row isSelected]);
+    NSRect filled = [row bar];
+    [colors.barFrame set];
+    [NSBezierPath strokeRect:NSInsetRect(filled, 0.5, 0.5)];
+    filled.size.width *= [row progress];
+    [colors.barFill set];
+    [NSBezierPath fillRect:filled];
 
-    NSRect filled = [self bar];
-    [[NSColor gridColor] set];
-    NSFrameRect(filled);
-    filled.size.width *= [self progress];
-    [(selected ? ink : [NSColor selectedControlColor]) set];
-    NSRectFill(filled);
+    const NSRect arrow = [row arrow];
+    NSBezierPath* path = [NSBezierPath bezierPath];
+    [path setLineWidth:kArrowThickness];
+    [path moveToPoint:NSMakePoint(NSMinX(arrow), NSMaxY(arrow))];
+    [path lineToPoint:NSMakePoint(NSMaxX(arrow), NSMidY(arrow))];
+    [path lineToPoint:NSMakePoint(NSMinX(arrow), NSMinY(arrow))];
+    [colors.text set];
+    [path stroke];
 }
 
 @end
@@ -142,6 +168,7 @@ KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& sp
         row = [makeTemplate() autorelease];
         setLabels(row, labels);
     }
+    addSelection(row);
     if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
         [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(spoken)];
     return row;

@@ -7,7 +7,9 @@ namespace Kest::AppKit {
 
 /// Main thread, before all else of AppKit. False, with one line on standard error, when there is no screen.
 bool connectToScreen();
-/// Main thread. Runs the application until it terminates, which ends the process.
+/// Main thread. Runs the application until it terminates, which ends the process. On the Mac it holds an
+/// activity: App Nap would delay the timers of an agent without windows, and with them the monitor's pass
+/// each second. The Mac may still sleep.
 int runApplication(int argc, const char** argv);
 
 /// Any thread. Calls `function` with `context` on the main thread: later, in order, and also while a menu is

@@ -7,7 +7,12 @@ namespace Kest::AppKit {
 
 bool connectToScreen() { return [NSApplication sharedApplication] != nil; }
 
-int runApplication(int argc, const char** argv) { return NSApplicationMain(argc, argv); }
+int runApplication(int argc, const char** argv)
+{
+    [[[NSProcessInfo processInfo] beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                    reason:@"Follows the host service"] retain];
+    return NSApplicationMain(argc, argv);
+}
 
 // The main queue is worked on in all common modes.
 void callOnMainThread(void (*function)(void*), void* context)

@@ -12,7 +12,10 @@ class MenuListener {
 public:
     virtual ~MenuListener() = default;
     virtual void itemChosen(App::ItemId id) = 0;
+    /// The menu may be about to open; the only one of the three in which items may change.
+    virtual void menuNeedsUpdate(App::ItemId id) = 0;
     virtual void menuWillOpen(App::ItemId id) = 0;
+    /// The action of an item that was chosen from the menu follows.
     virtual void menuDidClose(App::ItemId id) = 0;
 };
 
@@ -24,7 +27,8 @@ App::ItemId idOf(NSMenu* menu);
 
 } // namespace Kest::AppKit
 
-/// The target of all items and the delegate of all submenus. Main thread only.
+/// The target of all items and the delegate of all menus. An opening menu sends it `menuNeedsUpdate:` and
+/// `menuWillOpen:`, a closing one `menuDidClose:`. Main thread only.
 @interface KestMenuBridge : NSObject {
 @private
     Kest::AppKit::MenuListener* listener;
@@ -34,6 +38,9 @@ App::ItemId idOf(NSMenu* menu);
 - (void)disconnect;
 
 - (void)chooseItem:(NSMenuItem*)item;
+/// NO: no item has a key equivalent. Without it AppKit would send `menuNeedsUpdate:` for each key.
+- (BOOL)menuHasKeyEquivalent:(NSMenu*)menu forEvent:(NSEvent*)event target:(id*)target action:(SEL*)action;
+- (void)menuNeedsUpdate:(NSMenu*)menu;
 - (void)menuWillOpen:(NSMenu*)menu;
 - (void)menuDidClose:(NSMenu*)menu;
 @end

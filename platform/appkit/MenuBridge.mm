@@ -40,6 +40,17 @@ using namespace Kest::AppKit;
         stopExceptions("choosing an item", [&] { listener->itemChosen(idOf(item)); });
 }
 
+- (BOOL)menuHasKeyEquivalent:(NSMenu*)menu forEvent:(NSEvent*)event target:(id*)target action:(SEL*)action
+{
+    return NO;
+}
+
+- (void)menuNeedsUpdate:(NSMenu*)menu
+{
+    if (listener != nullptr)
+        stopExceptions("updating a menu", [&] { listener->menuNeedsUpdate(idOf(menu)); });
+}
+
 - (void)menuWillOpen:(NSMenu*)menu
 {
     if (listener != nullptr)

@@ -1,4 +1,4 @@
-// The class of the menu's items.
+// The classes of the menu and its items.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -13,7 +13,9 @@
 
 namespace Kest::AppKit {
 
-/// NSMenuItem, or one made from it that can what it cannot.
+/// NSMenuItem, or a subclass that adds what GNUstep's lacks.
 Class menuItemClass();
+/// NSMenu, or a subclass that sends its delegate what GNUstep's does not.
+Class menuClass();
 
 } // namespace Kest::AppKit

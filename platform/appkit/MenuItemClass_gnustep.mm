@@ -1,4 +1,6 @@
-// An item of GNUstep forgets its attributed title at once, and would not draw it.
+// An item of GNUstep forgets its attributed title at once, and would not draw it. A menu of GNUstep sends its
+// delegate `menuNeedsUpdate:` before it is displayed, but nothing when it has opened or closed.
+#import "platform/appkit/MenuBridge.h"
 #import "platform/appkit/MenuItemClass.h"
 
 #include <objc/runtime.h>
@@ -27,6 +29,27 @@
     [keptTitle autorelease];
     keptTitle = [title copy];
     [[self menu] itemChanged:self];
+}
+
+@end
+
+@interface KestMenu : NSMenu
+@end
+
+@implementation KestMenu
+
+- (void)display
+{
+    [super display];
+    if ([self supermenu] != nil) // the main menu is always displayed
+        [(KestMenuBridge*)[self delegate] menuWillOpen:self];
+}
+
+- (void)close
+{
+    [super close];
+    if ([self supermenu] != nil)
+        [(KestMenuBridge*)[self delegate] menuDidClose:self];
 }
 
 @end
@@ -64,5 +87,7 @@ Class menuItemClass()
         drawAttributedTitles();
     return [KestMenuItem class];
 }
+
+Class menuClass() { return [KestMenu class]; }
 
 } // namespace Kest::AppKit

@@ -12,8 +12,10 @@
 
 namespace Kest::AppKit {
 
-/// Changes only what has changed. In an open menu items change in place, an item that went stays greyed where
-/// it is, and new ones come at the end; its true shape follows when it closes. Main thread only.
+/// Changes only what has changed. In an open menu items change in place, a removed item stays greyed where it
+/// is, and new ones are appended, so that an item's index does not change. The menu keeps that shape when it
+/// closes, because the action of the item that was chosen is still to come: `applyDeferredShapes` and
+/// `menuNeedsUpdate` give it the model's. Main thread only.
 class MenuMirror {
 public:
     /// The bridge outlives it.
@@ -26,9 +28,14 @@ public:
 
     void show(App::ItemSnapshot now);
 
-    void menuOpened(App::ItemId id) { openMenus.insert(id); }
+    /// Gives a menu that has closed the model's shape now. An open menu keeps its shape.
+    void menuNeedsUpdate(App::ItemId id);
+    /// Only records it, as `menuClosed` does: AppKit forbids changing items while it reports either.
+    void menuOpened(App::ItemId id);
     void menuClosed(App::ItemId id);
-    /// While items come and go GNUstep says that menus open; they do not.
+    /// Gives all menus that have closed, and have not opened again, the model's shape.
+    void applyDeferredShapes();
+    /// While items are added and removed GNUstep sends `menuNeedsUpdate:`.
     bool isChanging() const { return changing; }
 
 private:
@@ -47,7 +54,8 @@ private:
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
     std::set<App::ItemId> openMenus;
-    std::set<App::ItemId> gone; // still there, in open menus
+    std::set<App::ItemId> closedMenus; // of the open ones: their shape is still to be applied
+    std::set<App::ItemId> gone;        // still there, in open menus
     App::ItemSnapshot shown;
     bool changing = false;
 };

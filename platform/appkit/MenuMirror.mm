@@ -34,6 +34,7 @@ MenuMirror::MenuMirror(const std::string& title, KestMenuBridge* target)
 
 MenuMirror::~MenuMirror()
 {
+    [root setDelegate:nil];
     while ([root numberOfItems] > 0) { // the system may hold on to the menu, but not to what is in it
         forget([root itemAtIndex:0]);
         [root removeItemAtIndex:0];
@@ -43,8 +44,9 @@ MenuMirror::~MenuMirror()
 
 NSMenu* MenuMirror::makeMenu(NSString* title) const
 {
-    NSMenu* menu = [[NSMenu alloc] initWithTitle:title];
+    NSMenu* menu = [[menuClass() alloc] initWithTitle:title];
     [menu setAutoenablesItems:NO];
+    [menu setDelegate:(id)bridge];
     return menu;
 }
 
@@ -63,14 +65,35 @@ void MenuMirror::show(App::ItemSnapshot now)
     changing = false;
 }
 
+void MenuMirror::menuOpened(App::ItemId id)
+{
+    openMenus.insert(id);
+    closedMenus.erase(id);
+}
+
 void MenuMirror::menuClosed(App::ItemId id)
 {
+    if (openMenus.contains(id))
+        closedMenus.insert(id);
+}
+
+void MenuMirror::menuNeedsUpdate(App::ItemId id)
+{
+    if (closedMenus.erase(id) == 0)
+        return;
+    openMenus.erase(id);
     const auto* owner = findItem(shown, id);
-    if (openMenus.erase(id) == 0 || owner == nullptr || menuOf(id) == nullptr)
+    if (owner == nullptr || menuOf(id) == nullptr)
         return;
     changing = true;
     applyShape(*owner);
     changing = false;
+}
+
+void MenuMirror::applyDeferredShapes()
+{
+    while (!closedMenus.empty()) // a menu that goes with its item leaves the set
+        menuNeedsUpdate(*closedMenus.begin());
 }
 
 NSMenu* MenuMirror::menuOf(App::ItemId id) const
@@ -96,7 +119,6 @@ void MenuMirror::applyItem(NSMenuItem* item, const App::ItemSnapshot& now)
     [item setSubmenu:submenu]; // which aims it at its submenu
     [submenu release];
     applyShape(now);
-    [submenu setDelegate:(id)bridge];
 }
 
 void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
@@ -172,6 +194,7 @@ void MenuMirror::forget(NSMenuItem* item)
 {
     items.erase(idOf(item));
     openMenus.erase(idOf(item));
+    closedMenus.erase(idOf(item));
     gone.erase(idOf(item));
     forgetBelow(item);
 }

@@ -3,14 +3,11 @@
 
 #import <AppKit/AppKit.h>
 
-@class KestMenuBridge;
-
 namespace Kest::AppKit {
 
-/// Main thread. Puts the menu where the system has such menus. The item stays until it is released.
-/// The bridge is the delegate of all submenus; it outlives the item.
-[[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo, KestMenuBridge* bridge);
-/// Takes it away again.
+/// Main thread. Shows the menu where the system has such menus, until `removeStatusItem`.
+[[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
+/// Main thread. Removes and releases it.
 void removeStatusItem(id item);
 
 } // namespace Kest::AppKit

@@ -110,7 +110,7 @@ bool Screen::start()
     curs_set(0);
     takeSuspendKey();
     startColours();
-    mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
+    mousemask(static_cast<mmask_t>(mouseEvents()), nullptr);
     mouseinterval(0); // a press is a press at once
     return true;
 }

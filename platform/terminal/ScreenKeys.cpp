@@ -7,6 +7,11 @@
 namespace Kest::Terminal {
 namespace {
 
+// The library's mouse version 1, which macOS has, knows four buttons and reports the wheel's downward step as
+// a position.
+constexpr mmask_t kWheelDown = NCURSES_MOUSE_VERSION > 1 ? NCURSES_MOUSE_MASK(5, NCURSES_BUTTON_PRESSED)
+                                                         : REPORT_MOUSE_POSITION;
+
 Input plain(Key key) { return {.key = key, .text = {}}; }
 
 } // namespace
@@ -61,13 +66,15 @@ Input inputOfKey(int code)
     }
 }
 
+unsigned long mouseEvents() { return BUTTON1_PRESSED | BUTTON4_PRESSED | kWheelDown; }
+
 Input inputOfMouse(unsigned long buttons, int line)
 {
     if ((buttons & BUTTON1_PRESSED) != 0)
         return {.key = Key::click, .text = {}, .line = line};
     if ((buttons & BUTTON4_PRESSED) != 0)
         return plain(Key::wheelUp);
-    if ((buttons & BUTTON5_PRESSED) != 0)
+    if ((buttons & kWheelDown) != 0)
         return plain(Key::wheelDown);
     return plain(Key::other);
 }

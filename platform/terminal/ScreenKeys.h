@@ -11,6 +11,8 @@ namespace Kest::Terminal {
 Input inputOfCharacter(std::wint_t character);
 /// A KEY_ code.
 Input inputOfKey(int code);
+/// The events of the mouse that `inputOfMouse` knows, as `mousemask` takes them.
+unsigned long mouseEvents();
 /// A button's state, and the line of the screen that it is on.
 Input inputOfMouse(unsigned long buttons, int line);
 

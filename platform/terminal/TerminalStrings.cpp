@@ -19,7 +19,8 @@ int collect(int byte)
 // Null for what the terminal lacks.
 const char* capability(const char* name)
 {
-    const char* const text = tigetstr(name);
+    std::string changeable = name; // macOS declares the parameter without const
+    const char* const text = tigetstr(changeable.data());
     return reinterpret_cast<std::intptr_t>(text) == -1 ? nullptr : text;
 }
 

@@ -189,10 +189,11 @@ TEST_F(EncoderAbort, KnowsWhatToProtectOnThisSystem)
     const auto rows = protectedFolders(root / "out/settings");
     fs::create_directories(root / "out/settings/inner");
     const auto home = std::string(std::getenv("HOME"));
+    std::error_code none;
     for (const auto& folder : std::vector<std::string>{
              "/etc", "/usr/lib", "/tmp", "/var/tmp", "/Users", "/Library", "/Users/Shared", "/root", "/opt",
              home, home + "/Library", home + "/.ssh", home + "/.config/app", home + "/Documents",
-             fs::read_symlink("/proc/self/exe").parent_path(), root / "out", root / "out/settings",
+             fs::read_symlink("/proc/self/exe", none).parent_path(), root / "out", root / "out/settings",
              root / "out/settings/inner"})
         if (fs::exists(folder)) {
             EXPECT_NE(openOutputFolder(folder + "/Film.wav", rows).refusal, "") << folder;

@@ -1,107 +1,105 @@
 // The stored choices in the menu, and each choice's way into the settings file.
-#include "backend/SettingKeys.h"
 #include "tests/app/Agent.h"
 
 namespace {
 
 using namespace Kest::App;
+using Kest::Settings::kParameterSettings;
+using Kest::Settings::Setting;
+using Kest::Settings::setting;
+using Kest::Settings::SettingType;
 using Kest::Test::Agent;
 using testing::ElementsAre;
 using Settings = std::map<std::string, std::string>;
+using namespace std::string_literals;
 
 constexpr std::size_t kRecord = 1120 + 3376 * 3; // the agent's, in slot 3
 constexpr std::size_t kFacility = kRecord + 656;
-constexpr std::size_t kParameters[] = {160, 272, 276, 292, 304, 308};
-constexpr float kUntouched = -5;
+constexpr int kUntouched = -5;
+
+std::size_t byteOf(const Setting& setting)
+{
+    return kRecord + 144 + 4 * static_cast<std::size_t>(setting.number);
+}
+
+float inSession(Agent& agent, const Setting& setting)
+{
+    return agent.place.session->floatAt(byteOf(setting));
+}
 
 void startWithHost(Agent& agent)
 {
     agent.place.startHost();
-    for (const auto offset : kParameters)
-        agent.place.session->putFloat(kRecord + offset, kUntouched);
+    for (const auto& setting : kParameterSettings)
+        agent.place.session->putFloat(byteOf(setting), kUntouched);
     agent.start();
-}
-
-TEST(StartUp, ShowsTheStoredSoloModeAndDoesNotWriteItBack)
-{
-    Agent agent(Settings{{"SoloMode", "1"}});
-    startWithHost(agent);
-    EXPECT_THAT(agent.items("Solo Mode"), ElementsAre("Latch 0", "Exclusive (XOR) 0*"));
-    EXPECT_EQ(agent.place.session->floatAt(kRecord + 160), kUntouched);
 }
 
 TEST(StartUp, MenuHasTheTitlesOfTheLog)
 {
     Agent agent;
     agent.start();
-    for (const auto* setting : Kest::Settings::kSettingKeys)
-        EXPECT_NO_THROW(agent.at(setting->title)) << setting->key;
+    for (const auto& setting : Kest::Settings::kSettings)
+        EXPECT_NO_THROW(agent.at(setting.title)) << setting.key;
 }
 
-TEST(StartUp, WritesTheOtherChoicesBackAsItShowsThem)
+TEST(Choices, AreShownAtTheStartAndReachTheMenuTheFileAndTheHost)
 {
-    constexpr const char* kKeys[] = {"HdxAuxTrackDelaySetting", "DAWLinkControlSetting",
-                                     "defaultPannerObjects", "LatencyCompensationControlSetting",
-                                     "PhysMonConfig"};
     struct Case {
-        Settings settings;
-        const char *hdx, *speakers;
-        std::vector<std::string> values; // under the keys above
+        const Setting& setting;
+        const char *stored, *shown;
+        int writtenBack;
+        const char* choice;
+        int chosen;
     };
-    const Settings others = {
-        {kKeys[0], "2"}, {kKeys[1], "1"}, {kKeys[2], "1"}, {kKeys[3], "0"}, {kKeys[4], "11"}};
-    for (const auto& [settings, hdx, speakers, values] : {
-             Case{{}, "Off", "KestMax 26.1", {"0", "0", "0", "1", "26"}},
-             Case{others, "High Latency", "Surround 7.1", {"2", "1", "1", "0", "11"}},
-             Case{{{kKeys[0], "7"}}, "Off", "KestMax 26.1", {"0", "0", "0", "1", "26"}}, // offered no more
-             Case{{{kKeys[4], "23"}}, "Off", "none", {"0", "0", "0", "1", "23"}}, // of no configuration
+    for (const auto& row : {
+             Case{setting("SoloMode"), "absent", "Latch", kUntouched, "Exclusive (XOR)", 1},
+             Case{setting("SoloMode"), "1", "Exclusive (XOR)", kUntouched, "Latch", 0},
+             Case{setting("HdxAuxTrackDelaySetting"), "absent", "Off", 0, "High Latency", 2},
+             Case{setting("HdxAuxTrackDelaySetting"), "2", "High Latency", 2, "Off", 0},
+             Case{setting("HdxAuxTrackDelaySetting"), "7", "Off", 0, "Off", 0}, // no longer offered
+             Case{setting("PhysMonConfig"), "absent", "KestMax 26.1", 26, "Kest 9.1", 14},
+             Case{setting("PhysMonConfig"), "11", "Surround 7.1", 11, "Kest 9.1", 14},
+             Case{setting("PhysMonConfig"), "23", "none", kUntouched, "Kest 9.1", 14}, // no configuration
          }) {
-        Agent agent(settings);
+        Agent agent(row.stored == "absent"s ? Settings{} : Settings{{row.setting.key, row.stored}});
         startWithHost(agent);
-        for (const char* menu : {"HDX Aux Track Delay", "Speaker Configuration"})
-            for (const auto& item : agent.at(menu).submenu()->itemArray())
-                EXPECT_EQ(item->properties().on, item->title() == hdx || item->title() == speakers)
-                    << item->title();
-        EXPECT_EQ(agent.seen("DAW Link Control").on, values[1] == "1");
-        EXPECT_EQ(agent.seen("Latency Compensation").hidden, values[1] == "0");
-        EXPECT_EQ(agent.seen("Default Panner Objects").on, values[2] == "1");
-        EXPECT_EQ(agent.seen("Latency Compensation").on, values[3] == "1");
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            EXPECT_EQ(agent.stored(kKeys[i]), values[i]) << kKeys[i];
-            EXPECT_EQ(agent.place.session->floatAt(kRecord + kParameters[i + 1]),
-                      values[i] == "23" ? kUntouched : std::stof(values[i]))
-                << kKeys[i];
-        }
+        const auto expect = [&](const std::string& checked, int inHost, const std::string& inFile) {
+            for (const auto& item : agent.at(row.setting.title).submenu()->itemArray())
+                EXPECT_EQ(item->properties().on, item->title() == checked) << item->title();
+            EXPECT_EQ(inSession(agent, row.setting), static_cast<float>(inHost)) << row.setting.key;
+            EXPECT_EQ(agent.stored(row.setting.key), inFile);
+        };
+        expect(row.shown, row.writtenBack,
+               row.writtenBack == kUntouched ? row.stored : std::to_string(row.writtenBack));
         EXPECT_EQ(agent.stored("Facility"), "absent");
+        EXPECT_TRUE(agent.choose(row.setting.title + "/"s + row.choice));
+        expect(row.choice, row.chosen, std::to_string(row.chosen));
     }
 }
 
-TEST(Choices, ReachTheMenuAndTheFile)
+TEST(Toggles, AreWrittenBackAtTheStartAndInvertedByAChoice)
 {
-    struct Case {
-        const char *menu, *item, *key, *value;
-    };
-    Agent agent;
-    agent.start();
-    for (const auto& [menu, item, key, value] : {
-             Case{"Solo Mode/", "Exclusive (XOR)", "SoloMode", "1"},
-             Case{"Solo Mode/", "Latch", "SoloMode", "0"},
-             Case{"HDX Aux Track Delay/", "High Latency", "HdxAuxTrackDelaySetting", "2"},
-             Case{"Speaker Configuration/", "Kest 9.1", "PhysMonConfig", "14"},
-             Case{"", "DAW Link Control", "DAWLinkControlSetting", "1"},
-             Case{"", "Latency Compensation", "LatencyCompensationControlSetting", "0"}, // shown by now
-             Case{"", "DAW Link Control", "DAWLinkControlSetting", "0"},
-         }) {
-        const auto path = std::string(menu) + item;
-        EXPECT_TRUE(agent.choose(path)) << path;
-        const auto& chosen = agent.at(path);
-        EXPECT_EQ(chosen.properties().on, *menu != '\0' || *value != '0') << path;
-        for (const auto& other : chosen.menu()->itemArray())
-            EXPECT_FALSE(*menu != '\0' && other.get() != &chosen && other->properties().on) << other->title();
-        EXPECT_EQ(agent.stored(key), value) << path;
-        EXPECT_EQ(agent.seen("Latency Compensation").hidden, agent.stored("DAWLinkControlSetting") == "0")
-            << path;
-    }
+    for (const auto& setting : kParameterSettings)
+        for (const int stored : {0, 1, 7}) {
+            Agent agent({{setting.key, std::to_string(stored)}, {"DAWLinkControlSetting", "1"}});
+            startWithHost(agent);
+            const auto& item = agent.at(setting.title).properties();
+            if (item.action != Action::toggleSetting)
+                continue;
+            const auto expect = [&](int value) {
+                EXPECT_EQ(agent.seen(setting.title).on, value != 0) << setting.key;
+                EXPECT_EQ(inSession(agent, setting), static_cast<float>(value)) << setting.key;
+                EXPECT_EQ(agent.stored(setting.key), std::to_string(value));
+                EXPECT_EQ(agent.seen("Latency Compensation").hidden,
+                          agent.stored("DAWLinkControlSetting") == "0");
+            };
+            const int shown = stored == 7 && setting.type == SettingType::boolean ? 1 : stored;
+            const bool isOffered = !item.hidden;
+            expect(shown);
+            EXPECT_EQ(agent.choose(setting.title), isOffered) << setting.key;
+            expect(isOffered ? 1 - shown : shown);
+        }
 }
 
 TEST(Choices, AreRefusedForWhatIsNotOfferedAndToldOnceWhenTheyChangeSomething)

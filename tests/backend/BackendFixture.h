@@ -24,9 +24,11 @@ inline struct stat statusOf(const std::string& path)
     return status;
 }
 
+/// Returns 0 where threads are not listed in files.
 inline std::ptrdiff_t threadCount()
 {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    std::error_code none;
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task", none), {});
 }
 
 /// The writing end of the encoders' pipe.

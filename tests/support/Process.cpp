@@ -19,8 +19,10 @@ Process::Process(const std::vector<std::string>& command)
 {
     int in[2];
     int out[2];
-    if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0)
+    if (pipe(in) != 0 || pipe(out) != 0)
         throw std::runtime_error("no pipes");
+    for (const int end : {in[0], in[1], out[0], out[1]})
+        fcntl(end, F_SETFD, FD_CLOEXEC);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);

@@ -38,7 +38,9 @@ public:
     RawSegment(const std::string& name, std::size_t bytes)
         : marker("/tmp/LIPC_" + name), id(make(marker, bytes))
     {
-        void* attached = id < 0 ? nullptr : shmat(id, addressOfItsOwn(bytes), SHM_REMAP);
+        void* attached = id < 0 ? nullptr : shmat(id, freshAddress(bytes), 0);
+        if (reinterpret_cast<std::intptr_t>(attached) == -1) // another thread was faster
+            attached = shmat(id, nullptr, 0);
         if (id < 0 || reinterpret_cast<std::intptr_t>(attached) == -1)
             throw std::runtime_error("no segment " + name);
         memory = static_cast<unsigned char*>(attached);
@@ -97,11 +99,13 @@ public:
     }
 
 private:
-    // Where no other segment has been: the thread sanitizer does not know shmdt, and takes what a thread read
-    // in a segment that was here before for a race.
-    static void* addressOfItsOwn(std::size_t bytes)
+    // The thread sanitizer does not know shmdt, and takes what a thread read in an earlier segment at the
+    // same address for a race. It knows munmap, and forgets what was read there.
+    static void* freshAddress(std::size_t bytes)
     {
-        return mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void* address = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        munmap(address, bytes);
+        return address;
     }
     // Where a killed test has left a segment with the same key behind, the marker file is made again with
     // another inode, which the key is made of.

@@ -162,13 +162,14 @@ TEST_F(InspectSystem, NamesTheCommandThatEndsEitherProgram)
 
 TEST_F(InspectSystem, NamesASecondAgentWhicheverOfBothHasThePipe)
 {
+    agent->signal(
+        SIGSTOP); // only one of both runs at a time: each makes the pipe again that the other has replaced
     Process second({"/usr/bin/env", "HOME=/tmp/home2", program("kest-settings-terminal")});
     ASSERT_TRUE(second.prints("fifo fd = "));
-    agent->signal(SIGSTOP);
     inspect("doctor", 1, {"belongs to " + number(second) + " (kest-settings-terminal), not to this agent"});
+    second.signal(SIGSTOP);
     agent->signal(SIGCONT);
     ASSERT_TRUE(agent->prints("was gone and is made again"));
-    second.signal(SIGSTOP);
     inspect("doctor", 1, {number(second) + " (kest-settings-terminal) reads an earlier pipe of"});
     second.signal(SIGKILL);
     second.exitStatus();

@@ -1,15 +1,18 @@
 // What the tests of the real programs know of the private world that they run in, and how they come into it.
 #pragma once
 
+#include "tests/support/Eventually.h"
 #include "tests/support/Process.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <unistd.h>
 
 namespace Kest::Test {
 
@@ -29,6 +32,13 @@ inline std::string settings()
 inline bool hasSetting(const std::string& name, const std::string& value)
 {
     return settings().find("name=\"" + name + "\" val=\"" + value + "\"") != std::string::npos;
+}
+
+/// Whether the encoders' pipe is there and somebody reads it.
+inline bool isPipeRead()
+{
+    const int end = open(kFifo, O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    return end >= 0 && close(end) == 0;
 }
 
 /// A fresh home, and one facility.
@@ -62,6 +72,7 @@ protected:
     {
         agent = std::make_unique<Process>(std::vector<std::string>{program("kest-settings-terminal")});
         ASSERT_TRUE(agent->prints("Quit Kest Settings"));
+        ASSERT_TRUE(eventually(isPipeRead)); // its thread can be later than the menu
     }
     void choose(const std::string& path) const { agent->say("choose " + path); }
 

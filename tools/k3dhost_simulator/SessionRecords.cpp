@@ -1,6 +1,6 @@
 #include "tools/k3dhost_simulator/SessionRecords.h"
 
-#include "tools/session_text/AgentFields.h"
+#include "tables/Settings.h"
 
 #include <algorithm>
 #include <cstring>
@@ -61,8 +61,8 @@ void registerClient(LIPC::ClientEntry& record, const Client& client)
     for (auto& text : record.strings)
         std::memcpy(static_cast<void*>(&text), &kTypeWord, sizeof kTypeWord);
     if (client.type == kSettingsType)
-        for (const auto& parameter : SessionText::kAgentParameters)
-            LIPC::storeShared(record.params[parameter.number], kNothingWritten);
+        for (const auto& setting : Kest::Settings::kParameterSettings)
+            LIPC::storeShared(record.params[setting.number], kNothingWritten);
     record.aux32 = 0x0A0B0C0D;
     record.auxA16 = 0x1A1B;
     record.auxB16 = 0x2A2B;

@@ -1,7 +1,8 @@
 #include "tools/k3dhost_simulator/WriteWatcher.h"
 
+#include "lipc/SettingsRecord.h"
+#include "tables/Settings.h"
 #include "tools/k3dhost_simulator/SessionRecords.h"
-#include "tools/session_text/AgentFields.h"
 #include "tools/session_text/Text.h"
 
 #include <algorithm>
@@ -11,12 +12,12 @@
 namespace K3DHostSimulator {
 namespace {
 
-using SessionText::kAgentParameters;
+using Kest::Settings::kParameterSettings;
 using SessionText::printableBytes;
 using SessionText::printableNumber;
 using SessionText::printableUtf8;
 
-constexpr std::string_view kFacility = "Facility ";
+constexpr const auto& kFacility = Kest::Settings::setting("Facility");
 constexpr std::string_view kDefaultBus = "default bus ";
 constexpr std::string_view kForeignWrite = "FOREIGN WRITE at offset ";
 
@@ -36,13 +37,13 @@ std::vector<Stretch> agentStretches(int settingsSlot)
     if (settingsSlot >= 0) {
         const auto record = offsetof(LIPC::SessionBuffer, clients) +
                             static_cast<std::size_t>(settingsSlot) * sizeof(LIPC::ClientEntry);
-        for (const auto& parameter : kAgentParameters) {
+        for (const auto& setting : kParameterSettings) {
             const auto begin = record + offsetof(LIPC::ClientEntry, params) +
-                               static_cast<std::size_t>(parameter.number) * sizeof(float);
+                               static_cast<std::size_t>(setting.number) * sizeof(float);
             fields.push_back({begin, begin + sizeof(float)});
         }
         const auto text =
-            record + offsetof(LIPC::ClientEntry, strings) + LIPC::kFacilityString * sizeof(LIPC::SHMString);
+            record + offsetof(LIPC::ClientEntry, strings) + kFacility.number * sizeof(LIPC::SHMString);
         fields.push_back({text + kTextStart, text + kTextEnd});
     }
     fields.push_back({offsetof(LIPC::SessionBuffer, defaultBus), LIPC::SessionBuffer::kSegmentBytes});
@@ -65,16 +66,16 @@ std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& se
     const int slot = slotOf(*image, LIPC::kSettingsClientName);
     if (slot >= 0) {
         const auto& record = session.clients[slot];
-        for (const auto& parameter : kAgentParameters) {
-            const float value = LIPC::loadShared(record.params[parameter.number]);
-            float& known = image->clients[slot].params[parameter.number];
+        for (const auto& setting : kParameterSettings) {
+            const float value = LIPC::loadShared(record.params[setting.number]);
+            float& known = image->clients[slot].params[setting.number];
             if (std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(known)) // NaN too
                 continue;
             known = value;
-            lines.push_back(std::string(parameter.name) + " " + printableNumber(value));
+            lines.push_back(std::string(setting.name) + " " + printableNumber(value));
         }
-        if (facility.look(record.strings[LIPC::kFacilityString].text()))
-            lines.push_back(std::string(kFacility) + printableUtf8(facility.text()));
+        if (facility.look(record.strings[kFacility.number].text()))
+            lines.push_back(std::string(kFacility.name) + " " + printableUtf8(facility.text()));
     }
     if (defaultBus.look(session.defaultBus.text()))
         lines.push_back(defaultBusLine());
@@ -110,12 +111,10 @@ std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& 
 
 bool WriteWatcher::canReport(std::string_view line)
 {
-    const bool isParameter =
-        std::any_of(std::begin(kAgentParameters), std::end(kAgentParameters), [line](const auto& parameter) {
-            return startsWith(line, std::string(parameter.name) + " ");
-        });
-    return isParameter || startsWith(line, kFacility) || startsWith(line, kDefaultBus) ||
-           startsWith(line, kForeignWrite);
+    const bool isSetting = std::ranges::any_of(Kest::Settings::kSettings, [line](const auto& setting) {
+        return startsWith(line, std::string(setting.name) + " ");
+    });
+    return isSetting || startsWith(line, kDefaultBus) || startsWith(line, kForeignWrite);
 }
 
 } // namespace K3DHostSimulator

@@ -5,32 +5,36 @@
 #include "app/Utf8.h"
 #include "backend/Backend.h"
 #include "lipc/Numeric.h"
+#include "lipc/SettingsRecord.h"
 #include "tables/KestSettingsTables.h"
-#include "tools/session_text/AgentFields.h"
+#include "tables/Settings.h"
 
 #include <algorithm>
 
 namespace KestInspect {
 
+using Kest::Settings::kParameterSettings;
+using Kest::Settings::Setting;
+using Kest::Settings::setting;
+
 std::string_view parameterName(int number)
 {
     if (number == LIPC::eHostMessage)
         return "HostMessage";
-    const auto* found =
-        std::ranges::find(SessionText::kAgentParameters, number, &SessionText::AgentParameter::number);
-    return found == std::end(SessionText::kAgentParameters) ? "" : found->name;
+    const auto found = std::ranges::find(kParameterSettings, number, &Setting::number);
+    return found == kParameterSettings.end() ? "" : found->name;
 }
 
 std::string_view textName(int number)
 {
-    return number == LIPC::kFacilityString ? SessionText::kFacilityName : "";
+    return number == setting("Facility").number ? setting("Facility").name : "";
 }
 
 std::string parameterMeaning(int number, float value)
 {
     if (number == LIPC::eHostMessage)
         return messageMeaning(LIPC::round(value));
-    if (number != LIPC::ePhysMonConfig)
+    if (number != setting("PhysMonConfig").number)
         return "";
     const auto configuration = Kest::Settings::speakerConfigurationOfLayout(LIPC::round(value));
     const auto name = Kest::Settings::sSpkrConf2Name.find(configuration);

@@ -53,15 +53,20 @@ public:
         [[item menu] performActionForItemAtIndex:[[item menu] indexOfItem:item]];
     }
     void choose(const std::string& path) const { choose(item(path)); }
+    NSMenu* submenu(const std::string& path) const { return [item(path) submenu]; }
+    /// The messages of AppKit for the status menu and its submenus.
+    static void needsUpdate(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuNeedsUpdate:menu]; }
+    static void willOpen(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuWillOpen:menu]; }
+    static void didClose(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuDidClose:menu]; }
     void open(const std::string& path) const
     {
-        NSMenu* menu = [item(path) submenu];
-        [(KestMenuBridge*)[menu delegate] menuWillOpen:menu];
+        needsUpdate(submenu(path));
+        willOpen(submenu(path));
     }
     void close(const std::string& path) const
     {
-        NSMenu* menu = [item(path) submenu];
-        [(KestMenuBridge*)[menu delegate] menuDidClose:menu];
+        didClose(submenu(path));
+        runLoop();
     }
 
     std::vector<std::string> modelLines() const { return lines(takeSnapshot(delegate.menu())); }

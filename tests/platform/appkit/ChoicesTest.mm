@@ -58,6 +58,42 @@ TEST(Choices, OfEachKindReachWhatTheyAreFor)
     EXPECT_EQ(agent.menuLines(), agent.modelLines());
 }
 
+// As AppKit does it: the menu closes, then it sends the action of the item at the chosen index.
+TEST(Choices, OfABusReachTheHostAlthoughTheListChangedWhileTheMenuWasOpen)
+{
+    AppKitAgent agent;
+    auto& host = agent.place.startHost();
+    host.putBus(5, "bus-A", "Bus A");
+    host.putBus(6, "bus-B", "Bus B");
+    host.putBus(7, "bus-C", "Bus C");
+    agent.start();
+    const std::string buses = "Default Bus";
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.item(buses + "/Bus C") != nil; }));
+    NSMenu* menu = agent.submenu(buses);
+    const auto removeBus = [&](int slot, const std::string& name) {
+        host.removeClient(slot);
+        return agent.pumpUntil([&] { return agent.at(buses).submenu()->itemWithTitle(name) == nullptr; });
+    };
+    const auto choose = [&](const std::string& name) {
+        const NSInteger index = [menu indexOfItem:agent.item(buses + "/" + name)];
+        AppKitAgent::didClose(menu);
+        AppKitAgent::didClose(agent.frontEnd.statusMenu());
+        [menu performActionForItemAtIndex:index];
+    };
+
+    agent.open(buses);
+    ASSERT_TRUE(removeBus(5, "Bus A"));
+    choose("Bus B");
+    EXPECT_EQ(host.textAt(kDefaultBus), "bus-B");
+    EXPECT_TRUE(agent.pumpUntil([&] { return agent.menuLines() == agent.modelLines(); }));
+
+    agent.open(buses);
+    ASSERT_TRUE(removeBus(6, "Bus B"));
+    choose("Bus B");
+    EXPECT_EQ(host.textAt(kDefaultBus), "bus-B") << "no bus takes the index of one that was removed";
+    EXPECT_TRUE(agent.pumpUntil([&] { return agent.menuLines() == agent.modelLines(); }));
+}
+
 TEST(Choices, OfTheLastItemQuitOnceTheChoiceIsOver)
 {
     AppKitAgent agent;

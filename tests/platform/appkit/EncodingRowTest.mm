@@ -3,6 +3,11 @@
 
 #include "tests/platform/appkit/AppKitAgent.h"
 
+// In MacAbilities.mm.
+@protocol KestHighlights
+- (void)setHighlighted:(BOOL)highlighted;
+@end
+
 namespace {
 
 using namespace Kest;
@@ -15,8 +20,8 @@ KestEncodingRow* rowAt(const std::string& percentage)
     return AppKit::encodingRow({"Film_Mix", percentage}, "Film_Mix " + percentage);
 }
 
-// How many columns of the bar have the colour of its filled end, of all that it has.
-double filledPart(KestEncodingRow* row)
+// The part of a rectangle of the row that is drawn in a colour, 0 to 1.
+double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
 {
     NSWindow* window = [[[NSWindow alloc] initWithContentRect:[row frame]
                                                     styleMask:NSWindowStyleMaskBorderless
@@ -26,21 +31,27 @@ double filledPart(KestEncodingRow* row)
     [window setContentView:row];
     [row display];
     [row lockFocus];
-    NSBitmapImageRep* pixels = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[row bar]] autorelease];
+    NSBitmapImageRep* pixels = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:rectangle] autorelease];
     [row unlockFocus];
     [window close];
 
-    const NSInteger middle = [pixels pixelsHigh] / 2;
-    NSColor* wanted = [[NSColor selectedControlColor] colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
-    NSInteger filled = 0;
-    for (NSInteger x = 0; x < [pixels pixelsWide]; ++x) {
-        NSColor* is = [[pixels colorAtX:x y:middle] colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
-        filled += std::abs([is redComponent] - [wanted redComponent]) +
-                      std::abs([is greenComponent] - [wanted greenComponent]) +
-                      std::abs([is blueComponent] - [wanted blueComponent]) <
-                  0.05;
-    }
-    return static_cast<double>(filled) / static_cast<double>([pixels pixelsWide]);
+    NSColor* wanted = [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+    NSInteger drawn = 0;
+    for (NSInteger y = 0; y < [pixels pixelsHigh]; ++y)
+        for (NSInteger x = 0; x < [pixels pixelsWide]; ++x) {
+            NSColor* is = [[pixels colorAtX:x y:y] colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+            drawn += std::abs([is redComponent] - [wanted redComponent]) +
+                         std::abs([is greenComponent] - [wanted greenComponent]) +
+                         std::abs([is blueComponent] - [wanted blueComponent]) <
+                     0.05;
+        }
+    return static_cast<double>(drawn) / static_cast<double>([pixels pixelsHigh] * [pixels pixelsWide]);
+}
+
+double filledPart(KestEncodingRow* row, NSColor* color)
+{
+    const NSRect bar = [row bar];
+    return drawnIn(color, row, NSMakeRect(NSMinX(bar), NSMinY(bar) + 2, NSWidth(bar), 1));
 }
 
 TEST(EncodingRow, IsAFreshCopyWithItsOwnLabels)
@@ -59,7 +70,30 @@ TEST(EncodingRow, IsAFreshCopyWithItsOwnLabels)
 TEST(EncodingRow, DrawsItsBarAsFarAsTheEncodingIs)
 {
     for (const int progress : {0, 25, 50, 100})
-        EXPECT_NEAR(filledPart(rowAt(std::to_string(progress) + "%")), progress / 100.0, 0.02);
+        EXPECT_NEAR(filledPart(rowAt(std::to_string(progress) + "%"), [NSColor selectedControlColor]),
+                    progress / 100.0, 0.02);
+}
+
+TEST(EncodingRow, DrawsTheArrowOfItsSubmenuAndTheSelectionOfItsItem)
+{
+    KestEncodingRow* row = rowAt("40%");
+    const NSRect margin = NSMakeRect(6, 6, 6, 6);
+    EXPECT_GT(drawnIn([NSColor controlTextColor], row, [row arrow]), 0);
+    EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 0);
+    if (!AppKit::itemsCanHaveViews())
+        return;
+    auto* item = (NSMenuItem<KestMenuItemAbilities, KestHighlights>*)[[[AppKit::menuItemClass() alloc] init]
+        autorelease];
+    [item setView:row];
+    [item setHighlighted:YES];
+    NSColor* ink = [NSColor selectedMenuItemTextColor];
+    EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 1);
+    EXPECT_GT(drawnIn(ink, row, [row arrow]), 0);
+    EXPECT_NEAR(filledPart(row, ink), 0.4, 0.02);
+    EXPECT_TRUE([[[row nameLabel] textColor] isEqual:ink]);
+    [item setHighlighted:NO];
+    EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 0);
+    [item setView:nil];
 }
 
 } // namespace

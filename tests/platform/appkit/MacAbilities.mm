@@ -9,13 +9,19 @@ namespace {
 struct Kept {
     NSView* view = nil;
     BOOL hidden = NO;
+    BOOL highlighted = NO;
 };
 
 // Of items that are never freed, so that no other item is taken for one of them.
+std::map<NSMenuItem*, Kept>& all()
+{
+    static std::map<NSMenuItem*, Kept> items;
+    return items;
+}
+
 Kept& kept(NSMenuItem* item)
 {
-    static std::map<NSMenuItem*, Kept> all;
-    const auto [entry, isNew] = all.try_emplace(item);
+    const auto [entry, isNew] = all().try_emplace(item);
     if (isNew)
         [item retain];
     return entry->second;
@@ -43,5 +49,26 @@ Kept& kept(NSMenuItem* item)
 - (NSView*)view
 {
     return kept(self).view;
+}
+- (void)setHighlighted:(BOOL)highlighted
+{
+    kept(self).highlighted = highlighted;
+}
+- (BOOL)isHighlighted
+{
+    return kept(self).highlighted;
+}
+@end
+
+@interface NSView (MacAbilities)
+@end
+
+@implementation NSView (MacAbilities)
+- (NSMenuItem*)enclosingMenuItem
+{
+    for (const auto& [item, is] : all())
+        if (is.view == self)
+            return item;
+    return nil;
 }
 @end

@@ -5,6 +5,21 @@
 
 #include <objc/runtime.h>
 
+// Counts the changes of any menu's items.
+@interface KestChangeCounter : NSObject {
+@public
+    int changes;
+}
+- (void)itemsChanged:(NSNotification*)notification;
+@end
+
+@implementation KestChangeCounter
+- (void)itemsChanged:(NSNotification*)notification
+{
+    ++changes;
+}
+@end
+
 namespace Kest::Test {
 namespace {
 
@@ -158,10 +173,52 @@ TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
             ASSERT_GE([[menu itemArray] count], [before count]);
             ASSERT_TRUE([[[menu itemArray] subarrayWithRange:NSMakeRange(0, [before count])] isEqual:before]);
         }
+        NSArray* shown = [NSArray arrayWithArray:[menu itemArray]];
         mirror.menuClosed(App::kStatusMenuId);
+        ASSERT_TRUE([[menu itemArray] isEqual:shown]) << "the action is still to come";
+        if (hand.upTo(1) == 0) { // opens again before the job runs
+            mirror.menuOpened(App::kStatusMenuId);
+            mirror.applyDeferredShapes();
+            ASSERT_TRUE([[menu itemArray] isEqual:shown]);
+            mirror.menuClosed(App::kStatusMenuId);
+        }
+        hand.upTo(1) == 0 ? mirror.applyDeferredShapes() : mirror.menuNeedsUpdate(App::kStatusMenuId);
         ASSERT_EQ(lines(menu), lines(takeSnapshot(model)));
     }
     EXPECT_GE(most, 10U) << "there was something to keep";
+}
+
+TEST(OpenMenu, ChangesItemsNeitherWhenItHasOpenedNorWhenItHasClosed)
+{
+    AppKitAgent agent;
+    agent.start();
+    NSMenu* menu = agent.submenu("Monitoring Facility");
+    KestChangeCounter* counter = [[[KestChangeCounter alloc] init] autorelease];
+    for (NSString *name in
+         [NSArray arrayWithObjects:NSMenuDidAddItemNotification, NSMenuDidChangeItemNotification,
+                                   NSMenuDidRemoveItemNotification, nil])
+        [[NSNotificationCenter defaultCenter] addObserver:counter
+                                                 selector:@selector(itemsChanged:)
+                                                     name:name
+                                                   object:nil];
+    const auto changesIn = [&](void (*message)(NSMenu*)) {
+        counter->changes = 0;
+        message(menu);
+        return counter->changes;
+    };
+    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    EXPECT_GT(changesIn(AppKitAgent::needsUpdate), 0) << "the list is read";
+    EXPECT_EQ(agent.menuLines(), agent.modelLines());
+    EXPECT_EQ(changesIn(AppKitAgent::willOpen), 0);
+
+    std::filesystem::rename(agent.place.paths.facilitiesFolder + "/Studio",
+                            agent.place.paths.facilitiesFolder + "/Annex");
+    agent.delegate.menuWillOpen(agent.at("Monitoring Facility").id());
+    EXPECT_NE(agent.menuLines(), agent.modelLines()) << "the open menu keeps its items";
+    EXPECT_EQ(changesIn(AppKitAgent::didClose), 0);
+    EXPECT_GT(changesIn([](NSMenu*) { runLoop(); }), 0);
+    EXPECT_EQ(agent.menuLines(), agent.modelLines());
+    [[NSNotificationCenter defaultCenter] removeObserver:counter];
 }
 
 TEST(OpenMenu, GreysWhatWentAndShowsWhatCame)
