@@ -35,6 +35,13 @@ start_display() {
     xsetroot -solid '#dfe5ea' # light, as letters are read best
 }
 
+# A window that is shown before there is a window manager can stay hidden.
+start_window_manager() {
+    openbox >/tmp/openbox.log 2>&1 &
+    wait_for "the window manager" has_window_manager
+}
+has_window_manager() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"; }
+
 shoot() { import -window root "/tmp/$1.png"; }
 
 # look NAME: a picture of the screen once it no longer changes.
