@@ -10,8 +10,8 @@ namespace Kest::StatusNotifier {
 
 /// Such a panel reads the whole menu after each LayoutUpdated, and closes its submenus as it does; it scrolls
 /// a submenu that is too tall, and then draws nothing of a submenu inside it. So layouts wait while it shows
-/// a submenu, and it gets one level of submenus: an entry of a submenu that has a submenu of its own is a
-/// plain row, and choosing it puts the rows of that submenu into the top level. At most one panel. Main
+/// a submenu, and it gets one level of submenus: an entry of a submenu that leads to a submenu is a plain
+/// row, and choosing it puts the rows of that submenu into the top level. At most one panel. Main
 /// thread only.
 class AccordionPanel {
 public:
