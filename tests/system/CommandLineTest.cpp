@@ -1,6 +1,7 @@
 // The command lines of all programs: what --help and --version print, and the one line after a mistake.
 #include "tests/system/World.h"
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -62,6 +63,37 @@ TEST_F(CommandLine, AnAgentSaysWhatItIsAndStartsNothing)
     }
     EXPECT_TRUE(fs::is_empty(home())) << "settings were written";
     EXPECT_FALSE(fs::exists(kFifo));
+}
+
+TEST_F(CommandLine, AToolNamesTheArgumentAndWhatItExpects)
+{
+    for (const std::string name : {"kest-inspect", "k3dhost-simulator", "encoder-simulator"}) {
+        answersHelp(name);
+        refuses(name, "--output /tmp/a --verbose", "--verbose");
+    }
+    refuses("kest-inspect", "", "session, watch or doctor");
+    refuses("kest-inspect", "sessions", "'sessions'");
+    refuses("kest-inspect", "session watch", "watch");
+    refuses("kest-inspect", "doctor --for 1", "--for are for watch");
+    refuses("kest-inspect", "watch --for", "--for: expected one value");
+    for (const std::string wrong : {"9", "60001", "20x", "0x20", "''", "99999999999", "' 20'", "2e1"})
+        refuses("kest-inspect", "watch --interval " + wrong,
+                "--interval: expected a number of milliseconds from 10");
+    refuses("k3dhost-simulator", "--check --scenario -", "--scenario excludes --check");
+    const std::string encoder = "encoder-simulator";
+    refuses(encoder, "--steps 5", "--output is required");
+    refuses(encoder, "--output ''", "--output: expected a path");
+    refuses(encoder, "--output /tmp/a --type 'a b'", "--type: expected one word");
+    refuses(encoder, "--output /tmp/a --seconds nan",
+            "--seconds: expected a number of seconds from 0 to 86400");
+    refuses(encoder, "--output /tmp/a --fail-at 101", "--fail-at: expected a percentage from 0 to 100");
+    refuses(encoder, "--output /tmp/a --fail-at 10 --silent-at 10", "excludes");
+    refuses(encoder, "--output \"$(head -c 4000 /dev/zero | tr '\\0' a)\"", "4000 bytes"); // relative
+    EXPECT_FALSE(fs::exists("/tmp/a"));
+
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run("kest-inspect", "watch --json --interval 010 --for 01").status, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << "01 is decimal";
 }
 
 } // namespace
