@@ -33,13 +33,6 @@ const char* senderOf(sd_bus_message* call)
     return sender == nullptr ? "" : sender;
 }
 
-int onAccordionOwnerChanged(sd_bus_message*, void* exporter, sd_bus_error*)
-{
-    static_cast<MenuExporter*>(exporter)
-        ->accordionEnded(); // the bus gives a connection's name to no other one
-    return 0;
-}
-
 int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
 {
     return sd_bus_message_append(reply, "u", kVersion);
@@ -125,7 +118,7 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
         return;
     std::vector<App::ItemId> layouts;
     for (const auto& [parent, reshape] : changes.menus)
-        if (!accordion.holds(parent))
+        if (!panels.holds(parent))
             layouts.push_back(parent);
         else
             for (const auto& removed : reshape.went)
@@ -191,8 +184,8 @@ void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
 
 void MenuExporter::forgetPanels()
 {
-    levelReaders.forget();
-    accordionEnded();
+    accordion.forget();
+    sendLayoutsUpdated(panels.forget());
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
@@ -204,8 +197,7 @@ int MenuExporter::getLayout(sd_bus_message* call)
     if (!item)
         return unknownId(call, request.parent);
     const auto* client = senderOf(call);
-    if (accordion.noteRequest(client, request))
-        watchAccordion();
+    accordion.noteRequest(client, request);
     const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
     const int result = reply(call, [&](sd_bus_message* answer) {
         const int appended = sd_bus_message_append(answer, "u", revision);
@@ -218,20 +210,11 @@ int MenuExporter::getLayout(sd_bus_message* call)
     return result;
 }
 
-// A panel that ends while its menu is open reports no closing.
-void MenuExporter::watchAccordion()
+void MenuExporter::announceSubmenus(const char* panel, const App::ItemSnapshot& menu)
 {
-    sd_bus_slot* added = nullptr;
-    sd_bus_add_match_async(bus, &added, nameOwnerMatch(accordion.busName()).c_str(), onAccordionOwnerChanged,
-                           nullptr, this);
-    accordionMatch.reset(added);
-}
-
-void MenuExporter::announceSubmenus(const char* reader, const App::ItemSnapshot& menu)
-{
-    for (const auto submenu : levelReaders.unannounced(reader, menu))
+    for (const auto submenu : panels.unannounced(panel, menu))
         if (isReading())
-            isStale = sendLayoutUpdated(submenu, reader) < 0;
+            isStale = sendLayoutUpdated(submenu, panel) < 0;
 }
 
 // Without ids, all items. Unknown ids are left out.
@@ -283,9 +266,8 @@ int MenuExporter::event(sd_bus_message* call)
     if (const int failed = readEvent(call, events); failed < 0)
         return failed;
     const auto [id, kind] = events.front();
-    if (!itemAlone(id))
+    if (!handle(senderOf(call), id, kind))
         return unknownId(call, id);
-    handle(senderOf(call), id, kind);
     return sd_bus_reply_method_return(call, "");
 }
 
@@ -297,12 +279,9 @@ int MenuExporter::eventGroup(sd_bus_message* call)
         return failed;
     std::set<std::pair<App::ItemId, MenuEvent>> handled;
     std::set<App::ItemId> unknown;
-    for (const auto& [id, kind] : events) {
-        if (!itemAlone(id))
+    for (const auto& [id, kind] : events)
+        if (handled.emplace(id, kind).second && !handle(senderOf(call), id, kind))
             unknown.insert(id);
-        else if (handled.emplace(id, kind).second)
-            handle(senderOf(call), id, kind);
-    }
     return reply(call, [&](sd_bus_message* answer) {
         return appendIds(answer, {unknown.begin(), unknown.end()});
     });
@@ -315,10 +294,7 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
     App::ItemId id = 0;
     if (const int failed = sd_bus_message_read(call, "i", &id); failed < 0)
         return failed;
-    if (!itemAlone(id))
-        return unknownId(call, id);
-    open(id);
-    return sd_bus_reply_method_return(call, "b", 0);
+    return prepare(id) ? sd_bus_reply_method_return(call, "b", 0) : unknownId(call, id);
 }
 
 int MenuExporter::aboutToShowGroup(sd_bus_message* call)
@@ -327,16 +303,22 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     if (const int failed = readIds(call, ids); failed < 0)
         return failed;
     std::vector<App::ItemId> unknown;
-    for (const auto id : ids) {
-        if (itemAlone(id))
-            open(id);
-        else
+    for (const auto id : ids)
+        if (!prepare(id))
             unknown.push_back(id);
-    }
     return reply(call, [&](sd_bus_message* answer) {
         const int result = appendIds(answer, {});
         return result < 0 ? result : appendIds(answer, unknown);
     });
+}
+
+bool MenuExporter::prepare(App::ItemId id)
+{
+    if (!itemAlone(id))
+        return false;
+    sendLayoutsUpdated(panels.aboutToShow(id));
+    open(id);
+    return true;
 }
 
 // With the whole menu all its submenus are prepared: an update while a submenu is open comes late for some
@@ -352,28 +334,31 @@ void MenuExporter::open(App::ItemId id) const
             ask.menuWillOpen(item.id);
 }
 
-// The panel gets its reply before anything is done that takes time.
-void MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
+// Returns false for an unknown item. One that was removed can still be closed.
+bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 {
-    if (accordion.is(client))
-        handleAccordion(id, kind);
+    if (kind == MenuEvent::closed)
+        sendLayoutsUpdated(panels.closed(id));
+    if (!itemAlone(id))
+        return false;
     if (kind == MenuEvent::clicked)
-        ask.post([this, id] { choose(id); });
-    else if (kind == MenuEvent::opened)
+        click(client, id);
+    if (kind == MenuEvent::opened) {
         open(id);
+        sendLayoutsUpdated(panels.opened(client, id));
+    }
+    return true;
 }
 
-void MenuExporter::handleAccordion(App::ItemId id, MenuEvent kind)
+// The panel gets its reply before anything is done that takes time.
+void MenuExporter::click(const char* client, App::ItemId id)
 {
-    const auto* item = ask.menu.itemWithId(id);
-    if (kind == MenuEvent::opened && item != nullptr) {
-        accordion.submenuOpened();
-    } else if (kind == MenuEvent::closed && id == App::kStatusMenuId) {
-        sendLayoutsUpdated(accordion.menuClosed());
-    } else if (kind == MenuEvent::clicked && item != nullptr && accordion.choose(*item)) {
+    const auto* item = accordion.is(client) ? ask.menu.itemWithId(id) : nullptr;
+    if (item != nullptr && accordion.choose(*item)) {
         ++revision;
         sendLayoutsUpdated({App::kStatusMenuId});
     }
+    ask.post([this, id] { choose(id); });
 }
 
 // Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.
