@@ -33,20 +33,15 @@ const char* senderOf(sd_bus_message* call)
     return sender == nullptr ? "" : sender;
 }
 
-int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
+int getConstant(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*,
+                sd_bus_error*)
 {
-    return sd_bus_message_append(reply, "u", kVersion);
-}
-
-int getText(sd_bus*, const char*, const char*, const char* name, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "s", std::string_view(name) == "TextDirection" ? "ltr" : "normal");
-}
-
-int getIconThemePath(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                     sd_bus_error*)
-{
-    return appendStrings(reply, {});
+    const std::string_view name(property);
+    if (name == "Version")
+        return sd_bus_message_append(reply, "u", kVersion);
+    if (name == "IconThemePath")
+        return appendStrings(reply, {});
+    return sd_bus_message_append(reply, "s", name == "TextDirection" ? "ltr" : "normal");
 }
 
 // clang-format off
@@ -59,10 +54,10 @@ const sd_bus_vtable kMethods[] = {
     SD_BUS_METHOD("EventGroup", "a(isvu)", "ai", forward<&MenuExporter::eventGroup>, 0),
     SD_BUS_METHOD("AboutToShow", "i", "b", forward<&MenuExporter::aboutToShow>, 0),
     SD_BUS_METHOD("AboutToShowGroup", "ai", "aiai", forward<&MenuExporter::aboutToShowGroup>, 0),
-    SD_BUS_PROPERTY("Version", "u", getVersion, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("TextDirection", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Status", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconThemePath", "as", getIconThemePath, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Version", "u", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("TextDirection", "s", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconThemePath", "as", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_SIGNAL("ItemsPropertiesUpdated", "a(ia{sv})a(ias)", 0),
     SD_BUS_SIGNAL("LayoutUpdated", "ui", 0),
     SD_BUS_SIGNAL("ItemActivationRequested", "iu", 0),
@@ -74,14 +69,13 @@ const sd_bus_vtable kMethods[] = {
 template <typename Append>
 int sendSignal(sd_bus* bus, const char* signal, const char* destination, Append append)
 {
-    sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, signal);
-    const MessagePtr owner(made);
+    MessagePtr message;
+    int result = sd_bus_message_new_signal(bus, Into(message), kMenuPath, kInterface, signal);
     if (result >= 0 && destination != nullptr)
-        result = sd_bus_message_set_destination(made, destination);
+        result = sd_bus_message_set_destination(message.get(), destination);
     if (result >= 0)
-        result = append(made);
-    return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+        result = append(message.get());
+    return result < 0 ? result : sd_bus_send(bus, message.get(), nullptr);
 }
 
 int sendUpdates(sd_bus* bus, const char* destination, const std::vector<ItemUpdate>& items)
@@ -103,9 +97,7 @@ void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
 
 MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus), ask(std::move(questions))
 {
-    sd_bus_slot* added = nullptr;
-    exportResult = sd_bus_add_object_vtable(bus, &added, kMenuPath, kInterface, kMethods, this);
-    slot.reset(added);
+    exportResult = sd_bus_add_object_vtable(bus, Into(slot), kMenuPath, kInterface, kMethods, this);
 }
 
 void MenuExporter::menuChanged(const App::MenuChanges& changes)
