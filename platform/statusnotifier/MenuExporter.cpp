@@ -108,18 +108,15 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
     ++revision;
     if (!isReading())
         return;
-    std::vector<App::ItemId> layouts;
+    std::set<App::ItemId> layouts;
     for (const auto& [parent, reshape] : changes.menus)
         if (!panels.holds(parent))
-            layouts.push_back(parent);
+            layouts.insert(parent);
         else
             for (const auto& removed : reshape.went)
                 updates.push_back({removed.first, {{"visible", false}}, {}});
-    int result = sendItemUpdates(updates);
-    for (const auto parent : layouts)
-        if (result >= 0)
-            result = sendLayoutUpdated(parent);
-    isStale = result < 0;
+    isStale = sendItemUpdates(updates) < 0;
+    sendLayoutsUpdated(layouts);
 }
 
 // Once too much is queued, nothing more is until all of it is sent.
@@ -147,9 +144,9 @@ void MenuExporter::catchUp()
                             [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
     for (const auto& item : menu.items)
         if (result >= 0 && item.hasSubmenu)
-            result = sendLayoutUpdated(item.id);
+            result = sendLayoutUpdated(item.id, kAllPanels);
     if (result >= 0)
-        result = sendLayoutUpdated(App::kStatusMenuId);
+        result = sendLayoutUpdated(App::kStatusMenuId, kAllPanels);
     if (result < 0)
         Lct::Log(Lct::eLogWarning, "tray", "panels may show an old menu: %s", std::strerror(-result));
 }
@@ -167,11 +164,11 @@ int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
     });
 }
 
-void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
+void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination)
 {
     for (const auto parent : parents)
         if (isReading())
-            isStale = sendLayoutUpdated(parent) < 0;
+            isStale = sendLayoutUpdated(parent, destination) < 0;
 }
 
 void MenuExporter::forgetPanels()
@@ -198,15 +195,8 @@ int MenuExporter::getLayout(sd_bus_message* call)
         return appendLayout(answer, isWhole ? accordion.layout(ask.menu) : layoutOf(*item));
     });
     if (result >= 0 && request.depth == 1)
-        announceSubmenus(client, *item);
+        sendLayoutsUpdated(panels.unannounced(client, *item), client);
     return result;
-}
-
-void MenuExporter::announceSubmenus(const char* panel, const App::ItemSnapshot& menu)
-{
-    for (const auto submenu : panels.unannounced(panel, menu))
-        if (isReading())
-            isStale = sendLayoutUpdated(submenu, panel) < 0;
 }
 
 // Without ids, all items. Unknown ids are left out.

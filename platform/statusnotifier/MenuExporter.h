@@ -56,10 +56,9 @@ private:
     bool isReading();
     std::uint64_t queuedMessages() const;
     int sendItemUpdates(const std::vector<ItemUpdate>& items);
-    int sendLayoutUpdated(App::ItemId parent, const char* destination = kAllPanels);
-    void sendLayoutsUpdated(const std::set<App::ItemId>& parents);
+    int sendLayoutUpdated(App::ItemId parent, const char* destination);
+    void sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination = kAllPanels);
     int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
-    void announceSubmenus(const char* panel, const App::ItemSnapshot& menu);
     bool handle(const char* client, App::ItemId id, MenuEvent kind);
     void click(const char* client, App::ItemId id);
     void choose(App::ItemId id);

@@ -6,7 +6,7 @@
 
 namespace Kest::StatusNotifier {
 
-std::vector<App::ItemId> Panels::unannounced(const std::string& panel, const App::ItemSnapshot& menu)
+std::set<App::ItemId> Panels::unannounced(const std::string& panel, const App::ItemSnapshot& menu)
 {
     constexpr std::size_t kMaxMenus = 64; // two of each panel; more only if clients come and go
     std::set<App::ItemId> submenus;
@@ -18,8 +18,8 @@ std::vector<App::ItemId> Panels::unannounced(const std::string& panel, const App
     if (announced.size() >= kMaxMenus)
         announced.clear();
     auto& known = announced[{panel, menu.id}];
-    std::vector<App::ItemId> added;
-    std::ranges::set_difference(submenus, known, std::back_inserter(added));
+    std::set<App::ItemId> added;
+    std::ranges::set_difference(submenus, known, std::inserter(added, added.end()));
     known = std::move(submenus);
     return added;
 }

@@ -7,7 +7,6 @@
 #include <set>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace Kest::StatusNotifier {
 
@@ -26,7 +25,7 @@ class Panels {
 public:
     /// Returns the submenus in `menu`, which `panel` reads alone, that were not announced to it yet. They
     /// count as announced.
-    std::vector<App::ItemId> unannounced(const std::string& panel, const App::ItemSnapshot& menu);
+    std::set<App::ItemId> unannounced(const std::string& panel, const App::ItemSnapshot& menu);
 
     // As panels report. Some report the whole menu only, others its submenus only; a panel that is killed
     // reports no closing. Each returns the layouts to send now, of those that were held.
