@@ -22,7 +22,7 @@ constexpr std::size_t kForgottenAtOnce = 100;
 bool isOver(const MenuItem& entry)
 {
     const auto* abort = entry.submenu()->itemWithTag(kAbortTag);
-    return entry.properties().view->percentage.empty() || (abort != nullptr && !abort->properties().enabled);
+    return entry.properties().view->failed || (abort != nullptr && !abort->properties().enabled);
 }
 
 juce::String withoutTag(const juce::String& name)
@@ -33,21 +33,21 @@ juce::String withoutTag(const juce::String& name)
     return tag >= 0 && name[tag] == '_' ? name.substring(0, tag) : name;
 }
 
-std::string titleOf(const Settings::encodingStatus& status, std::int32_t number)
+// A negative number is a failure.
+EntryView viewOf(const Settings::encodingStatus& status, std::int32_t number)
 {
-    return encodingTitle(number, descriptionText(status.name.c_str()));
+    const bool failed = number < 0;
+    return {encodingName(descriptionText(status.name.c_str())), failed ? std::nullopt : std::optional(number),
+            failed};
 }
 
 } // namespace
 
-std::string encodingTitle(std::int32_t percentage, const std::string& description)
+std::string encodingName(const std::string& description)
 {
-    juce::String title;
-    if (description.size() >= kMinNameBytes)
-        title = withoutTag(juce::String::fromUTF8(description.c_str()));
-    if (percentage < 0)
-        title += " - Failed";
-    return title.toStdString();
+    if (description.size() < kMinNameBytes)
+        return {};
+    return withoutTag(juce::String::fromUTF8(description.c_str())).toStdString();
 }
 
 void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32_t pid,
@@ -88,7 +88,7 @@ void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int3
 {
     auto found = newestRow(status.pid);
     if (found == rows.end() || found->second.process() != status.process)
-        found = addRow(status, titleOf(status, number));
+        found = addRow(status, viewOf(status, number).title());
     update(found->second, status, number);
     setClearEncodingHistoryEnabled();
 }
@@ -99,7 +99,7 @@ void EncodingHistoryMenu::update(Row& row, const Settings::encodingStatus& statu
     row.wroteToPipe = status.wroteToPipe;
     row.output = status.path.empty() ? nullptr : std::make_unique<const std::string>(status.path);
     row.mayBeAborted = number < kFinished; // a failed encoder may still run
-    row.item->setView({titleOf(status, number), number < 0 ? std::string() : std::to_string(number) + "%"});
+    row.item->setView(viewOf(status, number));
     textBytes += row.textBytes();
     setAbortEnabled(row);
 }
@@ -186,7 +186,7 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     auto& row = found->second;
     // The message that it has finished may still wait, or have given way to one of the number's next process.
     const auto status = backend.getEncodingStatus(row.process());
-    if (status.percentage >= kFinished && !row.item->properties().view->percentage.empty())
+    if (status.percentage >= kFinished && !row.item->properties().view->failed)
         return update(row, status, status.percentage);
     const auto& paths = backend.paths();
     const auto failure = aborts.start({.process = row.process(),

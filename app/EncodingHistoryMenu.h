@@ -18,9 +18,9 @@ class Backend;
 
 namespace Kest::App {
 
-/// Returns the title of an encoding: its name without a final "_Print" or a final underscore and three
-/// characters, and " - Failed" for a negative percentage. A name of less than five bytes is left out.
-std::string encodingTitle(std::int32_t percentage, const std::string& description);
+/// Returns the name of an encoding: the description without a final "_Print" or a final underscore and three
+/// characters; empty for a description of less than five bytes.
+std::string encodingName(const std::string& description);
 
 /// A row is an item whose tag is the encoder's process id. It belongs to one process: when the number is
 /// given again, the new process has a new row, and the old one keeps what it showed. Main thread only; all

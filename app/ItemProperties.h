@@ -19,11 +19,16 @@ constexpr ItemId kStatusMenuId = 0;
 /// How an item shows that it is on.
 enum class Mark : std::uint8_t { none, check, radio };
 
-/// What stands in the row of an encoding, in place of its title.
+/// The state of an encoding, which its row shows in place of the item's title.
 struct EntryView {
     std::string name;
-    std::string percentage; // "42%", or empty
+    std::optional<int> percent; // 0 or more, not clamped
+    bool failed = false;
     bool operator==(const EntryView&) const = default;
+    /// "Film", or "Film - Failed".
+    std::string title() const;
+    /// "42%"; empty without a percentage.
+    std::string percentText() const;
 };
 
 /// Everything that is seen of an item. All text is UTF-8.
@@ -69,8 +74,12 @@ private:
     std::shared_ptr<const ItemProperties> shared;
 };
 
-/// The item's text where there are no colours and no views: title or entry, and "(not available)" for a red
-/// one.
+/// Returns the title of the item, or of its encoding: "Process 4711" for an encoding whose
+/// title is empty.
+std::string itemName(const ItemProperties& item);
+
+/// Returns the item's text where there are no colours and no views: its name, with the percentage of an
+/// encoding and "(not available)" for a red item.
 std::string plainLabel(const ItemProperties& item);
 
 } // namespace Kest::App

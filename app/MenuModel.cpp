@@ -5,13 +5,21 @@
 
 namespace Kest::App {
 
+std::string EntryView::title() const { return failed ? name + " - Failed" : name; }
+
+std::string EntryView::percentText() const { return percent ? std::to_string(*percent) + "%" : ""; }
+
+std::string itemName(const ItemProperties& item)
+{
+    const auto title = item.view ? item.view->title() : item.title;
+    return item.view && title.empty() ? "Process " + std::to_string(item.tag) : title;
+}
+
 std::string plainLabel(const ItemProperties& item)
 {
     if (!item.view)
         return item.red ? item.title + " (not available)" : item.title;
-    const auto& [name, percentage] = *item.view;
-    const auto text = name.empty() ? "Process " + std::to_string(item.tag) : name;
-    return percentage.empty() ? text : text + "  " + percentage;
+    return itemName(item) + (item.view->percent ? "  " + item.view->percentText() : "");
 }
 
 MenuItem::~MenuItem() = default;

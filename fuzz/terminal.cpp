@@ -38,7 +38,7 @@ struct Session {
             item.setState(!item.properties().on);
             break;
         case 3:
-            item.setView({input.text(8), input.text(4)});
+            item.setView({input.text(8), input.number(), input.below(2) == 0});
             break;
         case 4:
             if (buses.numberOfItems() > 1)

@@ -7,12 +7,12 @@
 #include <string>
 
 /// A name and a percentage, below them a bar that is filled as far, and the arrow of a submenu, which AppKit
-/// draws for no item with a view. It has no state but its labels, so that a copy of it is complete.
+/// draws for no item with a view.
 @interface KestEncodingRow : NSView
+/// How much of the bar is filled, 0 to 1; a copy of the row starts with 0.
+@property(nonatomic) CGFloat progress;
 - (NSTextField*)nameLabel;
 - (NSTextField*)percentageLabel;
-/// How much of the bar is filled, 0 to 1.
-- (CGFloat)progress;
 /// The whole bar, filled or not, and the arrow, in the row's coordinates.
 - (NSRect)bar;
 - (NSRect)arrow;

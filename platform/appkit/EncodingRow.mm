@@ -73,8 +73,8 @@ KestEncodingRow* deepCopy(KestEncodingRow* row)
 
 void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 {
-    [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.name)];
-    [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentage)];
+    [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.title())];
+    [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentText())];
 }
 
 } // namespace
@@ -87,6 +87,8 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 
 @implementation KestEncodingRow
 
+@synthesize progress;
+
 - (NSTextField*)nameLabel
 {
     return [self viewWithTag:nameTag];
@@ -95,11 +97,6 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 - (NSTextField*)percentageLabel
 {
     return [self viewWithTag:percentageTag];
-}
-
-- (CGFloat)progress
-{
-    return std::clamp([[[self percentageLabel] stringValue] doubleValue] / 100, 0.0, 1.0);
 }
 
 - (NSRect)bar
@@ -168,6 +165,7 @@ KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& sp
         row = [makeTemplate() autorelease];
         setLabels(row, labels);
     }
+    [row setProgress:std::clamp(labels.percent.value_or(0), 0, 100) / 100.0];
     addSelection(row);
     if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
         [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(spoken)];

@@ -10,14 +10,6 @@ constexpr char kSubmenu[] = "children-display";
 
 bool isNested(const App::MenuItem& item) { return item.parentItem() != nullptr; }
 
-std::string nameOf(const App::MenuItem& item)
-{
-    auto named = item.properties();
-    if (named.view)
-        named.view->percentage.clear();
-    return plainLabel(named);
-}
-
 // Only the first underscore that another character follows is doubled.
 std::string withOneMnemonic(const std::string& escaped)
 {
@@ -79,7 +71,8 @@ Properties AccordionPanel::properties(const App::MenuItem& item)
     if (isNested(item))
         properties.erase(kSubmenu);
     if (isNested(item) && isNested(*item.parentItem()))
-        properties["label"] = escapedLabel(nameOf(*item.parentItem()) + ": " + plainLabel(item.properties()));
+        properties["label"] =
+            escapedLabel(itemName(item.parentItem()->properties()) + ": " + plainLabel(item.properties()));
     adaptLabel(properties);
     return properties;
 }

@@ -3,7 +3,6 @@
 #include "platform/terminal/TextMenu.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
 namespace Kest::Terminal {
@@ -12,23 +11,14 @@ namespace {
 constexpr int kShortestBar = 8;
 constexpr int kLongestBar = 40;
 
-std::optional<int> percentOf(const std::string& text)
+// " [####......]  42%"; `width` is that of the bar's inside. Empty for no percentage.
+std::string progressBar(const std::optional<int>& percent, int width, Glyphs glyphs)
 {
-    int value = 0;
-    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (failure != std::errc() || std::string_view(end) != "%")
-        return std::nullopt;
-    return std::clamp(value, 0, 100);
-}
-
-// "[####......]  42%" for a percentage; `width` is that of the bar's inside. Empty for no percentage.
-std::string progressBar(const std::string& percentage, int width, Glyphs glyphs)
-{
-    const auto percent = percentOf(percentage);
     if (!percent)
         return {};
-    const int done = *percent * width / 100;
-    const auto number = std::to_string(*percent) + "%";
+    const int shown = std::clamp(*percent, 0, 100);
+    const int done = shown * width / 100;
+    const auto number = std::to_string(shown) + "%";
     return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
            std::string(4 - number.size(), ' ') + number;
 }
@@ -40,7 +30,7 @@ std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
     if (!seen.view)
         return fitted(markText(seen) + drawable(plainLabel(seen), glyphs) + greyed, width, glyphs);
 
-    auto bar = progressBar(seen.view->percentage, std::clamp(width / 3, kShortestBar, kLongestBar), glyphs);
+    auto bar = progressBar(seen.view->percent, std::clamp(width / 3, kShortestBar, kLongestBar), glyphs);
     const auto name = markText(seen) + drawable(itemName(seen), glyphs) + greyed;
     return fitted(name, width - cells(bar), glyphs) + bar;
 }

@@ -37,7 +37,7 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
     if (before.red != now.red)
         words.emplace_back(now.red ? "not available" : "available again");
     if (now.view && before.view != now.view)
-        words.push_back(now.view->percentage.empty() ? "no percentage" : printable(now.view->percentage));
+        words.push_back(now.view->percent ? now.view->percentText() : "no percentage");
 
     std::string text;
     for (const auto& word : words)
@@ -97,15 +97,6 @@ std::string markText(const ItemProperties& item)
         break;
     }
     return "";
-}
-
-std::string itemName(const ItemProperties& item)
-{
-    if (!item.view)
-        return item.title;
-    auto withoutPercentage = item;
-    withoutPercentage.view->percentage.clear();
-    return plainLabel(withoutPercentage);
 }
 
 std::vector<std::string> menuLines(const ItemSnapshot& menu)

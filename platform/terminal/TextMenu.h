@@ -9,10 +9,8 @@
 
 namespace Kest::Terminal {
 
+using App::itemName;
 using App::printable;
-
-/// How an item is called in paths: its title, or the name of its encoding.
-std::string itemName(const App::ItemProperties& item);
 
 /// "(x) " and the like; empty for an item that cannot be on.
 std::string markText(const App::ItemProperties& item);

@@ -107,8 +107,7 @@ public:
                     "P: " + std::to_string(percentage) + "\n") &&
                pumpUntil([&] {
                    const auto* row = entry(pid);
-                   return row != nullptr &&
-                          row->properties().view->percentage == std::to_string(percentage) + "%";
+                   return row != nullptr && row->properties().view->percent == percentage;
                });
     }
     bool send(const std::string& lines) const

@@ -10,15 +10,18 @@ using Kest::Settings::ProcessIdentity;
 using Kest::Test::eventually;
 using testing::ElementsAre;
 
-TEST(EncodingTitle, IsTheNameWithoutItsTag)
+TEST(EncodingName, HasNoTag)
 {
-    EXPECT_EQ(encodingTitle(0, "Film_Mix_Print"), "Film_Mix");
-    EXPECT_EQ(encodingTitle(0, "Film_Print_Mix"), "Film_Print");
-    EXPECT_EQ(encodingTitle(0, "a_xyz"), "a");
-    EXPECT_EQ(encodingTitle(-1, "_xyz"), " - Failed");
-    EXPECT_EQ(encodingTitle(0, "é_äöü"), "é") << "characters, not bytes";
-    EXPECT_EQ(encodingTitle(0, "七人の侍"), "七人の侍") << "its length is counted in bytes";
-    EXPECT_EQ(encodingTitle(0, "七人"), "七人");
+    EXPECT_EQ(encodingName("Film_Mix_Print"), "Film_Mix");
+    EXPECT_EQ(encodingName("Film_Print_Mix"), "Film_Print");
+    EXPECT_EQ(encodingName("a_xyz"), "a");
+    EXPECT_EQ(encodingName("é_äöü"), "é") << "characters, not bytes";
+    EXPECT_EQ(encodingName("七人の侍"), "七人の侍") << "its length is counted in bytes";
+    EXPECT_EQ(encodingName("七人"), "七人");
+    EXPECT_EQ(plainLabel({.title = {}, .tag = 7, .view = EntryView{encodingName("_xyz"), 0}}),
+              "Process 7  0%");
+    EXPECT_EQ(plainLabel({.title = {}, .tag = 7, .view = EntryView{encodingName("_xyz"), {}, true}}),
+              " - Failed");
 }
 
 // What takes the place of ending encoders and deleting folders. Its threads may outlive the test.
@@ -111,15 +114,15 @@ TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
     receive(50, 4711, "Film_Mix_Prt");
     receive(0, 4712, "Other");
     EXPECT_THAT(agent.items(history), ElementsAre("Clear History 0", "- 0", "Film_Mix 4711", "Other 4712"));
-    EXPECT_EQ(view(4711), (EntryView{"Film_Mix", "50%"}));
+    EXPECT_EQ(view(4711), (EntryView{"Film_Mix", 50}));
     EXPECT_TRUE(mayBeAborted(4711) && mayBeCleared());
     const auto ids = agent.ids(history);
 
     receive(-1, 4711, "Film_Mix_Prt");
-    EXPECT_EQ(view(4711), (EntryView{"Film_Mix - Failed", ""}));
+    EXPECT_EQ(view(4711), (EntryView{"Film_Mix", {}, true}));
     EXPECT_TRUE(mayBeAborted(4711)) << "it may still run";
     receive(100, 4711, "Longer_Name");
-    EXPECT_EQ(view(4711), (EntryView{"Longer_Name", "100%"}));
+    EXPECT_EQ(view(4711), (EntryView{"Longer_Name", 100}));
     EXPECT_EQ(agent.entry(4711)->title(), "Film_Mix") << "the first title stays";
     EXPECT_FALSE(mayBeAborted(4711) || abort(4711));
     EXPECT_TRUE(mayBeAborted(4712)) << "each has a submenu of its own";
@@ -160,8 +163,8 @@ TEST_F(EncodingHistory, ShowsEncodingsWhoseMessagesGaveWayToNewerOnes)
                            "pid: 4712 , path: /Out/B/Second.wav\npid: 4712 , ERROR:\npid: 4713 , P: 30\n"));
     ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }));
     EXPECT_TRUE(agent.pumpUntil([&] { return agent.entry(4713) != nullptr; }));
-    EXPECT_EQ(view(4711), (EntryView{"First", "10%"}));
-    EXPECT_EQ(view(4712), (EntryView{"Second - Failed", ""}));
+    EXPECT_EQ(view(4711), (EntryView{"First", 10}));
+    EXPECT_EQ(view(4712), (EntryView{"Second", {}, true}));
 }
 
 TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
@@ -171,7 +174,7 @@ TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
     ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }))
         << "the row does not show it yet";
     EXPECT_TRUE(abort(4711));
-    EXPECT_EQ(view(4711), (EntryView{"Film_1", "100%"}));
+    EXPECT_EQ(view(4711), (EntryView{"Film_1", 100}));
     EXPECT_FALSE(mayBeAborted(4711));
     agent.delegate.applicationWillTerminate();
     EXPECT_EQ(aborts->count(), 0U);
@@ -188,7 +191,7 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
     receive(60, 4711, "Film_Mix_Prt");
     receive(-1, 4711, "Film_Mix_Prt");
     EXPECT_FALSE(mayBeAborted(4711)) << "a message meanwhile";
-    EXPECT_EQ(view(4711).name, "Film_Mix - Failed");
+    EXPECT_EQ(view(4711).title(), "Film_Mix - Failed");
     EXPECT_TRUE(abort(4712)) << "another one beside it";
     receive(100, 4712, "Other");
 

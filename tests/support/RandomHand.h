@@ -62,7 +62,7 @@ private:
             [&] { item.setEnabled(upTo(1) == 0); },
             [&] { item.setHidden(upTo(1) == 0); },
             [&] {
-                item.setView({"Film é", std::to_string(upTo(2)) + "%"});
+                item.setView({"Film é", upTo(2)});
             },
             [&] {
                 if (upTo(9) == 0) // seldom: with each one the submenus go

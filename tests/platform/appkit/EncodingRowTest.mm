@@ -15,10 +15,7 @@ using namespace Kest;
 NSString* name(KestEncodingRow* row) { return [[row nameLabel] stringValue]; }
 NSString* percentage(KestEncodingRow* row) { return [[row percentageLabel] stringValue]; }
 
-KestEncodingRow* rowAt(const std::string& percentage)
-{
-    return AppKit::encodingRow({"Film_Mix", percentage}, "Film_Mix " + percentage);
-}
+KestEncodingRow* rowAt(int percent) { return AppKit::encodingRow({"Film_Mix", percent}, "Film_Mix"); }
 
 // The part of a rectangle of the row that is drawn in a colour, 0 to 1.
 double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
@@ -56,27 +53,26 @@ double filledPart(KestEncodingRow* row, NSColor* color)
 
 TEST(EncodingRow, IsAFreshCopyWithItsOwnLabels)
 {
-    KestEncodingRow* film = AppKit::encodingRow({"Film é", "42%"}, "Film é  42%");
-    KestEncodingRow* failed = AppKit::encodingRow({"Other - Failed", ""}, "Other - Failed");
+    KestEncodingRow* film = AppKit::encodingRow({"Film é", 42}, "Film é  42%");
+    KestEncodingRow* failed = AppKit::encodingRow({"Other", {}, true}, "Other - Failed");
     EXPECT_NE(film, failed);
     EXPECT_NE([film nameLabel], [failed nameLabel]);
     EXPECT_TRUE([name(film) isEqual:@"Film é"] && [percentage(film) isEqual:@"42%"]);
     EXPECT_TRUE([name(failed) isEqual:@"Other - Failed"] && [percentage(failed) isEqual:@""]);
     EXPECT_NEAR([film progress], 0.42, 0.001);
     EXPECT_EQ([failed progress], 0);
-    EXPECT_EQ([rowAt("250%") progress], 1);
+    EXPECT_EQ([rowAt(250) progress], 1);
 }
 
 TEST(EncodingRow, DrawsItsBarAsFarAsTheEncodingIs)
 {
     for (const int progress : {0, 25, 50, 100})
-        EXPECT_NEAR(filledPart(rowAt(std::to_string(progress) + "%"), [NSColor selectedControlColor]),
-                    progress / 100.0, 0.02);
+        EXPECT_NEAR(filledPart(rowAt(progress), [NSColor selectedControlColor]), progress / 100.0, 0.02);
 }
 
 TEST(EncodingRow, DrawsTheArrowOfItsSubmenuAndTheSelectionOfItsItem)
 {
-    KestEncodingRow* row = rowAt("40%");
+    KestEncodingRow* row = rowAt(40);
     const NSRect margin = NSMakeRect(6, 6, 6, 6);
     EXPECT_GT(drawnIn([NSColor controlTextColor], row, [row arrow]), 0);
     EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 0);

@@ -72,7 +72,7 @@ std::vector<std::string> lines(const App::ItemSnapshot& menu, const std::string&
             continue;
         const auto title = is.view && !AppKit::itemsCanHaveViews() ? plainLabel(is) : is.title;
         const auto view =
-            is.view && AppKit::itemsCanHaveViews() ? is.view->name + "," + is.view->percentage : "";
+            is.view && AppKit::itemsCanHaveViews() ? is.view->title() + "," + is.view->percentText() : "";
         all.push_back(above + (is.separator ? "-"
                                             : line({title, view, is.tag, is.on, is.enabled, is.hidden, is.red,
                                                     is.action != App::Action::none, item.hasSubmenu})));

@@ -17,9 +17,8 @@ ItemSnapshot item(int id, ItemProperties properties) { return {id, std::move(pro
 
 TEST(ItemProperties, SayEverythingInWords)
 {
-    EXPECT_THAT(
-        itemProperties(item(1, {.title = {}, .tag = 7, .enabled = false, .view = EntryView{"", "42%"}})),
-        UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
+    EXPECT_THAT(itemProperties(item(1, {.title = {}, .tag = 7, .enabled = false, .view = EntryView{"", 42}})),
+                UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
     EXPECT_THAT(itemProperties(item(1, {.title = {}, .hidden = true, .separator = true, .view = {}})),
                 UnorderedElementsAre(Pair("type", Value("separator")), Pair("visible", Value(false))));
     EXPECT_EQ(escapedLabel("__ \x01\xFF\xEF\xB7\x90\xF0\x9F\xBF\xBE\xEF\xBF\xBF"),
