@@ -7,6 +7,7 @@ namespace Kest::Terminal {
 namespace {
 
 constexpr std::size_t kLongestSearch = 256; // bytes
+constexpr std::size_t kLongestNote = 4096;  // bytes
 constexpr int kAllTheWay = std::numeric_limits<int>::max() / 2;
 
 void collectSubmenus(const App::ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
@@ -41,7 +42,16 @@ std::string withoutDateAndLevel(const std::string& line)
 
 } // namespace
 
-void MenuScreen::note(const std::string& line) { lastNote = withoutDateAndLevel(line); }
+// A line counts as soon as it begins: some are never ended.
+void MenuScreen::note(const std::string& printed)
+{
+    const auto text = unfinishedNote + printed;
+    if (const auto last = text.find_last_not_of(" \t\r\n"); last != std::string::npos) {
+        const auto begin = text.rfind('\n', last) + 1; // npos + 1 is 0
+        lastNote = withoutDateAndLevel(text.substr(begin, last + 1 - begin));
+    }
+    unfinishedNote = text.substr(text.rfind('\n') + 1, kLongestNote);
+}
 
 void MenuScreen::show(App::ItemSnapshot statusMenu, std::time_t now)
 {

@@ -70,8 +70,9 @@ public:
 
     /// The menu is this since `now`, in seconds since 1970.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// A line that was printed; of a log line the date and the level are not shown.
-    void note(const std::string& line);
+    /// Text that was printed, whole lines or parts of one. Its last line that is not blank is shown, of a log
+    /// line without the date and the level.
+    void note(const std::string& printed);
     void showHost(Settings::HostState state) { host = state; }
     Request press(const Input& input);
 
@@ -103,6 +104,7 @@ private:
     BusListNote buses;
     Settings::HostState host = Settings::HostState::absent;
     std::string lastNote;
+    std::string unfinishedNote;
     Mode mode = Mode::menu;
     std::string searched;
     std::vector<SearchMatch> matches;

@@ -160,6 +160,7 @@ TEST_F(FullScreen, ChoicesByKeysAndMouseReachTheFileAndTheHost)
     ASSERT_TRUE(terminal.shows("K3DHost: 2 buses, changed "));
     terminal.press("Enter");
     ASSERT_TRUE(terminal.shows("> ( ) Dialog"));
+    EXPECT_TRUE(terminal.shows("\nbus 1 : Dialog\n")) << "what is printed has its line on the screen";
     terminal.press("Enter");
     EXPECT_TRUE(host.prints("(id bus-1)"));
     host.say("stop");

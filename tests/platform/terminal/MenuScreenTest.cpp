@@ -2,7 +2,6 @@
 #include "platform/terminal/MenuScreen.h"
 
 #include "platform/terminal/MenuRow.h"
-#include "platform/terminal/OutputCapture.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
 #include <gmock/gmock.h>
@@ -64,10 +63,15 @@ TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
 TEST_F(MenuScreenTest, ShowsWhatWasNotSavedAndWhyIn80Columns)
 {
     screen.note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker "
-                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml");
+                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml\n");
     EXPECT_THAT(line(6, {8, 80}),
                 testing::StartsWith("14:05:09 settings not saved (No space left on device): "
                                     "Speaker Configuration"));
+    screen.note("bus 0 : Main Bus\n \n\n"); // the last line that is not blank
+    EXPECT_THAT(line(6), testing::StartsWith("bus 0 : Main Bus "));
+    screen.note("wrong ");
+    screen.note("architecture"); // not ended
+    EXPECT_THAT(line(6), testing::StartsWith("wrong architecture "));
 }
 
 TEST_F(MenuScreenTest, AChoiceNamesTheItemAndOpensItsMenuAnew)
@@ -181,19 +185,6 @@ TEST(Cells, WideCharactersTakeTwoAndAreNeverCutInHalf)
     EXPECT_EQ(fitted("\u6F22\u5B57\u6F22", 4, unicode), "\u6F22\u2026 ");
     EXPECT_EQ(drawable("\u6F22\u0085a\xFF", unicode), "\u6F22?a\uFFFD");
     EXPECT_EQ(drawable("Ch\u00E8ur", kAscii), "Ch?ur");
-}
-
-TEST(OutputCapture, KeepsTheLastLineThatIsNotBlankAndNeverWaits)
-{
-    OutputCapture capture;
-    std::printf("first\nsecond\n \n\n");
-    std::fflush(stdout);
-    EXPECT_EQ(capture.lastLine(), "second");
-    std::printf("unfinished");
-    std::fflush(stdout);
-    EXPECT_EQ(capture.lastLine(), "unfinished");
-    for (int i = 0; i < 100'000; ++i) // nobody reads: this would not come to its end
-        std::printf("more than a pipe holds\n");
 }
 
 } // namespace
