@@ -2,7 +2,6 @@
 
 #include "log/Output.h"
 
-#include <algorithm>
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
@@ -10,7 +9,6 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr std::size_t kLongestLine = 4096;
 constexpr int kFlushMilliseconds = 100;
 
 int redirect(int descriptor, int to)
@@ -63,23 +61,14 @@ const std::string& OutputCapture::lastLine()
 {
     char bytes[4096];
     ssize_t count = 0;
-    while ((count = read(readEnd, bytes, sizeof bytes)) > 0)
-        take(std::string(bytes, static_cast<std::size_t>(count)));
-    return last;
-}
-
-// A line counts as soon as it begins: some are never ended.
-void OutputCapture::take(const std::string& printed)
-{
-    unfinished += printed;
-    for (std::size_t end = 0; (end = unfinished.find('\n')) != std::string::npos;) {
-        if (const auto line = unfinished.substr(0, end); !isBlank(line))
+    const auto take = [this](std::string_view line) {
+        if (!isBlank(line))
             last = line;
-        unfinished.erase(0, end + 1);
-    }
-    unfinished.resize(std::min(unfinished.size(), kLongestLine));
-    if (!isBlank(unfinished))
-        last = unfinished;
+    };
+    while ((count = read(readEnd, bytes, sizeof bytes)) > 0)
+        lines.feed({bytes, static_cast<std::size_t>(count)}, take, take);
+    take(lines.unfinished()); // some lines are never ended
+    return last;
 }
 
 } // namespace Kest::Terminal

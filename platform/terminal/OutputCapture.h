@@ -1,6 +1,8 @@
 // Keeps what the process prints away from a screen that it draws on.
 #pragma once
 
+#include "text/LineSplitter.h"
+
 #include <string>
 
 namespace Kest::Terminal {
@@ -20,12 +22,10 @@ public:
     const std::string& lastLine();
 
 private:
-    void take(const std::string& printed);
-
     int readEnd = -1;
     int outputBefore = -1;
     int errorBefore = -1;
-    std::string unfinished;
+    Text::LineSplitter lines;
     std::string last;
 };
 
