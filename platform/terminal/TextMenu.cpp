@@ -14,6 +14,16 @@ std::string lineOf(const ItemSnapshot& item)
     return markText(seen) + printable(plainLabel(seen)) + (seen.enabled ? "" : " (greyed)");
 }
 
+void addSubmenus(const ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
+{
+    for (const auto& item : menu.items) {
+        if (!item.hasSubmenu || item.properties->hidden)
+            continue;
+        submenus.push_back(item.id);
+        addSubmenus(item, submenus);
+    }
+}
+
 void addLines(const ItemSnapshot& menu, const std::string& indent, std::vector<std::string>& lines)
 {
     for (const auto& item : menu.items) {
@@ -46,14 +56,12 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
 }
 
 /// An item with nothing to tell, against which a new one is described.
-const ItemProperties kPlain{.title = {}, .view = App::EntryView{}};
-
-bool isListed(const ItemProperties& item) { return !item.separator && !item.hidden; }
+const ItemProperties kPlain{.view = App::EntryView{}};
 
 std::string pathOf(const App::MenuItem& item)
 {
     const auto name = printable(itemName(item.properties()));
-    return item.parentItem() == nullptr ? name : pathOf(*item.parentItem()) + " > " + name;
+    return item.parentItem() == nullptr ? name : pathOf(*item.parentItem()) + kPathSeparator + name;
 }
 
 bool isWithinHidden(const App::MenuItem& item)
@@ -67,7 +75,7 @@ void addReshape(const App::MenuItem* owner, const App::MenuReshape& reshape, con
 {
     if (owner != nullptr && (owner->properties().hidden || isWithinHidden(*owner)))
         return;
-    const auto above = owner == nullptr ? std::string() : pathOf(*owner) + " > ";
+    const auto above = owner == nullptr ? std::string() : pathOf(*owner) + kPathSeparator;
     for (const auto& [id, went] : reshape.went)
         if (isListed(*went))
             lines.push_back("removed " + above + printable(itemName(*went)));
@@ -85,6 +93,13 @@ void addChange(const ItemProperties& before, const App::MenuItem& item, std::vec
 }
 
 } // namespace
+
+std::vector<App::ItemId> submenusBelow(const ItemSnapshot& menu)
+{
+    std::vector<App::ItemId> submenus;
+    addSubmenus(menu, submenus);
+    return submenus;
+}
 
 std::string markText(const ItemProperties& item)
 {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/MenuSnapshot.h"
-#include "app/Utf8.h"
+#include "text/Printable.h"
 
 #include <string>
 #include <vector>
@@ -10,7 +10,15 @@
 namespace Kest::Terminal {
 
 using App::itemName;
-using App::printable;
+using Text::printable;
+
+inline const std::string kPathSeparator = " > "; // between the names in a path
+
+/// Whether lists of items and searches have the item.
+inline bool isListed(const App::ItemProperties& item) { return !item.separator && !item.hidden; }
+
+/// The visible submenus at any depth below an item.
+std::vector<App::ItemId> submenusBelow(const App::ItemSnapshot& menu);
 
 /// "(x) " and the like; empty for an item that cannot be on.
 std::string markText(const App::ItemProperties& item);

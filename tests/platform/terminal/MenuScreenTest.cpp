@@ -1,7 +1,6 @@
 // The full-screen menu without a terminal: what is seen, and what keys ask for.
 #include "platform/terminal/MenuScreen.h"
 
-#include "platform/terminal/MenuRow.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +27,7 @@ protected:
         screen.show(sampleMenu(), 0);
         screen.lines(kSmallest);
     }
-    Request press(Key key) { return screen.press({.key = key, .text = {}}); }
+    Request press(Key key) { return screen.press({.key = key}); }
     Request type(const std::string& text)
     {
         Request last;
@@ -36,7 +35,7 @@ protected:
             last = screen.press({.key = Key::character, .text = {letter}});
         return last;
     }
-    Request click(int line) { return screen.press({.key = Key::click, .text = {}, .line = line}); }
+    Request click(int line) { return screen.press({.key = Key::click, .line = line}); }
     std::string line(int number, Size size = kSmallest)
     {
         return screen.lines(size).at(static_cast<std::size_t>(number)).text;
@@ -157,9 +156,9 @@ TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
 
 TEST(MenuRow, NamesInWordsWhatColoursTell)
 {
-    const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true, .view = {}});
+    const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true});
     EXPECT_EQ(rowText(red, false, 40, kAscii), "  ( ) Studio (not available)            ");
-    const auto greyed = leaf(1, {.title = "Clear", .enabled = false, .view = {}});
+    const auto greyed = leaf(1, {.title = "Clear", .enabled = false});
     EXPECT_EQ(rowText(greyed, true, 20, kAscii), "> Clear (greyed)    ");
 }
 
