@@ -4,7 +4,6 @@
 #include "tools/k3dhost_simulator/LineReader.h"
 #include "tools/k3dhost_simulator/WriteWatcher.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 
@@ -165,21 +164,6 @@ ParsedLine parseLine(std::string_view text, int number)
     if (!error.empty())
         return {std::nullopt, "line " + std::to_string(number) + ": " + error};
     return {command, {}};
-}
-
-ParsedScenario parseScenario(std::string_view text)
-{
-    ParsedScenario scenario;
-    for (int number = 1; !text.empty(); ++number) {
-        const auto line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const auto parsed = parseLine(line, number);
-        if (!parsed.error.empty())
-            return {{}, parsed.error};
-        if (parsed.command)
-            scenario.commands.push_back(*parsed.command);
-    }
-    return scenario;
 }
 
 } // namespace K3DHostSimulator

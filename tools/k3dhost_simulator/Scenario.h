@@ -18,7 +18,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace K3DHostSimulator {
 
@@ -43,12 +42,5 @@ struct ParsedLine {
 
 /// `text` is one line without its line feed, `number` its number.
 ParsedLine parseLine(std::string_view text, int number);
-
-struct ParsedScenario {
-    std::vector<Command> commands;
-    std::string error; // of the first wrong line; empty when there is none
-};
-
-ParsedScenario parseScenario(std::string_view text);
 
 } // namespace K3DHostSimulator

@@ -32,48 +32,34 @@ int SessionBus::connect()
 
 int SessionBus::hasOwner(const char* name)
 {
-    sd_bus_message* request = nullptr;
+    sd_bus_message* received = nullptr;
     int owned = 0;
-    int result = failure;
+    int result = prepareCall();
     if (result >= 0)
-        result =
-            sd_bus_message_new_method_call(bus.get(), &request, "org.freedesktop.DBus",
-                                           "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner");
-    const Call owner(request, sd_bus_message_unref);
+        result = sd_bus_call_method(bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                    "org.freedesktop.DBus", "NameHasOwner", nullptr, &received, "s", name);
+    const std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)> reply(received,
+                                                                                 sd_bus_message_unref);
     if (result >= 0)
-        result = sd_bus_message_append(request, "s", name);
-    if (result >= 0)
-        result = call(request, nullptr, owned);
+        result = sd_bus_message_read(received, "b", &owned);
     return result < 0 ? result : owned;
 }
 
 int SessionBus::property(const char* service, const char* path, const char* name)
 {
-    sd_bus_message* request = nullptr;
     int value = 0;
-    int result = failure;
+    int result = prepareCall();
     if (result >= 0)
-        result = sd_bus_message_new_method_call(bus.get(), &request, service, path,
-                                                "org.freedesktop.DBus.Properties", "Get");
-    const Call owner(request, sd_bus_message_unref);
-    if (result >= 0)
-        result = sd_bus_message_append(request, "ss", service, name);
-    if (result >= 0)
-        result = call(request, "b", value);
+        result = sd_bus_get_property_trivial(bus.get(), service, path, service, name, nullptr, 'b', &value);
     return result < 0 ? result : value;
 }
 
-// The answer is a boolean, in a variant when that has contents.
-int SessionBus::call(sd_bus_message* request, const char* contents, int& answer)
+// The next call takes no longer than the time that is left; no time would mean the default.
+int SessionBus::prepareCall()
 {
-    if (timeLeft() == 0) // which sd_bus_call takes for its default
-        return -ETIMEDOUT;
-    sd_bus_message* received = nullptr;
-    int result = sd_bus_call(bus.get(), request, timeLeft(), nullptr, &received);
-    const Call reply(received, sd_bus_message_unref);
-    if (result >= 0 && contents != nullptr)
-        result = sd_bus_message_enter_container(received, 'v', contents);
-    return result < 0 ? result : sd_bus_message_read(received, "b", &answer);
+    if (failure < 0 || timeLeft() == 0)
+        return failure < 0 ? failure : -ETIMEDOUT;
+    return sd_bus_set_method_call_timeout(bus.get(), timeLeft());
 }
 
 std::uint64_t SessionBus::timeLeft() const

@@ -21,10 +21,9 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Call = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
 
     int connect();
-    int call(sd_bus_message* request, const char* contents, int& answer);
+    int prepareCall();
     std::uint64_t timeLeft() const; // microseconds
 
     const Clock::time_point deadline;
