@@ -26,10 +26,7 @@ Failure CommandSource::readFile(const std::string& path)
     return error.empty() ? std::nullopt : Failure(error);
 }
 
-bool CommandSource::beginsWithStart() const
-{
-    return !commands.empty() && commands.front().kind == Command::Kind::Start;
-}
+bool CommandSource::beginsWithStart() const { return !commands.empty() && commands.front().isStart; }
 
 std::optional<std::string> CommandSource::takeLine()
 {
