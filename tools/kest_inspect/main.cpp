@@ -1,6 +1,6 @@
 // kest-inspect: the support engineer's look at the agent and its host. --help tells what it does.
 #include "backend/HomeFolder.h"
-#include "tools/kest_inspect/Doctor.h"
+#include "tools/kest_inspect/Checks.h"
 #include "tools/kest_inspect/Options.h"
 #include "tools/kest_inspect/Printed.h"
 #include "tools/kest_inspect/Watch.h"

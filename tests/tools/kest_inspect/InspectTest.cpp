@@ -3,7 +3,7 @@
 #include "backend/AgentLock.h"
 #include "tests/support/TestPlace.h"
 #include "tools/kest_inspect/Changes.h"
-#include "tools/kest_inspect/Doctor.h"
+#include "tools/kest_inspect/Checks.h"
 #include "tools/kest_inspect/Words.h"
 
 #include <gmock/gmock.h>
