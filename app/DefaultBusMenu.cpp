@@ -69,9 +69,9 @@ void DefaultBusMenu::buildKestBusMenu()
     }
     if (found)
         return;
-    backend.setDefaultKestBus(kMainBus);
-    currentDefaultKestBus = kMainBus;
-    if (auto* mainBus = menu.itemWithTitle(kMainBus))
+    backend.setDefaultKestBus(Settings::kMainBus);
+    currentDefaultKestBus = Settings::kMainBus;
+    if (auto* mainBus = menu.itemWithTitle(Settings::kMainBus))
         mainBus->setState(true);
 }
 

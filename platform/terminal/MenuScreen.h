@@ -72,7 +72,7 @@ public:
     void show(App::ItemSnapshot statusMenu, std::time_t now);
     /// A line that was printed; of a log line the date and the level are not shown.
     void note(const std::string& line);
-    void showHost(Settings::HostState state) { host = state; }
+    void showHost(Settings::HostPresence presence) { host = presence; }
     Request press(const Input& input);
 
     /// The screen from the top, as many lines as it has; scrolls to what is selected.
@@ -101,7 +101,7 @@ private:
     const Glyphs glyphs;
     Navigator navigator;
     BusListNote buses;
-    Settings::HostState host = Settings::HostState::absent;
+    Settings::HostPresence host = Settings::HostPresence::absent;
     std::string lastNote;
     Mode mode = Mode::menu;
     std::string searched;
