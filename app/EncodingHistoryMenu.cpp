@@ -61,8 +61,8 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
 
 bool EncodingHistoryMenu::showReported()
 {
-    const auto reported = backend.encodings().query(
-        [this](const auto& table) { return table.reportedSince(lastReport); });
+    const auto reported =
+        backend.encodings().query([this](const auto& table) { return table.reportedSince(lastReport); });
     for (const auto& status : reported)
         show(status, status.hasFailed ? -1 : status.percentage);
     removeEvicted();

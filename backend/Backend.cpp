@@ -24,10 +24,8 @@ void reportMarker(const std::string& path)
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
     : systemPaths(std::move(paths)), settingsFile(properties, systemPaths),
-      reader(systemPaths.encodingProgressFifo,
-             [this](std::int32_t number, std::int32_t pid, const char* name) {
-                 sendMessage(number, pid, name);
-             }),
+      reader(systemPaths.encodingProgressFifo, [this](std::int32_t number, std::int32_t pid,
+                                                      const char* name) { sendMessage(number, pid, name); }),
       monitor(systemPaths, period,
               {.message = [this](std::int32_t number) { sendMessage(number, 0, ""); },
                .hostChanged =

@@ -48,9 +48,9 @@ public:
     /// The record of a process; null when there is none.
     const encodingStatus* find(const ProcessIdentity& process) const;
 
-    /// Returns copies of the records whose last report came after report number `since` (0: all), in the order
-    /// of their first reports, and sets `since` to the last of them. Returns at most `kMaxBatch`, those that
-    /// are silent for longest: call it again until the result is empty.
+    /// Returns copies of the records whose last report came after report number `since` (0: all), in the
+    /// order of their first reports, and sets `since` to the last of them. Returns at most `kMaxBatch`, those
+    /// that are silent for longest: call it again until the result is empty.
     std::vector<encodingStatus> reportedSince(std::uint64_t& since) const;
     static constexpr std::size_t kMaxBatch = 250;
 

@@ -70,7 +70,8 @@ public:
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
     /// Checks the host's word size. A host that is not running yet is accepted, and so is one that has not
-    /// published its word size yet: each pass checks that one again. False when the host is refused, for good.
+    /// published its word size yet: each pass checks that one again. False when the host is refused, for
+    /// good.
     bool acceptsHost();
     /// Returns 0, or the system's error number when it refuses the thread.
     int start();

@@ -187,7 +187,9 @@ TEST_F(SessionMonitor, LogsOnceThatTheMarkerOfAnExistingSessionWasRemoved)
 {
     const auto marker = "/tmp/LIPC_" + place.paths.sessionSegment;
     const MarkerRemover cleanUp(place.paths.sessionSegment + ".removed");
-    const auto attached = [this] { return backend->hostState().presence == Kest::Settings::HostPresence::present; };
+    const auto attached = [this] {
+        return backend->hostState().presence == Kest::Settings::HostPresence::present;
+    };
     place.startHost();
     start();
     ASSERT_TRUE(eventually(attached));
