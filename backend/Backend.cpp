@@ -13,8 +13,6 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr mode_t kForAll = 0666;
-
 void reportMarker(const std::string& path)
 {
     Lct::Log(Lct::eLogWarning, "last user", "%.300s not written: %s", path.c_str(), std::strerror(errno));
@@ -55,7 +53,7 @@ void Backend::save_username(const std::string& markerPath)
     const passwd* user = getpwuid(geteuid());
     if (user == nullptr)
         return;
-    const int file = LIPC::openSharedFile(markerPath.c_str(), kForAll);
+    const int file = LIPC::openSharedFile(markerPath.c_str(), LIPC::kModeWorldWritable);
     if (file < 0) {
         if (errno != ENOENT) // without its folder it is not written
             reportMarker(markerPath);
@@ -64,7 +62,7 @@ void Backend::save_username(const std::string& markerPath)
     const auto line = std::string(user->pw_name) + "\n";
     if (ftruncate(file, 0) != 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
         reportMarker(markerPath);
-    fchmod(file, kForAll); // whatever the umask: every user overwrites it
+    fchmod(file, LIPC::kModeWorldWritable); // whatever the umask: every user overwrites it
     close(file);
 }
 

@@ -1,5 +1,6 @@
 #include "backend/ProgressPipe.h"
 
+#include "lipc/SharedFile.h"
 #include "log/Log.h"
 #include "log/Output.h"
 
@@ -14,7 +15,6 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr mode_t kForAll = 0666;
 constexpr std::size_t kMaxPipes = 65;             // the current one and 64 earlier ones
 constexpr int kWaitWithoutWakeUp = 1000;          // milliseconds
 constexpr std::size_t kMaxPolled = kMaxPipes + 1; // and the wake-up
@@ -87,14 +87,14 @@ void ProgressPipe::keepEarlierPipes()
 // Whatever an earlier run, or something else, has left at the path is replaced.
 bool ProgressPipe::create(bool isSilent)
 {
-    if (mkfifo(path, kForAll) == 0)
+    if (mkfifo(path, LIPC::kModeWorldWritable) == 0)
         return true;
     const bool isTaken = errno == EEXIST;
     if (isTaken && !isSilent)
         Lct::printSystemError("deleting existing file (or fifo)");
     if (isTaken) {
         std::remove(path);
-        if (mkfifo(path, kForAll) == 0)
+        if (mkfifo(path, LIPC::kModeWorldWritable) == 0)
             return true;
     }
     if (!isSilent)
@@ -113,7 +113,7 @@ std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
         return nullptr;
     pipe->device = status.st_dev;
     pipe->inode = status.st_ino;
-    fchmod(pipe->reader, kForAll); // whatever the umask: encoders of other users report too
+    fchmod(pipe->reader, LIPC::kModeWorldWritable); // whatever the umask: encoders of other users report too
     pipe->writer = openEnd(path, O_WRONLY);
     if (pipe->writer < 0 || !isAtPath(*pipe))
         return nullptr;

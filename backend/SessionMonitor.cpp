@@ -17,7 +17,6 @@ namespace {
 
 using Session = LIPC::ShmManagedOpen<LIPC::SessionBuffer>;
 
-constexpr int kAcceptedWordSize = 64; // bits
 // Time for a host that has been interrupted in the middle of a name; a name takes it some nanoseconds.
 constexpr auto kWriteTime = std::chrono::milliseconds(1);
 // A bus that is renamed all the time must not hide the others.
@@ -55,7 +54,7 @@ bool SessionMonitor::acceptsHost()
         return true;
     const auto wordSize = LIPC::loadShared(version.contents()->wordSize);
     versionIsPending = wordSize == LIPC::VersionBuffer::kNotPublished;
-    if (versionIsPending || wordSize == kAcceptedWordSize)
+    if (versionIsPending || wordSize == LIPC::VersionBuffer::kAcceptedWordSize)
         return true;
     Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
     ++hostArchMismatch;

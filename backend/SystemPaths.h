@@ -2,6 +2,7 @@
 #pragma once
 
 #include "lipc/SettingsRecord.h"
+#include "tables/Settings.h"
 
 #include <string>
 
@@ -10,7 +11,7 @@ namespace Kest::Settings {
 /// The defaults are the real places. Tests work in their own folders with others.
 struct SystemPaths {
     std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" is the user's home
-    std::string encodingProgressFifo = "/tmp/kest_settings_enc_progress_fifo";
+    std::string encodingProgressFifo = kEncodingProgressFifo;
     std::string lastUserMarker = "/Users/Shared/.kestsettings_lastuser.txt";
     std::string facilitiesFolder =
         "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";

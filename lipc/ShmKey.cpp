@@ -32,7 +32,7 @@ void prepareMarker(int file)
 // not write serves as well.
 void prepareMarker(const char* path)
 {
-    const int file = openSharedFile(path, 0666);
+    const int file = openSharedFile(path, kModeWorldWritable);
     if (file < 0)
         return;
     prepareMarker(file);

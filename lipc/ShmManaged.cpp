@@ -1,5 +1,6 @@
 #include "lipc/ShmManaged.h"
 
+#include "lipc/SharedFile.h"
 #include "log/Output.h"
 
 #include <cstdint>
@@ -10,7 +11,6 @@
 namespace LIPC {
 namespace {
 
-constexpr int kReadWriteForAll = 0666;
 constexpr int kReadForAll = 0444;
 
 bool isLongEnough(int id, std::size_t bytes)
@@ -28,7 +28,7 @@ void ShmManaged::attach(std::size_t bytes, Access access)
     if (key == -1) // a valid key for shmget, and another system's segment
         return;
     const bool writes = access == Access::readWrite;
-    id = shmget(key, 0, writes ? kReadWriteForAll : kReadForAll);
+    id = shmget(key, 0, writes ? kModeWorldWritable : kReadForAll);
     if (id < 0)
         return;
     address = shmat(id, nullptr, writes ? 0 : SHM_RDONLY);

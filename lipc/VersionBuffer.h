@@ -8,10 +8,11 @@ namespace LIPC {
 
 struct VersionBuffer {
     static constexpr std::size_t kSegmentBytes = 8;
-    static constexpr std::int32_t kNotPublished = 0; // a word size that the host has not written yet
+    static constexpr std::int32_t kNotPublished = 0;      // a word size that the host has not written yet
+    static constexpr std::int32_t kAcceptedWordSize = 64; // of a host that the agent works with
 
     std::int32_t hostData; // the host's own
-    std::int32_t wordSize; // bits of the running host; the agent works with 64
+    std::int32_t wordSize; // bits of the running host
 };
 
 static_assert(sizeof(VersionBuffer) == VersionBuffer::kSegmentBytes);

@@ -43,6 +43,9 @@ inline constexpr Setting kSettings[] = {
 /// The bus that is always offered.
 inline constexpr char kMainBus[] = "Main Bus";
 
+/// The pipe that encoders report to.
+inline constexpr char kEncodingProgressFifo[] = "/tmp/kest_settings_enc_progress_fifo";
+
 /// The settings that are parameters of the agent's record.
 inline constexpr std::span<const Setting> kParameterSettings(std::begin(kSettings),
                                                              std::ranges::find(kSettings, SettingType::text,

@@ -1,6 +1,7 @@
 #include "platform/posix/CommandLine.h"
 
 #include "app/About.h"
+#include "backend/SystemPaths.h"
 #include "log/Output.h"
 
 #include <string_view>
@@ -15,8 +16,8 @@ int answer(std::string_view argument, const char* program, const char* purpose)
 {
     if (argument == "--help")
         Lct::print("usage: %s [--help | --version]\n\n%s\nChoices are made in its menu and saved in\n"
-                   "~/Library/Application Support/Kestronics/Kest-Settings.xml.\n",
-                   program, purpose);
+                   "%s/%s.xml.\n",
+                   program, purpose, Settings::SystemPaths().settingsFolder.c_str(), Settings::kSettingsName);
     else
         Lct::print("%s %s\n", program, App::about().version.c_str());
     return 0;

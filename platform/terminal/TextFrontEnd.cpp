@@ -71,7 +71,10 @@ void TextFrontEnd::takeInput(std::string_view bytes)
 {
     lines.feed(
         bytes, [this](std::string_view line) { obey(trimmed(line)); },
-        [this](std::string_view) { reject("a line of more than 4096 bytes is no command"); });
+        [this](std::string_view) {
+            reject("a line of more than " + std::to_string(Text::LineSplitter::kLongestLine) +
+                   " bytes is no command");
+        });
 }
 
 // A service, which has no commands at all, goes on.

@@ -1,6 +1,8 @@
 // The command line of encoder-simulator.
 #pragma once
 
+#include "tables/Settings.h"
+
 #include <optional>
 #include <string>
 
@@ -9,7 +11,7 @@ namespace EncoderSimulator {
 struct Options {
     std::string output; // absolute
     std::string type = "Main";
-    std::string fifo = "/tmp/kest_settings_enc_progress_fifo";
+    std::string fifo = Kest::Settings::kEncodingProgressFifo;
     double seconds = 10; // from 0 to 100 per cent
     int steps = 20;      // progress lines after that of 0 per cent
     std::optional<int> failAt;

@@ -1,6 +1,7 @@
 #include "tools/k3dhost_simulator/HostSegments.h"
 
 #include "lipc/SettingsRecord.h"
+#include "lipc/SharedFile.h"
 #include "lipc/ShmKey.h"
 
 #include <cerrno>
@@ -16,7 +17,6 @@
 namespace K3DHostSimulator {
 namespace {
 
-constexpr int kReadWriteForAll = 0666;
 constexpr const char* kSegmentNames[] = {LIPC::kVersionSegment, LIPC::kSessionSegment};
 
 std::string systemError() { return std::strerror(errno); }
@@ -105,7 +105,7 @@ Failure HostSegments::create(const char* name, std::size_t bytes, Segment& segme
     const key_t key = LIPC::shmKey(name);
     if (key == -1)
         return std::string("there is no key for the segment ") + name;
-    segment.id = shmget(key, bytes, IPC_CREAT | IPC_EXCL | kReadWriteForAll);
+    segment.id = shmget(key, bytes, IPC_CREAT | IPC_EXCL | LIPC::kModeWorldWritable);
     if (segment.id < 0)
         return std::string("cannot create the segment ") + name + ": " + systemError();
     void* address = shmat(segment.id, nullptr, 0);

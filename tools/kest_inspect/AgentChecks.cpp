@@ -1,4 +1,5 @@
 // The agent itself, and the pipe in which encoders report to it.
+#include "lipc/SharedFile.h"
 #include "tools/kest_inspect/Checks.h"
 
 #include <algorithm>
@@ -12,7 +13,6 @@ namespace {
 
 constexpr char kAgent[] = "agent";
 constexpr char kPipe[] = "encoders' pipe";
-constexpr mode_t kForAll = 0666;
 
 std::string listed(const std::vector<Opener>& processes)
 {
@@ -129,7 +129,7 @@ Check checkPipe(const Surroundings& here)
     if (const auto second = secondAgents(here, path); !here.agents.empty() && !second.empty())
         return wrong(kPipe, listed(second) + " reads an earlier pipe of " + path,
                      "if it is a second agent, " + killCommand(second) + ": both replace the pipe");
-    if ((status->st_mode & 0777U) != kForAll)
+    if ((status->st_mode & 0777U) != LIPC::kModeWorldWritable)
         return note(kPipe, path + " is not for all users to write", "start the agent anew");
     return ok(kPipe, path + (readers.empty() ? ", somebody reads it" : ", read by " + listed(readers)));
 }

@@ -11,7 +11,6 @@
 namespace KestInspect {
 namespace {
 
-constexpr int kAcceptedWordSize = 64; // bits
 constexpr char kStartHost[] = "start K3DHost, by \"Restart Host Service\" in the agent's menu for one";
 constexpr char kRestartHost[] = "start K3DHost anew";
 
@@ -93,7 +92,7 @@ Check checkHost(const Surroundings& here)
     if (word == LIPC::VersionBuffer::kNotPublished)
         return note("host", process(segment->creator) + ": its version word is not published yet",
                     "if it stays: " + std::string(kRestartHost));
-    if (word && *word != kAcceptedWordSize)
+    if (word && *word != LIPC::VersionBuffer::kAcceptedWordSize)
         return wrong("host", "runs in " + std::to_string(*word) + " bit; the agent leaves it alone",
                      "start K3DHost in 64 bit, then the agent anew");
     if (!here.session)

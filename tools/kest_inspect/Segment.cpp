@@ -1,5 +1,6 @@
 #include "tools/kest_inspect/Segment.h"
 
+#include "lipc/SharedFile.h"
 #include "lipc/ShmKey.h"
 
 #include <cerrno>
@@ -27,7 +28,7 @@ std::optional<Segment> findSegment(const std::string& name)
     segment.owner = status.shm_perm.uid;
     segment.creator = status.shm_cpid;
     segment.attached = status.shm_nattch;
-    segment.isWritable = shmget(key, 0, 0666) >= 0;
+    segment.isWritable = shmget(key, 0, LIPC::kModeWorldWritable) >= 0;
     return segment;
 }
 
