@@ -2,10 +2,12 @@
 #pragma once
 
 #include "app/FrontEnd.h"
+#import "platform/appkit/InputWatch.h"
 #import "platform/appkit/MenuBridge.h"
 #import "platform/appkit/MenuMirror.h"
+#include "platform/posix/JobQueue.h"
 
-#include <memory>
+#include <optional>
 
 namespace Kest::App {
 class KestSettingsAppDelegate;
@@ -21,27 +23,29 @@ public:
     AppKitFrontEnd(const AppKitFrontEnd&) = delete;
     AppKitFrontEnd& operator=(const AppKitFrontEnd&) = delete;
 
-    /// Whose menu it shows and who hears of choices; it outlives the front end's last job. Null for nobody.
-    void setApplication(App::KestSettingsAppDelegate* application) { delegate = application; }
-    NSMenu* statusMenu() const { return mirror.statusMenu(); }
+    /// Once, before anything is shown: whose menu it shows and who hears of choices. The application outlives
+    /// the last job.
+    void setApplication(App::KestSettingsAppDelegate& application);
+    NSMenu* statusMenu() const { return mirror->statusMenu(); }
 
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
-    void menuChanged(const App::MenuChanges& changes) override;
+    void menuChanged(const App::MenuChanges& changes) override { mirror->show(changes); }
     /// The application terminates when the work at hand is done.
     void quit() override;
 
 private:
     void itemChosen(App::ItemId id) override;
     void menuNeedsUpdate(App::ItemId id) override;
-    void menuWillOpen(App::ItemId id) override { mirror.menuOpened(id); }
+    void menuWillOpen(App::ItemId id) override { mirror->menuOpened(id); }
     void menuDidClose(App::ItemId id) override;
 
     App::KestSettingsAppDelegate* delegate = nullptr;
     KestMenuBridge* const bridge;
-    MenuMirror mirror;
+    std::optional<MenuMirror> mirror; // with the delegate
     id statusItem = nil;
-    const std::shared_ptr<bool> ended; // outlives it in jobs that are still posted; main thread only
+    Posix::JobQueue jobs;
+    const InputWatch wakeUps;
 };
 
 } // namespace Kest::AppKit

@@ -1,7 +1,7 @@
 // The model's menu as AppKit's menus.
 #pragma once
 
-#include "app/MenuSnapshot.h"
+#include "app/MenuModel.h"
 
 #import <AppKit/AppKit.h>
 #include <set>
@@ -18,15 +18,16 @@ namespace Kest::AppKit {
 /// `menuNeedsUpdate` give it the model's. Main thread only.
 class MenuMirror {
 public:
-    /// The bridge outlives it.
-    MenuMirror(const std::string& title, KestMenuBridge* target);
+    /// The bridge outlives it; the model is used by `show`, `menuNeedsUpdate` and `applyDeferredShapes` only.
+    MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
     MenuMirror& operator=(const MenuMirror&) = delete;
 
     NSMenu* statusMenu() const { return root; }
 
-    void show(App::ItemSnapshot now);
+    /// Shows what has changed in the model; needs all changes, the first ones included.
+    void show(const App::MenuChanges& changes);
 
     /// Gives a menu that has closed the model's shape now. An open menu keeps its shape.
     void menuNeedsUpdate(App::ItemId id);
@@ -40,23 +41,23 @@ public:
 
 private:
     NSMenu* makeMenu(NSString* title) const;
-    NSMenuItem* itemFor(const App::ItemSnapshot& item);
-    NSMenuItem* makeItem(const App::ItemSnapshot& item) const;
+    NSMenuItem* itemFor(const App::MenuItem& item);
+    NSMenuItem* makeItem(const App::ItemProperties& look) const;
     void aim(NSMenuItem* item, const App::ItemProperties& look) const;
-    void applyItem(NSMenuItem* item, const App::ItemSnapshot& now);
-    void applyShape(const App::ItemSnapshot& owner);
-    void removeGone(NSMenu* menu, const App::ItemSnapshot& owner, bool isOpen);
+    void applyItem(NSMenuItem* item, const App::MenuItem& now);
+    void applyShape(App::ItemId owner);
+    void removeGone(NSMenu* menu, const App::Menu& wanted, bool isOpen);
     void forget(NSMenuItem* item);
     void forgetBelow(NSMenuItem* item);
     NSMenu* menuOf(App::ItemId id) const;
 
+    const App::MenuModel& model;
     KestMenuBridge* const bridge;
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
     std::set<App::ItemId> openMenus;
     std::set<App::ItemId> closedMenus; // of the open ones: their shape is still to be applied
     std::set<App::ItemId> gone;        // still there, in open menus
-    App::ItemSnapshot shown;
     bool changing = false;
 };
 

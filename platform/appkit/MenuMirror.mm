@@ -1,36 +1,34 @@
 #import "platform/appkit/MenuMirror.h"
 
-#include "app/MenuDiff.h"
 #import "platform/appkit/MenuBridge.h"
 #import "platform/appkit/MenuItemClass.h"
 #import "platform/appkit/MenuItemLook.h"
 #include "platform/appkit/Text.h"
 
-#include <algorithm>
-#include <utility>
-
 namespace Kest::AppKit {
 namespace {
 
-void leaveOutHidden(App::ItemSnapshot& menu)
+bool isLeftOut(const App::MenuItem& item) { return item.properties().hidden && !itemsCanHide(); }
+
+// Null when no item with a submenu has the id.
+const App::Menu* modelsMenu(const App::MenuModel& model, App::ItemId owner)
 {
-    std::erase_if(menu.items, [](const auto& item) { return item.properties->hidden; });
-    for (auto& item : menu.items)
-        leaveOutHidden(item);
+    if (owner == App::kStatusMenuId)
+        return &model.statusMenu();
+    const auto* item = model.itemWithId(owner);
+    return item == nullptr ? nullptr : item->submenu();
 }
 
-bool has(const App::ItemSnapshot& menu, App::ItemId id)
+App::ItemId ownerOf(const App::MenuItem& item)
 {
-    return std::ranges::find(menu.items, id, &App::ItemSnapshot::id) != menu.items.end();
+    return item.parentItem() == nullptr ? App::kStatusMenuId : item.parentItem()->id();
 }
 
 } // namespace
 
-MenuMirror::MenuMirror(const std::string& title, KestMenuBridge* target)
-    : bridge(target), root(makeMenu(toNSString(title)))
-{
-    shown.hasSubmenu = true;
-}
+MenuMirror::MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target)
+    : model(ofModel), bridge(target), root(makeMenu(toNSString(title)))
+{}
 
 MenuMirror::~MenuMirror()
 {
@@ -50,18 +48,18 @@ NSMenu* MenuMirror::makeMenu(NSString* title) const
     return menu;
 }
 
-void MenuMirror::show(App::ItemSnapshot now)
+void MenuMirror::show(const App::MenuChanges& changes)
 {
-    if (!itemsCanHide())
-        leaveOutHidden(now);
-    const auto difference = diff(shown, now);
-    shown = std::move(now);
     changing = true;
-    for (const auto id : difference.changedItems)
-        applyItem(items.at(id), *findItem(shown, id));
-    for (const auto id : difference.reshapedMenus)
-        if (const auto* owner = findItem(shown, id); menuOf(id) != nullptr)
-            applyShape(*owner);
+    for (const auto& [id, before] : changes.items) {
+        const auto& now = *model.itemWithId(id);
+        if (before.properties->hidden != now.properties().hidden && !itemsCanHide())
+            applyShape(ownerOf(now));
+        if (const auto shown = items.find(id); shown != items.end() && !isLeftOut(now))
+            applyItem(shown->second, now);
+    }
+    for (const auto& [owner, reshape] : changes.menus)
+        applyShape(owner);
     changing = false;
 }
 
@@ -82,11 +80,8 @@ void MenuMirror::menuNeedsUpdate(App::ItemId id)
     if (closedMenus.erase(id) == 0)
         return;
     openMenus.erase(id);
-    const auto* owner = findItem(shown, id);
-    if (owner == nullptr || menuOf(id) == nullptr)
-        return;
     changing = true;
-    applyShape(*owner);
+    applyShape(id);
     changing = false;
 }
 
@@ -104,21 +99,21 @@ NSMenu* MenuMirror::menuOf(App::ItemId id) const
     return found == items.end() ? nullptr : [found->second submenu];
 }
 
-void MenuMirror::applyItem(NSMenuItem* item, const App::ItemSnapshot& now)
+void MenuMirror::applyItem(NSMenuItem* item, const App::MenuItem& now)
 {
-    applyLook(item, *now.properties);
-    if (now.hasSubmenu == static_cast<bool>([item hasSubmenu]))
+    applyLook(item, now.properties());
+    if ((now.submenu() != nullptr) == static_cast<bool>([item hasSubmenu]))
         return;
-    if (!now.hasSubmenu) { // one like it has taken its place
+    if (now.submenu() == nullptr) { // one like it has taken its place
         forgetBelow(item);
         [item setSubmenu:nil];
-        aim(item, *now.properties);
+        aim(item, now.properties());
         return;
     }
     NSMenu* submenu = makeMenu([item title]);
     [item setSubmenu:submenu]; // which aims it at its submenu
     [submenu release];
-    applyShape(now);
+    applyShape(now.id());
 }
 
 void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
@@ -127,57 +122,65 @@ void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
     [item setAction:look.action == App::Action::none ? nullptr : @selector(chooseItem:)];
 }
 
-NSMenuItem* MenuMirror::makeItem(const App::ItemSnapshot& item) const
+NSMenuItem* MenuMirror::makeItem(const App::ItemProperties& look) const
 {
-    if (item.properties->separator)
+    if (look.separator)
         return (NSMenuItem*)[NSMenuItem separatorItem];
     NSMenuItem* made = [[[menuItemClass() alloc] initWithTitle:@"" action:nullptr
                                                  keyEquivalent:@""] autorelease];
-    aim(made, *item.properties);
+    aim(made, look);
     return made;
 }
 
-NSMenuItem* MenuMirror::itemFor(const App::ItemSnapshot& item)
+NSMenuItem* MenuMirror::itemFor(const App::MenuItem& item)
 {
-    if (const auto known = items.find(item.id); known != items.end()) {
-        if (gone.erase(item.id) != 0) // and is back
+    if (const auto known = items.find(item.id()); known != items.end()) {
+        if (gone.erase(item.id()) != 0) { // and is back
             applyItem(known->second, item);
+            applyShape(item.id());
+        }
         return known->second;
     }
-    NSMenuItem* made = makeItem(item);
-    setId(made, item.id);
-    items[item.id] = made;
+    NSMenuItem* made = makeItem(item.properties());
+    setId(made, item.id());
+    items[item.id()] = made;
     applyItem(made, item);
     return made;
 }
 
-void MenuMirror::applyShape(const App::ItemSnapshot& owner)
+void MenuMirror::applyShape(App::ItemId owner)
 {
-    NSMenu* menu = menuOf(owner.id);
-    const bool isOpen = openMenus.contains(owner.id);
-    removeGone(menu, owner, isOpen);
+    NSMenu* menu = menuOf(owner);
+    const auto* wanted = modelsMenu(model, owner);
+    if (menu == nil || wanted == nullptr)
+        return;
+    const bool isOpen = openMenus.contains(owner);
+    removeGone(menu, *wanted, isOpen);
     NSInteger index = 0;
-    for (const auto& wanted : owner.items) {
-        NSMenuItem* item = itemFor(wanted);
-        const bool isIn = [item menu] == menu;
+    for (const auto& entry : wanted->itemArray()) {
+        if (isLeftOut(*entry))
+            continue;
+        NSMenuItem* shown = itemFor(*entry);
+        const bool isIn = [shown menu] == menu;
         if (!isIn && isOpen)
-            [menu addItem:item];
-        else if (!isOpen && (!isIn || [menu indexOfItem:item] != index)) {
-            [item retain];
+            [menu addItem:shown];
+        else if (!isOpen && (!isIn || [menu itemAtIndex:index] != shown)) {
+            [shown retain];
             if (isIn)
-                [menu removeItem:item];
-            [menu insertItem:item atIndex:index];
-            [item release];
+                [menu removeItem:shown];
+            [menu insertItem:shown atIndex:index];
+            [shown release];
         }
         ++index;
     }
 }
 
-void MenuMirror::removeGone(NSMenu* menu, const App::ItemSnapshot& owner, bool isOpen)
+void MenuMirror::removeGone(NSMenu* menu, const App::Menu& wanted, bool isOpen)
 {
     for (NSInteger index = [menu numberOfItems] - 1; index >= 0; --index) {
         NSMenuItem* item = [menu itemAtIndex:index];
-        if (has(owner, idOf(item)))
+        const auto* is = model.itemWithId(idOf(item));
+        if (is != nullptr && is->menu() == &wanted && !isLeftOut(*is))
             continue;
         if (isOpen) {
             [item setEnabled:NO];

@@ -3,12 +3,34 @@
 #include "log/Output.h"
 #import "platform/appkit/AppKitFrontEnd.h"
 #import "platform/appkit/AppKitWorkspace.h"
-#import "platform/appkit/ApplicationDelegate.h"
-#import "platform/appkit/MainThread.h"
-#import "platform/appkit/SignalWatch.h"
+#include "platform/appkit/Boundary.h"
+#import "platform/appkit/System.h"
 #include "platform/posix/RunAlone.h"
 
 #include <cstring>
+
+// Passes AppKit's events of the application's life to the agent.
+@interface KestApplicationDelegate : NSObject {
+@public
+    Kest::App::KestSettingsAppDelegate* agent;
+}
+- (void)applicationDidFinishLaunching:(NSNotification*)notification;
+- (void)applicationWillTerminate:(NSNotification*)notification;
+@end
+
+@implementation KestApplicationDelegate
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification
+{
+    Kest::AppKit::stopExceptions("launching", [&] { agent->applicationDidFinishLaunching(); });
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification
+{
+    Kest::AppKit::stopExceptions("terminating", [&] { agent->applicationWillTerminate(); });
+}
+
+@end
 
 namespace {
 
@@ -22,13 +44,13 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
         return 1;
     AppKit::AppKitFrontEnd frontEnd;
     AppKit::AppKitWorkspace workspace;
-    App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    const AppKit::SignalWatch signals([&] { frontEnd.quit(); });
-
-    [NSApp setDelegate:(id)[[KestApplicationDelegate alloc] initWithApplication:&delegate]];
-    frontEnd.setApplication(&delegate);
-    delegate.awakeFromNib();
-    if (const int failure = delegate.startError(); failure != 0) {
+    App::KestSettingsAppDelegate agent(frontEnd, workspace, paths);
+    frontEnd.setApplication(agent);
+    KestApplicationDelegate* delegate = [[KestApplicationDelegate alloc] init];
+    delegate->agent = &agent;
+    [NSApp setDelegate:(id)delegate];
+    agent.awakeFromNib();
+    if (const int failure = agent.startError(); failure != 0) {
         Lct::printError("Kest Settings cannot start: %s\n", std::strerror(failure));
         return 1;
     }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/FrontEnd.h"
-#include "platform/posix/MainLoop.h"
+#include "platform/posix/JobQueue.h"
 #include "platform/statusnotifier/Bus.h"
 #include "platform/statusnotifier/MenuExporter.h"
 #include "platform/statusnotifier/StatusItem.h"
@@ -48,7 +48,7 @@ private:
     static int onWakeUp(sd_event_source* source, int descriptor, std::uint32_t events, void* frontEnd);
     static int onDispatched(sd_event_source* source, void* frontEnd);
 
-    Posix::MainLoop wakeUps;
+    Posix::JobQueue wakeUps;
     EventPtr event;
     BusPtr sessionBus;
     std::optional<MenuExporter> exporter;

@@ -1,5 +1,5 @@
-// The way from one snapshot to the next.
-#include "app/MenuDiff.h"
+// What the model notes of its changes, and its ids.
+#include "app/MenuSnapshot.h"
 #include "tests/support/RandomHand.h"
 
 #include <gtest/gtest.h>
@@ -16,52 +16,42 @@ const ItemSnapshot* child(const ItemSnapshot& menu, ItemId id)
     return found == menu.items.end() ? nullptr : &*found;
 }
 
-// What a front end does: redraws what it is told to, and leaves everything else as it is.
-void apply(const MenuDifference& difference, const ItemSnapshot& now, ItemSnapshot& shown)
+// The items of a menu in their order now; those that stayed look as they did.
+std::vector<ItemSnapshot> reshaped(const ItemSnapshot& shown, const ItemSnapshot& now,
+                                   const MenuReshape& reshape)
 {
-    if (std::ranges::count(difference.changedItems, now.id) > 0) {
+    for (const auto& [id, properties] : reshape.went)
+        EXPECT_TRUE(child(shown, id) != nullptr && child(now, id) == nullptr) << id;
+    for (const auto id : reshape.came)
+        EXPECT_TRUE(child(shown, id) == nullptr && child(now, id) != nullptr) << id;
+    EXPECT_EQ(shown.items.size() + reshape.came.size(), now.items.size() + reshape.went.size());
+    std::vector<ItemSnapshot> items;
+    for (const auto& item : now.items)
+        items.push_back(child(shown, item.id) != nullptr ? *child(shown, item.id) : item);
+    return items;
+}
+
+// What a front end does: redraws what the model has noted, and leaves everything else as it is. Returns how
+// many of the notes it has found.
+std::size_t apply(const MenuChanges& changes, const ItemSnapshot& now, ItemSnapshot& shown)
+{
+    std::size_t found = 0;
+    if (const auto item = changes.items.find(now.id); item != changes.items.end()) {
+        ++found;
+        EXPECT_TRUE(item->second.properties == shown.properties &&
+                    item->second.hadSubmenu == shown.hasSubmenu);
         EXPECT_FALSE(shown.properties == now.properties && shown.hasSubmenu == now.hasSubmenu) << "no change";
         shown.properties = now.properties;
         shown.hasSubmenu = now.hasSubmenu;
     }
-    if (std::ranges::count(difference.reshapedMenus, now.id) > 0) {
-        std::vector<ItemSnapshot> items;
-        for (const auto& item : now.items)
-            items.push_back(child(shown, item.id) != nullptr ? *child(shown, item.id) : item);
-        EXPECT_NE(std::exchange(shown.items, items), items) << "the same shape";
+    if (const auto menu = changes.menus.find(now.id); menu != changes.menus.end()) {
+        ++found;
+        shown.items = reshaped(shown, now, menu->second);
     }
     for (auto& item : shown.items)
         if (const auto* same = child(now, item.id))
-            apply(difference, *same, item);
-}
-
-// What the model has noted is what two moments show; a menu that has the same items again may be named
-// besides.
-void expectSame(const MenuChanges& noted, const MenuDifference& difference, const ItemSnapshot& shown,
-                const ItemSnapshot& now)
-{
-    std::map<ItemId, ItemBefore> befores(noted.items.begin(), noted.items.end());
-    for (const auto id : difference.changedItems) {
-        const auto found = befores.find(id);
-        ASSERT_NE(found, befores.end()) << id;
-        EXPECT_EQ(found->second.properties, findItem(shown, id)->properties);
-        EXPECT_EQ(found->second.hadSubmenu, findItem(shown, id)->hasSubmenu);
-        befores.erase(found);
-    }
-    EXPECT_TRUE(befores.empty());
-    for (const auto id : difference.reshapedMenus)
-        EXPECT_TRUE(noted.menus.contains(id)) << id;
-    for (const auto& [owner, reshape] : noted.menus) {
-        const auto& before = findItem(shown, owner)->items;
-        const auto* after = findItem(now, owner);
-        for (const auto& [id, properties] : reshape.went)
-            EXPECT_TRUE(std::ranges::count(before, id, &ItemSnapshot::id) == 1 &&
-                        std::ranges::count(after->items, id, &ItemSnapshot::id) == 0);
-        for (const auto id : reshape.came)
-            EXPECT_TRUE(std::ranges::count(before, id, &ItemSnapshot::id) == 0 &&
-                        std::ranges::count(after->items, id, &ItemSnapshot::id) == 1);
-        EXPECT_EQ(before.size() + reshape.came.size(), after->items.size() + reshape.went.size());
-    }
+            found += apply(changes, *same, item);
+    return found;
 }
 
 // An item's title and action never change.
@@ -90,9 +80,8 @@ void playAtRandom(ItemId maxId)
         for (int acts = hand.upTo(3); acts >= 0; --acts)
             hand.change();
         const auto now = takeSnapshot(model);
-        const auto difference = diff(shown, now);
-        expectSame(model.takeChanges(), difference, shown, now);
-        apply(difference, now, shown);
+        const auto changes = model.takeChanges();
+        EXPECT_EQ(apply(changes, now, shown), changes.items.size() + changes.menus.size());
         EXPECT_EQ(shown, now) << round;
 
         Identities items;
@@ -107,7 +96,7 @@ void playAtRandom(ItemId maxId)
     EXPECT_EQ(reused > 0, reuses) << ever.size();
 }
 
-TEST(MenuDiff, LeadsFromEachMomentToTheNextWhateverIsDone)
+TEST(MenuChanges, LeadFromEachStateOfTheMenuToTheNext)
 {
     playAtRandom(std::numeric_limits<ItemId>::max());
     playAtRandom(300);

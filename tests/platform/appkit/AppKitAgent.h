@@ -2,9 +2,9 @@
 #pragma once
 
 #include "platform/appkit/AppKitFrontEnd.h"
-#include "platform/appkit/MainThread.h"
 #include "platform/appkit/MenuItemClass.h"
 #include "platform/appkit/MenuItemLook.h"
+#import "platform/appkit/System.h"
 #include "tests/app/Agent.h"
 
 namespace Kest::Test {
@@ -37,7 +37,7 @@ class AppKitAgent : public AgentOn<LoopingFrontEnd> {
 public:
     explicit AppKitAgent(const std::map<std::string, std::string>& settings = {}) : AgentOn(settings)
     {
-        frontEnd.setApplication(&delegate);
+        frontEnd.setApplication(delegate);
     }
 
     NSMenuItem* item(const std::string& path) const

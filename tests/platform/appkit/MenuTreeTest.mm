@@ -144,12 +144,12 @@ TEST(MenuTree, IsTheModelsAfterAThousandRandomChanges)
 {
     App::MenuModel model;
     RandomHand hand{model};
-    AppKit::MenuMirror mirror("Menu", nil);
+    AppKit::MenuMirror mirror(model, "Menu", nil);
     std::size_t most = 0;
     for (int i = 0; i < 1000; ++i) {
         hand.change();
+        mirror.show(model.takeChanges());
         const auto now = takeSnapshot(model);
-        mirror.show(now);
         ASSERT_EQ(lines(mirror.statusMenu()), lines(now)) << "change " << i;
         most = std::max(most, lines(now).size());
     }
@@ -160,7 +160,7 @@ TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
 {
     App::MenuModel model;
     RandomHand hand{model};
-    AppKit::MenuMirror mirror("Menu", nil);
+    AppKit::MenuMirror mirror(model, "Menu", nil);
     NSMenu* menu = mirror.statusMenu();
     NSUInteger most = 0;
     for (int i = 0; i < 200; ++i) {
@@ -169,7 +169,7 @@ TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
         most = std::max(most, [before count]);
         for (int k = 0; k < 5; ++k) {
             hand.change();
-            mirror.show(takeSnapshot(model));
+            mirror.show(model.takeChanges());
             ASSERT_GE([[menu itemArray] count], [before count]);
             ASSERT_TRUE([[[menu itemArray] subarrayWithRange:NSMakeRange(0, [before count])] isEqual:before]);
         }
@@ -245,6 +245,27 @@ TEST(OpenMenu, GreysWhatWentAndShowsWhatCame)
     agent.close(history);
     EXPECT_EQ(agent.menuLines(), agent.modelLines());
     EXPECT_EQ([menu numberOfItems], 3);
+}
+
+TEST(OpenMenu, ShowsTheSubmenuThatAnItemHasWhenItIsBack)
+{
+    App::MenuModel model;
+    AppKit::MenuMirror mirror(model, "Menu", nil);
+    const auto add = [](App::Menu& menu, const char* title) -> App::MenuItem& {
+        return menu.addItem(std::make_unique<App::MenuItem>(App::ItemProperties{.title = title, .view = {}}));
+    };
+    const auto show = [&](const char* below) {
+        auto& item = add(model.statusMenu(), "Submenu");
+        item.setSubmenu(std::make_unique<App::Menu>(model));
+        add(*item.submenu(), below);
+        mirror.show(model.takeChanges());
+    };
+    show("Before");
+    mirror.menuOpened(App::kStatusMenuId);
+    model.statusMenu().removeAllItems();
+    mirror.show(model.takeChanges());
+    show("After");
+    EXPECT_EQ(lines(mirror.statusMenu()), lines(takeSnapshot(model)));
 }
 
 } // namespace

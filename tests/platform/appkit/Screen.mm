@@ -1,5 +1,5 @@
 // What all tests with AppKit stand on: a screen, and a pool of what each of them leaves behind.
-#import "platform/appkit/MainThread.h"
+#import "platform/appkit/System.h"
 
 #include <gtest/gtest.h>
 

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -50,6 +51,20 @@ TEST(MainLoop, TellsOfOtherSignalsAndOfEachInputUntilItIsNotWatchedAnyMore)
     EXPECT_EQ(told, 2);
     for (const int end : {ends[0], ends[1], others[0], others[1]})
         close(end);
+}
+
+TEST(MainLoop, EndsWithOneLineWhenItCannotWait)
+{
+    Posix::MainLoop loop;
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit none{0, before.rlim_max}; // poll takes no more descriptors than this
+    testing::internal::CaptureStderr();
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_FALSE(loop.run());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(Kest::Test::capturedErrors(),
+              "Kest Settings ends: waiting for events failed: Invalid argument\n");
 }
 
 TEST(PosixWorkspace, StartsProgramsOnTheirOwn)

@@ -1,7 +1,16 @@
-// The Mac's status bar.
-#import "platform/appkit/StatusItem.h"
+// The Mac's bundle and its status bar.
+#import "platform/appkit/System.h"
 
 namespace Kest::AppKit {
+
+bool connectToScreen() { return [NSApplication sharedApplication] != nil; }
+
+int runApplication(int argc, const char** argv)
+{
+    [[[NSProcessInfo processInfo] beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                    reason:@"Follows the host service"] retain];
+    return NSApplicationMain(argc, argv);
+}
 
 id showStatusItem(NSMenu* menu, NSImage* logo)
 {

@@ -1,4 +1,4 @@
-// The main thread and its loop.
+// The screen, the main loop and the handle on the menu, as each system has them.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -12,9 +12,10 @@ bool connectToScreen();
 /// each second. The Mac may still sleep.
 int runApplication(int argc, const char** argv);
 
-/// Any thread. Calls `function` with `context` on the main thread: later, in order, and also while a menu is
-/// open.
-void callOnMainThread(void (*function)(void*), void* context);
+/// Main thread. Shows the menu where the system has such menus, until `removeStatusItem`.
+[[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
+/// Main thread. Removes and releases it.
+void removeStatusItem(id item);
 
 /// The run-loop modes in which the main thread works: also while a menu or a panel is open.
 inline NSArray* workingModes()

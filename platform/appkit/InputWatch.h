@@ -1,0 +1,23 @@
+// A descriptor in AppKit's loop.
+#pragma once
+
+#include <functional>
+
+@class KestInputObserver;
+
+namespace Kest::AppKit {
+
+/// Calls `readable` whenever the descriptor has something to read, also while a menu or a panel is open. The
+/// descriptor stays open as long as the watch lives. Main thread only.
+class InputWatch {
+public:
+    InputWatch(int descriptor, std::function<void()> readable);
+    ~InputWatch();
+    InputWatch(const InputWatch&) = delete;
+    InputWatch& operator=(const InputWatch&) = delete;
+
+private:
+    KestInputObserver* const observer;
+};
+
+} // namespace Kest::AppKit
