@@ -5,9 +5,12 @@
 #import "platform/appkit/AppKitWorkspace.h"
 #include "platform/appkit/Boundary.h"
 #import "platform/appkit/System.h"
+#include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 
+#include <cctype>
 #include <cstring>
+#include <vector>
 
 // Passes AppKit's events of the application's life to the agent.
 @interface KestApplicationDelegate : NSObject {
@@ -58,10 +61,32 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
     return AppKit::runApplication(argc, argv);
 }
 
+// Without what macOS and Xcode add: -psn_0_12345, and user defaults as -NSShowAllViews YES. AppKit reads
+// those itself.
+std::vector<const char*> ownArguments(int argc, const char** argv)
+{
+    std::vector<const char*> own;
+    for (int i = 0; i < argc; ++i) {
+        const bool isDefault = argv[i][0] == '-' && std::isalpha(static_cast<unsigned char>(argv[i][1])) != 0;
+        if (isDefault && std::strncmp(argv[i], "-psn_", 5) == 0)
+            continue;
+        if (isDefault && i + 1 < argc)
+            ++i; // its value
+        else
+            own.push_back(argv[i]);
+    }
+    return own;
+}
+
 } // namespace
 
 int main(int argc, const char** argv)
 {
+    const auto own = ownArguments(argc, argv);
+    if (const auto status =
+            Posix::answerArguments(static_cast<int>(own.size()), own.data(),
+                                   "Shows the K3DHost mixing system's settings in the menu bar."))
+        return *status;
     return Posix::runAlone(
         [&](const Settings::SystemPaths& paths) { return runInMenuBar(paths, argc, argv); });
 }

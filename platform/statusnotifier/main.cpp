@@ -1,5 +1,6 @@
 // The settings agent in the tray of a Linux desktop.
 #include "app/KestSettingsAppDelegate.h"
+#include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
 #include "platform/statusnotifier/TrayFrontEnd.h"
@@ -18,4 +19,10 @@ int runInTray(const Kest::Settings::SystemPaths& paths)
 
 } // namespace
 
-int main() { return Kest::Posix::runAlone(runInTray); }
+int main(int argc, char** argv)
+{
+    if (const auto status = Kest::Posix::answerArguments(
+            argc, argv, "Shows the K3DHost mixing system's settings in the desktop's tray."))
+        return *status;
+    return Kest::Posix::runAlone(runInTray);
+}

@@ -1,5 +1,6 @@
 // The settings agent in a terminal.
 #include "app/KestSettingsAppDelegate.h"
+#include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/terminal/FullScreenFrontEnd.h"
 #include "platform/terminal/Screen.h"
@@ -30,8 +31,11 @@ int runInTerminal(const Kest::Settings::SystemPaths& paths)
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
+    if (const auto status = Kest::Posix::answerArguments(
+            argc, argv, "Shows the K3DHost mixing system's settings in a terminal, or in plain lines."))
+        return *status;
     std::setlocale(LC_CTYPE, ""); // the terminal's characters; numbers stay as files have them
     return Kest::Posix::runAlone(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
 }

@@ -17,8 +17,7 @@ struct Options {
     bool compact = false;
 };
 
-/// What the program is to do, or nothing when all is said already: then `exitStatus` is 0 after --help, and 2
-/// after a wrong command line, which was answered with one line on standard error.
+/// Returns what the program is to do; nullopt when it is to end with `exitStatus`, see CommandLine::parse.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace EncoderSimulator

@@ -1,7 +1,6 @@
 #include "tools/k3dhost_simulator/Options.h"
 
-#include <cstdio>
-#include <getopt.h>
+#include "tools/command_line/CommandLine.h"
 
 namespace K3DHostSimulator {
 namespace {
@@ -42,45 +41,16 @@ and for bytes that are not the agent's to write:
   FOREIGN WRITE at offset N       FOREIGN WRITE at offset N of LIPC_VERSION
 )";
 
-constexpr option kOptions[] = {
-    {"scenario", required_argument, nullptr, 's'},
-    {"check", no_argument, nullptr, 'c'},
-    {"help", no_argument, nullptr, 'h'},
-    {nullptr, 0, nullptr, 0},
-};
-
-std::optional<Options> wrong(const std::string& what)
-{
-    std::fprintf(stderr, "k3dhost-simulator: %s\n", what.c_str());
-    return std::nullopt;
-}
-
 } // namespace
 
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus)
 {
     Options options;
-    exitStatus = 2;
-    for (int letter = 0; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
-        switch (letter) {
-        case 's':
-            options.scenario = optarg;
-            break;
-        case 'c':
-            options.check = true;
-            break;
-        case 'h':
-            std::fputs(kHelp, stdout);
-            exitStatus = 0;
-            return std::nullopt;
-        default: // getopt_long has said what is wrong
-            return std::nullopt;
-        }
-    }
-    if (optind < argc)
-        return wrong(std::string("unexpected argument '") + argv[optind] + "'");
-    if (options.check && options.scenario)
-        return wrong("--check plays no scenario");
+    CLI::App app("", "k3dhost-simulator");
+    auto* scenario = app.add_option("--scenario", options.scenario);
+    app.add_flag("--check", options.check)->excludes(scenario);
+    if (!CommandLine::parse(app, kHelp, argc, argv, exitStatus))
+        return std::nullopt;
     return options;
 }
 

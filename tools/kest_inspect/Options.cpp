@@ -1,9 +1,8 @@
 #include "tools/kest_inspect/Options.h"
 
-#include <charconv>
-#include <cstdio>
-#include <getopt.h>
-#include <string>
+#include "tools/command_line/CommandLine.h"
+
+#include <map>
 
 namespace KestInspect {
 namespace {
@@ -26,92 +25,41 @@ Exit status: 0 when all is well; 1 when there is no session (session), or when s
 2 for a wrong command line.
 )";
 
-constexpr option kOptions[] = {
-    {"json", no_argument, nullptr, 'j'},      {"interval", required_argument, nullptr, 'i'},
-    {"for", required_argument, nullptr, 'f'}, {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, 'v'},   {nullptr, 0, nullptr, 0},
+const std::map<std::string, Options::Command> kCommands = {
+    {"session", Options::Command::session},
+    {"watch", Options::Command::watch},
+    {"doctor", Options::Command::doctor},
 };
 
-constexpr int kLongestInterval = 60'000;
-constexpr int kLongestWatch = 1'000'000; // seconds
-
-std::optional<int> wholeNumber(const std::string& text, int least, int most)
-{
-    int value = 0;
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc() || result.ptr != end || value < least || value > most)
-        return std::nullopt;
-    return value;
-}
-
-// Each returns what is wrong.
-std::string setInterval(Options& options, const std::string& text)
-{
-    const auto milliseconds = wholeNumber(text, 10, kLongestInterval);
-    options.interval = std::chrono::milliseconds(milliseconds.value_or(0));
-    return milliseconds ? "" : "'" + text + "' is no number of milliseconds from 10 to 60000";
-}
-
-std::string setLimit(Options& options, const std::string& text)
-{
-    const auto seconds = wholeNumber(text, 1, kLongestWatch);
-    options.limit = std::chrono::seconds(seconds.value_or(0));
-    return seconds ? "" : "'" + text + "' is no number of seconds from 1 on";
-}
-
-std::string setCommand(Options& options, const std::string& word)
-{
-    if (word == "session")
-        options.command = Options::Command::session;
-    else if (word == "watch")
-        options.command = Options::Command::watch;
-    else if (word == "doctor")
-        options.command = Options::Command::doctor;
-    else
-        return "unknown command '" + word + "'";
-    return "";
-}
-
-// The words that are left when the options are taken.
-std::string setCommand(Options& options, int count, char** words)
-{
-    if (count == 0)
-        return "a command is missing: session, watch or doctor; --help tells more";
-    if (count > 1)
-        return std::string("unexpected argument '") + words[1] + "'";
-    return setCommand(options, words[0]);
-}
+constexpr int kMaxInterval = 60'000;
+constexpr int kMaxWatch = 1'000'000; // seconds
 
 } // namespace
 
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus)
 {
     Options options;
-    std::string wrong;
-    bool isForWatch = false;
-    exitStatus = 2;
-    for (int letter = 0; wrong.empty() && (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
-        if (letter == 'h' || letter == 'v') {
-            std::fputs(letter == 'h' ? kHelp : "kest-inspect " KEST_VERSION "\n", stdout);
-            exitStatus = 0;
-            return std::nullopt;
-        }
-        if (letter == '?') // getopt_long has said what is wrong
-            return std::nullopt;
-        options.json |= letter == 'j';
-        isForWatch |= letter != 'j';
-        if (letter != 'j')
-            wrong = letter == 'i' ? setInterval(options, optarg) : setLimit(options, optarg);
-    }
-    if (wrong.empty())
-        wrong = setCommand(options, argc - optind, argv + optind);
-    if (wrong.empty() && isForWatch && options.command != Options::Command::watch)
-        wrong = "--interval and --for are for watch";
-    if (wrong.empty())
-        return options;
-    std::fprintf(stderr, "kest-inspect: %s\n", wrong.c_str());
-    return std::nullopt;
+    std::string command;
+    CLI::App app("", "kest-inspect");
+    app.set_version_flag("--version", "kest-inspect " KEST_VERSION);
+    app.add_option("COMMAND", command);
+    app.add_flag("--json", options.json);
+    const auto* interval = app.add_option("--interval", options.interval)
+                               ->transform(CommandLine::number("a number of milliseconds", 10, kMaxInterval));
+    const auto* limit = app.add_option("--for", options.seconds)
+                            ->transform(CommandLine::number("a number of seconds", 1, kMaxWatch));
+    app.callback([&] {
+        const auto found = kCommands.find(command);
+        if (found == kCommands.end())
+            throw CLI::ValidationError("COMMAND", "expected session, watch or doctor" +
+                                                      (command.empty() ? "" : ", got '" + command + "'"));
+        options.command = found->second;
+        if (options.command != Options::Command::watch && interval->count() + limit->count() > 0)
+            throw CLI::ValidationError("--interval and --for are for watch");
+    });
+    if (!CommandLine::parse(app, kHelp, argc, argv, exitStatus))
+        return std::nullopt;
+    return options;
 }
 
 } // namespace KestInspect

@@ -1,7 +1,6 @@
 // The command line of kest-inspect.
 #pragma once
 
-#include <chrono>
 #include <optional>
 
 namespace KestInspect {
@@ -11,12 +10,11 @@ struct Options {
 
     Command command = Command::session;
     bool json = false;
-    std::chrono::milliseconds interval{200};        // watch: between two looks
-    std::optional<std::chrono::milliseconds> limit; // watch: how long, for ever without one
+    int interval = 200;         // watch: milliseconds between two readings
+    std::optional<int> seconds; // watch: how long, without an end by default
 };
 
-/// What the program is to do, or nothing when all is said already: then `exitStatus` is 0 after --help and
-/// --version, and 2 after a wrong command line, which was answered with one line on standard error.
+/// Returns what the program is to do; nullopt when it is to end with `exitStatus`, see CommandLine::parse.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace KestInspect

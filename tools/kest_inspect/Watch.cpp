@@ -4,6 +4,7 @@
 #include "tools/kest_inspect/PlainText.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <ctime>
@@ -84,9 +85,11 @@ void watch(const Kest::Settings::SystemPaths& paths, const Options& options)
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     const InterruptibleSleep pause;
     const auto start = Clock::now();
+    const milliseconds interval(options.interval);
     const auto left = [&] {
         const auto passed = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
-        return options.limit ? std::min(*options.limit - passed, options.interval) : options.interval;
+        return options.seconds ? std::min(std::chrono::seconds(*options.seconds) - passed, interval)
+                               : interval;
     };
     auto known = readHost(paths);
     print(changesUpTo(known), options.json);
