@@ -64,7 +64,13 @@ void write(eLogLevel level, const char* tag, const char* message, unsigned leftO
         queue->add({line, length});
 }
 
+thread_local CollectedAnswers* collector = nullptr;
+
 } // namespace
+
+CollectedAnswers::CollectedAnswers() : before(collector) { collector = this; }
+
+CollectedAnswers::~CollectedAnswers() { collector = before; }
 
 void Log(eLogLevel level, const char* tag, const char* format, ...)
 {
@@ -84,6 +90,8 @@ void LogAnswer(eLogLevel level, const char* tag, const char* format, ...)
     va_start(arguments, format);
     std::vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
+    if (collector != nullptr)
+        collector->collected.emplace_back(message);
     write(level, tag, message, 0);
 }
 

@@ -5,6 +5,7 @@
 #import "platform/appkit/AppKitWorkspace.h"
 #include "platform/appkit/Boundary.h"
 #import "platform/appkit/System.h"
+#include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 
@@ -57,6 +58,7 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
         Lct::printError("Kest Settings cannot start: %s\n", std::strerror(failure));
         return 1;
     }
+    agent.setObserver(Control::startServer(agent, frontEnd, paths));
     [pool drain];
     return AppKit::runApplication(argc, argv);
 }
