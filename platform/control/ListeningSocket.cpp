@@ -92,8 +92,10 @@ ListeningSocket::ListeningSocket(Settings::Descriptor listening, std::string bou
 ListeningSocket::~ListeningSocket()
 {
     struct stat status {};
-    if (socket && lstat(path.c_str(), &status) == 0 && status.st_dev == device && status.st_ino == inode)
+    if (socket && lstat(path.c_str(), &status) == 0 && status.st_dev == device && status.st_ino == inode) {
         unlink(path.c_str());
+        rmdir(path.substr(0, path.rfind('/')).c_str()); // fails where it contains anything else
+    }
 }
 
 } // namespace Kest::Control

@@ -10,7 +10,7 @@
 
 namespace Kest::Control {
 
-/// Listens until it is destroyed, which removes the socket.
+/// Listens until it is destroyed, which removes the socket, and its folder if that is empty.
 class ListeningSocket {
 public:
     /// Makes the socket with mode 0600 in the first folder whose path is short enough; makes that folder with

@@ -19,8 +19,8 @@ using namespace Kest;
 using namespace Kest::Control;
 using namespace std::chrono_literals;
 using Json = nlohmann::json;
-using Test::Agent;
-using Test::eventually;
+using Kest::Test::Agent;
+using Kest::Test::eventually;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -104,7 +104,7 @@ protected:
     }
 
     Agent agent;
-    const Test::TemporaryFolder temporary;
+    const Kest::Test::TemporaryFolder temporary;
     const std::string folder = temporary / "kest";
 };
 
@@ -126,7 +126,7 @@ TEST_F(ControlTest, AChoiceIsStoredAndReachesTheHostBeforeTheReply)
     EXPECT_EQ(answer["item"]["path"], "Solo Mode > Exclusive (XOR)");
     EXPECT_EQ(answer["item"]["on"], true);
     EXPECT_EQ(agent.stored("SoloMode"), "1");
-    EXPECT_EQ(session.floatAt(Test::RawSegment::slot(Test::TestPlace::kAgentSlot) + 144 +
+    EXPECT_EQ(session.floatAt(Kest::Test::RawSegment::slot(Kest::Test::TestPlace::kAgentSlot) + 144 +
                               sizeof(float) * Settings::setting("SoloMode").number),
               1.0F);
     EXPECT_EQ(reply(peer, R"({"command":"get","path":"Solo Mode"})")["item"]["items"][1]["on"], true);
@@ -142,7 +142,7 @@ TEST_F(ControlTest, WhatIsNotPossibleHasAReason)
     EXPECT_THAT(error(peer, choice("Encoding History > Clear History")), HasSubstr("is greyed"));
     EXPECT_THAT(error(peer, choice("Solo Mode\\u0000")), HasSubstr("no item"));
     std::filesystem::remove_all(agent.place.paths.settingsFolder);
-    Test::writeFile(agent.place.paths.settingsFolder, "a file in place of the folder");
+    Kest::Test::writeFile(agent.place.paths.settingsFolder, "a file in place of the folder");
     EXPECT_THAT(error(peer, choice("Solo Mode > Exclusive (XOR)")), HasSubstr("not saved"));
 }
 
@@ -172,7 +172,7 @@ TEST_F(ControlTest, AnyTitleIsValidJson)
     std::string path;
     for (const auto& item : menu["items"])
         if (item.value("path", "") == "Monitoring Facility")
-            path = item["items"][1]["path"];
+            path = item["items"][0]["path"];
     EXPECT_THAT(path, HasSubstr("\"Studio\\ ?"));
     EXPECT_EQ(reply(peer, Json{{"command", "get"}, {"path", path}}.dump())["item"]["path"], path);
 }
@@ -283,7 +283,7 @@ TEST_F(ControlTest, TheSocketIsForTheUserAloneAndEndsWithTheServer)
 
 TEST(ListeningSocket, ReplacesOnlyASocketThatNobodyAnswers)
 {
-    const Test::TemporaryFolder temporary;
+    const Kest::Test::TemporaryFolder temporary;
     const auto folder = temporary / "kest";
     const auto path = socketPath(folder);
     if (const auto child = fork(); child == 0) {
@@ -303,13 +303,14 @@ TEST(ListeningSocket, ReplacesOnlyASocketThatNobodyAnswers)
     }
 
     const auto refuses = [&](const std::string& why) {
-        Test::captureErrors();
+        Kest::Test::captureErrors();
         EXPECT_FALSE(ListeningSocket::open({folder}));
-        EXPECT_THAT(Test::capturedErrors(), HasSubstr(why));
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(why));
     };
-    Test::writeFile(path, "precious");
+    std::filesystem::create_directory(folder);
+    Kest::Test::writeFile(path, "precious");
     refuses("another file has this name");
-    EXPECT_EQ(Test::readFile(path), "precious");
+    EXPECT_EQ(Kest::Test::readFile(path), "precious");
     std::filesystem::remove(path);
     std::filesystem::create_symlink(temporary / "elsewhere", path);
     refuses("another file has this name");
@@ -319,17 +320,17 @@ TEST(ListeningSocket, ReplacesOnlyASocketThatNobodyAnswers)
     std::filesystem::create_directory(temporary / "elsewhere");
     std::filesystem::create_directory_symlink(temporary / "elsewhere", folder);
     refuses("not a folder of this user");
-    EXPECT_THAT(Test::readFile(temporary / "elsewhere/socket"), IsEmpty());
+    EXPECT_THAT(Kest::Test::readFile(temporary / "elsewhere/socket"), IsEmpty());
 }
 
 TEST(ListeningSocket, APathThatIsTooLongIsLeftOutOrReported)
 {
-    const Test::TemporaryFolder temporary;
+    const Kest::Test::TemporaryFolder temporary;
     const auto tooLong = temporary / std::string(120, 'x');
     EXPECT_TRUE(ListeningSocket::open({tooLong, temporary / "short"}));
-    Test::captureErrors();
+    Kest::Test::captureErrors();
     EXPECT_FALSE(ListeningSocket::open({tooLong}));
-    EXPECT_THAT(Test::capturedErrors(), HasSubstr("the path is too long for a socket"));
+    EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("the path is too long for a socket"));
 }
 
 namespace {
@@ -347,13 +348,13 @@ protected:
     std::string failure;
 };
 
-constexpr char kAbort[] = "Encoding History > Film > Abort and Delete Output Folder";
+constexpr char kAbort[] = "Encoding History > Feature > Abort and Delete Output Folder";
 
 } // namespace
 
 TEST_F(ControlAbortTest, AnAbortNeedsAYesAndIsAnsweredWhenItHasEnded)
 {
-    ASSERT_TRUE(agent.report(4711, "/out/Film/Film.wav"));
+    ASSERT_TRUE(agent.report(4711, "/out/Feature/Feature.wav"));
     auto peer = connected();
     EXPECT_THAT(error(peer, choice(kAbort)), HasSubstr("confirm with --yes"));
     failure = "refused: it is the home folder";
