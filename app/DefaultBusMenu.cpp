@@ -1,9 +1,10 @@
 #include "app/DefaultBusMenu.h"
 
-#include "app/MacRoman.h"
-#include "app/Utf8.h"
 #include "backend/Backend.h"
 #include "log/Output.h"
+#include "text/MacRoman.h"
+#include "text/Printable.h"
+#include "text/Utf8.h"
 
 namespace Kest::App {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::size_t kLongestBusName = 255; // bytes in Mac OS Roman
 // The bytes of the host where they are UTF-8; others are Mac OS Roman and are printed as the menu shows them.
 std::string printableName(const std::string& name)
 {
-    return printable(isUtf8(name) ? name : macRomanToUtf8(name));
+    return Text::printable(Text::isUtf8(name) ? name : Text::macRomanToUtf8(name));
 }
 
 } // namespace
@@ -39,39 +40,32 @@ std::vector<std::string> DefaultBusMenu::takeBusList()
     backend.getKestBusNamesList(names);
     kestBusNamesList.clear();
     for (const auto& name : names)
-        kestBusNamesList.push_back(macRomanToUtf8(name));
+        kestBusNamesList.push_back(Text::macRomanToUtf8(name));
     return names;
 }
 
 void DefaultBusMenu::updateKestBusMenu()
 {
-    outlets.mDefaultBusMenu->removeAllItems();
-    buildKestBusMenu();
-}
-
-void DefaultBusMenu::buildKestBusMenu()
-{
     auto& menu = *outlets.mDefaultBusMenu;
+    menu.removeAllItems();
     bool found = false;
     for (std::size_t i = 0; i < kestBusNamesList.size(); ++i) {
         if (i == 1) // the main bus stands above, the rest below
-            menu.addItem(
-                std::make_unique<MenuItem>(ItemProperties{.title = {}, .separator = true, .view = {}}));
+            menu.addItem(std::make_unique<MenuItem>(ItemProperties{.separator = true}));
         const auto& name = kestBusNamesList[i];
         const bool isCurrent = name == currentDefaultKestBus;
         menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = name,
                                                                .action = Action::setDefaultKestBus,
                                                                .mark = Mark::radio,
                                                                .tag = static_cast<int>(i),
-                                                               .on = isCurrent,
-                                                               .view = {}}));
+                                                               .on = isCurrent}));
         found = found || isCurrent;
     }
     if (found)
         return;
-    backend.setDefaultKestBus(kMainBus);
-    currentDefaultKestBus = kMainBus;
-    if (auto* mainBus = menu.itemWithTitle(kMainBus))
+    backend.setDefaultKestBus(Settings::kMainBus);
+    currentDefaultKestBus = Settings::kMainBus;
+    if (auto* mainBus = menu.itemWithTitle(Settings::kMainBus))
         mainBus->setState(true);
 }
 
@@ -89,7 +83,7 @@ void DefaultBusMenu::setDefaultKestBus(Sender sender)
 
 void DefaultBusMenu::tellBackend(const std::string& name)
 {
-    const auto bytes = utf8ToMacRoman(name);
+    const auto bytes = Text::utf8ToMacRoman(name);
     if (bytes.size() >= 2) // one byte is one character in Mac OS Roman
         backend.setDefaultKestBus(bytes.substr(0, kLongestBusName).c_str());
 }

@@ -29,19 +29,15 @@ public:
     /// Rebuilds the menu from the names taken last. A current bus that is none of them gives way to the
     /// main bus.
     void updateKestBusMenu();
-    void updateKestSettingsMenus() { updateKestBusMenu(); }
 
     /// Makes the sender's bus the default one; a tag outside the list changes nothing.
     void setDefaultKestBus(Sender sender);
 
     /// Makes "Main Bus" the current one without telling the Backend.
-    void startWithMainBus() { currentDefaultKestBus = kMainBus; }
-
-    static constexpr char kMainBus[] = "Main Bus";
+    void startWithMainBus() { currentDefaultKestBus = Settings::kMainBus; }
 
 private:
     std::vector<std::string> takeBusList();
-    void buildKestBusMenu();
     void tellBackend(const std::string& name);
 
     const Outlets& outlets;

@@ -1,8 +1,7 @@
 #include "app/EncoderAbort.h"
 
 #include "app/FolderRemoval.h"
-
-#include <algorithm>
+#include "text/Printable.h"
 
 namespace Kest::App {
 namespace {
@@ -45,11 +44,7 @@ std::string abortInOrder(const AbortOrder& order, const std::atomic<bool>& stop)
 
 std::string abortEncoder(const AbortOrder& order, const std::atomic<bool>& stop)
 {
-    auto text = abortInOrder(order, stop);
-    // A file's name may contain line breaks and escape sequences.
-    std::ranges::replace_if(
-        text, [](unsigned char c) { return c < ' ' || c == 0x7f; }, '?');
-    return text;
+    return Text::printable(abortInOrder(order, stop)); // a file's name may contain escape sequences
 }
 
 } // namespace Kest::App

@@ -130,7 +130,7 @@ EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::addRow(const Settings::
 {
     makeRoom();
     auto& item = outlets.mEncodingProgressMenu->insertItem(
-        std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = status.pid, .view = {}}),
+        std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = status.pid}),
         getEncodingHistoryLength());
     item.setSubmenu(outlets.mEncodingSubMenu->copy());
     const auto row = rows.emplace(status.pid, Row{&item, status.process.startTime});

@@ -32,12 +32,8 @@ void FacilityMenus::rebuildFacilityList(Menu& menu)
 
 void FacilityMenus::addFacilityMenuItem(Menu& menu, const std::string& title, bool isChecked, bool isRed)
 {
-    menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title,
-                                                           .action = Action::setFacility,
-                                                           .mark = Mark::radio,
-                                                           .on = isChecked,
-                                                           .red = isRed,
-                                                           .view = {}}));
+    menu.addItem(std::make_unique<MenuItem>(ItemProperties{
+        .title = title, .action = Action::setFacility, .mark = Mark::radio, .on = isChecked, .red = isRed}));
 }
 
 void FacilityMenus::setFacility(Sender sender)

@@ -95,24 +95,24 @@ std::vector<Row> statusMenuRows(bool hasAboutPanel)
         submenu("DAW Type", { // hidden: choosing one has no effect
             radio("Native", A::setDAWType).tag(0),
             radio("HDX", A::setDAWType).tag(1),
-        }).hidden().menuAs(&O::mDAWtypeMenu),
+        }).hidden(),
         toggle(setting("DAWLinkControlSetting")).as(&O::mDAWLinkControlMenu),
         toggle(setting("LatencyCompensationControlSetting")).as(&O::mLatencyCompensationControlMenu),
         toggle(setting("defaultPannerObjects")).greyed().hidden(), // not offered
 
-        separator().as(&O::mEncodingsDivider),
+        separator(),
         submenu("Encoding History", {
             item("Clear History", A::clearEncodingHistory).greyed().as(&O::mClearEncodingHistory),
-            separator().as(&O::mClearEncodingHistoryDivider),
+            separator(),
         }).menuAs(&O::mEncodingProgressMenu),
-        separator().as(&O::mEncodingsEndDivider),
+        separator(),
 
-        item("Restart Host Service", A::restartService).as(&O::mRestartServiceMenuItem),
+        item("Restart Host Service", A::restartService),
         submenu("Architecture", {
-            item("32 Bit", A::switchTo32).as(&O::mArchitecture32MenuItem),
-            item("64 Bit", A::switchTo64).as(&O::mArchitecture64MenuItem),
+            item("32 Bit", A::switchTo32),
+            item("64 Bit", A::switchTo64),
         }),
-        item("Open Uninstaller", A::openUninstaller).as(&O::mUninstall),
+        item("Open Uninstaller", A::openUninstaller),
 
         separator(),
         hasAboutPanel ? item(kAboutTitle, A::showAboutDialog) : submenu(kAboutTitle, aboutRows()),

@@ -14,9 +14,6 @@ namespace Kest::App {
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;
-    MenuItem* mRestartServiceMenuItem = nullptr;
-    MenuItem* mArchitecture32MenuItem = nullptr;
-    MenuItem* mArchitecture64MenuItem = nullptr;
     Menu* mFacilityMenu = nullptr;
     Menu* mFacilityMenu2 = nullptr;
     MenuItem* mFacilityMenuItem = nullptr;
@@ -26,17 +23,12 @@ struct Outlets {
     MenuItem* mDAWLinkControlMenu = nullptr;
     MenuItem* mLatencyCompensationControlMenu = nullptr;
     Menu* mDefaultBusMenu = nullptr;
-    Menu* mDAWtypeMenu = nullptr;
-    MenuItem* mUninstall = nullptr;
 
     /// By index in `kSettings`; null for a setting that is not a toggle in the menu.
     std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;
     MenuItem* mClearEncodingHistory = nullptr;
-    MenuItem* mClearEncodingHistoryDivider = nullptr;
-    MenuItem* mEncodingsDivider = nullptr;
-    MenuItem* mEncodingsEndDivider = nullptr;
     std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's actions, in no menu itself
 };
 

@@ -1,6 +1,7 @@
 #include "app/ItemPath.h"
 
-#include "app/Utf8.h"
+#include "text/Printable.h"
+#include "text/Utf8.h"
 
 #include <juce_core/juce_core.h>
 
@@ -28,7 +29,7 @@ Counts countNames(const ItemSnapshot& menu)
     Counts counts;
     for (const auto& item : menu.items)
         if (isListed(*item.properties))
-            ++counts[printable(itemName(*item.properties))];
+            ++counts[Text::printable(itemName(*item.properties))];
     return counts;
 }
 
@@ -47,7 +48,7 @@ Step takeStep(const ItemSnapshot& menu, std::string_view path)
     for (const auto& item : menu.items) {
         if (!isListed(*item.properties))
             continue;
-        auto name = printable(itemName(*item.properties));
+        auto name = Text::printable(itemName(*item.properties));
         const auto numbered = name + " #" + std::to_string(++seen[name]);
         if (total.at(name) > 1 && begins(path, numbered))
             name = numbered;
@@ -129,7 +130,7 @@ void addNamedItems(const ItemSnapshot& menu, const std::string& above, std::vect
     for (const auto& item : menu.items) {
         if (!isListed(*item.properties))
             continue;
-        const auto name = printable(itemName(*item.properties));
+        const auto name = Text::printable(itemName(*item.properties));
         const int number = ++seen[name];
         const auto path = above + name + (total.at(name) > 1 ? " #" + std::to_string(number) : "");
         found.push_back({&item, path});
@@ -149,7 +150,8 @@ std::vector<NamedItem> namedItems(const ItemSnapshot& statusMenu)
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path)
 {
     auto exact = findExactly(statusMenu, path);
-    const bool canDifferInCase = !path.empty() && path.find('\0') == std::string_view::npos && isUtf8(path);
+    const bool canDifferInCase =
+        !path.empty() && path.find('\0') == std::string_view::npos && Text::isUtf8(path);
     if (exact.item != nullptr || !exact.path.empty() || !canDifferInCase)
         return exact;
     const auto items = namedItems(statusMenu);

@@ -33,7 +33,7 @@ struct EntryView {
 
 /// Everything that is seen of an item. All text is UTF-8.
 struct ItemProperties {
-    std::string title;
+    std::string title{};
     Action action = Action::none;
     Mark mark = Mark::none;
     int tag = 0;
@@ -42,7 +42,7 @@ struct ItemProperties {
     bool hidden = false;
     bool red = false; // a stored choice that is no longer offered
     bool separator = false;
-    std::optional<EntryView> view;
+    std::optional<EntryView> view{};
     bool operator==(const ItemProperties&) const = default;
 };
 

@@ -1,5 +1,7 @@
 #include "app/KestSettingsAppDelegate.h"
 
+#include "tables/StatusMessages.h"
+
 namespace Kest::App {
 
 class KestSettingsAppDelegate::Job {
@@ -200,7 +202,7 @@ void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 {
     if (number == Settings::kMsgBusListChanged)
         parts->buses.refreshBusList();
-    else if (const auto* message = statusMessage(number); message != nullptr && message->isShown)
+    else if (const auto* message = Settings::statusMessage(number); message != nullptr && message->isShown)
         showNotification(message->text);
 }
 

@@ -14,7 +14,6 @@
 #include "app/Sender.h"
 #include "app/ServiceActions.h"
 #include "app/SettingsMenus.h"
-#include "app/StatusMessages.h"
 #include "backend/Backend.h"
 
 #include <chrono>

@@ -2,7 +2,7 @@
 
 #include "app/ItemPath.h"
 #include "app/MenuModel.h"
-#include "app/Utf8.h"
+#include "text/Printable.h"
 
 namespace Kest::App {
 namespace {
@@ -32,7 +32,7 @@ const ItemProperties kPlain{.title = {}, .view = EntryView{}};
 
 std::string pathOf(const MenuItem& item)
 {
-    const auto name = printable(itemName(item.properties()));
+    const auto name = Text::printable(itemName(item.properties()));
     return item.parentItem() == nullptr ? name
                                         : pathOf(*item.parentItem()).append(kPathSeparator).append(name);
 }
@@ -51,10 +51,10 @@ void addReshape(const MenuItem* owner, const MenuReshape& reshape, const MenuMod
     const auto above = owner == nullptr ? std::string() : pathOf(*owner).append(kPathSeparator);
     for (const auto& [id, removed] : reshape.went)
         if (isListed(*removed))
-            events.push_back({MenuEvent::Kind::removed, id, above + printable(itemName(*removed)), {}});
+            events.push_back({MenuEvent::Kind::removed, id, above + Text::printable(itemName(*removed)), {}});
     for (const auto id : reshape.came)
         if (const auto& added = menu.itemWithId(id)->properties(); isListed(added))
-            events.push_back({MenuEvent::Kind::added, id, above + printable(itemName(added)),
+            events.push_back({MenuEvent::Kind::added, id, above + Text::printable(itemName(added)),
                               differenceText(kPlain, added)});
 }
 

@@ -65,7 +65,7 @@ MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : abo
 Menu::~Menu()
 {
     for (const auto& item : items)
-        model.index.remove(item->identity);
+        model.index.erase(item->identity);
 }
 
 bool Menu::isPlaced() const { return owner != nullptr || &model.statusMenu() == this; }
@@ -106,7 +106,7 @@ MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
     inserted.identity = identityFor(inserted);
     inserted.above = this;
     items.insert(items.begin() + index, std::move(item));
-    model.index.add(inserted.identity, inserted);
+    model.index[inserted.identity] = &inserted;
     if (isPlaced())
         model.journal.noteCame(ownerId(), inserted.identity);
     return inserted;
@@ -119,7 +119,7 @@ ItemId Menu::identityFor(const MenuItem& item)
         const auto& is = item.properties();
         return was.title == is.title && was.action == is.action && was.separator == is.separator;
     });
-    if (same == removed.end() || model.index.find((*same)->identity) != nullptr)
+    if (same == removed.end() || model.index.contains((*same)->identity))
         return model.unusedId();
     const auto identity = (*same)->identity;
     (*same)->noteBefore(model.journal);
@@ -133,7 +133,7 @@ std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
     const auto position = items.begin() + indexOfItem(item);
     auto taken = std::move(*position);
     items.erase(position);
-    model.index.remove(taken->identity);
+    model.index.erase(taken->identity);
     taken->above = nullptr;
     if (isPlaced())
         model.journal.noteWent(ownerId(), taken->identity, taken->seen);
@@ -146,7 +146,7 @@ void Menu::removeAllItems()
         model.journal.noteRefill(ownerId(), ids());
     removed = std::exchange(items, {});
     for (const auto& item : removed) {
-        model.index.remove(item->identity);
+        model.index.erase(item->identity);
         item->above = nullptr;
         if (isPlaced())
             model.journal.noteWent(ownerId(), item->identity, item->seen);
@@ -166,11 +166,11 @@ std::unique_ptr<Menu> Menu::copy() const
 
 MenuItem* MenuModel::itemWithId(ItemId id) const
 {
-    auto* found = index.find(id);
-    const Menu* top = found == nullptr ? nullptr : found->menu();
+    const auto found = index.find(id);
+    const Menu* top = found == index.end() ? nullptr : found->second->menu();
     while (top != nullptr && top->ownerItem() != nullptr)
         top = top->ownerItem()->menu();
-    return top == root.get() ? found : nullptr; // not one of a template
+    return top == root.get() ? found->second : nullptr; // not one of a template
 }
 
 bool MenuModel::hasManyChanges() const

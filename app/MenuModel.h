@@ -1,13 +1,13 @@
 // The menu as plain objects: what every front end draws, and the only thing it draws.
 #pragma once
 
-#include "app/ItemIndex.h"
 #include "app/MenuChanges.h"
 
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Kest::App {
@@ -130,7 +130,7 @@ private:
     ItemId lastId = kStatusMenuId;
     bool reusesIds = false;
     MenuJournal journal;
-    ItemIndex index;
+    std::unordered_map<ItemId, MenuItem*> index;
     std::unique_ptr<Menu> root;
 };
 

@@ -1,9 +1,8 @@
 #include "app/MessageSlot.h"
 
-#include "app/Utf8.h"
 #include "backend/Backend.h"
+#include "text/Utf8.h"
 
-#include <cstring>
 #include <utility>
 
 namespace Kest::App {
@@ -17,15 +16,12 @@ constexpr std::size_t kMostSkippedEncodings = 1024;
 
 std::string descriptionText(const char* description)
 {
-    if (description == nullptr || !isUtf8(description))
+    if (description == nullptr || !Text::isUtf8(description))
         return {};
-    auto length = std::strlen(description);
-    if (length > kLongestDescription) {
-        length = kLongestDescription;
-        while ((static_cast<unsigned char>(description[length]) & 0xC0U) == 0x80U) // inside a character
-            --length;
-    }
-    return {description, length};
+    std::string text = description;
+    if (text.size() > kLongestDescription)
+        text.resize(Text::wholeCharacters(text, kLongestDescription));
+    return text;
 }
 
 bool MessageSlot::queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description)

@@ -89,19 +89,8 @@ void SettingsMenus::buildSpeakerConfigMenu(Menu& menu)
 {
     menu.removeAllItems();
     for (const auto& [configuration, title] : Settings::sSpkrConf2Name)
-        addSpeakerConfigMenuItem(menu, title, configuration, false, false);
-}
-
-void SettingsMenus::addSpeakerConfigMenuItem(Menu& menu, const std::string& title, int tag, bool isChecked,
-                                             bool isRed)
-{
-    menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title,
-                                                           .action = Action::setSpeakerConfig,
-                                                           .mark = Mark::radio,
-                                                           .tag = tag,
-                                                           .on = isChecked,
-                                                           .red = isRed,
-                                                           .view = {}}));
+        menu.addItem(std::make_unique<MenuItem>(ItemProperties{
+            .title = title, .action = Action::setSpeakerConfig, .mark = Mark::radio, .tag = configuration}));
 }
 
 } // namespace Kest::App

@@ -34,7 +34,6 @@ public:
 
 private:
     void apply(MenuItem& toggle, int value);
-    void addSpeakerConfigMenuItem(Menu& menu, const std::string& title, int tag, bool isChecked, bool isRed);
 
     const Outlets& outlets;
     Settings::Backend& backend;

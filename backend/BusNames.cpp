@@ -2,15 +2,11 @@
 #include "backend/Backend.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/ShmManaged.h"
+#include "tables/Settings.h"
 
 #include <optional>
 
 namespace Kest::Settings {
-namespace {
-
-constexpr char kMainBus[] = "Main Bus"; // always offered, whether or not a plug-in has the name
-
-} // namespace
 
 void Backend::getKestBusNamesList(std::vector<std::string>& names) const
 {

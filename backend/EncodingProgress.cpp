@@ -70,7 +70,8 @@ void Backend::parse_1line(std::string_view line)
 // A path that was refused must not leave the one before it in its place.
 void Backend::dropLine(std::string_view beginning)
 {
-    Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped", LineSplitter::kLongestLine);
+    Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
+             Text::LineSplitter::kLongestLine);
     const auto parsed = parseEncodingLine(beginning);
     const auto* value = parsed ? std::get_if<OverlongValue>(&parsed->content) : nullptr;
     if (value == nullptr || !value->isPath)

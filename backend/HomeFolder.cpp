@@ -1,6 +1,6 @@
 #include "backend/HomeFolder.h"
 
-#include <juce_core/juce_core.h>
+#include "text/Utf8.h"
 
 #include <climits>
 #include <cstdlib>
@@ -21,7 +21,7 @@ const char* problemOf(std::string_view path)
         return "is not an absolute path";
     if (path.size() > kMaxHome)
         return "is too long";
-    if (!juce::CharPointer_UTF8::isValidString(path.data(), static_cast<int>(path.size())))
+    if (!Text::isUtf8(path))
         return "is not UTF-8";
     return nullptr;
 }

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "backend/Guarded.h"
-#include "backend/LineSplitter.h"
 #include "backend/PipeRivalry.h"
 #include "backend/WakeUp.h"
+#include "text/LineSplitter.h"
 
 #include <array>
 #include <atomic>
@@ -48,7 +48,7 @@ public:
     /// Bytes of one pipe, and the line that they continue; both valid until the next call. Without bytes and
     /// line after a wake-up.
     struct Piece {
-        LineSplitter* lines = nullptr;
+        Text::LineSplitter* lines = nullptr;
         std::string_view bytes;
         bool hasFailed = false; // for good
     };
@@ -67,7 +67,7 @@ private:
         int writer = -1;
         dev_t device = 0;
         ino_t inode = 0;
-        LineSplitter lines;
+        Text::LineSplitter lines;
     };
 
     bool create(bool isSilent);

@@ -1,6 +1,7 @@
 #include "backend/SettingsFileCheck.h"
 
 #include "backend/XmlOutline.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <memory>
@@ -75,8 +76,7 @@ bool isDecodable(std::string_view text)
 {
     if (isUtf16(text))
         return text.size() <= kStoreReadsForRoot; // it uses no more of it
-    return text.find('\0') == std::string_view::npos &&
-           juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size()));
+    return text.find('\0') == std::string_view::npos && Text::isUtf8(text);
 }
 
 std::unique_ptr<juce::XmlElement> readAsStore(std::string_view text)

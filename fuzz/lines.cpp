@@ -2,8 +2,8 @@
 // each whole line with the four patterns by sscanf; a small table keeps its bound.
 #include "backend/EncodingLine.h"
 #include "backend/EncodingTable.h"
-#include "backend/LineSplitter.h"
 #include "fuzz/Input.h"
+#include "text/LineSplitter.h"
 
 #include <array>
 #include <climits>
@@ -13,6 +13,7 @@ namespace {
 
 using namespace Kest::Settings;
 using Kest::Fuzz::require;
+using Kest::Text::LineSplitter;
 
 struct Feed {
     explicit Feed(std::size_t mostBytes) : table(mostBytes) {}

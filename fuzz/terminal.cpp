@@ -1,9 +1,9 @@
 // Keys, clicks, typed and piped text, in a menu that changes meanwhile and holds any text: what is drawn fits
 // the screen, and only what can be chosen is.
 #include "fuzz/Input.h"
-#include "platform/terminal/MenuPath.h"
+#include "platform/terminal/ItemSearch.h"
 #include "platform/terminal/MenuScreen.h"
-#include "platform/terminal/ScreenKeys.h"
+#include "platform/terminal/Screen.h"
 #include "platform/terminal/TextMenu.h"
 #include "tests/platform/terminal/SampleMenu.h"
 

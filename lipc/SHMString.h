@@ -2,6 +2,7 @@
 #pragma once
 
 #include "lipc/SharedNumber.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -43,19 +44,6 @@ private:
     std::int32_t padding = 0;
 };
 
-/// Returns how many of the first `limit` bytes of a longer text are whole UTF-8 characters; `limit` where the
-/// text is not UTF-8 there.
-inline std::size_t wholeCharacters(const char* text, std::size_t limit)
-{
-    constexpr std::size_t kMaxContinuation = 3;
-    const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    std::size_t begin = limit; // of the character that the byte behind the limit belongs to
-    while (begin > 0 && limit - begin < kMaxContinuation && (byteAt(begin) & 0xC0U) == 0x80U)
-        --begin;
-    const bool isLead = byteAt(begin) >= 0xC0;
-    return isLead ? begin : limit;
-}
-
 template <typename Character, std::size_t Length, std::size_t Slots>
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init,hicpp-member-init): the slots, on purpose
 SHMArray<Character, Length, Slots>::SHMArray(const SHMArray& shared) : current(1)
@@ -76,7 +64,7 @@ void SHMArray<Character, Length, Slots>::put(const Character* text, int length)
 
     auto bytes = strnlen(text, Length + 1);
     if ((length > static_cast<int>(Length) || bytes > Length) && bytes >= Length)
-        bytes = wholeCharacters(text, Length - 1);
+        bytes = Kest::Text::wholeCharacters({text, bytes}, Length - 1);
     std::memcpy(slot, text, bytes);
     // Behind the last slot stands the index, which is stored next.
     if (next * Length + bytes < sizeof slots)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/shm.h>
 
 namespace LIPC {
@@ -39,6 +40,14 @@ void ShmManaged::attach(std::size_t bytes, Access access)
     // Asked after attaching: the segment cannot be exchanged for a shorter one any more.
     if (!isLongEnough(id, bytes))
         detach();
+}
+
+void ShmManaged::mapPages([[maybe_unused]] std::size_t bytes) const
+{
+#ifdef MADV_POPULATE_READ // an older system refuses, and that is all
+    if (address != nullptr)
+        madvise(address, bytes, MADV_POPULATE_READ);
+#endif
 }
 
 void ShmManaged::detach()

@@ -1,7 +1,6 @@
 // Short-lived attachments to the host's segments.
 #pragma once
 
-#include "lipc/PopulatePages.h"
 #include "lipc/ShmKey.h"
 
 #include <cstddef>
@@ -29,6 +28,9 @@ protected:
     /// Attaches an existing segment of at least `bytes` bytes.
     void attach(std::size_t bytes, Access access);
     void detach();
+    /// Maps the attached pages for reading at once, where the system can do that. Otherwise each is mapped
+    /// when it is read first, which takes almost twice as long.
+    void mapPages(std::size_t bytes) const;
 };
 
 /// Attaches to an existing segment for the life of this object, which is that of one operation. Never
@@ -46,7 +48,7 @@ public:
     /// The segment's contents, null when it is absent. Valid as long as this object is.
     Layout* contents() const { return static_cast<Layout*>(address); }
     /// For an operation that looks at all of it.
-    void populate() const { populatePages(address, Layout::kSegmentBytes); }
+    void populate() const { mapPages(Layout::kSegmentBytes); }
 };
 
 /// The same for one who only looks: the system lets nothing be written through it, and the marker file stays

@@ -1,7 +1,6 @@
 #include "log/Log.h"
 
 #include "log/OutputQueue.h"
-#include "log/Queues.h"
 #include "log/RepeatLimiter.h"
 
 #include <algorithm>
@@ -16,6 +15,11 @@ namespace Lct {
 namespace {
 
 constexpr std::size_t kLineBytes = 512;
+
+struct Message {
+    Message(const char* format, va_list arguments) { std::vsnprintf(text, sizeof text, format, arguments); }
+    char text[kLineBytes];
+};
 
 const char* token(eLogLevel level) { return level == eLogError ? "<ERRO>" : "<WARN>"; }
 
@@ -74,25 +78,23 @@ CollectedAnswers::~CollectedAnswers() { collector = before; }
 
 void Log(eLogLevel level, const char* tag, const char* format, ...)
 {
-    char message[kLineBytes];
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(message, sizeof message, format, arguments);
+    const Message message(format, arguments);
     va_end(arguments);
-    if (const auto leftOut = admit(format, message))
-        write(level, tag, message, *leftOut);
+    if (const auto leftOut = admit(format, message.text))
+        write(level, tag, message.text, *leftOut);
 }
 
 void LogAnswer(eLogLevel level, const char* tag, const char* format, ...)
 {
-    char message[kLineBytes];
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(message, sizeof message, format, arguments);
+    const Message message(format, arguments);
     va_end(arguments);
     if (collector != nullptr)
-        collector->collected.emplace_back(message);
-    write(level, tag, message, 0);
+        collector->collected.emplace_back(message.text);
+    write(level, tag, message.text, 0);
 }
 
 } // namespace Lct

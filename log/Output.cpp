@@ -1,7 +1,6 @@
 #include "log/Output.h"
 
 #include "log/OutputQueue.h"
-#include "log/Queues.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,14 +8,17 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <string_view>
 #include <syslog.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Lct {
 namespace {
 
 constexpr std::size_t kMaxTextBytes = 4096;
+constexpr int kFlushMilliseconds = 100;
 
 void add(OutputQueue& queue, const char* format, va_list arguments)
 {
@@ -24,6 +26,29 @@ void add(OutputQueue& queue, const char* format, va_list arguments)
     const int wanted = std::vsnprintf(text, sizeof text, format, arguments);
     if (wanted > 0)
         queue.add({text, std::min(static_cast<std::size_t>(wanted), sizeof text - 1)});
+}
+
+struct Redirection {
+    std::mutex mutex;
+    std::function<void(std::string_view)> sink;
+};
+
+// Lives on while the process ends: the queues' threads do, too.
+Redirection& redirection()
+{
+    static auto* const all = new Redirection;
+    return *all;
+}
+
+void writeToStream(int descriptor, std::string_view text)
+{
+    {
+        auto& [mutex, sink] = redirection();
+        const std::lock_guard lock(mutex);
+        if (sink && (descriptor == STDOUT_FILENO || isatty(descriptor) != 0))
+            return sink(text);
+    }
+    writeAll(descriptor, text);
 }
 
 void writeToSystemLog(std::string_view text)
@@ -40,13 +65,15 @@ void writeToSystemLog(std::string_view text)
 
 OutputQueue& standardOutput()
 {
-    static auto* const queue = new OutputQueue([](std::string_view text) { writeAll(STDOUT_FILENO, text); });
+    static auto* const queue =
+        new OutputQueue([](std::string_view text) { writeToStream(STDOUT_FILENO, text); });
     return *queue;
 }
 
 OutputQueue& standardError()
 {
-    static auto* const queue = new OutputQueue([](std::string_view text) { writeAll(STDERR_FILENO, text); });
+    static auto* const queue =
+        new OutputQueue([](std::string_view text) { writeToStream(STDERR_FILENO, text); });
     return *queue;
 }
 
@@ -73,6 +100,14 @@ void printError(const char* format, ...)
 }
 
 void printSystemError(const char* what) { printError("%s: %s\n", what, std::strerror(errno)); }
+
+void redirectOutput(std::function<void(std::string_view text)> sink)
+{
+    flushOutput(kFlushMilliseconds);
+    auto& [mutex, current] = redirection();
+    const std::lock_guard lock(mutex);
+    current = std::move(sink);
+}
 
 bool flushOutput(int milliseconds)
 {

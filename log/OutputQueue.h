@@ -56,6 +56,11 @@ private:
     bool hasThread = false;
 };
 
+// The queues behind the printing functions and the logger.
+OutputQueue& standardOutput();
+OutputQueue& standardError();
+OutputQueue& systemLog(); // each text is whole lines
+
 /// Writes all of `text` to a descriptor, waiting where it must. Gives up when the descriptor fails.
 void writeAll(int descriptor, std::string_view text);
 

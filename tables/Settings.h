@@ -40,6 +40,9 @@ inline constexpr Setting kSettings[] = {
 };
 // clang-format on
 
+/// The bus that is always offered.
+inline constexpr char kMainBus[] = "Main Bus";
+
 /// The settings that are parameters of the agent's record.
 inline constexpr std::span<const Setting> kParameterSettings(std::begin(kSettings),
                                                              std::ranges::find(kSettings, SettingType::text,

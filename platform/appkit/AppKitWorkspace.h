@@ -1,12 +1,12 @@
 // The services of AppKit and Foundation.
 #pragma once
 
-#include "platform/posix/PosixWorkspace.h"
+#include "app/FrontEnd.h"
 
 namespace Kest::AppKit {
 
 /// Main thread only.
-class AppKitWorkspace final : public Posix::PosixWorkspace {
+class AppKitWorkspace final : public App::Workspace {
 public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override;

@@ -5,6 +5,14 @@
 
 #import <AppKit/AppKit.h>
 
+// What an NSMenuItem of the Mac has and one of GNUstep lacks; asked for by `instancesRespondToSelector:`.
+@protocol KestMenuItemAbilities
+- (void)setHidden:(BOOL)hidden;
+- (BOOL)isHidden;
+- (void)setView:(NSView*)view;
+- (NSView*)view;
+@end
+
 namespace Kest::AppKit {
 
 /// Where they cannot, the menu does without its hidden items.

@@ -1,7 +1,7 @@
 #import "platform/appkit/MenuItemLook.h"
 
 #import "platform/appkit/EncodingRow.h"
-#import "platform/appkit/MenuItemClass.h"
+#import "platform/appkit/System.h"
 #include "platform/appkit/Text.h"
 
 namespace Kest::AppKit {

@@ -1,8 +1,8 @@
 #import "platform/appkit/MenuMirror.h"
 
 #import "platform/appkit/MenuBridge.h"
-#import "platform/appkit/MenuItemClass.h"
 #import "platform/appkit/MenuItemLook.h"
+#import "platform/appkit/System.h"
 #include "platform/appkit/Text.h"
 
 namespace Kest::AppKit {

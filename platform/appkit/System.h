@@ -1,4 +1,4 @@
-// The screen, the main loop and the handle on the menu, as each system has them.
+// What each system has in a way of its own: the screen, the main loop, the menu and the handle on it.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -16,6 +16,11 @@ int runApplication(int argc, const char** argv);
 [[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
 /// Main thread. Removes and releases it.
 void removeStatusItem(id item);
+
+/// NSMenuItem, or a subclass that adds what GNUstep's lacks.
+Class menuItemClass();
+/// NSMenu, or a subclass that sends its delegate what GNUstep's does not.
+Class menuClass();
 
 /// The run-loop modes in which the main thread works: also while a menu or a panel is open.
 inline NSArray* workingModes()

@@ -1,8 +1,87 @@
-// GNUstep: a screen that may be missing, no bundle, and no status bar.
+// GNUstep: a screen that may be missing, no bundle, and no status bar. A menu item forgets its attributed
+// title at once, and would not draw it. A menu sends its delegate `menuNeedsUpdate:` before it is displayed,
+// but nothing when it has opened or closed.
 #include "log/Output.h"
+#import "platform/appkit/MenuBridge.h"
 #import "platform/appkit/System.h"
 
+#include <objc/runtime.h>
+
+@interface KestMenuItem : NSMenuItem {
+@private
+    NSAttributedString* keptTitle;
+}
+@end
+
+@implementation KestMenuItem
+
+- (void)dealloc
+{
+    [keptTitle release];
+    [super dealloc];
+}
+
+- (NSAttributedString*)attributedTitle
+{
+    return keptTitle;
+}
+
+- (void)setAttributedTitle:(NSAttributedString*)title
+{
+    [keptTitle autorelease];
+    keptTitle = [title copy];
+    [[self menu] itemChanged:self];
+}
+
+@end
+
+@interface KestMenu : NSMenu
+@end
+
+@implementation KestMenu
+
+- (void)display
+{
+    [super display];
+    if ([self supermenu] != nil) // the main menu is always displayed
+        [(KestMenuBridge*)[self delegate] menuWillOpen:self];
+}
+
+- (void)close
+{
+    [super close];
+    if ([self supermenu] != nil)
+        [(KestMenuBridge*)[self delegate] menuDidClose:self];
+}
+
+@end
+
 namespace Kest::AppKit {
+namespace {
+
+using DrawTitle = void (*)(NSMenuItemCell* cell, SEL command, NSRect frame, NSView* view);
+DrawTitle drawPlainTitle = nullptr;
+
+void drawTitle(NSMenuItemCell* cell, SEL command, NSRect frame, NSView* view)
+{
+    NSAttributedString* title = [[cell menuItem] attributedTitle];
+    if (title == nil)
+        return drawPlainTitle(cell, command, frame, view);
+    NSRect place = [cell titleRectForBounds:frame];
+    const CGFloat height = [title size].height;
+    place.origin.y += (place.size.height - height) / 2;
+    place.size.height = height;
+    [title drawInRect:place];
+}
+
+void drawAttributedTitles()
+{
+    Method method = class_getInstanceMethod([NSMenuItemCell class], @selector(drawTitleWithFrame:inView:));
+    drawPlainTitle =
+        reinterpret_cast<DrawTitle>(method_setImplementation(method, reinterpret_cast<IMP>(drawTitle)));
+}
+
+} // namespace
 
 bool connectToScreen()
 {
@@ -31,5 +110,14 @@ id showStatusItem(NSMenu* menu, NSImage* logo)
 }
 
 void removeStatusItem(id) { [NSApp setMainMenu:nil]; }
+
+Class menuItemClass()
+{
+    if (drawPlainTitle == nullptr)
+        drawAttributedTitles();
+    return [KestMenuItem class];
+}
+
+Class menuClass() { return [KestMenu class]; }
 
 } // namespace Kest::AppKit

@@ -1,4 +1,4 @@
-// The Mac's bundle and its status bar.
+// The Mac's bundle, status bar and menus.
 #import "platform/appkit/System.h"
 
 namespace Kest::AppKit {
@@ -30,5 +30,8 @@ void removeStatusItem(id item)
     [[NSStatusBar systemStatusBar] removeStatusItem:item];
     [item release];
 }
+
+Class menuItemClass() { return [NSMenuItem class]; }
+Class menuClass() { return [NSMenu class]; }
 
 } // namespace Kest::AppKit

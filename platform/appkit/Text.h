@@ -1,7 +1,7 @@
 // Text on its way into AppKit.
 #pragma once
 
-#include "app/Utf8.h"
+#include "text/Utf8.h"
 
 #import <Foundation/Foundation.h>
 #include <string>
@@ -11,7 +11,7 @@ namespace Kest::AppKit {
 /// Autoreleased, never nil: what is not UTF-8 comes with replacement characters.
 inline NSString* toNSString(const std::string& text)
 {
-    return [NSString stringWithUTF8String:App::toUtf8(text).c_str()];
+    return [NSString stringWithUTF8String:Text::toUtf8(text).c_str()];
 }
 
 } // namespace Kest::AppKit

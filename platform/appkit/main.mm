@@ -1,6 +1,5 @@
 // The settings agent in the menu bar.
 #include "app/KestSettingsAppDelegate.h"
-#include "log/Output.h"
 #import "platform/appkit/AppKitFrontEnd.h"
 #import "platform/appkit/AppKitWorkspace.h"
 #include "platform/appkit/Boundary.h"
@@ -10,7 +9,6 @@
 #include "platform/posix/RunAlone.h"
 
 #include <cctype>
-#include <cstring>
 #include <vector>
 
 // Passes AppKit's events of the application's life to the agent.
@@ -53,11 +51,8 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
     KestApplicationDelegate* delegate = [[KestApplicationDelegate alloc] init];
     delegate->agent = &agent;
     [NSApp setDelegate:(id)delegate];
-    agent.awakeFromNib();
-    if (const int failure = agent.startError(); failure != 0) {
-        Lct::printError("Kest Settings cannot start: %s\n", std::strerror(failure));
+    if (!Posix::startApplication(agent))
         return 1;
-    }
     agent.setObserver(Control::startServer(agent, frontEnd, paths));
     [pool drain];
     return AppKit::runApplication(argc, argv);

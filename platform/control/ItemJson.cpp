@@ -1,51 +1,66 @@
 #include "platform/control/ItemJson.h"
 
 #include "app/About.h"
-#include "app/Utf8.h"
 #include "platform/control/Request.h"
+#include "text/Printable.h"
 
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 #include <unordered_map>
 
 namespace Kest::Control {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Paths = std::unordered_map<const App::ItemSnapshot*, std::string>;
 
-std::string dumped(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
-std::string line(const Json& value) { return dumped(value) + "\n"; }
-
-/// `object` with one more member, whose value is JSON already. `object` must not be empty.
-std::string with(const Json& object, const char* name, const std::string& value)
-{
-    auto text = dumped(object);
-    text.pop_back();
-    return text.append(",\"").append(name).append("\":").append(value).append("}");
-}
-
-Json fields(App::ItemId id, const App::ItemProperties& item, const std::string& path)
-{
-    if (item.separator)
-        return {{"separator", true}};
-    Json object = {
-        {"id", id}, {"path", path}, {"label", App::printable(plainLabel(item))}, {"enabled", item.enabled}};
-    if (item.mark != App::Mark::none) {
-        object["mark"] = item.mark == App::Mark::radio ? "radio" : "check";
-        object["on"] = item.on;
+/// A JSON object that is written as text: as a tree of values, thousands of encodings take ten times the
+/// memory. Texts must be printable UTF-8.
+class Object {
+public:
+    Object& text(const char* name, std::string_view value)
+    {
+        begin(name) += '"';
+        for (const char c : value)
+            (c == '"' || c == '\\' ? json += '\\' : json) += c;
+        json += '"';
+        return *this;
     }
+    Object& flag(const char* name, bool value) { return nested(name, value ? "true" : "false"); }
+    Object& number(const char* name, int value) { return nested(name, std::to_string(value)); }
+    Object& nested(const char* name, std::string_view value)
+    {
+        begin(name) += value;
+        return *this;
+    }
+    std::string end() { return json + "}"; }
+    std::string endLine() { return json + "}\n"; }
+
+private:
+    std::string& begin(const char* name)
+    {
+        return json.append(json.size() > 1 ? ",\"" : "\"").append(name).append("\":");
+    }
+
+    std::string json = "{";
+};
+
+Object fields(App::ItemId id, const App::ItemProperties& item, const std::string& path)
+{
+    Object object;
+    if (item.separator)
+        return object.flag("separator", true);
+    object.number("id", id).text("path", path).text("label", Text::printable(plainLabel(item)));
+    object.flag("enabled", item.enabled);
+    if (item.mark != App::Mark::none)
+        object.text("mark", item.mark == App::Mark::radio ? "radio" : "check").flag("on", item.on);
     if (item.red)
-        object["available"] = false;
+        object.flag("available", false);
     if (item.view && item.view->percent)
-        object["percent"] = *item.view->percent;
+        object.number("percent", *item.view->percent);
     if (item.view)
-        object["failed"] = item.view->failed;
+        object.flag("failed", item.view->failed);
     return object;
 }
 
-// Written as text at once: as a tree of values, thousands of encodings take ten times the memory.
 std::string itemText(const App::ItemSnapshot& item, const Paths& paths);
 
 std::string itemsText(const App::ItemSnapshot& menu, const Paths& paths)
@@ -60,8 +75,10 @@ std::string itemsText(const App::ItemSnapshot& menu, const Paths& paths)
 std::string itemText(const App::ItemSnapshot& item, const Paths& paths)
 {
     const auto path = paths.find(&item);
-    const auto object = fields(item.id, *item.properties, path == paths.end() ? "" : path->second);
-    return item.hasSubmenu ? with(object, "items", itemsText(item, paths)) : dumped(object);
+    auto object = fields(item.id, *item.properties, path == paths.end() ? "" : path->second);
+    if (item.hasSubmenu)
+        object.nested("items", itemsText(item, paths));
+    return object.end();
 }
 
 Paths pathsIn(const App::ItemSnapshot& menu, const std::string& above)
@@ -83,44 +100,47 @@ const char* kindName(App::MenuEvent::Kind kind)
 
 std::string greeting()
 {
-    return line({{"agent", App::about().name},
-                 {"version", App::about().version},
-                 {"protocol", kProtocol},
-                 {"process", getpid()}});
+    return Object()
+        .text("agent", App::about().name)
+        .text("version", App::about().version)
+        .number("protocol", kProtocol)
+        .number("process", getpid())
+        .endLine();
 }
 
 std::string menuReply(const App::ItemSnapshot& statusMenu)
 {
-    return with({{"ok", true}}, "items", itemsText(statusMenu, pathsIn(statusMenu, {}))) + "\n";
+    const auto items = itemsText(statusMenu, pathsIn(statusMenu, {}));
+    return Object().flag("ok", true).nested("items", items).endLine();
 }
 
 std::string itemReply(const App::ItemSnapshot& item, const std::string& path)
 {
     auto paths = pathsIn(item, path + std::string(App::kPathSeparator));
     paths.emplace(&item, path);
-    return with({{"ok", true}}, "item", itemText(item, paths)) + "\n";
+    return Object().flag("ok", true).nested("item", itemText(item, paths)).endLine();
 }
 
-std::string doneReply() { return line({{"ok", true}}); }
+std::string doneReply() { return Object().flag("ok", true).endLine(); }
 
 std::string errorReply(const std::string& error, const std::string& nearest)
 {
-    Json object = {{"ok", false}, {"error", App::printable(error)}};
+    Object object;
+    object.flag("ok", false).text("error", Text::printable(error));
     if (!nearest.empty())
-        object["nearest"] = nearest;
-    return line(object);
+        object.text("nearest", nearest);
+    return object.endLine();
 }
 
 std::string eventLine(const App::MenuEvent& event, const App::MenuModel& menu)
 {
-    const Json object = {{"event", kindName(event.kind)},
-                         {"id", event.id},
-                         {"path", event.path},
-                         {"what", App::printable(event.what)}};
+    Object object;
+    object.text("event", kindName(event.kind)).number("id", event.id).text("path", event.path);
+    object.text("what", Text::printable(event.what));
     const auto* item = event.kind == App::MenuEvent::Kind::removed ? nullptr : menu.itemWithId(event.id);
-    if (item == nullptr)
-        return line(object);
-    return with(object, "item", dumped(fields(event.id, item->properties(), event.path))) + "\n";
+    if (item != nullptr)
+        object.nested("item", fields(event.id, item->properties(), event.path).end());
+    return object.endLine();
 }
 
 } // namespace Kest::Control

@@ -14,16 +14,6 @@ constexpr int kFinished = 100; // per cent
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
-void collectSubmenus(const App::ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
-{
-    for (const auto& item : menu.items) {
-        if (!item.hasSubmenu || item.properties->hidden)
-            continue;
-        submenus.push_back(item.id);
-        collectSubmenus(item, submenus);
-    }
-}
-
 // Why an item cannot be chosen; empty when it can.
 std::string refusal(const App::FoundItem& found, bool confirmed)
 {
@@ -59,9 +49,7 @@ void MenuCommands::run(const Request& request, ClientId client)
 // As a user who reads the whole menu: some submenus are filled when they open.
 void MenuCommands::openAll()
 {
-    std::vector<App::ItemId> submenus;
-    collectSubmenus(takeSnapshot(delegate.menu()), submenus);
-    for (const auto id : submenus)
+    for (const auto id : submenusBelow(takeSnapshot(delegate.menu())))
         delegate.menuWillOpen(id);
 }
 

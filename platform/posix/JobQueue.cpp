@@ -6,37 +6,31 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
-#include <fcntl.h>
-#include <iterator>
-#include <set>
 #include <unistd.h>
 #include <utility>
 
 namespace Kest::Posix {
 namespace {
 
-// What is written into the pipe: the number of a signal, or this.
-constexpr char kJob = 0;
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 constexpr unsigned kEndsWithin = 5; // seconds, for a main thread that waits for a disk, a terminal or a bus
 
 // What a signal handler may touch.
-std::atomic<int> signalPipe = -1;
-std::atomic<int> endingSignal = 0; // the first one
+std::atomic<const Settings::WakeUp*> signalWakeUp = nullptr;
+std::atomic<std::uint32_t> arrivedSignals = 0; // as `bit` has them
+std::atomic<int> endingSignal = 0;             // the first one
 std::atomic<void (*)()> emergencyCleanup = nullptr;
 
-// A full pipe wakes the loop all the same.
-void writeByte(int pipe, char byte)
-{
-    while (write(pipe, &byte, 1) < 0 && errno == EINTR)
-        ;
-}
+constexpr std::uint32_t bit(int signal) { return std::uint32_t{1} << signal; }
 
 void onSignal(int signal)
 {
     const int before = errno;
-    writeByte(signalPipe, static_cast<char>(signal));
+    arrivedSignals |= bit(signal);
+    if (const auto* wakeUp = signalWakeUp.load(); wakeUp != nullptr)
+        wakeUp->raise();
     errno = before;
 }
 
@@ -54,8 +48,6 @@ void onEndingSignal(int signal)
     alarm(kEndsWithin);
     onSignal(signal);
 }
-
-bool isEnding(int signal) { return std::ranges::find(kEndingSignals, signal) != std::end(kEndingSignals); }
 
 void handle(int signal, void (*handler)(int))
 {
@@ -76,27 +68,16 @@ void unblockSignals()
     pthread_sigmask(SIG_UNBLOCK, &needed, nullptr);
 }
 
-void makePrivate(int descriptor)
-{
-    fcntl(descriptor, F_SETFD, FD_CLOEXEC);
-    fcntl(descriptor, F_SETFL, O_NONBLOCK);
-}
-
 } // namespace
 
 JobQueue::JobQueue()
 {
-    int ends[2];
-    if (pipe(ends) != 0) {
+    if (wakeUp.descriptor() < 0) {
         Lct::printSystemError("Kest Settings cannot start");
         std::exit(1); // the loop cannot run, and nothing has been started yet
     }
-    wakeUpRead = ends[0];
-    wakeUpWrite = ends[1];
-    makePrivate(wakeUpRead);
-    makePrivate(wakeUpWrite);
-
-    signalPipe = wakeUpWrite;
+    signalWakeUp = &wakeUp;
+    arrivedSignals = 0;
     endingSignal = 0;
     alarm(0);
     handle(SIGALRM, endAtOnce);
@@ -116,18 +97,15 @@ JobQueue::~JobQueue()
         handle(SIGALRM, SIG_DFL);
         emergencyCleanup = nullptr;
     }
-    signalPipe = -1;
-    close(wakeUpRead);
-    close(wakeUpWrite);
+    signalWakeUp = nullptr;
 }
 
 void JobQueue::post(std::function<void()> job)
 {
     const MutexLock lock(jobsMutex);
     jobs.push_back(std::move(job));
-    if (jobs.size() > 1)
-        return; // somebody has woken the loop for these
-    writeByte(wakeUpWrite, kJob);
+    if (jobs.size() == 1) // else somebody has woken the loop for these
+        wakeUp.raise();
 }
 
 void JobQueue::watchSignal(int signal, std::function<void()> arrived)
@@ -140,33 +118,28 @@ void JobQueue::setEmergencyCleanup(void (*cleanup)()) { emergencyCleanup = clean
 
 void JobQueue::dispatchWakeUps()
 {
-    drainWakeUps();
-    runJobs();
-}
-
-// An ending signal goes before all others, so that nothing is begun at the end.
-void JobQueue::drainWakeUps()
-{
-    char bytes[64];
-    ssize_t count = 0;
-    std::set<int> arrived;
-    while ((count = read(wakeUpRead, bytes, sizeof bytes)) > 0)
-        arrived.insert(bytes, bytes + count);
-    quitting = quitting || std::ranges::any_of(arrived, isEnding);
-    for (const int signal : arrived)
-        if (const auto watch = signals.find(signal); watch != signals.end() && !quitting)
-            watch->second();
-}
-
-void JobQueue::runJobs()
-{
-    const auto takeJobs = [this] {
-        const MutexLock lock(jobsMutex);
-        return std::exchange(jobs, {});
-    };
+    wakeUp.clear();
+    handleSignals();
     for (const auto& job : takeJobs())
         if (!quitting)
             job();
+}
+
+// An ending signal goes before all others, so that nothing is begun at the end.
+void JobQueue::handleSignals()
+{
+    const auto arrived = arrivedSignals.exchange(0);
+    const auto has = [arrived](int signal) { return (arrived & bit(signal)) != 0; };
+    quitting = quitting || std::ranges::any_of(kEndingSignals, has);
+    for (const auto& [signal, handler] : signals)
+        if (has(signal) && !quitting)
+            handler();
+}
+
+std::deque<std::function<void()>> JobQueue::takeJobs()
+{
+    const MutexLock lock(jobsMutex);
+    return std::exchange(jobs, {});
 }
 
 } // namespace Kest::Posix

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "backend/Guarded.h"
+#include "backend/WakeUp.h"
 
 #include <deque>
 #include <functional>
@@ -31,16 +32,15 @@ public:
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }
 
-    int wakeUpDescriptor() const { return wakeUpRead; }
+    int wakeUpDescriptor() const { return wakeUp.descriptor(); }
     /// Main thread. Handles the signals that have arrived, then runs the jobs that are waiting.
     void dispatchWakeUps();
 
 private:
-    void drainWakeUps();
-    void runJobs();
+    void handleSignals();
+    std::deque<std::function<void()>> takeJobs();
 
-    int wakeUpRead = -1;
-    int wakeUpWrite = -1;
+    Settings::WakeUp wakeUp;
     std::map<int, std::function<void()>> signals;
     bool quitting = false;
 

@@ -67,11 +67,19 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int 
     return agent(paths);
 }
 
-int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop)
+bool startApplication(App::KestSettingsAppDelegate& application)
 {
     application.awakeFromNib();
-    if (const int failure = application.startError(); failure != 0)
-        return cannotStart(failure);
+    const int failure = application.startError();
+    if (failure != 0)
+        cannotStart(failure);
+    return failure == 0;
+}
+
+int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop)
+{
+    if (!startApplication(application))
+        return 1;
     application.applicationDidFinishLaunching();
     const bool succeeded = loop();
     application.applicationWillTerminate();

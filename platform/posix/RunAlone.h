@@ -16,8 +16,11 @@ namespace Kest::Posix {
 /// and returns 1.
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
+/// Calls `awakeFromNib`. False, with one line printed, when the application cannot start.
+bool startApplication(App::KestSettingsAppDelegate& application);
+
 /// Runs the application from its start to its end; `loop` is the front end's, false on failure. Returns the
-/// exit status: 1 after a failure, with one line where the application cannot start.
+/// exit status: 1 after a failure.
 int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop);
 
 } // namespace Kest::Posix

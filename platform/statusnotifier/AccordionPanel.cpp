@@ -1,7 +1,6 @@
 #include "platform/statusnotifier/AccordionPanel.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace Kest::StatusNotifier {
 namespace {
@@ -39,11 +38,10 @@ void adaptLabels(Layout& layout)
 
 } // namespace
 
-bool AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
+void AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
 {
-    if (request.parent != App::kStatusMenuId || request.properties != std::set<std::string>{"type", kSubmenu})
-        return false;
-    return std::exchange(name, client) != client;
+    if (request.parent == App::kStatusMenuId && request.properties == std::set<std::string>{"type", kSubmenu})
+        name = client;
 }
 
 Layout AccordionPanel::layout(const App::MenuModel& menu) const
@@ -98,25 +96,6 @@ bool AccordionPanel::choose(const App::MenuItem& item)
         return false;
     chosen = item.id();
     return true;
-}
-
-std::set<App::ItemId> AccordionPanel::menuClosed()
-{
-    showsSubmenu = false;
-    return std::exchange(held, {});
-}
-
-bool AccordionPanel::holds(App::ItemId menu)
-{
-    if (showsSubmenu)
-        held.insert(menu);
-    return showsSubmenu;
-}
-
-std::set<App::ItemId> AccordionPanel::forget()
-{
-    name.clear();
-    return menuClosed();
 }
 
 } // namespace Kest::StatusNotifier

@@ -2,13 +2,6 @@
 
 namespace Kest::StatusNotifier {
 
-std::string nameOwnerMatch(const std::string& name)
-{
-    return "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-           "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" +
-           name + "'";
-}
-
 int appendVariant(sd_bus_message* message, const Value& value)
 {
     if (const auto* text = std::get_if<std::string>(&value))

@@ -19,6 +19,21 @@ using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
+/// An argument for a function that stores a new object; the owner has it after the call.
+template <typename Owner>
+class Into {
+public:
+    explicit Into(Owner& owner) : target(owner) {}
+    ~Into() { target.reset(made); }
+    Into(const Into&) = delete;
+    Into& operator=(const Into&) = delete;
+    operator typename Owner::pointer *() { return &made; }
+
+private:
+    Owner& target;
+    typename Owner::pointer made = nullptr;
+};
+
 // Each returns sd-bus's result: negative on failure (an errno), and then the message must not be sent.
 
 /// Calls `append` with each element, up to the first failure.
@@ -44,9 +59,6 @@ int appendContainer(sd_bus_message* message, char type, const char* contents, Ap
     return result < 0 ? result : sd_bus_message_close_container(message);
 }
 
-/// The match for the bus's signal that a name has another owner.
-std::string nameOwnerMatch(const std::string& name);
-
 int appendVariant(sd_bus_message* message, const Value& value);
 int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as
@@ -56,12 +68,11 @@ int appendStrings(sd_bus_message* message, const std::vector<std::string>& strin
 template <typename Append>
 int reply(sd_bus_message* call, Append append)
 {
-    sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_method_return(call, &made);
-    const MessagePtr owner(made);
+    MessagePtr answer;
+    int result = sd_bus_message_new_method_return(call, Into(answer));
     if (result >= 0)
-        result = append(made);
-    return result < 0 ? result : sd_bus_send(nullptr, made, nullptr);
+        result = append(answer.get());
+    return result < 0 ? result : sd_bus_send(nullptr, answer.get(), nullptr);
 }
 
 } // namespace Kest::StatusNotifier

@@ -40,18 +40,15 @@ void DesktopWorkspace::selectFile(const std::string& folder)
 
 int DesktopWorkspace::callFileManager(const std::string& uri)
 {
-    sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_method_call(bus, &made, "org.freedesktop.FileManager1",
+    MessagePtr message;
+    int result = sd_bus_message_new_method_call(bus, Into(message), "org.freedesktop.FileManager1",
                                                 "/org/freedesktop/FileManager1",
                                                 "org.freedesktop.FileManager1", "ShowItems");
-    const MessagePtr message(made);
     if (result >= 0)
-        result = sd_bus_message_append(made, "ass", 1, uri.c_str(), "");
-    sd_bus_slot* call = nullptr;
-    if (result >= 0)
-        result = sd_bus_call_async(bus, &call, made, onFileManagerAnswered, this, kPatience);
-    pendingCall.reset(call);
-    return result;
+        result = sd_bus_message_append(message.get(), "ass", 1, uri.c_str(), "");
+    return result < 0 ? result
+                      : sd_bus_call_async(bus, Into(pendingCall), message.get(), onFileManagerAnswered, this,
+                                          kPatience);
 }
 
 void DesktopWorkspace::fileManagerAnswered(bool shown)

@@ -33,27 +33,15 @@ const char* senderOf(sd_bus_message* call)
     return sender == nullptr ? "" : sender;
 }
 
-int onAccordionOwnerChanged(sd_bus_message*, void* exporter, sd_bus_error*)
+int getConstant(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*,
+                sd_bus_error*)
 {
-    static_cast<MenuExporter*>(exporter)
-        ->accordionEnded(); // the bus gives a connection's name to no other one
-    return 0;
-}
-
-int getVersion(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "u", kVersion);
-}
-
-int getText(sd_bus*, const char*, const char*, const char* name, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "s", std::string_view(name) == "TextDirection" ? "ltr" : "normal");
-}
-
-int getIconThemePath(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*,
-                     sd_bus_error*)
-{
-    return appendStrings(reply, {});
+    const std::string_view name(property);
+    if (name == "Version")
+        return sd_bus_message_append(reply, "u", kVersion);
+    if (name == "IconThemePath")
+        return appendStrings(reply, {});
+    return sd_bus_message_append(reply, "s", name == "TextDirection" ? "ltr" : "normal");
 }
 
 // clang-format off
@@ -66,10 +54,10 @@ const sd_bus_vtable kMethods[] = {
     SD_BUS_METHOD("EventGroup", "a(isvu)", "ai", forward<&MenuExporter::eventGroup>, 0),
     SD_BUS_METHOD("AboutToShow", "i", "b", forward<&MenuExporter::aboutToShow>, 0),
     SD_BUS_METHOD("AboutToShowGroup", "ai", "aiai", forward<&MenuExporter::aboutToShowGroup>, 0),
-    SD_BUS_PROPERTY("Version", "u", getVersion, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("TextDirection", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Status", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconThemePath", "as", getIconThemePath, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Version", "u", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("TextDirection", "s", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconThemePath", "as", getConstant, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_SIGNAL("ItemsPropertiesUpdated", "a(ia{sv})a(ias)", 0),
     SD_BUS_SIGNAL("LayoutUpdated", "ui", 0),
     SD_BUS_SIGNAL("ItemActivationRequested", "iu", 0),
@@ -81,14 +69,13 @@ const sd_bus_vtable kMethods[] = {
 template <typename Append>
 int sendSignal(sd_bus* bus, const char* signal, const char* destination, Append append)
 {
-    sd_bus_message* made = nullptr;
-    int result = sd_bus_message_new_signal(bus, &made, kMenuPath, kInterface, signal);
-    const MessagePtr owner(made);
+    MessagePtr message;
+    int result = sd_bus_message_new_signal(bus, Into(message), kMenuPath, kInterface, signal);
     if (result >= 0 && destination != nullptr)
-        result = sd_bus_message_set_destination(made, destination);
+        result = sd_bus_message_set_destination(message.get(), destination);
     if (result >= 0)
-        result = append(made);
-    return result < 0 ? result : sd_bus_send(bus, made, nullptr);
+        result = append(message.get());
+    return result < 0 ? result : sd_bus_send(bus, message.get(), nullptr);
 }
 
 int sendUpdates(sd_bus* bus, const char* destination, const std::vector<ItemUpdate>& items)
@@ -110,9 +97,7 @@ void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
 
 MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus), ask(std::move(questions))
 {
-    sd_bus_slot* added = nullptr;
-    exportResult = sd_bus_add_object_vtable(bus, &added, kMenuPath, kInterface, kMethods, this);
-    slot.reset(added);
+    exportResult = sd_bus_add_object_vtable(bus, Into(slot), kMenuPath, kInterface, kMethods, this);
 }
 
 void MenuExporter::menuChanged(const App::MenuChanges& changes)
@@ -123,18 +108,15 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
     ++revision;
     if (!isReading())
         return;
-    std::vector<App::ItemId> layouts;
+    std::set<App::ItemId> layouts;
     for (const auto& [parent, reshape] : changes.menus)
-        if (!accordion.holds(parent))
-            layouts.push_back(parent);
+        if (!panels.holds(parent))
+            layouts.insert(parent);
         else
             for (const auto& removed : reshape.went)
                 updates.push_back({removed.first, {{"visible", false}}, {}});
-    int result = sendItemUpdates(updates);
-    for (const auto parent : layouts)
-        if (result >= 0)
-            result = sendLayoutUpdated(parent);
-    isStale = result < 0;
+    isStale = sendItemUpdates(updates) < 0;
+    sendLayoutsUpdated(layouts);
 }
 
 // Once too much is queued, nothing more is until all of it is sent.
@@ -162,9 +144,9 @@ void MenuExporter::catchUp()
                             [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
     for (const auto& item : menu.items)
         if (result >= 0 && item.hasSubmenu)
-            result = sendLayoutUpdated(item.id);
+            result = sendLayoutUpdated(item.id, kAllPanels);
     if (result >= 0)
-        result = sendLayoutUpdated(App::kStatusMenuId);
+        result = sendLayoutUpdated(App::kStatusMenuId, kAllPanels);
     if (result < 0)
         Lct::Log(Lct::eLogWarning, "tray", "panels may show an old menu: %s", std::strerror(-result));
 }
@@ -182,17 +164,17 @@ int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
     });
 }
 
-void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents)
+void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination)
 {
     for (const auto parent : parents)
         if (isReading())
-            isStale = sendLayoutUpdated(parent) < 0;
+            isStale = sendLayoutUpdated(parent, destination) < 0;
 }
 
 void MenuExporter::forgetPanels()
 {
-    levelReaders.forget();
-    accordionEnded();
+    accordion.forget();
+    sendLayoutsUpdated(panels.forget());
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
@@ -204,8 +186,7 @@ int MenuExporter::getLayout(sd_bus_message* call)
     if (!item)
         return unknownId(call, request.parent);
     const auto* client = senderOf(call);
-    if (accordion.noteRequest(client, request))
-        watchAccordion();
+    accordion.noteRequest(client, request);
     const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
     const int result = reply(call, [&](sd_bus_message* answer) {
         const int appended = sd_bus_message_append(answer, "u", revision);
@@ -214,24 +195,8 @@ int MenuExporter::getLayout(sd_bus_message* call)
         return appendLayout(answer, isWhole ? accordion.layout(ask.menu) : layoutOf(*item));
     });
     if (result >= 0 && request.depth == 1)
-        announceSubmenus(client, *item);
+        sendLayoutsUpdated(panels.unannounced(client, *item), client);
     return result;
-}
-
-// A panel that ends while its menu is open reports no closing.
-void MenuExporter::watchAccordion()
-{
-    sd_bus_slot* added = nullptr;
-    sd_bus_add_match_async(bus, &added, nameOwnerMatch(accordion.busName()).c_str(), onAccordionOwnerChanged,
-                           nullptr, this);
-    accordionMatch.reset(added);
-}
-
-void MenuExporter::announceSubmenus(const char* reader, const App::ItemSnapshot& menu)
-{
-    for (const auto submenu : levelReaders.unannounced(reader, menu))
-        if (isReading())
-            isStale = sendLayoutUpdated(submenu, reader) < 0;
 }
 
 // Without ids, all items. Unknown ids are left out.
@@ -283,9 +248,8 @@ int MenuExporter::event(sd_bus_message* call)
     if (const int failed = readEvent(call, events); failed < 0)
         return failed;
     const auto [id, kind] = events.front();
-    if (!itemAlone(id))
+    if (!handle(senderOf(call), id, kind))
         return unknownId(call, id);
-    handle(senderOf(call), id, kind);
     return sd_bus_reply_method_return(call, "");
 }
 
@@ -297,12 +261,9 @@ int MenuExporter::eventGroup(sd_bus_message* call)
         return failed;
     std::set<std::pair<App::ItemId, MenuEvent>> handled;
     std::set<App::ItemId> unknown;
-    for (const auto& [id, kind] : events) {
-        if (!itemAlone(id))
+    for (const auto& [id, kind] : events)
+        if (handled.emplace(id, kind).second && !handle(senderOf(call), id, kind))
             unknown.insert(id);
-        else if (handled.emplace(id, kind).second)
-            handle(senderOf(call), id, kind);
-    }
     return reply(call, [&](sd_bus_message* answer) {
         return appendIds(answer, {unknown.begin(), unknown.end()});
     });
@@ -315,10 +276,7 @@ int MenuExporter::aboutToShow(sd_bus_message* call)
     App::ItemId id = 0;
     if (const int failed = sd_bus_message_read(call, "i", &id); failed < 0)
         return failed;
-    if (!itemAlone(id))
-        return unknownId(call, id);
-    open(id);
-    return sd_bus_reply_method_return(call, "b", 0);
+    return prepare(id) ? sd_bus_reply_method_return(call, "b", 0) : unknownId(call, id);
 }
 
 int MenuExporter::aboutToShowGroup(sd_bus_message* call)
@@ -327,16 +285,22 @@ int MenuExporter::aboutToShowGroup(sd_bus_message* call)
     if (const int failed = readIds(call, ids); failed < 0)
         return failed;
     std::vector<App::ItemId> unknown;
-    for (const auto id : ids) {
-        if (itemAlone(id))
-            open(id);
-        else
+    for (const auto id : ids)
+        if (!prepare(id))
             unknown.push_back(id);
-    }
     return reply(call, [&](sd_bus_message* answer) {
         const int result = appendIds(answer, {});
         return result < 0 ? result : appendIds(answer, unknown);
     });
+}
+
+bool MenuExporter::prepare(App::ItemId id)
+{
+    if (!itemAlone(id))
+        return false;
+    sendLayoutsUpdated(panels.aboutToShow(id));
+    open(id);
+    return true;
 }
 
 // With the whole menu all its submenus are prepared: an update while a submenu is open comes late for some
@@ -352,28 +316,31 @@ void MenuExporter::open(App::ItemId id) const
             ask.menuWillOpen(item.id);
 }
 
-// The panel gets its reply before anything is done that takes time.
-void MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
+// Returns false for an unknown item. One that was removed can still be closed.
+bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 {
-    if (accordion.is(client))
-        handleAccordion(id, kind);
+    if (kind == MenuEvent::closed)
+        sendLayoutsUpdated(panels.closed(id));
+    if (!itemAlone(id))
+        return false;
     if (kind == MenuEvent::clicked)
-        ask.post([this, id] { choose(id); });
-    else if (kind == MenuEvent::opened)
+        click(client, id);
+    if (kind == MenuEvent::opened) {
         open(id);
+        sendLayoutsUpdated(panels.opened(client, id));
+    }
+    return true;
 }
 
-void MenuExporter::handleAccordion(App::ItemId id, MenuEvent kind)
+// The panel gets its reply before anything is done that takes time.
+void MenuExporter::click(const char* client, App::ItemId id)
 {
-    const auto* item = ask.menu.itemWithId(id);
-    if (kind == MenuEvent::opened && item != nullptr) {
-        accordion.submenuOpened();
-    } else if (kind == MenuEvent::closed && id == App::kStatusMenuId) {
-        sendLayoutsUpdated(accordion.menuClosed());
-    } else if (kind == MenuEvent::clicked && item != nullptr && accordion.choose(*item)) {
+    const auto* item = accordion.is(client) ? ask.menu.itemWithId(id) : nullptr;
+    if (item != nullptr && accordion.choose(*item)) {
         ++revision;
         sendLayoutsUpdated({App::kStatusMenuId});
     }
+    ask.post([this, id] { choose(id); });
 }
 
 // Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/statusnotifier/AccordionPanel.h"
-#include "platform/statusnotifier/LevelReaders.h"
+#include "platform/statusnotifier/Panels.h"
 
 #include <cstdint>
 #include <functional>
@@ -41,7 +41,6 @@ public:
     void forgetPanels();
 
     // Called by sd-bus.
-    void accordionEnded() { sendLayoutsUpdated(accordion.forget()); }
     int getLayout(sd_bus_message* call);
     int getGroupProperties(sd_bus_message* call);
     int getProperty(sd_bus_message* call);
@@ -57,23 +56,21 @@ private:
     bool isReading();
     std::uint64_t queuedMessages() const;
     int sendItemUpdates(const std::vector<ItemUpdate>& items);
-    int sendLayoutUpdated(App::ItemId parent, const char* destination = kAllPanels);
-    void sendLayoutsUpdated(const std::set<App::ItemId>& parents);
+    int sendLayoutUpdated(App::ItemId parent, const char* destination);
+    void sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination = kAllPanels);
     int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
-    void watchAccordion();
-    void announceSubmenus(const char* reader, const App::ItemSnapshot& menu);
-    void handle(const char* client, App::ItemId id, MenuEvent kind);
-    void handleAccordion(App::ItemId id, MenuEvent kind);
+    bool handle(const char* client, App::ItemId id, MenuEvent kind);
+    void click(const char* client, App::ItemId id);
     void choose(App::ItemId id);
+    bool prepare(App::ItemId id);
     void open(App::ItemId id) const;
 
     sd_bus* bus;
     MenuQuestions ask;
     std::uint32_t revision = 1;
     bool isStale = false; // panels were not informed of everything
-    LevelReaders levelReaders;
+    Panels panels;
     AccordionPanel accordion;
-    SlotPtr accordionMatch;
     SlotPtr slot;
     int exportResult = 0;
 };

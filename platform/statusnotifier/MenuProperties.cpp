@@ -1,6 +1,6 @@
 #include "platform/statusnotifier/MenuProperties.h"
 
-#include "app/Utf8.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 
@@ -37,17 +37,12 @@ ItemUpdate updateOf(const ItemSnapshot& shown, const ItemSnapshot& now)
 
 std::string busText(std::string_view text)
 {
-    constexpr char kReplacement[] = "\xEF\xBF\xBD";
-    auto valid = App::toUtf8(text);
-    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(valid[i]); };
-    for (std::size_t i = 0; i < valid.size(); ++i) {
-        const bool isInBlock = at(i) == 0xEF && at(i + 1) == 0xB7 && at(i + 2) >= 0x90 && at(i + 2) <= 0xAF;
-        const bool endsPlane0 = at(i) == 0xEF && at(i + 1) == 0xBF && at(i + 2) >= 0xBE;
-        const bool endsPlane =
-            at(i) >= 0xF0 && (at(i + 1) & 0x0FU) == 0x0F && at(i + 2) == 0xBF && at(i + 3) >= 0xBE;
-        if (isInBlock || endsPlane0 || endsPlane)
-            valid.replace(i, endsPlane ? 4 : 3, kReplacement);
-    }
+    std::string valid;
+    Text::forEachCharacter(text, [&](const Text::Character& character) {
+        const bool isNoncharacter =
+            (character.code >= 0xFDD0 && character.code <= 0xFDEF) || (character.code & 0xFFFEU) == 0xFFFE;
+        Text::append(valid, isNoncharacter ? Text::kReplacementCharacter : character.code);
+    });
     return valid;
 }
 

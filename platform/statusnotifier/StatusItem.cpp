@@ -16,6 +16,9 @@ constexpr char kId[] = "com.kestronics.kest-settings"; // of the desktop entry a
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
+constexpr char kOwnerMatch[] =
+    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+    "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.kde.StatusNotifierWatcher'";
 constexpr char kUnregisteredMatch[] =
     "type='signal',sender='org.kde.StatusNotifierWatcher',path='/StatusNotifierWatcher',"
     "interface='org.kde.StatusNotifierWatcher',member='StatusNotifierItemUnregistered'";
@@ -39,38 +42,10 @@ int appendLogo(sd_bus_message* reply)
     });
 }
 
-int appendNoPixmap(sd_bus_message* reply) { return sd_bus_message_append(reply, "a(iiay)", 0); }
-
-int getText(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* item,
-            sd_bus_error*)
+int getProperty(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* item,
+                sd_bus_error*)
 {
-    return static_cast<const StatusItem*>(item)->getText(property, reply);
-}
-
-int getPixmap(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*,
-              sd_bus_error*)
-{
-    return std::string_view(property) == "IconPixmap" ? appendLogo(reply) : appendNoPixmap(reply);
-}
-
-int getToolTip(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, "Kest Settings", "");
-}
-
-int getMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "o", kMenuPath);
-}
-
-int getItemIsMenu(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "b", 1);
-}
-
-int getWindowId(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "i", 0);
+    return static_cast<const StatusItem*>(item)->getProperty(property, reply);
 }
 
 // No Activate: a panel that finds one waits for a double click, or calls it in place of opening the menu.
@@ -78,22 +53,22 @@ int getWindowId(sd_bus*, const char*, const char*, const char*, sd_bus_message* 
 // clang-format off
 const sd_bus_vtable kProperties[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Category", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Id", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Title", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Status", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("WindowId", "i", getWindowId, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconThemePath", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("IconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("OverlayIconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("OverlayIconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionIconName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionIconPixmap", "a(iiay)", getPixmap, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("AttentionMovieName", "s", getText, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("ToolTip", "(sa(iiay)ss)", getToolTip, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("ItemIsMenu", "b", getItemIsMenu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Menu", "o", getMenu, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Category", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Id", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Title", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Status", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("WindowId", "i", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconThemePath", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconName", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("IconPixmap", "a(iiay)", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("OverlayIconName", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("OverlayIconPixmap", "a(iiay)", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconName", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionIconPixmap", "a(iiay)", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("AttentionMovieName", "s", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ToolTip", "(sa(iiay)ss)", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("ItemIsMenu", "b", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Menu", "o", getProperty, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_SIGNAL("NewTitle", "", 0),
     SD_BUS_SIGNAL("NewIcon", "", 0),
     SD_BUS_SIGNAL("NewToolTip", "", 0),
@@ -150,9 +125,7 @@ StatusItem::StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks repo
     : bus(onBus), iconThemePath(busText(themePath)), callbacks(std::move(reports)),
       name(std::string(kInterface) + "-" + std::to_string(getpid()) + "-1")
 {
-    sd_bus_slot* added = nullptr;
-    exportResult = sd_bus_add_object_vtable(bus, &added, kItemPath, kInterface, kProperties, this);
-    object.reset(added);
+    exportResult = sd_bus_add_object_vtable(bus, Into(object), kItemPath, kInterface, kProperties, this);
     if (exportResult >= 0)
         exportResult = claimName();
     registrationsLeft = kMaxRegistrations;
@@ -162,24 +135,31 @@ StatusItem::StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks repo
 
 int StatusItem::claimName()
 {
-    sd_bus_slot* request = nullptr;
-    int result = sd_bus_request_name_async(bus, &request, name.c_str(), 0, onNameAnswered, this);
-    nameRequest.reset(request);
+    int result = sd_bus_request_name_async(bus, Into(nameRequest), name.c_str(), 0, onNameAnswered, this);
     if (result >= 0)
-        result = watch(nameOwnerMatch(kWatcher).c_str(), onWatcherOwnerChanged, watcherMatch);
+        result = watch(kOwnerMatch, onWatcherOwnerChanged, watcherMatch);
     return result < 0 ? result : watch(kUnregisteredMatch, onItemUnregistered, unregisteredMatch);
 }
 
 int StatusItem::watch(const char* match, sd_bus_message_handler_t handler, SlotPtr& slot)
 {
-    sd_bus_slot* added = nullptr;
-    const int result = sd_bus_add_match_async(bus, &added, match, handler, onSetUpAnswered, this);
-    slot.reset(added);
-    return result;
+    return sd_bus_add_match_async(bus, Into(slot), match, handler, onSetUpAnswered, this);
 }
 
-int StatusItem::getText(const std::string& property, sd_bus_message* reply) const
+int StatusItem::getProperty(const std::string& property, sd_bus_message* reply) const
 {
+    if (property == "IconPixmap")
+        return appendLogo(reply);
+    if (property.ends_with("Pixmap"))
+        return sd_bus_message_append(reply, "a(iiay)", 0);
+    if (property == "ToolTip")
+        return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, "Kest Settings", "");
+    if (property == "Menu")
+        return sd_bus_message_append(reply, "o", kMenuPath);
+    if (property == "ItemIsMenu")
+        return sd_bus_message_append(reply, "b", 1);
+    if (property == "WindowId")
+        return sd_bus_message_append(reply, "i", 0);
     const std::map<std::string, std::string> texts{
         {"Category", "ApplicationStatus"}, {"Id", kId},
         {"Title", "Kest Settings"},        {"Status", "Active"},
@@ -220,12 +200,9 @@ int StatusItem::registerItem()
 {
     --registrationsLeft;
     callbacks.registering();
-    sd_bus_slot* call = nullptr;
-    const int result =
-        sd_bus_call_method_async(bus, &call, kWatcher, kWatcherPath, kWatcher, "RegisterStatusNotifierItem",
-                                 onRegistrationAnswered, this, "s", kItemPath);
-    registration.reset(call);
-    return result;
+    return sd_bus_call_method_async(bus, Into(registration), kWatcher, kWatcherPath, kWatcher,
+                                    "RegisterStatusNotifierItem", onRegistrationAnswered, this, "s",
+                                    kItemPath);
 }
 
 // A lost connection answers every call with an error; whoever runs the loop reports it.

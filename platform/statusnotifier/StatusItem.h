@@ -33,7 +33,7 @@ public:
     int failure() const { return exportResult; }
 
     // Called by sd-bus.
-    int getText(const std::string& property, sd_bus_message* reply) const;
+    int getProperty(const std::string& property, sd_bus_message* reply) const;
     void watcherOwnerChanged(const std::string& owner);
     void unregistered(std::string_view removedItem);
     void registrationAnswered(bool accepted);

@@ -37,16 +37,12 @@ TrayFrontEnd::TrayFrontEnd()
 // The bus daemon answers or ends, so calls have no time limit by default: a stopped one answers later.
 int TrayFrontEnd::connect()
 {
-    sd_event* newEvent = nullptr;
-    int result = sd_event_new(&newEvent);
-    event.reset(newEvent);
-    sd_bus* bus = nullptr;
+    int result = sd_event_new(Into(event));
     if (result >= 0)
-        result = sd_bus_open_user(&bus);
-    sessionBus.reset(bus);
+        result = sd_bus_open_user(Into(sessionBus));
     if (result >= 0)
-        result = sd_bus_set_method_call_timeout(bus, UINT64_MAX);
-    return result < 0 ? result : sd_bus_set_exit_on_disconnect(bus, 1);
+        result = sd_bus_set_method_call_timeout(bus(), UINT64_MAX);
+    return result < 0 ? result : sd_bus_set_exit_on_disconnect(bus(), 1);
 }
 
 bool TrayFrontEnd::run(App::KestSettingsAppDelegate& application)

@@ -1,51 +1,28 @@
 #include "platform/terminal/Cells.h"
 
-#include "platform/terminal/TextMenu.h"
+#include "text/Printable.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cwchar>
 #include <cwctype>
-#include <string_view>
 
 namespace Kest::Terminal {
 namespace {
 
-struct Character {
-    std::string_view bytes;
-    char32_t code = 0;
-    int width() const { return wcwidth(static_cast<wchar_t>(code)); } // -1 for what the locale lacks
-};
+using Text::Character;
+using Text::forEachCharacter;
 
-// The first character of text that is UTF-8 and not empty.
-Character firstOf(std::string_view text)
-{
-    const auto lead = static_cast<unsigned char>(text.front());
-    if (lead < 0x80)
-        return {text.substr(0, 1), lead};
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    char32_t code = lead & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i)
-        code = (code << 6U) | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    return {text.substr(0, length), code};
-}
-
-template <typename Use>
-void forEachCharacter(std::string_view text, Use use)
-{
-    while (!text.empty()) {
-        const auto character = firstOf(text);
-        use(character);
-        text.remove_prefix(character.bytes.size());
-    }
-}
+// -1 for what the locale lacks.
+int widthOf(const Character& character) { return wcwidth(static_cast<wchar_t>(character.code)); }
 
 } // namespace
 
 std::string drawable(const std::string& text, Glyphs glyphs)
 {
     std::string drawn;
-    forEachCharacter(printable(text), [&](const Character& character) {
-        const bool canBeDrawn = character.code < 0x80 || (glyphs.isUnicode && character.width() >= 0);
+    forEachCharacter(Text::printable(text), [&](const Character& character) {
+        const bool canBeDrawn = character.code < 0x80 || (glyphs.isUnicode && widthOf(character) >= 0);
         drawn += canBeDrawn ? character.bytes : "?";
     });
     return drawn;
@@ -54,7 +31,7 @@ std::string drawable(const std::string& text, Glyphs glyphs)
 int cells(const std::string& text)
 {
     int sum = 0;
-    forEachCharacter(text, [&sum](const Character& character) { sum += std::max(character.width(), 0); });
+    forEachCharacter(text, [&sum](const Character& character) { sum += std::max(widthOf(character), 0); });
     return sum;
 }
 
@@ -70,7 +47,7 @@ std::string fitted(const std::string& text, int width, Glyphs glyphs)
     int used = 0;
     bool isFull = false;
     forEachCharacter(text, [&](const Character& character) {
-        const int wide = std::max(character.width(), 0);
+        const int wide = std::max(widthOf(character), 0);
         isFull = isFull || used + wide > width - 1;
         if (isFull)
             return;
@@ -91,7 +68,7 @@ std::string repeated(const char* text, int times)
 std::u32string folded(const std::string& text)
 {
     std::u32string letters;
-    forEachCharacter(printable(text), [&letters](const Character& character) {
+    forEachCharacter(Text::printable(text), [&letters](const Character& character) {
         letters += static_cast<char32_t>(std::towlower(static_cast<wint_t>(character.code)));
     });
     return letters;

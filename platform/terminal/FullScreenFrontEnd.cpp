@@ -1,6 +1,7 @@
 #include "platform/terminal/FullScreenFrontEnd.h"
 
 #include "app/KestSettingsAppDelegate.h"
+#include "log/Output.h"
 
 #include <csignal>
 #include <ctime>
@@ -8,17 +9,24 @@
 
 namespace Kest::Terminal {
 
+FullScreenFrontEnd::FullScreenFrontEnd(Screen& onScreen) : screen(onScreen), menu(onScreen.glyphs())
+{
+    Lct::redirectOutput([this](std::string_view text) {
+        post([this, printed = std::string(text)] {
+            menu.note(printed);
+            drawLater();
+        });
+    });
+}
+
+FullScreenFrontEnd::~FullScreenFrontEnd() { Lct::redirectOutput({}); }
+
 bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     watchSignals();
     drawLater(); // behind what start-up has posted, so that the menu is whole
     loop.watchInput(STDIN_FILENO, [this] { readKeys(); });
-    if (printed.descriptor() >= 0)
-        loop.watchInput(printed.descriptor(), [this] {
-            menu.note(printed.lastLine());
-            drawLater();
-        });
     const bool succeeded = loop.run();
     delegate = nullptr;
     return succeeded;

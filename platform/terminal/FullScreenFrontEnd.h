@@ -4,7 +4,6 @@
 #include "app/FrontEnd.h"
 #include "platform/posix/MainLoop.h"
 #include "platform/terminal/MenuScreen.h"
-#include "platform/terminal/OutputCapture.h"
 #include "platform/terminal/Screen.h"
 
 #include <functional>
@@ -20,7 +19,10 @@ namespace Kest::Terminal {
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
     /// The screen outlives it.
-    explicit FullScreenFrontEnd(Screen& onScreen) : screen(onScreen), menu(onScreen.glyphs()) {}
+    explicit FullScreenFrontEnd(Screen& onScreen);
+    ~FullScreenFrontEnd() override;
+    FullScreenFrontEnd(const FullScreenFrontEnd&) = delete;
+    FullScreenFrontEnd& operator=(const FullScreenFrontEnd&) = delete;
 
     /// Shows the menu and takes keys until it is asked to quit. False after a failure, which is printed.
     bool run(App::KestSettingsAppDelegate& application);
@@ -39,7 +41,6 @@ private:
     void draw();
 
     Screen& screen;
-    OutputCapture printed;
     Posix::MainLoop loop;
     MenuScreen menu;
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running

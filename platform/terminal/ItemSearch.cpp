@@ -10,11 +10,11 @@ void search(const App::ItemSnapshot& menu, const std::string& menuPath, const st
             std::vector<SearchMatch>& matches)
 {
     for (const auto& item : menu.items) {
-        if (item.properties->hidden || item.properties->separator)
+        if (!isListed(*item.properties))
             continue;
         const auto name = itemName(*item.properties);
         auto path = menuPath;
-        path.append(path.empty() ? "" : " > ").append(name);
+        path.append(path.empty() ? "" : kPathSeparator).append(name);
         if (folded(name).find(part) != std::u32string::npos)
             matches.push_back({item.id, path});
         search(item, path, part, matches);

@@ -1,4 +1,4 @@
-// Finds items by a part of what is written of them.
+// Finds items by a part of their text.
 #pragma once
 
 #include "app/MenuSnapshot.h"

@@ -1,30 +1,32 @@
 #include "platform/terminal/MenuScreen.h"
 
+#include "platform/terminal/TextMenu.h"
+#include "text/Utf8.h"
+
 #include <algorithm>
 #include <limits>
+#include <map>
 
 namespace Kest::Terminal {
 namespace {
 
 constexpr std::size_t kLongestSearch = 256; // bytes
+constexpr std::size_t kLongestNote = 4096;  // bytes
 constexpr int kAllTheWay = std::numeric_limits<int>::max() / 2;
 
-void collectSubmenus(const App::ItemSnapshot& menu, std::vector<App::ItemId>& submenus)
+void collectBuses(const App::ItemSnapshot& menu, std::vector<std::string>& names)
 {
     for (const auto& item : menu.items) {
-        if (!item.hasSubmenu || item.properties->hidden)
-            continue;
-        submenus.push_back(item.id);
-        collectSubmenus(item, submenus);
+        if (item.properties->action == App::Action::setDefaultKestBus)
+            names.push_back(item.properties->title);
+        collectBuses(item, names);
     }
 }
 
 void removeLastCharacter(std::string& text)
 {
-    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80)
-        text.pop_back();
     if (!text.empty())
-        text.pop_back();
+        text.resize(Text::wholeCharacters(text, text.size() - 1));
 }
 
 // "2026-03-01 14:05:09.004211 <ERRO> settings ..." is shown as "14:05:09 settings ...".
@@ -41,14 +43,32 @@ std::string withoutDateAndLevel(const std::string& line)
 
 } // namespace
 
-void MenuScreen::note(const std::string& line) { lastNote = withoutDateAndLevel(line); }
+// A line counts as soon as it begins: some are never ended.
+void MenuScreen::note(const std::string& printed)
+{
+    const auto text = unfinishedNote + printed;
+    if (const auto last = text.find_last_not_of(" \t\r\n"); last != std::string::npos) {
+        const auto begin = text.rfind('\n', last) + 1; // npos + 1 is 0
+        lastNote = withoutDateAndLevel(text.substr(begin, last + 1 - begin));
+    }
+    unfinishedNote = text.substr(text.rfind('\n') + 1, kLongestNote);
+}
 
 void MenuScreen::show(App::ItemSnapshot statusMenu, std::time_t now)
 {
-    buses.look(statusMenu, now);
+    noteBuses(statusMenu, now);
     navigator.show(std::move(statusMenu));
     if (mode == Mode::search)
         searchAgain();
+}
+
+void MenuScreen::noteBuses(const App::ItemSnapshot& statusMenu, std::time_t now)
+{
+    std::vector<std::string> names;
+    collectBuses(statusMenu, names);
+    if (names != buses && !buses.empty())
+        busesChanged = now;
+    buses = std::move(names);
 }
 
 Request MenuScreen::press(const Input& input)
@@ -103,17 +123,11 @@ Request MenuScreen::pressInMenu(const Input& input)
 
 Request MenuScreen::pressCharacter(char letter)
 {
+    static const std::map<char, Key> kKeys = {
+        {'h', Key::left}, {'j', Key::down}, {'k', Key::up}, {'l', Key::right}, {' ', Key::enter}};
+    if (const auto same = kKeys.find(letter); same != kKeys.end())
+        return pressInMenu({.key = same->second});
     switch (letter) {
-    case 'h':
-        return pressInMenu({.key = Key::left, .text = {}});
-    case 'j':
-        return pressInMenu({.key = Key::down, .text = {}});
-    case 'k':
-        return pressInMenu({.key = Key::up, .text = {}});
-    case 'l':
-        return pressInMenu({.key = Key::right, .text = {}});
-    case ' ':
-        return pressInMenu({.key = Key::enter, .text = {}});
     case 'q':
         return {.opened = {}, .quit = true};
     case '?':
@@ -123,7 +137,7 @@ Request MenuScreen::pressCharacter(char letter)
         mode = Mode::search;
         searched.clear();
         searchAgain();
-        return openAll();
+        return {.opened = submenusBelow(navigator.statusMenu())}; // what is searched is looked at
     default:
         return {};
     }
@@ -145,14 +159,6 @@ Request MenuScreen::open(App::ItemId submenu)
     const auto* before = &navigator.menu();
     navigator.enter(submenu);
     return &navigator.menu() == before ? Request{} : Request{.opened = {submenu}};
-}
-
-// What is searched is looked at.
-Request MenuScreen::openAll()
-{
-    Request request;
-    collectSubmenus(navigator.statusMenu(), request.opened);
-    return request;
 }
 
 Request MenuScreen::click(int line)

@@ -3,7 +3,6 @@
 
 #include "app/MenuSnapshot.h"
 #include "backend/Backend.h"
-#include "platform/terminal/BusListNote.h"
 #include "platform/terminal/Cells.h"
 #include "platform/terminal/ItemSearch.h"
 #include "platform/terminal/Navigator.h"
@@ -37,8 +36,8 @@ enum class Key : std::uint8_t {
 
 struct Input {
     Key key = Key::other;
-    std::string text; // UTF-8
-    int line = 0;     // of the screen, from 0
+    std::string text{}; // UTF-8
+    int line = 0;       // of the screen, from 0
 };
 
 /// What the application is to be told of an input, in this order.
@@ -63,6 +62,10 @@ struct ScreenLine {
     bool selected = false;
 };
 
+/// An item as one row of `width` cells: a pointer when it is the selected one, mark and title, an arrow when
+/// there is something below it. An encoding has its progress as a bar behind its name.
+std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
+
 /// A title, the rows of the open menu, what was printed last, and what is known of the host and its buses.
 class MenuScreen {
 public:
@@ -70,8 +73,9 @@ public:
 
     /// The menu is this since `now`, in seconds since 1970.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// A line that was printed; of a log line the date and the level are not shown.
-    void note(const std::string& line);
+    /// Text that was printed, whole lines or parts of one. Its last line that is not blank is shown, of a log
+    /// line without the date and the level.
+    void note(const std::string& printed);
     void showHost(Settings::HostState state) { host = state; }
     Request press(const Input& input);
 
@@ -81,12 +85,12 @@ public:
 private:
     enum class Mode : std::uint8_t { menu, search, help };
 
+    void noteBuses(const App::ItemSnapshot& statusMenu, std::time_t now);
     Request pressInMenu(const Input& input);
     Request pressInSearch(const Input& input);
     Request pressCharacter(char letter);
     Request activate(App::ItemId id);
     Request open(App::ItemId submenu);
-    Request openAll();
     Request click(int line);
     Request goToMatch();
     void edit(const Input& input);
@@ -95,14 +99,17 @@ private:
     std::string titleText() const;
     std::string messageText() const;
     std::string statusText() const;
+    std::string busText() const;
     std::vector<ScreenLine> menuLines(int height, int width);
     std::vector<ScreenLine> matchLines(int height, int width);
 
     const Glyphs glyphs;
     Navigator navigator;
-    BusListNote buses;
+    std::vector<std::string> buses;
+    std::time_t busesChanged = 0; // 0: not since the first list
     Settings::HostState host = Settings::HostState::absent;
     std::string lastNote;
+    std::string unfinishedNote;
     Mode mode = Mode::menu;
     std::string searched;
     std::vector<SearchMatch> matches;

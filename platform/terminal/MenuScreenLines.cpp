@@ -1,5 +1,4 @@
 // How the full-screen menu looks.
-#include "platform/terminal/MenuRow.h"
 #include "platform/terminal/MenuScreen.h"
 #include "platform/terminal/TextMenu.h"
 
@@ -61,7 +60,43 @@ std::string rangeText(int top, int height, int count)
            std::to_string(count);
 }
 
+constexpr int kShortestBar = 8;
+constexpr int kLongestBar = 40;
+
+// " [####......]  42%"; `width` is that of the bar's inside. Empty for no percentage.
+std::string progressBar(const std::optional<int>& percent, int width, Glyphs glyphs)
+{
+    if (!percent)
+        return {};
+    const int shown = std::clamp(*percent, 0, 100);
+    const int done = shown * width / 100;
+    const auto number = std::to_string(shown) + "%";
+    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
+           std::string(4 - number.size(), ' ') + number;
+}
+
+std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
+{
+    const auto& seen = *item.properties;
+    const std::string greyed = seen.enabled ? "" : " (greyed)";
+    if (!seen.view)
+        return fitted(markText(seen) + drawable(plainLabel(seen), glyphs) + greyed, width, glyphs);
+
+    auto bar = progressBar(seen.view->percent, std::clamp(width / 3, kShortestBar, kLongestBar), glyphs);
+    const auto name = markText(seen) + drawable(itemName(seen), glyphs) + greyed;
+    return fitted(name, width - cells(bar), glyphs) + bar;
+}
+
 } // namespace
+
+std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs)
+{
+    if (item.properties->separator)
+        return "  " + repeated(glyphs.separator(), width - 4) + "  ";
+    const std::string pointer = isSelected ? "> " : "  ";
+    const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.below() : "  ";
+    return pointer + labelText(item, width - 4, glyphs) + arrow;
+}
 
 std::vector<ScreenLine> MenuScreen::lines(Size size)
 {
@@ -99,7 +134,7 @@ std::string MenuScreen::titleText() const
     std::string title = "Kest Settings";
     for (const auto* menu : navigator.openMenus())
         if (menu->id != App::kStatusMenuId)
-            title += " > " + drawable(itemName(*menu->properties), glyphs);
+            title.append(kPathSeparator).append(drawable(itemName(*menu->properties), glyphs));
     return title;
 }
 
@@ -109,11 +144,23 @@ std::string MenuScreen::statusText() const
     case Settings::HostState::refused:
         return "K3DHost refused, not 64 bit";
     case Settings::HostState::absent:
-        return "no K3DHost, " + buses.text();
+        return "no K3DHost, " + busText();
     case Settings::HostState::attached:
         break;
     }
-    return "K3DHost: " + buses.text();
+    return "K3DHost: " + busText();
+}
+
+// "2 buses, changed 14:03:07" in local time.
+std::string MenuScreen::busText() const
+{
+    const auto count = std::to_string(buses.size()) + (buses.size() == 1 ? " bus" : " buses");
+    if (busesChanged == 0)
+        return count + ", no change so far";
+    std::tm local{};
+    localtime_r(&busesChanged, &local);
+    char time[16];
+    return count + ", changed " + std::string(time, std::strftime(time, sizeof time, "%H:%M:%S", &local));
 }
 
 std::string MenuScreen::messageText() const

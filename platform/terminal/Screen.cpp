@@ -1,15 +1,14 @@
 #include "platform/terminal/Screen.h"
 
-#include "platform/terminal/ScreenKeys.h"
-#include "platform/terminal/TerminalStrings.h"
-
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <curses.h>
 #include <fcntl.h>
 #include <langinfo.h>
+#include <map>
 #include <poll.h>
 #include <string_view>
 #include <sys/ioctl.h>
@@ -66,7 +65,67 @@ attr_t attributesOf(const ScreenLine& line, bool hasColours)
     return A_NORMAL;
 }
 
+// The library's mouse version 1, which macOS has, knows four buttons and reports the wheel's downward step as
+// a position.
+constexpr mmask_t kWheelDown = NCURSES_MOUSE_VERSION > 1 ? NCURSES_MOUSE_MASK(5, NCURSES_BUTTON_PRESSED)
+                                                         : REPORT_MOUSE_POSITION;
+
+constexpr mmask_t kMouseEvents = BUTTON1_PRESSED | BUTTON4_PRESSED | kWheelDown;
+
+Input plain(Key key) { return {.key = key}; }
+
 } // namespace
+
+Input inputOfCharacter(std::wint_t character)
+{
+    switch (character) {
+    case '\r':
+    case '\n':
+        return plain(Key::enter);
+    case 0x1B:
+        return plain(Key::escape);
+    case 0x08:
+    case 0x7F:
+        return plain(Key::backspace);
+    default:
+        break;
+    }
+    char bytes[MB_LEN_MAX];
+    const int count = std::wctomb(bytes, static_cast<wchar_t>(character));
+    if (character < 0x20 || count <= 0)
+        return plain(Key::other);
+    return {.key = Key::character, .text = std::string(bytes, static_cast<std::size_t>(count))};
+}
+
+Input inputOfKey(int code)
+{
+    static const std::map<int, Key> kKeys = {
+        {KEY_UP, Key::up},
+        {KEY_DOWN, Key::down},
+        {KEY_LEFT, Key::left},
+        {KEY_RIGHT, Key::right},
+        {KEY_PPAGE, Key::pageUp},
+        {KEY_NPAGE, Key::pageDown},
+        {KEY_HOME, Key::home},
+        {KEY_END, Key::end},
+        {KEY_ENTER, Key::enter},
+        {KEY_DC, Key::backspace},
+        {KEY_BACKSPACE, Key::backspace},
+    };
+    const auto found = kKeys.find(code);
+    return plain(found == kKeys.end() ? Key::other : found->second);
+}
+
+Input inputOfMouse(unsigned long buttons, int line)
+{
+    if ((buttons & BUTTON1_PRESSED) != 0)
+        return {.key = Key::click, .line = line};
+    if ((buttons & BUTTON4_PRESSED) != 0)
+        return plain(Key::wheelUp);
+    if ((buttons & kWheelDown) != 0)
+        return plain(Key::wheelDown);
+    return plain(Key::other);
+}
 
 struct Screen::Curses {
     SCREEN* screen = nullptr;
@@ -110,7 +169,7 @@ bool Screen::start()
     curs_set(0);
     takeSuspendKey();
     startColours();
-    mousemask(static_cast<mmask_t>(mouseEvents()), nullptr);
+    mousemask(kMouseEvents, nullptr);
     mouseinterval(0); // a press is a press at once
     return true;
 }
@@ -201,13 +260,13 @@ std::optional<Input> Screen::nextInput()
         return std::nullopt;
     const auto suspendKey = modesBefore.c_cc[VSUSP];
     if (kind != KEY_CODE_YES && code == suspendKey && suspendKey != _POSIX_VDISABLE)
-        return Input{.key = Key::suspend, .text = {}};
+        return Input{.key = Key::suspend};
     if (kind != KEY_CODE_YES)
         return inputOfCharacter(code);
     if (code != KEY_MOUSE)
         return inputOfKey(static_cast<int>(code));
     MEVENT event{};
-    return getmouse(&event) == OK ? inputOfMouse(event.bstate, event.y) : Input{.text = {}};
+    return getmouse(&event) == OK ? inputOfMouse(event.bstate, event.y) : Input{};
 }
 
 bool Screen::hasHungUp()

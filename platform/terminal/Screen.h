@@ -5,12 +5,20 @@
 #include "platform/terminal/TerminalGuard.h"
 
 #include <cstdio>
+#include <cwchar>
 #include <memory>
 #include <optional>
 #include <termios.h>
 #include <vector>
 
 namespace Kest::Terminal {
+
+/// A typed character, control characters too.
+Input inputOfCharacter(std::wint_t character);
+/// A KEY_ code of the library.
+Input inputOfKey(int code);
+/// A button's state, and the line of the screen that it is on.
+Input inputOfMouse(unsigned long buttons, int line);
 
 /// One for each process, main thread only. Has a descriptor of its own to the terminal, so that standard
 /// output may go elsewhere meanwhile. The terminal is in order again when it is gone.

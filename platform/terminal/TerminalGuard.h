@@ -10,6 +10,12 @@ namespace Kest::Terminal {
 /// stalled. Any thread, signal handlers too.
 bool takesOutput(int terminal);
 
+/// Whether the terminal that TERM names is known and can be drawn on.
+bool canPlaceCursor(int terminal);
+
+/// What ends drawing on the terminal that is drawn on now: text to write to it as it is.
+std::string farewell();
+
 /// One for each process. While it lives, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL put the terminal back
 /// and then have the effect that they had before. Main thread only, but for `restore`.
 class TerminalGuard {

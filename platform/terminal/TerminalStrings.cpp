@@ -1,5 +1,5 @@
 // Apart from all else, for the library's header takes many names for its macros.
-#include "platform/terminal/TerminalStrings.h"
+#include "platform/terminal/TerminalGuard.h"
 
 #include <cstdint>
 #include <curses.h>

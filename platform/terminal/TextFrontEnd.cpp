@@ -1,8 +1,8 @@
 #include "platform/terminal/TextFrontEnd.h"
 
+#include "app/ItemPath.h"
 #include "app/KestSettingsAppDelegate.h"
 #include "log/Output.h"
-#include "platform/terminal/MenuPath.h"
 #include "platform/terminal/TextMenu.h"
 
 #include <cerrno>
@@ -13,7 +13,6 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr std::size_t kLongestLine = 4096;
 constexpr char kHelp[] =
     "choose ITEM      what a click on it does, e.g. choose Speaker Configuration > Stereo\n"
     "open SUBMENU     its items, e.g. open Monitoring Facility\n"
@@ -59,45 +58,35 @@ void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
 
 void TextFrontEnd::readInput()
 {
-    char bytes[kLongestLine];
+    char bytes[4096];
     const auto count = read(STDIN_FILENO, bytes, sizeof bytes);
     if (count < 0 && (errno == EINTR || errno == EAGAIN))
         return;
     if (count <= 0)
         return inputEnded();
-    for (std::string_view rest(bytes, static_cast<std::size_t>(count));
-         !rest.empty() && !loop.isQuitting();) {
-        const auto end = rest.find('\n');
-        takeInput(rest.substr(0, end), end != std::string_view::npos);
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    }
+    takeInput({bytes, static_cast<std::size_t>(count)});
 }
 
-// An over-long line is dropped whole.
-void TextFrontEnd::takeInput(std::string_view piece, bool endsLine)
+void TextFrontEnd::takeInput(std::string_view bytes)
 {
-    if (unfinishedLine.size() <= kLongestLine)
-        unfinishedLine += piece;
-    if (!endsLine)
-        return;
-    const auto line = std::exchange(unfinishedLine, {});
-    if (line.size() > kLongestLine)
-        reject("a line of more than 4096 bytes is no command");
-    else
-        obey(trimmed(line));
+    lines.feed(
+        bytes, [this](std::string_view line) { obey(trimmed(line)); },
+        [this](std::string_view) { reject("a line of more than 4096 bytes is no command"); });
 }
 
 // A service, which has no commands at all, goes on.
 void TextFrontEnd::inputEnded()
 {
     loop.unwatch(STDIN_FILENO);
-    takeInput("", true);
+    takeInput("\n");
     if (hasHadCommand || isatty(STDIN_FILENO) != 0)
         loop.quit();
 }
 
 void TextFrontEnd::obey(std::string_view line)
 {
+    if (loop.isQuitting())
+        return;
     hasHadCommand |= !line.empty();
     const auto command = line.substr(0, line.find(' '));
     const auto argument = trimmed(line.substr(command.size()));
@@ -118,9 +107,10 @@ void TextFrontEnd::obey(std::string_view line)
 void TextFrontEnd::choose(std::string_view path)
 {
     const auto menu = takeSnapshot(delegate->menu());
-    const auto [item, error] = findByPath(menu, path);
+    const auto found = findByPath(menu, path);
+    const auto* item = found.item;
     if (item == nullptr)
-        reject(error);
+        reject(found.error);
     else if (item->hasSubmenu)
         reject(quoted(*item) + " is a submenu: open it, or choose one of its items");
     else if (!delegate->choose(item->id))
@@ -130,9 +120,10 @@ void TextFrontEnd::choose(std::string_view path)
 void TextFrontEnd::open(std::string_view path)
 {
     const auto menu = takeSnapshot(delegate->menu());
-    const auto [item, error] = findByPath(menu, path);
+    const auto found = findByPath(menu, path);
+    const auto* item = found.item;
     if (item == nullptr)
-        return reject(error);
+        return reject(found.error);
     if (!item->hasSubmenu)
         return reject(quoted(*item) + " is not a submenu");
     announceOpening(*item);
@@ -163,18 +154,9 @@ void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
 // changed.
 void TextFrontEnd::announceOpening(const App::ItemSnapshot& menu)
 {
-    std::vector<App::ItemId> submenus;
-    const auto collect = [&submenus](const auto& self, const App::ItemSnapshot& item) -> void {
-        if (!item.hasSubmenu || item.properties->hidden)
-            return;
-        submenus.push_back(item.id);
-        for (const auto& child : item.items)
-            self(self, child);
-    };
-    collect(collect, menu);
-
     const bool before = std::exchange(printsChanges, false);
-    for (const auto id : submenus)
+    delegate->menuWillOpen(menu.id);
+    for (const auto id : submenusBelow(menu))
         delegate->menuWillOpen(id);
     printsChanges = before;
 }

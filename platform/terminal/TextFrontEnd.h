@@ -4,6 +4,7 @@
 #include "app/FrontEnd.h"
 #include "app/MenuSnapshot.h"
 #include "platform/posix/MainLoop.h"
+#include "text/LineSplitter.h"
 
 #include <string>
 #include <string_view>
@@ -32,7 +33,7 @@ public:
 
 private:
     void readInput();
-    void takeInput(std::string_view piece, bool endsLine);
+    void takeInput(std::string_view bytes);
     void inputEnded();
     void obey(std::string_view line);
     void choose(std::string_view path);
@@ -46,8 +47,8 @@ private:
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     bool printsChanges = false;
     bool hasHadCommand = false;
-    bool hasFailed = false;     // a command has
-    std::string unfinishedLine; // at most two reads long
+    bool hasFailed = false; // a command has
+    Text::LineSplitter lines;
 };
 
 } // namespace Kest::Terminal

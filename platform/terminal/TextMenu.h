@@ -1,16 +1,19 @@
 // The menu in plain lines of text.
 #pragma once
 
+#include "app/ItemPath.h"
 #include "app/MenuSnapshot.h"
-#include "app/Utf8.h"
+#include "text/Printable.h"
 
 #include <string>
 #include <vector>
 
 namespace Kest::Terminal {
 
+using App::isListed;
 using App::itemName;
-using App::printable;
+using App::kPathSeparator;
+using Text::printable;
 
 /// "(x) " and the like; empty for an item that cannot be on.
 std::string markText(const App::ItemProperties& item);

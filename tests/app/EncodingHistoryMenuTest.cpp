@@ -18,10 +18,8 @@ TEST(EncodingName, HasNoTag)
     EXPECT_EQ(encodingName("é_äöü"), "é") << "characters, not bytes";
     EXPECT_EQ(encodingName("七人の侍"), "七人の侍") << "its length is counted in bytes";
     EXPECT_EQ(encodingName("七人"), "七人");
-    EXPECT_EQ(plainLabel({.title = {}, .tag = 7, .view = EntryView{encodingName("_xyz"), 0}}),
-              "Process 7  0%");
-    EXPECT_EQ(plainLabel({.title = {}, .tag = 7, .view = EntryView{encodingName("_xyz"), {}, true}}),
-              " - Failed");
+    EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), 0}}), "Process 7  0%");
+    EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), {}, true}}), " - Failed");
 }
 
 // What takes the place of ending encoders and deleting folders. Its threads may outlive the test.

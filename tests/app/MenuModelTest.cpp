@@ -106,7 +106,7 @@ TEST(MenuModel, GivesNoIdThatIsInUseWhenAllWereGiven)
 {
     MenuModel model(5);
     const auto add = [](Menu& menu, const std::string& title) {
-        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .view = {}})).id();
+        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title})).id();
     };
     auto& root = model.statusMenu();
     const auto kept = add(root, "Kept");

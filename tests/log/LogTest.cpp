@@ -1,6 +1,7 @@
 // The logger's line on both streams, and what happens when nobody reads them or lines repeat.
 #include "log/Log.h"
 
+#include "log/Output.h"
 #include "log/OutputQueue.h"
 #include "log/RepeatLimiter.h"
 #include "tests/support/Captured.h"
@@ -69,6 +70,21 @@ TEST(Log, WritesARepeatedLineOnceAMinuteWithTheNumberLeftOut)
         written += limiter.admit(format, std::to_string(pid), 61) ? 1 : 0;
     EXPECT_EQ(written, Lct::RepeatLimiter::kMaxLines - 2) << "different texts of one format";
     EXPECT_EQ(limiter.admit("another", "full", 61), 0u);
+}
+
+TEST(Output, GoesToAFrontEndThatTakesItButErrorsOnlyFromATerminal)
+{
+    Kest::Test::captureErrors();
+    std::string taken;
+    Lct::redirectOutput([&](std::string_view text) { taken += text; });
+    Lct::print("bus 0 : Main Bus\n");
+    Lct::printError("no session\n");
+    Lct::redirectOutput({});
+    testing::internal::CaptureStdout();
+    Lct::print("bus 1 : Dialog\n");
+    EXPECT_EQ(Kest::Test::capturedOutput(), "bus 1 : Dialog\n");
+    EXPECT_EQ(taken, "bus 0 : Main Bus\n");
+    EXPECT_EQ(Kest::Test::capturedErrors(), "no session\n");
 }
 
 std::atomic<bool> isStuck = true;

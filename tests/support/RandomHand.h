@@ -26,7 +26,7 @@ private:
         const auto title = separator ? std::string() : "Item " + std::to_string(upTo(8));
         const auto action = separator || upTo(1) == 0 ? App::Action::none : App::Action::setFacility;
         return std::make_unique<App::MenuItem>(App::ItemProperties{
-            .title = title, .action = action, .red = upTo(4) == 0, .separator = separator, .view = {}});
+            .title = title, .action = action, .red = upTo(4) == 0, .separator = separator});
     }
     // As the bus menu is: gone and made anew, with most of its items the same.
     void rebuild(App::Menu& menu)

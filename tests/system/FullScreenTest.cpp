@@ -160,6 +160,7 @@ TEST_F(FullScreen, ChoicesByKeysAndMouseReachTheFileAndTheHost)
     ASSERT_TRUE(terminal.shows("K3DHost: 2 buses, changed "));
     terminal.press("Enter");
     ASSERT_TRUE(terminal.shows("> ( ) Dialog"));
+    EXPECT_TRUE(terminal.shows("\nbus 1 : Dialog\n")) << "what is printed has its line on the screen";
     terminal.press("Enter");
     EXPECT_TRUE(host.prints("(id bus-1)"));
     host.say("stop");
@@ -185,7 +186,7 @@ TEST_F(FullScreen, FollowsTheWindowAndComesBackAfterASuspension)
 {
     startAgent();
     terminal.resize(50, 10);
-    ASSERT_TRUE(terminal.shows(" 1-7 of 16"));
+    ASSERT_TRUE(terminal.shows(" 1-7 of "));
     terminal.resize(30, 6);
     ASSERT_TRUE(terminal.shows("Window too small: 40x8 needed"));
     terminal.resize(80, 24);
@@ -197,7 +198,7 @@ TEST_F(FullScreen, FollowsTheWindowAndComesBackAfterASuspension)
     terminal.command("clear; fg");
     ASSERT_TRUE(terminal.shows("Quit Kest Settings"));
     EXPECT_EQ(terminal.value("alternate_on"), "1");
-    terminal.press("Down Enter");
+    terminal.press("/ 'default bus' Enter Enter");
     ASSERT_TRUE(terminal.shows("> (x) Main Bus"));
 
     terminal.press("C-z");
@@ -213,13 +214,13 @@ TEST_F(FullScreen, IsSuspendedAndContinuedWithTheScriptThatStartedIt)
     writeFile("/tmp/start", "sleep 1000 &\n'" + agent + "'\nkill $!\n");
     terminal.command("clear; sh /tmp/start");
     ASSERT_TRUE(terminal.shows("> Solo Mode"));
-    for (const std::string key : {"Down", "Up", "Down", "Up"}) {
+    for (const std::string key : {"End", "Home", "End", "Home"}) {
         terminal.press("C-z");
         ASSERT_TRUE(terminal.shows("Stopped")) << "the shell has the terminal";
         EXPECT_TRUE(terminal.isStopped());
         terminal.command("clear; fg");
         terminal.press(key);
-        ASSERT_TRUE(terminal.shows(key == "Up" ? "> Solo Mode" : "> Default Bus"));
+        ASSERT_TRUE(terminal.shows(key == "Home" ? "> Solo Mode" : "> Quit Kest Settings"));
     }
     terminal.press("C-z");
     ASSERT_TRUE(terminal.shows("Stopped"));

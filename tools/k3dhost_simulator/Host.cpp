@@ -1,7 +1,7 @@
 #include "tools/k3dhost_simulator/Host.h"
 
 #include "lipc/SettingsRecord.h"
-#include "tools/session_text/Text.h"
+#include "text/Printable.h"
 
 #include <cstring>
 #include <utility>
@@ -9,8 +9,8 @@
 namespace K3DHostSimulator {
 namespace {
 
-using SessionText::printableBytes;
-using SessionText::printableNumber;
+using Kest::Text::escapedBytes;
+using Kest::Text::printable;
 
 constexpr std::chrono::seconds kForeignLookEvery{1};
 constexpr std::int32_t kVersionHostData = 0x0003'0001;
@@ -24,7 +24,7 @@ const Client kSettingsClient = {LIPC::kSettingsClientName, kSettingsType, "Kest 
 
 std::string busLine(const std::string& id, std::string_view name)
 {
-    return "bus " + printableBytes(id) + " " + printableBytes(name);
+    return "bus " + escapedBytes(id) + " " + escapedBytes(name);
 }
 
 } // namespace
@@ -86,7 +86,7 @@ Failure Host::addBus(const std::string& id, const std::string& name)
     if (watcher == nullptr)
         return "the host does not run";
     if (slotOf(watcher->expected(), id) >= 0)
-        return "client '" + printableBytes(id) + "' is there already";
+        return "client '" + escapedBytes(id) + "' is there already";
     const int slot = freeSlot(watcher->expected());
     if (slot < 0)
         return "no slot is free";
@@ -113,7 +113,7 @@ Failure Host::renameBus(const std::string& id, const std::string& name)
         return failure;
     const std::string before(watcher->expected().clients[slot].labelText());
     change(slot, [&](auto& record) { relabelClient(record, name); });
-    printEvent(busLine(id, before) + " renamed to " + printableBytes(name));
+    printEvent(busLine(id, before) + " renamed to " + escapedBytes(name));
     return std::nullopt;
 }
 
@@ -125,7 +125,7 @@ Failure Host::postMessage(float number)
     if (slot < 0)
         return "there is no KestSettings to post a message to";
     change(slot, [number](auto& record) { LIPC::storeShared(record.params[LIPC::eHostMessage], number); });
-    printEvent("message " + printableNumber(number));
+    printEvent("message " + printable(number));
     return std::nullopt;
 }
 
@@ -135,7 +135,7 @@ Failure Host::findBus(const std::string& id, int& slot)
         return "the host does not run";
     slot = slotOf(watcher->expected(), id);
     if (slot < 0 || watcher->expected().clients[slot].type != LIPC::kBusType)
-        return "there is no bus '" + printableBytes(id) + "'";
+        return "there is no bus '" + escapedBytes(id) + "'";
     return std::nullopt;
 }
 

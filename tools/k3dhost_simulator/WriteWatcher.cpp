@@ -2,8 +2,8 @@
 
 #include "lipc/SettingsRecord.h"
 #include "tables/Settings.h"
+#include "text/Printable.h"
 #include "tools/k3dhost_simulator/SessionRecords.h"
-#include "tools/session_text/Text.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,9 +13,9 @@ namespace K3DHostSimulator {
 namespace {
 
 using Kest::Settings::kParameterSettings;
-using SessionText::printableBytes;
-using SessionText::printableNumber;
-using SessionText::printableUtf8;
+using Kest::Text::escaped;
+using Kest::Text::escapedBytes;
+using Kest::Text::printable;
 
 constexpr const auto& kFacility = Kest::Settings::setting("Facility");
 constexpr std::string_view kDefaultBus = "default bus ";
@@ -72,10 +72,10 @@ std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& se
             if (std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(known)) // NaN too
                 continue;
             known = value;
-            lines.push_back(std::string(setting.name) + " " + printableNumber(value));
+            lines.push_back(std::string(setting.name) + " " + printable(value));
         }
         if (facility.look(record.strings[kFacility.number].text()))
-            lines.push_back(std::string(kFacility.name) + " " + printableUtf8(facility.text()));
+            lines.push_back(std::string(kFacility.name) + " " + escaped(facility.text()));
     }
     if (defaultBus.look(session.defaultBus.text()))
         lines.push_back(defaultBusLine());
@@ -85,10 +85,10 @@ std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& se
 std::string WriteWatcher::defaultBusLine() const
 {
     const int slot = slotOf(*image, defaultBus.text());
-    const auto id = "(id " + printableBytes(defaultBus.text()) + ")";
+    const auto id = "(id " + escapedBytes(defaultBus.text()) + ")";
     if (slot < 0)
         return std::string(kDefaultBus) + id;
-    return std::string(kDefaultBus) + printableBytes(image->clients[slot].labelText()) + " " + id;
+    return std::string(kDefaultBus) + escapedBytes(image->clients[slot].labelText()) + " " + id;
 }
 
 std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& session)

@@ -1,8 +1,8 @@
 #include "tools/kest_inspect/Json.h"
 
 #include "tables/KestSettingsTables.h"
+#include "text/Printable.h"
 #include "tools/kest_inspect/Words.h"
-#include "tools/session_text/Text.h"
 
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -17,7 +17,7 @@ Json text(std::string_view bytes) { return textInUtf8(bytes); }
 Json textOrNull(std::string_view bytes) { return bytes.empty() ? Json() : text(bytes); }
 
 // As it is printed: a float of 0.1 is no 0.10000000149.
-Json number(float value) { return std::strtod(SessionText::printableNumber(value).c_str(), nullptr); }
+Json number(float value) { return std::strtod(Kest::Text::printable(value).c_str(), nullptr); }
 
 Json byDefault(int parameter)
 {

@@ -2,8 +2,8 @@
 
 #include "lipc/VersionBuffer.h"
 #include "tables/KestSettingsTables.h"
+#include "text/Printable.h"
 #include "tools/kest_inspect/Words.h"
-#include "tools/session_text/Text.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -11,10 +11,10 @@
 namespace KestInspect {
 namespace {
 
-using SessionText::printableNumber;
+using Kest::Text::printable;
 
-std::string name(std::string_view bytes) { return SessionText::printableUtf8(nameInUtf8(bytes)); }
-std::string text(std::string_view bytes) { return SessionText::printableUtf8(textInUtf8(bytes)); }
+std::string name(std::string_view bytes) { return Kest::Text::escaped(nameInUtf8(bytes)); }
+std::string text(std::string_view bytes) { return Kest::Text::escaped(textInUtf8(bytes)); }
 
 // Filled up with blanks to a number of characters.
 std::string column(std::string utf8, std::ptrdiff_t width)
@@ -61,9 +61,9 @@ std::string parameterRows(const AgentRecord& agent)
         const bool hasDefault = usual != Kest::Settings::cParameterDefaults.end();
         if (parameterName(i).empty() && !hasDefault && value == 0)
             continue;
-        const auto byDefault = hasDefault ? "default " + printableNumber(usual->second) : "";
+        const auto byDefault = hasDefault ? "default " + printable(usual->second) : "";
         rows += withoutBlanksAtEnd(number(i, 6) + "  " + column(std::string(parameterName(i)), 26) + " " +
-                                   column(printableNumber(value), 8) + " " + column(byDefault, 12) + " " +
+                                   column(printable(value), 8) + " " + column(byDefault, 12) + " " +
                                    parameterMeaning(i, value));
     }
     return rows;
@@ -126,7 +126,7 @@ struct Line {
     std::string operator()(const ParameterChanged& changed) const
     {
         return "parameter " + numbered(changed.number, parameterName(changed.number)) + ": " +
-               printableNumber(changed.value) + inBrackets(parameterMeaning(changed.number, changed.value));
+               printable(changed.value) + inBrackets(parameterMeaning(changed.number, changed.value));
     }
     std::string operator()(const TextChanged& changed) const
     {

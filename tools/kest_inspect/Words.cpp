@@ -1,13 +1,13 @@
 #include "tools/kest_inspect/Words.h"
 
-#include "app/MacRoman.h"
-#include "app/StatusMessages.h"
-#include "app/Utf8.h"
 #include "backend/Backend.h"
 #include "lipc/Numeric.h"
 #include "lipc/SettingsRecord.h"
 #include "tables/KestSettingsTables.h"
 #include "tables/Settings.h"
+#include "tables/StatusMessages.h"
+#include "text/MacRoman.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 
@@ -45,7 +45,7 @@ std::string messageMeaning(std::int32_t number)
 {
     if (number == Kest::Settings::kMsgBusListChanged)
         return "The bus list has changed";
-    const auto* message = Kest::App::statusMessage(number);
+    const auto* message = Kest::Settings::statusMessage(number);
     return message == nullptr ? "" : message->text;
 }
 
@@ -59,8 +59,8 @@ std::string typeText(std::int32_t type)
     return areLetters ? letters : std::to_string(type);
 }
 
-std::string nameInUtf8(std::string_view bytes) { return Kest::App::macRomanToUtf8(bytes); }
+std::string nameInUtf8(std::string_view bytes) { return Kest::Text::macRomanToUtf8(bytes); }
 
-std::string textInUtf8(std::string_view bytes) { return Kest::App::toUtf8(bytes); }
+std::string textInUtf8(std::string_view bytes) { return Kest::Text::toUtf8(bytes); }
 
 } // namespace KestInspect

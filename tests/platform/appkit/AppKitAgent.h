@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/appkit/AppKitFrontEnd.h"
-#include "platform/appkit/MenuItemClass.h"
 #include "platform/appkit/MenuItemLook.h"
 #import "platform/appkit/System.h"
 #include "tests/app/Agent.h"

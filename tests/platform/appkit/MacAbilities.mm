@@ -1,7 +1,6 @@
 // Gives GNUstep's menu items what those of the Mac have besides, kept and not drawn, so that what is for the
 // Mac alone runs here too.
-#import "platform/appkit/MenuItemClass.h"
-
+#import <AppKit/AppKit.h>
 #include <map>
 
 namespace {

@@ -14,8 +14,8 @@ TEST(AccordionPanel, ShowsEachLabelAsItIs)
     for (const std::string title :
          {"", "_", "__", "a_b", "a__b", "a_b_c_", "_a", "a_", "__a_b__", "My_long_bus"}) {
         App::MenuModel model;
-        const auto& item = model.statusMenu().addItem(
-            std::make_unique<App::MenuItem>(App::ItemProperties{.title = title, .view = {}}));
+        const auto& item =
+            model.statusMenu().addItem(std::make_unique<App::MenuItem>(App::ItemProperties{.title = title}));
         const auto label = std::get<std::string>(AccordionPanel::properties(item).at("label"));
         EXPECT_EQ(std::regex_replace(label, mnemonic, "$1", std::regex_constants::format_first_only), title);
     }

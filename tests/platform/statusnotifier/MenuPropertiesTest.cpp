@@ -17,9 +17,9 @@ ItemSnapshot item(int id, ItemProperties properties) { return {id, std::move(pro
 
 TEST(ItemProperties, SayEverythingInWords)
 {
-    EXPECT_THAT(itemProperties(item(1, {.title = {}, .tag = 7, .enabled = false, .view = EntryView{"", 42}})),
+    EXPECT_THAT(itemProperties(item(1, {.tag = 7, .enabled = false, .view = EntryView{"", 42}})),
                 UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
-    EXPECT_THAT(itemProperties(item(1, {.title = {}, .hidden = true, .separator = true, .view = {}})),
+    EXPECT_THAT(itemProperties(item(1, {.hidden = true, .separator = true})),
                 UnorderedElementsAre(Pair("type", Value("separator")), Pair("visible", Value(false))));
     EXPECT_EQ(escapedLabel("__ \x01\xFF\xEF\xB7\x90\xF0\x9F\xBF\xBE\xEF\xBF\xBF"),
               "____  \uFFFD\uFFFD\uFFFD\uFFFD")
@@ -32,8 +32,8 @@ TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
     const auto add = [&](ItemProperties properties) -> App::MenuItem& {
         return model.statusMenu().addItem(std::make_unique<App::MenuItem>(std::move(properties)));
     };
-    auto& greyed = add({.title = "A", .enabled = false, .view = {}});
-    auto& plain = add({.title = "B", .view = {}});
+    auto& greyed = add({.title = "A", .enabled = false});
+    auto& plain = add({.title = "B"});
     model.takeChanges();
     greyed.setEnabled(true);
     plain.setState(true); // it has no mark

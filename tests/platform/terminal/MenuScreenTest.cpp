@@ -1,8 +1,6 @@
 // The full-screen menu without a terminal: what is seen, and what keys ask for.
 #include "platform/terminal/MenuScreen.h"
 
-#include "platform/terminal/MenuRow.h"
-#include "platform/terminal/OutputCapture.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
 #include <gmock/gmock.h>
@@ -29,7 +27,7 @@ protected:
         screen.show(sampleMenu(), 0);
         screen.lines(kSmallest);
     }
-    Request press(Key key) { return screen.press({.key = key, .text = {}}); }
+    Request press(Key key) { return screen.press({.key = key}); }
     Request type(const std::string& text)
     {
         Request last;
@@ -37,7 +35,7 @@ protected:
             last = screen.press({.key = Key::character, .text = {letter}});
         return last;
     }
-    Request click(int line) { return screen.press({.key = Key::click, .text = {}, .line = line}); }
+    Request click(int line) { return screen.press({.key = Key::click, .line = line}); }
     std::string line(int number, Size size = kSmallest)
     {
         return screen.lines(size).at(static_cast<std::size_t>(number)).text;
@@ -64,10 +62,15 @@ TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
 TEST_F(MenuScreenTest, ShowsWhatWasNotSavedAndWhyIn80Columns)
 {
     screen.note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker "
-                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml");
+                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml\n");
     EXPECT_THAT(line(6, {8, 80}),
                 testing::StartsWith("14:05:09 settings not saved (No space left on device): "
                                     "Speaker Configuration"));
+    screen.note("bus 0 : Main Bus\n \n\n"); // the last line that is not blank
+    EXPECT_THAT(line(6), testing::StartsWith("bus 0 : Main Bus "));
+    screen.note("wrong ");
+    screen.note("architecture"); // not ended
+    EXPECT_THAT(line(6), testing::StartsWith("wrong architecture "));
 }
 
 TEST_F(MenuScreenTest, AChoiceNamesTheItemAndOpensItsMenuAnew)
@@ -153,9 +156,9 @@ TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
 
 TEST(MenuRow, NamesInWordsWhatColoursTell)
 {
-    const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true, .view = {}});
+    const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true});
     EXPECT_EQ(rowText(red, false, 40, kAscii), "  ( ) Studio (not available)            ");
-    const auto greyed = leaf(1, {.title = "Clear", .enabled = false, .view = {}});
+    const auto greyed = leaf(1, {.title = "Clear", .enabled = false});
     EXPECT_EQ(rowText(greyed, true, 20, kAscii), "> Clear (greyed)    ");
 }
 
@@ -181,19 +184,6 @@ TEST(Cells, WideCharactersTakeTwoAndAreNeverCutInHalf)
     EXPECT_EQ(fitted("\u6F22\u5B57\u6F22", 4, unicode), "\u6F22\u2026 ");
     EXPECT_EQ(drawable("\u6F22\u0085a\xFF", unicode), "\u6F22?a\uFFFD");
     EXPECT_EQ(drawable("Ch\u00E8ur", kAscii), "Ch?ur");
-}
-
-TEST(OutputCapture, KeepsTheLastLineThatIsNotBlankAndNeverWaits)
-{
-    OutputCapture capture;
-    std::printf("first\nsecond\n \n\n");
-    std::fflush(stdout);
-    EXPECT_EQ(capture.lastLine(), "second");
-    std::printf("unfinished");
-    std::fflush(stdout);
-    EXPECT_EQ(capture.lastLine(), "unfinished");
-    for (int i = 0; i < 100'000; ++i) // nobody reads: this would not come to its end
-        std::printf("more than a pipe holds\n");
 }
 
 } // namespace

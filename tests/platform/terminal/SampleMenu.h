@@ -23,26 +23,20 @@ inline void hide(App::ItemSnapshot& item)
 
 inline App::ItemSnapshot plainLeaf(App::ItemId id, const std::string& title)
 {
-    return leaf(id, {.title = title, .action = App::Action::restartService, .view = {}});
+    return leaf(id, {.title = title, .action = App::Action::restartService});
 }
 
-inline App::ItemSnapshot separator(App::ItemId id)
-{
-    return leaf(id, {.title = {}, .separator = true, .view = {}});
-}
+inline App::ItemSnapshot separator(App::ItemId id) { return leaf(id, {.separator = true}); }
 
 inline App::ItemSnapshot submenu(App::ItemId id, const std::string& title, Items items)
 {
-    return {id, App::ItemProperties{.title = title, .view = {}}, true, std::move(items)};
+    return {id, App::ItemProperties{.title = title}, true, std::move(items)};
 }
 
 inline App::ItemSnapshot bus(App::ItemId id, const std::string& title, bool on = false)
 {
-    return leaf(id, {.title = title,
-                     .action = App::Action::setDefaultKestBus,
-                     .mark = App::Mark::radio,
-                     .on = on,
-                     .view = {}});
+    return leaf(
+        id, {.title = title, .action = App::Action::setDefaultKestBus, .mark = App::Mark::radio, .on = on});
 }
 
 inline App::ItemSnapshot statusMenu(Items items) { return {.hasSubmenu = true, .items = std::move(items)}; }

@@ -1,7 +1,7 @@
 // The menu in words: a whole dialogue, with the lines for the menu, its changes and what cannot be done.
 #include "platform/terminal/TextMenu.h"
 
-#include "platform/terminal/MenuPath.h"
+#include "platform/terminal/ItemSearch.h"
 #include "platform/terminal/TextFrontEnd.h"
 #include "tests/app/Agent.h"
 
@@ -12,17 +12,11 @@ namespace {
 using namespace Kest::App;
 using namespace Kest::Terminal;
 
-TEST(TextMenu, LetsNoControlCharacterThrough)
-{
-    EXPECT_EQ(printable("a\x1B[31m\n\x7F \u009B2J\u0085é\u00A0€😀"), "a?[31m?? ?2J?é\u00A0€😀");
-    EXPECT_EQ(printable("\xC2"), "\uFFFD") << "a byte that is no text";
-}
-
-TEST(MenuPath, FindsItemsOfOneTitleByTheirNumberOnly)
+TEST(ItemSearch, FindsItemsOfOneTitleByTheirNumberOnly)
 {
     MenuModel model;
     for (const char* title : {"Film", "Film", "Film #2", "Other"})
-        model.statusMenu().addItem(std::make_unique<MenuItem>(ItemProperties{.title = title, .view = {}}));
+        model.statusMenu().addItem(std::make_unique<MenuItem>(ItemProperties{.title = title}));
     const auto menu = takeSnapshot(model);
     EXPECT_EQ(findByPath(menu, "Film").error,
               "several items \"Film\" in the menu: add #1, #2, ... to the name");

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-namespace Kest::Settings {
+namespace Kest::Text {
 
 /// A line ends at a line feed, a carriage return or a NUL byte.
 class LineSplitter {
 public:
-    // Encoders write lines of up to PIPE_BUF bytes whole; a longer one is mixed with others' and is dropped.
+    // Writers of a pipe write lines of up to PIPE_BUF bytes whole; a longer one may be mixed with others'.
     static constexpr std::size_t kLongestLine = 4096;
 
     /// Calls `take` with each line that ends in these bytes, without its end; empty ones are left out. For
@@ -38,6 +38,9 @@ public:
         }
     }
 
+    /// Returns what has arrived of the line that has not ended yet, at most 4097 bytes of it.
+    const std::string& unfinished() const { return begun; }
+
 private:
     static bool isLineEnd(char c)
     {
@@ -51,7 +54,7 @@ private:
         return begun.append(piece.substr(0, kLongestLine + 1 - begun.size()));
     }
 
-    std::string begun; // the line that has not ended yet, at most 4097 bytes of it
+    std::string begun;
 };
 
-} // namespace Kest::Settings
+} // namespace Kest::Text

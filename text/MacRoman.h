@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace Kest::App {
+namespace Kest::Text {
 
 /// Every byte has a character, so the way back gives the same bytes.
 std::string macRomanToUtf8(std::string_view bytes);
@@ -12,4 +12,4 @@ std::string macRomanToUtf8(std::string_view bytes);
 /// A character that Mac OS Roman does not have becomes "?".
 std::string utf8ToMacRoman(std::string_view text);
 
-} // namespace Kest::App
+} // namespace Kest::Text

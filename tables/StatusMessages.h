@@ -1,12 +1,19 @@
-#include "app/StatusMessages.h"
+// What the host's status messages say.
+#pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 
-namespace Kest::App {
-namespace {
+namespace Kest::Settings {
 
-constexpr StatusMessage kMessages[] = {
+struct StatusMessage {
+    std::int32_t number;
+    const char* text;
+    bool isShown; // handed to the notification hook; the others leave no trace in the menu on purpose
+};
+
+inline constexpr StatusMessage kStatusMessages[] = {
     {-9, "HDX High Latency is not supported at 96kHz", false},
     {-7, "No volume information is received", true},
     {-5, "Audio is received on the Kest-Mixing Engine input bus", true},
@@ -18,12 +25,11 @@ constexpr StatusMessage kMessages[] = {
     {2, "Linking...", true},
 };
 
-} // namespace
-
-const StatusMessage* statusMessage(std::int32_t number)
+/// Null for a number that says nothing.
+inline const StatusMessage* statusMessage(std::int32_t number)
 {
-    const auto* found = std::ranges::find(kMessages, number, &StatusMessage::number);
-    return found == std::end(kMessages) ? nullptr : found;
+    const auto* found = std::ranges::find(kStatusMessages, number, &StatusMessage::number);
+    return found == std::end(kStatusMessages) ? nullptr : found;
 }
 
-} // namespace Kest::App
+} // namespace Kest::Settings
