@@ -1,15 +1,105 @@
-// encoder-simulator: an offline encoder for demonstrations and tests. --help tells its options.
-#include "tools/encoder_simulator/Encoding.h"
+// encoder-simulator: an offline encoder for demonstrations and tests. --help prints its options.
+#include "tools/encoder_simulator/Options.h"
+#include "tools/encoder_simulator/ProgressPipe.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+#include <unistd.h>
+
+using namespace EncoderSimulator;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kLookForReaderEvery{50};
+constexpr std::chrono::seconds kSlowReaderGets{2};
+constexpr std::size_t kBlock = 65536; // bytes that the output grows by with each progress line
+
+/// Creates the folders on the way and the file, empty. Returns false after a failure, with one line on
+/// standard error.
+bool create(std::ofstream& output, const std::string& path)
+{
+    const auto folder = std::filesystem::path(path).parent_path();
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    if (failure) {
+        std::fprintf(stderr, "encoder-simulator: cannot create the folder %s: %s\n", folder.c_str(),
+                     failure.message().c_str());
+        return false;
+    }
+    output.open(path, std::ios::binary);
+    if (!output)
+        std::fprintf(stderr, "encoder-simulator: cannot create %s: %s\n", path.c_str(), std::strerror(errno));
+    return output.is_open();
+}
+
+/// A line about this process; `isCompact` leaves out every blank between its parts.
+std::string line(bool isCompact, const char* key, const std::string& value)
+{
+    const std::string blank = isCompact ? "" : " ";
+    return "pid:" + blank + std::to_string(getpid()) + blank + "," + blank + key + blank + value + "\n";
+}
+
+void sleepUntil(Clock::time_point end, ProgressPipe& pipe)
+{
+    for (auto now = Clock::now(); now < end; now = Clock::now()) {
+        std::this_thread::sleep_for(std::min<Clock::duration>(end - now, kLookForReaderEvery));
+        pipe.pump();
+    }
+}
+
+// The last lines are not lost because a pipe is full just now.
+void deliver(ProgressPipe& pipe)
+{
+    const auto end = Clock::now() + kSlowReaderGets;
+    while (pipe.isBehind() && Clock::now() < end)
+        sleepUntil(Clock::now() + std::chrono::milliseconds(1), pipe);
+}
+
+/// Reports one encoding, for `options.seconds` or until it is to fail or to fall silent. Returns the exit
+/// status.
+int encode(const Options& options)
+{
+    std::ofstream output;
+    if (!create(output, options.output))
+        return 1;
+    ProgressPipe pipe(options.fifo);
+    pipe.setIntroduction(
+        {line(options.compact, "path:", options.output), line(options.compact, "enc_type:", options.type)});
+
+    const int last = std::min(options.failAt.value_or(100), options.silentAt.value_or(100));
+    const auto start = Clock::now();
+    for (int step = 0, percent = -1; percent < last; ++step) {
+        const std::chrono::duration<double> passed(options.seconds * step / options.steps);
+        sleepUntil(start + std::chrono::duration_cast<Clock::duration>(passed), pipe);
+        percent = std::min(step * 100 / options.steps, last);
+        pipe.send(line(options.compact, "P:", std::to_string(percent)));
+        output.clear(); // a full disk does not end the encoding
+        output << std::string(kBlock, '\x5A') << std::flush;
+    }
+    if (options.failAt)
+        pipe.send(line(options.compact, "ERROR:", "encoding failed"));
+    deliver(pipe);
+    return options.failAt ? 1 : 0;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
     int exitStatus = 0;
-    const auto options = EncoderSimulator::parseOptions(argc, argv, exitStatus);
+    const auto options = parseOptions(argc, argv, exitStatus);
     if (!options)
         return exitStatus;
     // A reader that goes away ends no encoding.
     std::signal(SIGPIPE, SIG_IGN);
-    return EncoderSimulator::encode(*options);
+    return encode(*options);
 }

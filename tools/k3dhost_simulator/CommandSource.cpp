@@ -1,49 +1,32 @@
 #include "tools/k3dhost_simulator/CommandSource.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 namespace K3DHostSimulator {
-namespace {
-
-Failure readWhole(const std::string& path, std::string& text)
-{
-    std::FILE* file = std::fopen(path.c_str(), "re");
-    if (file == nullptr)
-        return "cannot read " + path + ": " + std::strerror(errno);
-    char piece[4096];
-    std::size_t count = 0;
-    while ((count = std::fread(piece, 1, sizeof piece, file)) > 0)
-        text.append(piece, count);
-    const bool failed = std::ferror(file) != 0;
-    const int error = errno;
-    std::fclose(file);
-    if (failed)
-        return "cannot read " + path + ": " + std::strerror(error);
-    return std::nullopt;
-}
-
-} // namespace
 
 Failure CommandSource::readFile(const std::string& path)
 {
-    std::string text;
-    if (auto failure = readWhole(path, text))
-        return failure;
-    auto scenario = parseScenario(text);
-    if (!scenario.error.empty())
-        return scenario.error;
-    commands.assign(scenario.commands.begin(), scenario.commands.end());
-    return std::nullopt;
+    input = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    int failure = input < 0 ? errno : 0;
+    while (failure == 0 && !endSeen)
+        failure = readPiece();
+    if (input >= 0)
+        close(input);
+    if (failure != 0)
+        return "cannot read " + path + ": " + std::strerror(failure);
+    std::string error;
+    while (const auto command = parseNext(error))
+        commands.push_back(*command);
+    input = -1; // the host goes on after the file's end
+    endSeen = false;
+    return error.empty() ? std::nullopt : Failure(error);
 }
 
-bool CommandSource::beginsWithStart() const
-{
-    return !commands.empty() && commands.front().kind == Command::Kind::Start;
-}
+bool CommandSource::beginsWithStart() const { return !commands.empty() && commands.front().isStart; }
 
 std::optional<std::string> CommandSource::takeLine()
 {
@@ -65,6 +48,11 @@ std::optional<Command> CommandSource::next(std::string& error)
         commands.pop_front();
         return command;
     }
+    return parseNext(error);
+}
+
+std::optional<Command> CommandSource::parseNext(std::string& error)
+{
     while (const auto line = takeLine()) {
         const auto parsed = parseLine(*line, ++lineNumber);
         error = parsed.error;
@@ -79,12 +67,19 @@ void CommandSource::sleep(std::chrono::milliseconds atMost)
     pollfd source{endSeen ? -1 : input, POLLIN, 0}; // a negative descriptor is passed over
     if (poll(&source, 1, static_cast<int>(atMost.count())) <= 0 || source.revents == 0)
         return;
+    readPiece();
+}
+
+// Returns the error number of a failure that ends the input, else 0.
+int CommandSource::readPiece()
+{
     char piece[4096];
     const auto count = read(input, piece, sizeof piece);
     if (count > 0)
         unread.append(piece, static_cast<std::size_t>(count));
-    else if (count == 0 || (errno != EINTR && errno != EAGAIN))
-        endSeen = true;
+    const bool failed = count < 0 && errno != EINTR && errno != EAGAIN;
+    endSeen = count == 0 || failed;
+    return failed ? errno : 0;
 }
 
 } // namespace K3DHostSimulator

@@ -33,7 +33,9 @@ public:
     void sleep(std::chrono::milliseconds atMost);
 
 private:
+    int readPiece();
     std::optional<std::string> takeLine();
+    std::optional<Command> parseNext(std::string& error);
 
     std::deque<Command> commands; // of a file
     int input = -1;               // no more is read once its end was seen

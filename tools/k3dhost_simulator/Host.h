@@ -13,13 +13,8 @@
 
 namespace K3DHostSimulator {
 
-/// Runs or is stopped; stopped at first. Used by one thread. Lines are printed without a line feed:
-///   host started, 64 bit                     (", without KestSettings" when that record is left out)
-///   host stopped
-///   bus bus-2 Dialog added
-///   bus bus-2 Dialog removed
-///   bus bus-2 Dialog renamed to Speech
-///   message -7
+/// Runs or is stopped; stopped at first. Used by one thread. Lines are printed without a line feed, as --help
+/// lists them.
 class Host {
 public:
     using Print = std::function<void(const std::string& line)>;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 #include <unistd.h>
@@ -24,16 +25,11 @@ std::string systemError() { return std::strerror(errno); }
 // it counts as alive.
 bool isZombie(pid_t process)
 {
-    char text[512] = {};
-    std::snprintf(text, sizeof text, "/proc/%d/stat", static_cast<int>(process));
-    std::FILE* file = std::fopen(text, "re");
-    if (file == nullptr)
-        return false;
-    const auto length = std::fread(text, 1, sizeof text - 1, file);
-    std::fclose(file);
-    text[length] = '\0';
-    const char* name = std::strrchr(text, ')'); // the program's name, which may itself hold anything
-    return name != nullptr && std::strncmp(name, ") Z", 3) == 0;
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string status;
+    std::getline(file, status);
+    const auto name = status.rfind(')'); // the program's name, which may itself hold anything
+    return name != std::string::npos && status.compare(name, 3, ") Z") == 0;
 }
 
 bool isAlive(pid_t process)

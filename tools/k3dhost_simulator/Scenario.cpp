@@ -2,9 +2,9 @@
 
 #include "lipc/ClientEntry.h"
 #include "tools/k3dhost_simulator/LineReader.h"
+#include "tools/k3dhost_simulator/ScenarioPlayer.h"
 #include "tools/k3dhost_simulator/WriteWatcher.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 
@@ -34,21 +34,22 @@ std::optional<milliseconds> parseDuration(std::string_view text)
 
 std::string parseWaitFor(LineReader& reader, Command& command)
 {
-    command.kind = Command::Kind::WaitFor;
-    command.duration = kWaitForAtMost;
+    auto limit = std::optional(kWaitForAtMost);
     std::string_view wanted = reader.remainder();
     constexpr std::string_view kWithin = " within ";
     if (const auto within = wanted.rfind(kWithin); within != std::string_view::npos) {
         const auto text = wanted.substr(within + kWithin.size());
-        const auto limit = parseDuration(text);
+        limit = parseDuration(text);
         if (!limit)
             return "wrong time " + quote(text) + " (300ms or 2s)";
-        command.duration = *limit;
         wanted = wanted.substr(0, within);
     }
     if (!WriteWatcher::canReport(wanted))
         return quote(wanted) + " is nothing that the agent writes";
-    command.text = wanted;
+    command.play = [line = std::string(wanted), limit](auto& player) {
+        player.wait(*limit, line);
+        return Failure();
+    };
     return {};
 }
 
@@ -56,79 +57,76 @@ std::string parseWait(LineReader& reader, Command& command)
 {
     if (reader.accept("for"))
         return parseWaitFor(reader, command);
-    command.kind = Command::Kind::Wait;
     const auto text = reader.remainder();
     const auto duration = parseDuration(text);
     if (!duration)
         return "wrong time " + quote(text) + " (300ms or 2s)";
-    command.duration = *duration;
+    command.play = [duration](auto& player) {
+        player.wait(*duration, "");
+        return Failure();
+    };
     return {};
 }
 
-std::string parseBusId(LineReader& reader, Command& command)
+std::string parseBusId(LineReader& reader, std::string& id)
 {
     std::string error;
-    const auto id = reader.wordOrQuoted(error);
-    if (!id)
+    id = reader.wordOrQuoted(error).value_or("");
+    if (!error.empty())
         return "the bus's id: " + error;
-    if (id->empty() || id->size() > kNameBytes)
-        return "a bus's id has 1 to 64 bytes";
-    command.id = *id;
-    return {};
+    return id.empty() || id.size() > kNameBytes ? "a bus's id has 1 to 64 bytes" : "";
 }
 
 std::string parseBus(LineReader& reader, Command& command)
 {
-    if (reader.accept("add"))
-        command.kind = Command::Kind::BusAdd;
-    else if (reader.accept("rename"))
-        command.kind = Command::Kind::BusRename;
-    else if (reader.accept("remove"))
-        command.kind = Command::Kind::BusRemove;
-    else
+    const bool isAdd = reader.accept("add");
+    const bool isRename = !isAdd && reader.accept("rename");
+    if (!isAdd && !isRename && !reader.accept("remove"))
         return reader.atEnd() ? "bus add, bus remove or bus rename"
                               : "unknown command " + quote("bus " + std::string(reader.word()));
-
-    std::string error = parseBusId(reader, command);
+    std::string id;
+    std::string error = parseBusId(reader, id);
     if (!error.empty())
         return error;
-    if (command.kind == Command::Kind::BusRemove)
+    if (!isAdd && !isRename) {
+        command.play = [id](auto& player) { return player.host().removeBus(id); };
         return reader.atEnd() ? "" : quote(reader.remainder()) + " after the bus's id";
-
+    }
     const auto name = reader.lastText(error);
     if (!name)
         return "the bus's name: " + error;
-    if (name->size() > kNameBytes)
-        return "a bus's name has at most 64 bytes";
-    command.text = *name;
-    return {};
+    command.play = [isAdd, id, name = *name](auto& player) {
+        return isAdd ? player.host().addBus(id, name) : player.host().renameBus(id, name);
+    };
+    return name->size() > kNameBytes ? "a bus's name has at most 64 bytes" : "";
 }
 
 std::string parseMessage(LineReader& reader, Command& command)
 {
-    command.kind = Command::Kind::Message;
     const std::string text(reader.remainder());
     char* end = nullptr;
-    command.number = std::strtof(text.c_str(), &end);
-    if (text.empty() || end != text.c_str() + text.size())
-        return "wrong message number " + quote(text);
-    return {};
+    const float number = std::strtof(text.c_str(), &end);
+    command.play = [number](auto& player) { return player.host().postMessage(number); };
+    return text.empty() || end != text.c_str() + text.size() ? "wrong message number " + quote(text) : "";
 }
 
 std::string parseStart(LineReader& reader, Command& command)
 {
-    command.kind = Command::Kind::Start;
-    if (reader.accept("32"))
-        command.wordSize = 32;
-    else
+    const int wordSize = reader.accept("32") ? 32 : 64;
+    if (wordSize == 64)
         reader.accept("64");
-    command.withSettings = !reader.accept("without KestSettings");
+    const bool withSettings = !reader.accept("without KestSettings");
+    command.isStart = true;
+    command.play = [wordSize, withSettings](auto& player) { return player.start(wordSize, withSettings); };
     return reader.atEnd() ? "" : "unknown way to start " + quote(reader.remainder());
 }
 
-std::string parseBare(LineReader& reader, Command& command, Command::Kind kind)
+std::string parseBare(LineReader& reader, Command& command, void (*play)(ScenarioPlayer&))
 {
-    command.kind = kind;
+    command.play = [play](auto& player) {
+        play(player);
+        return Failure();
+    };
     return reader.atEnd() ? "" : quote(reader.remainder()) + " after the command";
 }
 
@@ -144,11 +142,11 @@ std::string parseCommand(LineReader& reader, Command& command)
     if (name == "start")
         return parseStart(reader, command);
     if (name == "stop")
-        return parseBare(reader, command, Command::Kind::Stop);
+        return parseBare(reader, command, [](auto& player) { player.host().stop(); });
     if (name == "kill")
-        return parseBare(reader, command, Command::Kind::Kill);
+        return parseBare(reader, command, [](auto&) { ScenarioPlayer::killSelf(); });
     if (name == "end")
-        return parseBare(reader, command, Command::Kind::End);
+        return parseBare(reader, command, [](auto& player) { player.end(); });
     return "unknown command " + quote(name);
 }
 
@@ -165,21 +163,6 @@ ParsedLine parseLine(std::string_view text, int number)
     if (!error.empty())
         return {std::nullopt, "line " + std::to_string(number) + ": " + error};
     return {command, {}};
-}
-
-ParsedScenario parseScenario(std::string_view text)
-{
-    ParsedScenario scenario;
-    for (int number = 1; !text.empty(); ++number) {
-        const auto line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const auto parsed = parseLine(line, number);
-        if (!parsed.error.empty())
-            return {{}, parsed.error};
-        if (parsed.command)
-            scenario.commands.push_back(*parsed.command);
-    }
-    return scenario;
 }
 
 } // namespace K3DHostSimulator

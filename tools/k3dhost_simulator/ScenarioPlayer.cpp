@@ -1,13 +1,33 @@
 #include "tools/k3dhost_simulator/ScenarioPlayer.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 namespace K3DHostSimulator {
-namespace {
 
-[[noreturn]] void killSelf()
+ScenarioPlayer::ScenarioPlayer(const Host::Print& print)
+    : played(print, [this, print](const std::string& line) {
+          print(line);
+          hear(line);
+      })
+{}
+
+Failure ScenarioPlayer::start(int wordSize, bool withSettings)
+{
+    played.stop();
+    heard.clear();
+    return played.start(wordSize, withSettings);
+}
+
+void ScenarioPlayer::end()
+{
+    played.stop();
+    ended = true;
+}
+
+void ScenarioPlayer::killSelf()
 {
     std::puts("host killed");
     std::fflush(stdout);
@@ -15,60 +35,42 @@ namespace {
     std::abort();
 }
 
-} // namespace
-
-Failure ScenarioPlayer::play(const Command& command)
+void ScenarioPlayer::wait(std::chrono::milliseconds atMost, const std::string& line)
 {
-    switch (command.kind) {
-    case Command::Kind::Wait:
-    case Command::Kind::WaitFor:
-        wait = command;
-        waitEnds = Clock::now() + command.duration;
-        return std::nullopt;
-    case Command::Kind::BusAdd:
-        return host.addBus(command.id, command.text);
-    case Command::Kind::BusRemove:
-        return host.removeBus(command.id);
-    case Command::Kind::BusRename:
-        return host.renameBus(command.id, command.text);
-    case Command::Kind::Message:
-        return host.postMessage(command.number);
-    case Command::Kind::Start:
-        return start(command);
-    case Command::Kind::Stop:
-        host.stop();
-        return std::nullopt;
-    case Command::Kind::Kill:
-        killSelf();
-    case Command::Kind::End:
-        host.stop();
-        ended = true;
-        return std::nullopt;
-    }
-    return std::nullopt;
-}
-
-Failure ScenarioPlayer::start(const Command& command)
-{
-    host.stop();
-    heard.forget();
-    return host.start(command.wordSize, command.withSettings);
+    awaited = line;
+    patience = atMost;
+    waitEnds = Clock::now() + atMost;
 }
 
 bool ScenarioPlayer::isWaiting()
 {
-    if (!wait)
+    if (!awaited)
         return false;
-    const bool forLine = wait->kind == Command::Kind::WaitFor;
-    const bool satisfied = forLine && heard.take(wait->text);
-    const bool timeIsUp = Clock::now() >= waitEnds;
-    if (!satisfied && !timeIsUp)
+    const bool satisfied = takeHeard(*awaited);
+    if (!satisfied && Clock::now() < waitEnds)
         return true;
-    if (forLine && !satisfied)
-        timedOut =
-            "nobody wrote '" + wait->text + "' within " + std::to_string(wait->duration.count()) + " ms";
-    wait.reset();
+    if (!satisfied && !awaited->empty())
+        timedOut = "nobody wrote '" + *awaited + "' within " + std::to_string(patience.count()) + " ms";
+    awaited.reset();
     return false;
+}
+
+void ScenarioPlayer::hear(const std::string& line)
+{
+    // Nobody waits for what is this far back, and a host that runs for days must not grow.
+    constexpr std::size_t kKept = 1000;
+    if (heard.size() == kKept)
+        heard.pop_front();
+    heard.push_back(line);
+}
+
+bool ScenarioPlayer::takeHeard(const std::string& line)
+{
+    const auto found = std::find(heard.begin(), heard.end(), line);
+    if (found == heard.end())
+        return false;
+    heard.erase(found);
+    return true;
 }
 
 } // namespace K3DHostSimulator

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "lipc/SessionBuffer.h"
-#include "tools/k3dhost_simulator/SettledText.h"
 
 #include <memory>
 #include <string>
@@ -10,6 +9,27 @@
 #include <vector>
 
 namespace K3DHostSimulator {
+
+/// A text that another process writes byte by byte.
+class SettledText {
+public:
+    const std::string& text() const { return settled; }
+
+    /// Takes what one look saw. True when two looks in a row agree on a new text.
+    bool look(std::string_view now)
+    {
+        const bool agrees = now == seen;
+        seen = now;
+        if (!agrees || settled == seen)
+            return false;
+        settled = seen;
+        return true;
+    }
+
+private:
+    std::string settled;
+    std::string seen;
+};
 
 /// Keeps the session as the host left it, plus what was reported already. Every change that the host makes in
 /// the segment must be made in `expected` too.

@@ -1,6 +1,6 @@
 // k3dhost-simulator: a host for the settings agent, for demonstrations and tests. --help tells its language.
 #include "tools/k3dhost_simulator/CommandSource.h"
-#include "tools/k3dhost_simulator/Host.h"
+#include "tools/k3dhost_simulator/HostSegments.h"
 #include "tools/k3dhost_simulator/Options.h"
 #include "tools/k3dhost_simulator/ScenarioPlayer.h"
 
@@ -54,11 +54,11 @@ int check()
 }
 
 // Until a signal, the end of the input or of the scenario, or a failure.
-int play(CommandSource& source, Host& host, ScenarioPlayer& player)
+int play(CommandSource& source, ScenarioPlayer& player)
 {
     Command current;
     while (stopRequested == 0 && !player.hasEnded()) {
-        host.watch();
+        player.host().watch();
         if (player.isWaiting()) {
             source.sleep(kLookEvery);
             continue;
@@ -71,7 +71,7 @@ int play(CommandSource& source, Host& host, ScenarioPlayer& player)
             return fail(error, kWrongInput);
         if (command) {
             current = *command;
-            if (const auto failure = player.play(current))
+            if (const auto failure = current.play(player))
                 return failAt(current, *failure);
             continue;
         }
@@ -92,18 +92,11 @@ int run(const Options& options)
         if (const auto failure = source.readFile(*options.scenario))
             return fail(*failure, kWrongInput);
 
-    const auto print = [](const std::string& line) { std::puts(line.c_str()); };
-    HeardLines heard;
-    Host host(print, [&](const std::string& line) {
-        print(line);
-        heard.add(line);
-    });
-    ScenarioPlayer player(host, heard);
-
+    ScenarioPlayer player([](const std::string& line) { std::puts(line.c_str()); });
     if (!fromInput && !source.beginsWithStart())
-        if (const auto failure = host.start(64, true))
+        if (const auto failure = player.start(64, true))
             return fail(*failure, kFailed);
-    return play(source, host, player);
+    return play(source, player);
 }
 
 } // namespace

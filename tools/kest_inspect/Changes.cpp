@@ -10,7 +10,40 @@
 namespace KestInspect {
 namespace {
 
-using Changes = std::vector<Change>;
+using Changes = std::vector<Printed>;
+
+Printed event(const char* name, const std::string& text, Json::initializer_list_t values = {})
+{
+    auto json = Json::object({{"event", name}});
+    json.update(Json::object(values));
+    return {text, json};
+}
+
+Printed clientEvent(const char* name, const Client& client, const char* what)
+{
+    const auto shown = printedClient(client);
+    return event(name, shown.text + what, {{"client", shown.json}});
+}
+
+Printed renamed(const Client& client, const std::string& before)
+{
+    auto change = clientEvent("clientRenamed", client, " renamed, was \"");
+    change.text += printedName(before) + "\"";
+    change.json["before"] = nameInUtf8(before);
+    return change;
+}
+
+Printed parameterEvent(int number, float value)
+{
+    if (number != LIPC::eHostMessage) {
+        const auto shown = printedParameter(number, value);
+        return event("parameter", shown.text, {{"parameter", shown.json}});
+    }
+    const auto message = LIPC::round(value);
+    const auto meaning = messageMeaning(message);
+    return event("message", "message " + std::to_string(message) + inBrackets(meaning),
+                 {{"number", message}, {"meaning", textOrNull(meaning)}});
+}
 
 bool isSameClient(const Client& a, const Client& b) { return a.id == b.id && a.type == b.type; }
 
@@ -23,15 +56,15 @@ void addClients(const Session& before, const Session& now, Changes& changes)
     for (const auto& client : now.clients) {
         const auto known = gone.find(client.slot);
         if (known == gone.end() || !isSameClient(known->second, client)) {
-            came.emplace_back(ClientCame{client});
+            came.push_back(clientEvent("clientCame", client, " came"));
             continue;
         }
         if (known->second.label != client.label)
-            came.emplace_back(ClientRenamed{client, known->second.label});
+            came.push_back(renamed(client, known->second.label));
         gone.erase(known);
     }
     for (const auto& [slot, client] : gone)
-        changes.emplace_back(ClientWent{client});
+        changes.push_back(clientEvent("clientWent", client, " went"));
     changes.insert(changes.end(), came.begin(), came.end());
 }
 
@@ -47,18 +80,14 @@ bool isToTell(const AgentRecord* before, const AgentRecord& now, int number)
 
 void addAgent(const AgentRecord* before, const AgentRecord& now, Changes& changes)
 {
-    for (int number = 0; number < LIPC::ClientEntry::kParameters; ++number) {
-        if (!isToTell(before, now, number))
-            continue;
-        const float value = now.parameters[static_cast<std::size_t>(number)];
-        if (number == LIPC::eHostMessage)
-            changes.emplace_back(MessagePosted{LIPC::round(value)});
-        else
-            changes.emplace_back(ParameterChanged{number, value});
-    }
+    for (int number = 0; number < LIPC::ClientEntry::kParameters; ++number)
+        if (isToTell(before, now, number))
+            changes.push_back(parameterEvent(number, now.parameters[static_cast<std::size_t>(number)]));
     for (std::size_t k = 0; k < now.texts.size(); ++k)
-        if (now.texts[k] != (before == nullptr ? "" : before->texts[k]))
-            changes.emplace_back(TextChanged{static_cast<int>(k), now.texts[k]});
+        if (now.texts[k] != (before == nullptr ? "" : before->texts[k])) {
+            const auto shown = printedText(static_cast<int>(k), now.texts[k]);
+            changes.push_back(event("text", shown.text, {{"text", shown.json}}));
+        }
 }
 
 void addSession(const Session& before, const Session& now, Changes& changes)
@@ -68,32 +97,35 @@ void addSession(const Session& before, const Session& now, Changes& changes)
         const bool isKnown = before.agent && before.agent->slot == now.agent->slot;
         addAgent(isKnown ? &*before.agent : nullptr, *now.agent, changes);
     }
-    if (now.defaultBus != before.defaultBus)
-        changes.emplace_back(DefaultBusChanged{now.defaultBus, labelOf(now, now.defaultBus)});
+    if (now.defaultBus != before.defaultBus) {
+        const auto bus = printedBus(now.defaultBus, labelOf(now, now.defaultBus));
+        changes.push_back(event("defaultBus", "default bus " + bus.text, {{"bus", bus.json}}));
+    }
 }
 
 } // namespace
 
-std::vector<Change> changesBetween(const Reading& before, const Reading& now)
+std::vector<Printed> changesBetween(const Reading& before, const Reading& now)
 {
     Changes changes;
     const bool isSameHost = before.session && now.session && before.session->segment == now.session->segment;
     if (before.session && !isSameHost)
-        changes.emplace_back(HostDown{});
+        changes.push_back(event("hostDown", "host down"));
     if (now.session && !isSameHost)
-        changes.emplace_back(HostUp{});
+        changes.push_back(event("hostUp", "host up"));
     if (now.versionWord && (now.versionWord != before.versionWord || (now.session && !isSameHost)))
-        changes.emplace_back(VersionWord{*now.versionWord});
+        changes.push_back(event("versionWord", "version word " + printedVersionWord(*now.versionWord),
+                                {{"bits", *now.versionWord}}));
     if (now.session)
         addSession(isSameHost ? *before.session : Session{}, *now.session, changes);
     return changes;
 }
 
-std::vector<Change> changesUpTo(const Reading& now)
+std::vector<Printed> changesUpTo(const Reading& now)
 {
     auto changes = changesBetween({}, now);
     if (!now.session)
-        changes.emplace(changes.begin(), HostDown{});
+        changes.insert(changes.begin(), event("hostDown", "host down"));
     return changes;
 }
 

@@ -23,8 +23,6 @@ struct Surroundings {
     std::vector<Opener> agents; // as far as the system tells
 };
 
-Surroundings lookAround(const Kest::Settings::SystemPaths& paths);
-
 /// Nothing where there is nothing to look at.
 using Check = std::optional<Finding>;
 
@@ -39,6 +37,10 @@ Check checkPipe(const Surroundings& here);
 Check checkSettings(const Surroundings& here);
 Check checkFacilities(const Surroundings& here);
 Check checkLastUser(const Surroundings& here);
+
+/// Runs all checks, from the host to the tray, each with a finding where there is something to look at.
+/// Changes nothing.
+std::vector<Finding> examine(const Kest::Settings::SystemPaths& paths);
 
 /// The status of what stands at a path, links not followed; nothing, with `errno` set, when nothing is known.
 std::optional<struct stat> statusOf(const std::string& path);

@@ -1,5 +1,3 @@
-#include "tools/kest_inspect/Doctor.h"
-
 #include "backend/AgentLock.h"
 #include "tools/kest_inspect/Checks.h"
 
@@ -7,6 +5,8 @@
 #include <iterator>
 
 namespace KestInspect {
+
+namespace {
 
 Surroundings lookAround(const Kest::Settings::SystemPaths& paths)
 {
@@ -20,6 +20,8 @@ Surroundings lookAround(const Kest::Settings::SystemPaths& paths)
     here.agentRuns = !here.agents.empty() || isLocked(lock);
     return here;
 }
+
+} // namespace
 
 std::vector<Finding> examine(const Kest::Settings::SystemPaths& paths)
 {

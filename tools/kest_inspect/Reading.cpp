@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
+#include <tuple>
 
 namespace KestInspect {
 namespace {
@@ -62,11 +63,11 @@ bool namesAgree(const Reading& a, const Reading& b)
 {
     if (!a.session || !b.session)
         return a.session.has_value() == b.session.has_value();
-    const auto texts = [](const Session& session) {
-        return session.agent ? session.agent->texts : decltype(session.agent->texts){};
+    const auto names = [](const Session& session) {
+        return std::tuple(session.clients, session.defaultBus,
+                          session.agent ? session.agent->texts : AgentRecord{}.texts);
     };
-    return a.session->clients == b.session->clients && a.session->defaultBus == b.session->defaultBus &&
-           texts(*a.session) == texts(*b.session);
+    return names(*a.session) == names(*b.session);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "tools/kest_inspect/Watch.h"
 
-#include "tools/kest_inspect/Json.h"
-#include "tools/kest_inspect/PlainText.h"
+#include "tools/kest_inspect/Changes.h"
 
 #include <algorithm>
 #include <chrono>
@@ -68,14 +67,15 @@ std::string timeNow()
     return whole;
 }
 
-void print(const std::vector<Change>& changes, bool json)
+void print(std::vector<Printed> changes, bool asJson)
 {
     const auto time = timeNow();
     constexpr auto kClock = 11; // where the time of day begins
     constexpr auto kClockLength = 12;
-    for (const auto& change : changes)
-        std::puts(json ? asJson(change, time).c_str()
-                       : (time.substr(kClock, kClockLength) + "  " + asText(change)).c_str());
+    for (auto& [text, json] : changes) {
+        json["time"] = time;
+        std::puts((asJson ? jsonLine(json) : time.substr(kClock, kClockLength) + "  " + text).c_str());
+    }
 }
 
 } // namespace

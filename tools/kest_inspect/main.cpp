@@ -1,9 +1,8 @@
 // kest-inspect: the support engineer's look at the agent and its host. --help tells what it does.
 #include "backend/HomeFolder.h"
-#include "tools/kest_inspect/Doctor.h"
-#include "tools/kest_inspect/Json.h"
+#include "tools/kest_inspect/Checks.h"
 #include "tools/kest_inspect/Options.h"
-#include "tools/kest_inspect/PlainText.h"
+#include "tools/kest_inspect/Printed.h"
 #include "tools/kest_inspect/Watch.h"
 
 #include <cstdio>
@@ -14,19 +13,22 @@ namespace {
 
 const Kest::Settings::SystemPaths kPaths;
 
-void print(const std::string& text) { std::fputs(text.c_str(), stdout); }
+void print(const Printed& printed, bool asJson)
+{
+    std::fputs((asJson ? jsonDocument(printed.json) : printed.text).c_str(), stdout);
+}
 
 int showSession(bool json)
 {
     const auto reading = readHost(kPaths);
-    print(json ? asJson(reading) : asText(reading));
+    print(printed(reading), json);
     return reading.session ? 0 : 1;
 }
 
 int callDoctor(bool json)
 {
     const auto findings = examine(kPaths);
-    print(json ? asJson(findings) : asText(findings));
+    print(printed(findings), json);
     return isWell(findings) ? 0 : 1;
 }
 

@@ -2,9 +2,8 @@
 // own.
 #include "backend/AgentLock.h"
 #include "tests/support/TestPlace.h"
-#include "tools/kest_inspect/Doctor.h"
-#include "tools/kest_inspect/Json.h"
-#include "tools/kest_inspect/PlainText.h"
+#include "tools/kest_inspect/Changes.h"
+#include "tools/kest_inspect/Checks.h"
 #include "tools/kest_inspect/Words.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 using Kest::Test::RawSegment;
 using testing::ElementsAre;
-using Json = nlohmann::json;
 using testing::HasSubstr;
 
 class Inspect : public testing::Test {
@@ -34,16 +32,16 @@ protected:
     }
 
     /// The JSON of a reading. It and the text are checked to be fit for a terminal.
-    Json printed(const Reading& reading, std::string& text)
+    nlohmann::json printedJson(const Reading& reading, std::string& text)
     {
         const auto isControl = [](unsigned char byte) { return byte < 0x20 && byte != '\n'; };
-        text = asText(reading);
+        text = printed(reading).text;
         EXPECT_TRUE(std::ranges::none_of(text, isControl)) << text;
         EXPECT_THAT(text, testing::Not(HasSubstr("\xC2\x9B")));
-        const auto json = asJson(reading);
+        const auto json = jsonDocument(printed(reading).json);
         EXPECT_TRUE(
             std::ranges::none_of(json, [&](unsigned char byte) { return isControl(byte) || byte >= 0x7F; }));
-        return Json::parse(json);
+        return nlohmann::json::parse(json);
     }
 
     Kest::Test::TestPlace place;
@@ -82,7 +80,7 @@ TEST_F(Inspect, TellsAnyBytesAsTextAndAsJson)
     raw.putInt(agent(656 + 272 + 264), 7); // no slot
 
     std::string text;
-    const auto session = printed(readHost(place.paths), text)["session"];
+    const auto session = printedJson(readHost(place.paths), text)["session"];
     EXPECT_THAT(text, HasSubstr("No volume information is received"));
     EXPECT_THAT(text, HasSubstr("a\\xC2\\x9B\xEF\xBF\xBD"));
     const auto bus = session["clients"][1];
@@ -99,7 +97,7 @@ TEST_F(Inspect, TellsAnyBytesAsTextAndAsJson)
     std::mt19937 random(1);
     for (std::size_t i = 0; i < RawSegment::kSessionBytes; ++i)
         raw.bytes()[i] = static_cast<unsigned char>(random());
-    EXPECT_GT(printed(readHost(place.paths), text)["session"]["clients"].size(), 1000);
+    EXPECT_GT(printedJson(readHost(place.paths), text)["session"]["clients"].size(), 1000);
 }
 
 TEST_F(Inspect, TellsEachChangeOnce)
@@ -109,13 +107,13 @@ TEST_F(Inspect, TellsEachChangeOnce)
         std::vector<std::string> lines;
         auto now = readHost(place.paths);
         for (const auto& change : changesBetween(known, now)) {
-            lines.push_back(asText(change));
-            EXPECT_TRUE(Json::parse(asJson(change, "now"))["event"].is_string());
+            lines.push_back(change.text);
+            EXPECT_TRUE(Json::parse(jsonLine(change.json))["event"].is_string());
         }
         known = std::move(now);
         return lines;
     };
-    EXPECT_EQ(asText(changesUpTo(known).at(0)), "host down");
+    EXPECT_EQ(changesUpTo(known).at(0).text, "host down");
     auto& raw = place.startHost();
     EXPECT_THAT(news(),
                 testing::AllOf(testing::Contains("host up"), testing::Contains("parameter 4 SoloMode: 0"),

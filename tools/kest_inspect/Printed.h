@@ -1,0 +1,42 @@
+// What the tool prints: each thing as a person reads it in a terminal, and as a program does.
+#pragma once
+
+#include "tools/kest_inspect/Finding.h"
+#include "tools/kest_inspect/Reading.h"
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace KestInspect {
+
+using Json = nlohmann::ordered_json;
+
+struct Printed {
+    std::string text; // UTF-8, without control characters of other processes
+    Json json;
+};
+
+/// `text` is several lines, each with its line feed.
+Printed printed(const Reading& reading);
+Printed printed(const std::vector<Finding>& findings);
+
+/// Returns ASCII, whatever bytes `json` contains: several lines, each with its line feed, or one line without
+/// one. A number that is not finite is null.
+std::string jsonDocument(const Json& json);
+std::string jsonLine(const Json& json);
+
+/// Parts of a reading; `text` is one line without a line feed.
+Printed printedClient(const Client& client);
+Printed printedParameter(int number, float value);
+Printed printedText(int number, const std::string& value);
+Printed printedBus(const std::string& id, const std::string& label); // "none" without an id
+std::string printedVersionWord(std::int32_t bits);
+
+/// A client's id or label for a terminal.
+std::string printedName(std::string_view bytes);
+/// `meaning` in brackets behind a blank; empty when it is.
+std::string inBrackets(const std::string& meaning);
+Json textOrNull(std::string_view text);
+
+} // namespace KestInspect
