@@ -17,13 +17,13 @@ App::ItemSnapshot menuOf(Fuzz::Input& input, int depth)
     App::ItemSnapshot menu;
     for (int items = input.below(4); items > 0 && !input.isEmpty(); --items) {
         auto item = depth > 0 ? menuOf(input, depth - 1) : App::ItemSnapshot();
-        const int look = input.byte();
+        const int state = input.byte();
         App::ItemProperties properties;
         properties.title = input.text(static_cast<std::size_t>(input.below(6)));
-        properties.enabled = (look & 1) == 0;
-        properties.hidden = (look & 2) != 0;
-        properties.separator = (look & 12) == 12;
-        properties.mark = (look & 16) == 0 ? App::Mark::none : App::Mark::radio;
+        properties.enabled = (state & 1) == 0;
+        properties.hidden = (state & 2) != 0;
+        properties.separator = (state & 12) == 12;
+        properties.mark = (state & 16) == 0 ? App::Mark::none : App::Mark::radio;
         item.properties = properties;
         item.hasSubmenu = !item.items.empty();
         menu.items.push_back(std::move(item));

@@ -1,6 +1,6 @@
 # Completion of kest-settings-ctl for bash: commands, options, and the paths of the menu that the agent shows.
 _kest_settings_ctl() {
-    local current=$2 command= word i
+    local current=$2 command='' word i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]}
@@ -19,8 +19,12 @@ _kest_settings_ctl() {
         *) return ;;
     esac
     # What is typed so far, without the shell's quoting; > and blanks break words only where they are not quoted.
-    local line=${COMP_LINE:0:COMP_POINT} quote= typed path
+    local line=${COMP_LINE:0:COMP_POINT} quote='' typed path
     typed=${line#*"$command" }
+    while [[ $typed == --*' '* ]]; do # options before the path
+        [[ $typed != '--timeout '* ]] || typed=${typed#* }
+        typed=${typed#* }
+    done
     case $typed in
         \"* | \'*) quote=${typed:0:1} typed=${typed:1} ;;
         *) typed=$(printf '%s' "$typed" | sed 's/\\\(.\)/\1/g') ;;

@@ -21,7 +21,7 @@ Options:
   --json             prints the agent's reply, a JSON object, or one object a line from watch
   --paths            menu: prints the path of each item that can be chosen
   --yes              choose: confirms "Abort and Delete Output Folder"
-  --timeout SECONDS  longest time to wait for the agent's reply (1 to 86400, default 10)
+  --timeout SECONDS  maximum time to wait for the agent's reply (1 to 86400, default 10)
   --help, --version
 
 Exit status: 0 when done; 1 when no agent is running or the choice is not possible; 2 for a wrong command line.

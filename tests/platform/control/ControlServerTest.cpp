@@ -298,39 +298,34 @@ TEST(ListeningSocket, ReplacesOnlyASocketThatNobodyAnswers)
     {
         const auto replaced = ListeningSocket::open({folder});
         EXPECT_TRUE(replaced);
+        Kest::Test::captureErrors();
         EXPECT_FALSE(ListeningSocket::open({folder})); // somebody listens
+        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("socket: another agent has it\n"));
         EXPECT_TRUE(std::filesystem::is_socket(path));
     }
 
-    const auto refuses = [&](const std::string& why) {
-        Kest::Test::captureErrors();
-        EXPECT_FALSE(ListeningSocket::open({folder}));
-        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(why));
-    };
     std::filesystem::create_directory(folder);
     Kest::Test::writeFile(path, "precious");
-    refuses("another file has this name");
+    EXPECT_FALSE(ListeningSocket::open({folder}));
     EXPECT_EQ(Kest::Test::readFile(path), "precious");
     std::filesystem::remove(path);
     std::filesystem::create_symlink(temporary / "elsewhere", path);
-    refuses("another file has this name");
+    EXPECT_FALSE(ListeningSocket::open({folder}));
     EXPECT_TRUE(std::filesystem::is_symlink(path));
 
     std::filesystem::remove_all(folder);
     std::filesystem::create_directory(temporary / "elsewhere");
     std::filesystem::create_directory_symlink(temporary / "elsewhere", folder);
-    refuses("not a folder of this user");
+    EXPECT_FALSE(ListeningSocket::open({folder}));
     EXPECT_THAT(Kest::Test::readFile(temporary / "elsewhere/socket"), IsEmpty());
 }
 
-TEST(ListeningSocket, APathThatIsTooLongIsLeftOutOrReported)
+TEST(ListeningSocket, APathThatIsTooLongIsLeftOut)
 {
     const Kest::Test::TemporaryFolder temporary;
     const auto tooLong = temporary / std::string(120, 'x');
     EXPECT_TRUE(ListeningSocket::open({tooLong, temporary / "short"}));
-    Kest::Test::captureErrors();
     EXPECT_FALSE(ListeningSocket::open({tooLong}));
-    EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr("the path is too long for a socket"));
 }
 
 namespace {
