@@ -33,10 +33,10 @@ Row item(const std::string& title, Action action, Mark mark = Mark::none)
     return row;
 }
 
-Row check(const char* title, Action action) { return item(title, action, Mark::check); }
 Row toggle(const Setting& setting)
 {
-    return check(setting.title, Action::toggleSetting).tag(static_cast<int>(&setting - kSettings));
+    return item(setting.title, Action::toggleSetting, Mark::check)
+        .tag(static_cast<int>(&setting - kSettings));
 }
 Row radio(const char* title, Action action) { return item(title, action, Mark::radio); }
 

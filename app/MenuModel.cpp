@@ -65,7 +65,7 @@ MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : abo
 Menu::~Menu()
 {
     for (const auto& item : items)
-        model.index.erase(item->identity);
+        model.removeFromIndex(*item);
 }
 
 bool Menu::isPlaced() const { return owner != nullptr || &model.statusMenu() == this; }
@@ -106,7 +106,7 @@ MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
     inserted.identity = identityFor(inserted);
     inserted.above = this;
     items.insert(items.begin() + index, std::move(item));
-    model.index[inserted.identity] = &inserted;
+    model.addToIndex(inserted);
     if (isPlaced())
         model.journal.noteCame(ownerId(), inserted.identity);
     return inserted;
@@ -119,7 +119,7 @@ ItemId Menu::identityFor(const MenuItem& item)
         const auto& is = item.properties();
         return was.title == is.title && was.action == is.action && was.separator == is.separator;
     });
-    if (same == removed.end() || model.index.contains((*same)->identity))
+    if (same == removed.end() || model.indexed((*same)->identity) != nullptr)
         return model.unusedId();
     const auto identity = (*same)->identity;
     (*same)->noteBefore(model.journal);
@@ -133,7 +133,7 @@ std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
     const auto position = items.begin() + indexOfItem(item);
     auto taken = std::move(*position);
     items.erase(position);
-    model.index.erase(taken->identity);
+    model.removeFromIndex(*taken);
     taken->above = nullptr;
     if (isPlaced())
         model.journal.noteWent(ownerId(), taken->identity, taken->seen);
@@ -146,7 +146,7 @@ void Menu::removeAllItems()
         model.journal.noteRefill(ownerId(), ids());
     removed = std::exchange(items, {});
     for (const auto& item : removed) {
-        model.index.erase(item->identity);
+        model.removeFromIndex(*item);
         item->above = nullptr;
         if (isPlaced())
             model.journal.noteWent(ownerId(), item->identity, item->seen);
@@ -164,13 +164,24 @@ std::unique_ptr<Menu> Menu::copy() const
     return copied;
 }
 
+std::deque<MenuItem*>::const_iterator MenuModel::position(ItemId id) const
+{
+    return std::ranges::lower_bound(index, id, {}, &MenuItem::id);
+}
+
+MenuItem* MenuModel::indexed(ItemId id) const
+{
+    const auto found = position(id);
+    return found == index.end() || (*found)->id() != id ? nullptr : *found;
+}
+
 MenuItem* MenuModel::itemWithId(ItemId id) const
 {
-    const auto found = index.find(id);
-    const Menu* top = found == index.end() ? nullptr : found->second->menu();
+    auto* found = indexed(id);
+    const Menu* top = found == nullptr ? nullptr : found->menu();
     while (top != nullptr && top->ownerItem() != nullptr)
         top = top->ownerItem()->menu();
-    return top == root.get() ? found->second : nullptr; // not one of a template
+    return top == root.get() ? found : nullptr; // not one of a template
 }
 
 bool MenuModel::hasManyChanges() const
@@ -187,7 +198,7 @@ ItemId MenuModel::unusedId()
     do {
         reusesIds = reusesIds || lastId == maxItemId;
         lastId = lastId == maxItemId ? kStatusMenuId + 1 : lastId + 1;
-    } while (reusesIds && index.find(lastId) != nullptr);
+    } while (reusesIds && indexed(lastId) != nullptr);
     return lastId;
 }
 

@@ -3,11 +3,11 @@
 
 #include "app/MenuChanges.h"
 
+#include <deque>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Kest::App {
@@ -125,12 +125,18 @@ private:
     friend class Menu;
     friend class MenuItem;
     ItemId unusedId();
+    /// The first item in the index whose id is not below this one.
+    std::deque<MenuItem*>::const_iterator position(ItemId id) const;
+    /// The item with the id, in a template too; null when there is none.
+    MenuItem* indexed(ItemId id) const;
+    void addToIndex(MenuItem& item) { index.insert(position(item.id()), &item); }
+    void removeFromIndex(const MenuItem& item) { index.erase(position(item.id())); }
 
     const ItemId maxItemId;
     ItemId lastId = kStatusMenuId;
     bool reusesIds = false;
     MenuJournal journal;
-    std::unordered_map<ItemId, MenuItem*> index;
+    std::deque<MenuItem*> index; // by id: ids ascend, and a table takes three times the memory
     std::unique_ptr<Menu> root;
 };
 

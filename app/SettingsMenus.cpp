@@ -6,9 +6,6 @@
 namespace Kest::App {
 namespace {
 
-constexpr int kLatch = 0;
-constexpr int kExclusive = 1;
-
 const Settings::Setting& settingOf(const MenuItem& toggle) { return Settings::kSettings[toggle.tag()]; }
 
 void checkOnly(const Menu& menu, int tag)
@@ -22,12 +19,9 @@ void checkOnly(const Menu& menu, int tag)
 
 void SettingsMenus::showStoredChoices()
 {
-    const auto self = Sender::delegate();
     const auto soloMode = backend.getSoloMode();
-    if (soloMode == kExclusive)
-        setSoloModeXOR(self);
-    else if (soloMode == kLatch)
-        setSoloModeLatch(self);
+    if (soloMode == kExclusive || soloMode == kLatch)
+        setSoloMode(soloMode, Sender::delegate());
     setHdxAuxTrackDelay(outlets.mHdxAuxMenu->itemWithTag(backend.getHdxAuxTrackDelay()));
     for (auto* toggle : outlets.toggles)
         if (toggle != nullptr)
@@ -40,20 +34,12 @@ void SettingsMenus::showStoredSpeakerConfig()
     setSpeakerConfig(Sender::delegate());
 }
 
-void SettingsMenus::setSoloModeXOR(Sender sender)
+void SettingsMenus::setSoloMode(int mode, Sender sender)
 {
-    outlets.mSoloModeXORMenuItem->setState(true);
-    outlets.mSoloModeLatchMenuItem->setState(false);
+    outlets.mSoloModeXORMenuItem->setState(mode == kExclusive);
+    outlets.mSoloModeLatchMenuItem->setState(mode == kLatch);
     if (!sender.isDelegate())
-        backend.setSoloMode(kExclusive);
-}
-
-void SettingsMenus::setSoloModeLatch(Sender sender)
-{
-    outlets.mSoloModeXORMenuItem->setState(false);
-    outlets.mSoloModeLatchMenuItem->setState(true);
-    if (!sender.isDelegate())
-        backend.setSoloMode(kLatch);
+        backend.setSoloMode(mode);
 }
 
 void SettingsMenus::setHdxAuxTrackDelay(Sender sender)

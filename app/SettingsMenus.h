@@ -23,8 +23,8 @@ public:
     void showStoredSpeakerConfig();
 
     // Actions. Sent by the delegate they show what is stored; otherwise they apply the user's choice.
-    void setSoloModeXOR(Sender sender);
-    void setSoloModeLatch(Sender sender);
+    void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
+    void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
     void setHdxAuxTrackDelay(Sender sender); // takes the sender's tag always
     void setSpeakerConfig(Sender sender);
     void toggleSetting(Sender sender);
@@ -33,6 +33,10 @@ public:
     void buildSpeakerConfigMenu(Menu& menu);
 
 private:
+    static constexpr int kLatch = 0;
+    static constexpr int kExclusive = 1;
+
+    void setSoloMode(int mode, Sender sender);
     void apply(MenuItem& toggle, int value);
 
     const Outlets& outlets;

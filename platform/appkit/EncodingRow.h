@@ -8,7 +8,9 @@
 
 /// A name and a percentage, below them a bar that is filled as far, and the arrow of a submenu, which AppKit
 /// draws for no item with a view.
-@interface KestEncodingRow : NSView
+@interface KestEncodingRow : NSView {
+    CGFloat progress;
+}
 /// How much of the bar is filled, 0 to 1; a copy of the row starts with 0.
 @property(nonatomic) CGFloat progress;
 - (NSTextField*)nameLabel;

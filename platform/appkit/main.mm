@@ -9,6 +9,7 @@
 #include "platform/posix/RunAlone.h"
 
 #include <cctype>
+#include <cstring>
 #include <vector>
 
 // Passes AppKit's events of the application's life to the agent.

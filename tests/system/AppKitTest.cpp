@@ -91,7 +91,8 @@ TEST_F(AppKitProgram, EndsInOrderWhenItIsAskedTo)
 
 TEST_F(AppKitProgram, SaysInOneLineWhyItDoesNotStart)
 {
-    Process unseen({"/usr/bin/env", "-u", "DISPLAY", program("kest-settings-appkit")});
+    Process unseen({"/usr/bin/env", "-u", "DISPLAY", program("kest-settings-appkit"), "-psn_0_4711",
+                    "-NSShowAllViews", "YES"}); // as macOS and Xcode start it
     EXPECT_TRUE(unseen.prints("No screen"));
     EXPECT_EQ(unseen.exitStatus(), 1);
 }

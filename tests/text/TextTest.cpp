@@ -17,7 +17,8 @@ TEST(Utf8, EveryCharacterIsReadAsItIsWritten)
             code = 0xE000;
         std::string text;
         append(text, code);
-        const auto character = firstCharacter(text + "\x80");
+        const auto followed = text + "\x80";
+        const auto character = firstCharacter(followed);
         ASSERT_TRUE(character.isValid && character.code == code && character.bytes == text) << unsigned(code);
     }
 }
