@@ -47,9 +47,9 @@ void ServerThread::run()
         auto ready = waiting.begin() + kFirstClient;
         for (auto& [id, client] : clients)
             serve(client, (ready++)->revents);
+        dropDead();
         if (waiting[kListener].revents != 0)
             acceptClients();
-        dropDead();
     }
     deliver(outbox.take());
     clients.clear();
