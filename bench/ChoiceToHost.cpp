@@ -112,6 +112,7 @@ Measured measure(const Watcher& watcher, const float& soloMode, int choices)
         click(watcher, exclusive);
         measured.choices.push_back(waitForHost(soloMode, 1, begin));
         watcher.waitFor([] { return false; }, kRest);
+        saveOnce(path, std::filesystem::file_size(settings), true); // or it would wait for the click's writes
         begin = Clock::now();
         request(*client, "Solo Mode > Latch");
         measured.requests.push_back(waitForHost(soloMode, 0, begin));
