@@ -33,9 +33,6 @@ public:
     /// Makes the sender's bus the default one; a tag outside the list changes nothing.
     void setDefaultKestBus(Sender sender);
 
-    /// Makes "Main Bus" the current one without telling the Backend.
-    void startWithMainBus() { currentDefaultKestBus = Settings::kMainBus; }
-
 private:
     std::vector<std::string> takeBusList();
     void tellBackend(const std::string& name);

@@ -12,18 +12,9 @@ namespace Kest::App {
 namespace {
 
 constexpr int kFixedItems = 2;
-constexpr int kFinished = 100; // per cent
 constexpr std::size_t kMinNameBytes = 5;
 constexpr int kTagCharacters = 4; // an underscore and three more
 constexpr char kPrintTag[] = "_Print";
-constexpr std::size_t kForgottenAtOnce = 100;
-
-// Finished, or failed.
-bool isOver(const MenuItem& entry)
-{
-    const auto* abort = entry.submenu()->itemWithTag(kAbortTag);
-    return entry.properties().view->failed || (abort != nullptr && !abort->properties().enabled);
-}
 
 juce::String withoutTag(const juce::String& name)
 {
@@ -54,6 +45,8 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
                                                  const std::string& description)
 {
     auto status = reportedStatus(pid);
+    if (status.pid != pid && evictions > 0)
+        return; // its record was evicted
     if (status.pid != pid) {
         status.pid = status.process.pid = pid;
         status.name = description;
@@ -66,11 +59,30 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
     show(status, number);
 }
 
-void EncodingHistoryMenu::showLatest(std::int32_t pid, bool hasFailed)
+bool EncodingHistoryMenu::showReported()
 {
-    const auto status = reportedStatus(pid);
-    if (status.pid == pid)
-        show(status, hasFailed ? -1 : status.percentage);
+    const auto reported =
+        backend.encodings().query([this](const auto& table) { return table.reportedSince(lastReport); });
+    for (const auto& status : reported)
+        show(status, status.hasFailed ? -1 : status.percentage);
+    removeEvicted();
+    return !reported.empty();
+}
+
+void EncodingHistoryMenu::removeEvicted()
+{
+    std::vector<Rows::iterator> evicted;
+    backend.encodings().query([&](const auto& table) {
+        if (evictions == table.evictions())
+            return;
+        evictions = table.evictions();
+        for (auto row = rows.begin(); row != rows.end(); ++row)
+            if (table.find(row->second.process()) == nullptr)
+                evicted.push_back(row);
+    });
+    for (const auto row : evicted)
+        remove(row);
+    setClearEncodingHistoryEnabled();
 }
 
 // A message is never about a process that has not reported yet, but about the one before it.
@@ -95,19 +107,11 @@ void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int3
 
 void EncodingHistoryMenu::update(Row& row, const Settings::encodingStatus& status, std::int32_t number)
 {
-    textBytes -= row.textBytes();
     row.wroteToPipe = status.wroteToPipe;
     row.output = status.path.empty() ? nullptr : std::make_unique<const std::string>(status.path);
-    row.mayBeAborted = number < kFinished; // a failed encoder may still run
+    row.mayBeAborted = number < Settings::kFinished; // a failed encoder may still run
     row.item->setView(viewOf(status, number));
-    textBytes += row.textBytes();
     setAbortEnabled(row);
-}
-
-std::size_t EncodingHistoryMenu::Row::textBytes() const
-{
-    const auto& view = item->properties().view;
-    return item->title().size() + (view ? view->name.size() : 0) + (output == nullptr ? 0 : output->size());
 }
 
 EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::newestRow(std::int32_t pid)
@@ -128,14 +132,11 @@ EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::rowOf(const MenuItem* i
 EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::addRow(const Settings::encodingStatus& status,
                                                                 const std::string& title)
 {
-    makeRoom();
     auto& item = outlets.mEncodingProgressMenu->insertItem(
         std::make_unique<MenuItem>(ItemProperties{.title = title, .tag = status.pid}),
         getEncodingHistoryLength());
     item.setSubmenu(outlets.mEncodingSubMenu->copy());
-    const auto row = rows.emplace(status.pid, Row{&item, status.process.startTime});
-    textBytes += row->second.textBytes();
-    return row;
+    return rows.emplace(status.pid, Row{&item, status.process.startTime});
 }
 
 void EncodingHistoryMenu::setAbortEnabled(const Row& row) const
@@ -144,24 +145,8 @@ void EncodingHistoryMenu::setAbortEnabled(const Row& row) const
         abort->setEnabled(row.mayBeAborted && !aborts.isRunning(row.process()));
 }
 
-void EncodingHistoryMenu::makeRoom()
-{
-    const auto& menu = outlets.mEncodingProgressMenu->itemArray();
-    if (getEncodingHistoryLength() < kFixedItems + kMostEncodings && textBytes < kMaxTextBytes)
-        return;
-    std::vector<const MenuItem*> oldest;
-    for (const bool over : {true, false})
-        for (auto item = menu.begin() + kFixedItems; item != menu.end() && oldest.size() < kForgottenAtOnce;
-             ++item)
-            if (isOver(**item) == over)
-                oldest.push_back(item->get());
-    for (const auto* item : oldest)
-        remove(rowOf(item));
-}
-
 std::unique_ptr<MenuItem> EncodingHistoryMenu::remove(Rows::iterator row)
 {
-    textBytes -= row->second.textBytes();
     auto removed = outlets.mEncodingProgressMenu->removeItem(*row->second.item);
     rows.erase(row);
     return removed;
@@ -186,7 +171,7 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     auto& row = found->second;
     // The message that it has finished may still wait, or have given way to one of the number's next process.
     const auto status = backend.getEncodingStatus(row.process());
-    if (status.percentage >= kFinished && !row.item->properties().view->failed)
+    if (status.percentage >= Settings::kFinished && !row.item->properties().view->failed)
         return update(row, status, status.percentage);
     const auto& paths = backend.paths();
     const auto failure = aborts.start({.process = row.process(),

@@ -27,12 +27,6 @@ std::string encodingName(const std::string& description);
 /// references outlive it.
 class EncodingHistoryMenu {
 public:
-    /// As many as the Backend has records after it has removed a tenth. Only a flood of process ids reaches
-    /// this, or this many bytes of titles and paths: then the oldest rows are removed, a hundred at once,
-    /// those that are over first.
-    static constexpr int kMostEncodings = 9'000;
-    static constexpr std::size_t kMaxTextBytes = 2'000'000;
-
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
                         AbortJobs& abortJobs)
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
@@ -43,8 +37,9 @@ public:
     /// is unknown there the name is the description.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
-    /// The same by what the Backend knows of it; that its last report was a failure is not recorded there.
-    void showLatest(std::int32_t pid, bool hasFailed);
+    /// Shows a batch of the encodings that have reported since the last call, as they are in the Backend's
+    /// table, and removes the rows whose records were evicted from it. False when there was nothing to show.
+    bool showReported();
 
     // Actions on the row whose submenu the sender is in.
     void encShowInFinder(Sender sender);
@@ -66,7 +61,6 @@ private:
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
         std::string path() const { return output == nullptr ? std::string() : *output; }
-        std::size_t textBytes() const;
 
         MenuItem* item;
         std::uint64_t startTime;
@@ -83,7 +77,7 @@ private:
     Rows::iterator rowOf(const MenuItem* item);
     Rows::iterator addRow(const Settings::encodingStatus& status, const std::string& title);
     void setAbortEnabled(const Row& row) const;
-    void makeRoom();
+    void removeEvicted();
     std::unique_ptr<MenuItem> remove(Rows::iterator row);
 
     const Outlets& outlets;
@@ -91,7 +85,9 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    std::size_t textBytes = 0; // of all rows
+    // As far as the Backend's table is shown.
+    std::uint64_t lastReport = 0;
+    std::uint64_t evictions = 0;
 };
 
 } // namespace Kest::App

@@ -21,9 +21,10 @@ public:
     virtual void showStatusItem(const std::string& imageName) = 0;
     /// Any thread. Runs a job on the main thread, later and in order; drops it when the loop has ended.
     virtual void post(std::function<void()> job) = 0;
-    /// Main thread, once in each of its jobs but in a flood: the model is not what it was, or the host is
-    /// not.
+    /// Main thread, once in each of its jobs but in a flood: the model has changed.
     virtual void menuChanged(const MenuChanges& changes) = 0;
+    /// Main thread: `KestSettingsAppDelegate::hostState` has changed, after the menu was updated for it.
+    virtual void hostChanged() {}
     /// Main thread: ends the loop.
     virtual void quit() = 0;
 };

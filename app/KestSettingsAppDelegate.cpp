@@ -64,7 +64,6 @@ void KestSettingsAppDelegate::awakeFromNib()
     parts->settings.showStoredChoices();
     parts->buses.updateKestBusMenu();
     parts->settings.showStoredSpeakerConfig();
-    parts->buses.startWithMainBus();
 
     outlets.mFacilityMenuItem->setHidden(true);
     outlets.mFacilityMenuItem2->setHidden(true);
@@ -74,6 +73,7 @@ void KestSettingsAppDelegate::awakeFromNib()
 // monitor's first pass preceded the callback.
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
+    takeHostState(); // its callback may have been preceded as well
     const Job job(*this);
     if (parts)
         parts->buses.fillFirst();
@@ -86,16 +86,12 @@ void KestSettingsAppDelegate::applicationWillTerminate()
         aborts.end();
         parts.reset();
         mBackend.reset();
+        host = {};
     }
     ServiceActions(workspace, systemPaths).unloadLaunchAgent();
 }
 
 int KestSettingsAppDelegate::startError() const { return mBackend == nullptr ? 0 : mBackend->startError(); }
-
-Settings::HostState KestSettingsAppDelegate::hostState() const
-{
-    return mBackend == nullptr ? Settings::HostState::absent : mBackend->hostState();
-}
 
 bool KestSettingsAppDelegate::choose(ItemId id)
 {
@@ -161,8 +157,7 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
     }
 }
 
-// A message that gave way to a newer one is not handled any more, but what it was about is shown as it is
-// now.
+// A status message that gave way to one of another kind.
 void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
 {
     if (!parts)
@@ -171,8 +166,13 @@ void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
         receivedStatusMessage(*skipped.status);
     if (skipped.busList)
         parts->buses.refreshBusList();
-    for (const auto& [pid, hasFailed] : skipped.encodings)
-        parts->encodings.showLatest(pid, hasFailed);
+}
+
+void KestSettingsAppDelegate::showReportedEncodings()
+{
+    while (parts->encodings.showReported())
+        if (model.hasManyChanges())
+            tellChanges();
 }
 
 void KestSettingsAppDelegate::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
@@ -192,6 +192,7 @@ void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::i
     const Job job(*this);
     if (!parts)
         return;
+    showReportedEncodings(); // also those whose messages gave way to this one
     if (type > 0)
         parts->encodings.receivedMsgFromBackend(number, type, description);
     else if (type == 0)
@@ -208,10 +209,25 @@ void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 
 void KestSettingsAppDelegate::showNotification(const std::string&) {}
 
+// What depends on the host is updated here, before the front end.
+void KestSettingsAppDelegate::takeHostState()
+{
+    isHostJobPosted = false;
+    const auto now = mBackend == nullptr ? Settings::HostState() : mBackend->hostState();
+    if (now == host)
+        return;
+    {
+        const Job job(*this);
+        host = now;
+    }
+    frontEnd.hostChanged();
+}
+
 void host_state_callback(void* context)
 {
-    auto& frontEnd = static_cast<KestSettingsAppDelegate*>(context)->frontEnd;
-    frontEnd.post([&frontEnd] { frontEnd.menuChanged({}); });
+    auto& delegate = *static_cast<KestSettingsAppDelegate*>(context);
+    if (!delegate.isHostJobPosted.exchange(true))
+        delegate.frontEnd.post([&delegate] { delegate.takeHostState(); });
 }
 
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type, const char* description)

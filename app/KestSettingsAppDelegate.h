@@ -16,6 +16,7 @@
 #include "app/SettingsMenus.h"
 #include "backend/Backend.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -48,8 +49,8 @@ public:
 
     // From the front end.
     const MenuModel& menu() const { return model; }
-    /// For front ends that tell of it. The front end's `menuChanged` is called when it has changed, too.
-    Settings::HostState hostState() const;
+    /// The host as the menu shows it; the front end's `hostChanged` is called when it has changed.
+    const Settings::HostState& hostState() const { return host; }
     /// Does what the item is for. False when it is unknown, a separator, hidden, greyed or for nothing.
     bool choose(ItemId id);
     /// The submenu of an item is about to be looked at. Ignores what is no submenu.
@@ -87,6 +88,8 @@ private:
     void perform(Action action, Sender sender);
     void receivedStatusMessage(std::int32_t number);
     void catchUp(const SkippedMessages& skipped);
+    void showReportedEncodings();
+    void takeHostState();
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     void tellChanges();
 
@@ -98,6 +101,8 @@ private:
     MenuModel model;
     Outlets outlets;
     MessageSlot slot;
+    Settings::HostState host;
+    std::atomic<bool> isHostJobPosted = false;
     int openJobs = 0;
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Parts> parts;
@@ -105,8 +110,7 @@ private:
     AbortJobs aborts; // ends first: its jobs reach the parts
 };
 
-/// The Backend's callback for the host's coming and going: has the front end told on the main thread. Any
-/// thread.
+/// The Backend's callback for a changed host: has its state taken on the main thread. Any thread.
 void host_state_callback(void* context);
 
 /// The Backend's callback: keeps the message and has it handled on the main thread. Any thread; does nothing

@@ -9,8 +9,6 @@ namespace Kest::App {
 namespace {
 
 constexpr std::size_t kLongestDescription = 1022; // bytes
-// More encoders than run at once anywhere; a flood beyond it is skipped for good.
-constexpr std::size_t kMostSkippedEncodings = 1024;
 
 } // namespace
 
@@ -45,7 +43,8 @@ std::optional<BackendMessage> MessageSlot::take()
     if (msgs_in_queue < 1)
         return std::nullopt;
     msgs_in_queue = 0;
-    return BackendMessage{msg_nr_queue, msg_type_queue, std::exchange(msg_descr_queue, {}), takeSkipped()};
+    return BackendMessage{msg_nr_queue, msg_type_queue, std::exchange(msg_descr_queue, {}),
+                          std::exchange(skipped, {})};
 }
 
 bool MessageSlot::isBusList() const
@@ -57,36 +56,18 @@ bool MessageSlot::isBusList() const
 void MessageSlot::noteSkipped()
 {
     if (isBusList())
-        busListSkipped = true;
+        skipped.busList = true;
     else if (msg_type_queue == 0)
-        statusSkipped = msg_nr_queue;
-    if (msg_type_queue <= 0 || encodingsSkipped.size() >= kMostSkippedEncodings)
-        return;
-    auto& encoding = encodingsSkipped.try_emplace(msg_type_queue, SkippedEncoding{++skips}).first->second;
-    encoding.hasFailed = msg_nr_queue < 0;
+        skipped.status = msg_nr_queue;
 }
 
-// The message that waits tells what a skipped one would have told.
+// The message that waits replaces a skipped one of its kind.
 void MessageSlot::forgetSkipped()
 {
     if (isBusList())
-        busListSkipped = false;
+        skipped.busList = false;
     else if (msg_type_queue == 0)
-        statusSkipped.reset();
-    encodingsSkipped.erase(msg_type_queue);
-}
-
-SkippedMessages MessageSlot::takeSkipped()
-{
-    std::map<std::size_t, SkippedMessages::Encoding> inOrder;
-    for (const auto& [pid, encoding] : encodingsSkipped)
-        inOrder[encoding.order] = {pid, encoding.hasFailed};
-    encodingsSkipped.clear();
-    SkippedMessages skipped{
-        std::exchange(statusSkipped, std::nullopt), std::exchange(busListSkipped, false), {}};
-    for (const auto& [order, encoding] : inOrder)
-        skipped.encodings.push_back(encoding);
-    return skipped;
+        skipped.status.reset();
 }
 
 } // namespace Kest::App

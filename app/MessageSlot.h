@@ -4,22 +4,16 @@
 #include "backend/Guarded.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace Kest::App {
 
-/// What the messages were about that gave way to a newer one, as far as that one does not tell it too.
+/// The status messages that gave way to a newer one, unless that one replaces them. What encoders reported
+/// meanwhile is in the Backend's table.
 struct SkippedMessages {
-    struct Encoding {
-        std::int32_t pid = 0;
-        bool hasFailed = false; // by its last message
-    };
     std::optional<std::int32_t> status; // the newest status number other than 3
     bool busList = false;
-    std::vector<Encoding> encodings; // in the order in which they were skipped first
 };
 
 struct BackendMessage {
@@ -45,24 +39,16 @@ public:
     std::optional<BackendMessage> take();
 
 private:
-    struct SkippedEncoding {
-        std::size_t order = 0;
-        bool hasFailed = false;
-    };
     bool isBusList() const KEST_REQUIRES(msgLock);
     void noteSkipped() KEST_REQUIRES(msgLock);
     void forgetSkipped() KEST_REQUIRES(msgLock);
-    SkippedMessages takeSkipped() KEST_REQUIRES(msgLock);
 
     Mutex msgLock;
     std::int32_t msg_nr_queue KEST_GUARDED_BY(msgLock) = 0;
     std::int32_t msg_type_queue KEST_GUARDED_BY(msgLock) = 0;
     std::string msg_descr_queue KEST_GUARDED_BY(msgLock);
     std::int32_t msgs_in_queue KEST_GUARDED_BY(msgLock) = 0; // 0 or 1
-    std::optional<std::int32_t> statusSkipped KEST_GUARDED_BY(msgLock);
-    bool busListSkipped KEST_GUARDED_BY(msgLock) = false;
-    std::map<std::int32_t, SkippedEncoding> encodingsSkipped KEST_GUARDED_BY(msgLock); // by process id
-    std::size_t skips KEST_GUARDED_BY(msgLock) = 0;
+    SkippedMessages skipped KEST_GUARDED_BY(msgLock);
 };
 
 } // namespace Kest::App

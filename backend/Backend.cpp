@@ -1,26 +1,18 @@
-// The Backend's life: what stands before its threads start, and in which order all of it ends.
+// The Backend's life, in which order all of it starts and ends.
 #include "backend/Backend.h"
 
-#include "backend/SettingsFile.h"
-#include "backend/SignalsBlocked.h"
 #include "lipc/SharedFile.h"
-#include "lipc/SharedNumber.h"
-#include "lipc/ShmManaged.h"
-#include "lipc/VersionBuffer.h"
 #include "log/Log.h"
-#include "log/Output.h"
 
 #include <cerrno>
 #include <cstring>
 #include <pwd.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace Kest::Settings {
 namespace {
 
-constexpr int kAcceptedWordSize = 64;
 constexpr mode_t kForAll = 0666;
 
 void reportMarker(const std::string& path)
@@ -28,67 +20,34 @@ void reportMarker(const std::string& path)
     Lct::Log(Lct::eLogWarning, "last user", "%.300s not written: %s", path.c_str(), std::strerror(errno));
 }
 
-// Returns the system's error where it refuses a thread.
-int startThread(std::thread& thread, const std::function<void()>& body)
-{
-    const SignalsBlocked blocked;
-    try {
-        thread = std::thread(body);
-    } catch (const std::system_error& refusal) {
-        return refusal.code().value();
-    }
-    return 0;
-}
-
 } // namespace
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
-    : systemPaths(std::move(paths)), monitorPeriod(period),
-      fifoPath(systemPaths.encodingProgressFifo.c_str()),
-      properties(std::make_unique<juce::ApplicationProperties>()),
-      settingsFile(std::make_unique<SettingsFile>(*properties, systemPaths))
+    : systemPaths(std::move(paths)), settingsFile(properties, systemPaths),
+      reader(systemPaths.encodingProgressFifo, [this](std::int32_t number, std::int32_t pid,
+                                                      const char* name) { sendMessage(number, pid, name); }),
+      monitor(systemPaths, period,
+              {.message = [this](std::int32_t number) { sendMessage(number, 0, ""); },
+               .hostChanged =
+                   [this] {
+                       if (auto* callback = hostStateCallback.load())
+                           callback(messageContext);
+                   },
+               .eachPass = [this] { reader.checkPipe(); }}), // here, so that the reader sleeps meanwhile
+      startFailure(reader.start())
 {
-    startFailure = startThread(pipeThread, [this] { namedPipeThreadloop(); });
-    if (acceptsHost()) {
+    if (monitor.acceptsHost())
         save_username(systemPaths.lastUserMarker);
-    } else {
-        refuseHost();
-    }
     if (startFailure == 0)
-        startFailure = startThread(monitorThread, [this] { timerThreadloop(); });
+        startFailure = monitor.start();
 }
 
 Backend::~Backend()
 {
-    messageCallback = nullptr; // whoever listens is about to go
+    messageCallback = nullptr; // whoever listens ends
     hostStateCallback = nullptr;
-    {
-        const MutexLock lock(stopMutex);
-        ++stopRequests;
-    }
-    stopSignal.notify_all();
-    progressPipe.wake();
-    for (auto* thread : {&pipeThread, &monitorThread})
-        if (thread->joinable())
-            thread->join();
-}
-
-// A host that is not running yet is accepted, and so is one that has not published its word size yet. That
-// one is checked again in each pass of the monitor.
-bool Backend::acceptsHost()
-{
-    const LIPC::ShmManagedOpen<LIPC::VersionBuffer> version(systemPaths.versionSegment.c_str());
-    if (version.contents() == nullptr)
-        return true;
-    const auto wordSize = LIPC::loadShared(version.contents()->wordSize);
-    versionIsPending = wordSize == LIPC::VersionBuffer::kNotPublished;
-    return versionIsPending || wordSize == kAcceptedWordSize;
-}
-
-void Backend::refuseHost()
-{
-    Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
-    ++hostArchMismatch;
+    monitor.stop();
+    reader.stop();
 }
 
 void Backend::save_username(const std::string& markerPath)
@@ -113,6 +72,22 @@ void Backend::sendMessage(std::int32_t number, std::int32_t type, const char* de
 {
     if (auto* callback = messageCallback.load())
         callback(messageContext, number, type, description);
+}
+
+encodingStatus Backend::getEncodingStatus(int pid) const
+{
+    return reader.query([&](const EncodingTable& table) {
+        const auto* found = table.find(pid);
+        return found == nullptr ? encodingStatus() : *found;
+    });
+}
+
+encodingStatus Backend::getEncodingStatus(const ProcessIdentity& process) const
+{
+    return reader.query([&](const EncodingTable& table) {
+        const auto* found = table.find(process);
+        return found == nullptr ? encodingStatus() : *found;
+    });
 }
 
 } // namespace Kest::Settings

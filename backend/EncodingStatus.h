@@ -8,6 +8,8 @@
 
 namespace Kest::Settings {
 
+constexpr std::int32_t kFinished = 100; // per cent
+
 struct encodingStatus {
     std::int32_t pid = 0;         // the encoder's process; 0 in the record of an unknown one
     std::string encType;          // the word of its last type line
@@ -17,6 +19,7 @@ struct encodingStatus {
     const char* nameText =
         nullptr;                 // the characters of `name` in the Backend's own record; null without a path
     std::int32_t errorCount = 0; // minus the number of errors reported
+    bool hasFailed = false;      // its last report is an error
     bool wroteToPipe = false;    // the process was once seen with the progress pipe open
     ProcessIdentity process;     // start time 0 when no process had the number at the first line
 };

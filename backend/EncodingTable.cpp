@@ -2,21 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 namespace Kest::Settings {
 namespace {
-
-constexpr std::int32_t kFinished = 100; // per cent
-constexpr std::size_t kAllocatorBytes = 16;
-constexpr std::size_t kMapNodeBytes = 32;
-constexpr int kMostProcessesAsked = 16;
-
-std::size_t heapBytes(const std::string& text)
-{
-    static const auto withinItself = std::string().capacity();
-    return text.capacity() > withinItself ? text.capacity() + 1 + kAllocatorBytes : 0;
-}
 
 // The file's name without its last extension.
 std::string_view displayName(std::string_view path)
@@ -34,9 +22,9 @@ auto newestOf(Records& records, std::int32_t pid)
     return isKnown ? std::prev(behind) : records.end();
 }
 
-bool isRunning(const ProcessIdentity& process)
+std::size_t textBytesOf(const encodingStatus& status)
 {
-    return process.startTime != 0 && identifyProcess(process.pid) == process;
+    return status.encType.size() + status.path.size() + status.name.size();
 }
 
 } // namespace
@@ -68,51 +56,57 @@ void EncodingTable::setWroteToPipe(std::int32_t pid)
         found->second.status.wroteToPipe = true;
 }
 
-const encodingStatus* EncodingTable::setPercentage(std::int32_t pid, std::int32_t percentage)
+const encodingStatus* EncodingTable::take(const EncodingLine& line)
 {
-    auto* record = touch(pid);
-    if (record == nullptr)
+    const auto found = newestOf(records, line.pid);
+    auto& record = found == records.end() ? add({line.pid, 0}) : found->second;
+    if (record.isClosed)
         return nullptr;
-    record->status.percentage = percentage;
-    record->isOver = percentage >= kFinished;
-    return &record->status;
+    if (const auto* progress = std::get_if<ProgressLine>(&line.content)) {
+        record.status.percentage = progress->percentage;
+        record.status.hasFailed = false;
+        report(record, progress->percentage >= kFinished);
+    } else if (std::holds_alternative<ErrorLine>(line.content)) {
+        --record.status.errorCount;
+        record.status.hasFailed = true;
+        report(record, true);
+    } else if (const auto* path = std::get_if<PathLine>(&line.content)) {
+        setPath(record, path->path);
+    } else if (const auto* type = std::get_if<TypeLine>(&line.content)) {
+        setType(record, type->word);
+    } else if (std::get<OverlongValue>(line.content).isPath) {
+        setPath(record, {});
+    }
+    return &record.status;
 }
 
-const encodingStatus* EncodingTable::setPath(std::int32_t pid, std::string_view path)
+void EncodingTable::report(Record& record, bool isOver)
 {
-    auto* record = touch(pid);
-    if (record == nullptr)
-        return nullptr;
-    auto& status = record->status;
-    bytesTaken -= bytesOf(status);
-    status.path = path;
-    status.name = displayName(path);
+    record.lastReport = ++reports;
+    if (record.firstReport == 0)
+        record.firstReport = reports;
+    record.isOver = isOver;
+    byLastReport.splice(byLastReport.end(), byLastReport, record.position);
+}
+
+// A new string each time: an assigned one keeps the memory of a longer text before it.
+void EncodingTable::setPath(Record& record, std::string_view path)
+{
+    auto& status = record.status;
+    bytesOfText -= textBytesOf(status);
+    status.path = std::string(path);
+    status.name = std::string(displayName(path));
     status.nameText = path.empty() ? nullptr : status.name.c_str();
-    bytesTaken += bytesOf(status);
-    makeRoom(*record);
-    return &status;
+    bytesOfText += textBytesOf(status);
+    makeRoom(record);
 }
 
-const encodingStatus* EncodingTable::setType(std::int32_t pid, std::string_view type)
+void EncodingTable::setType(Record& record, std::string_view type)
 {
-    auto* record = touch(pid);
-    if (record == nullptr)
-        return nullptr;
-    bytesTaken -= bytesOf(record->status);
-    record->status.encType = type;
-    bytesTaken += bytesOf(record->status);
-    makeRoom(*record);
-    return &record->status;
-}
-
-const encodingStatus* EncodingTable::addError(std::int32_t pid)
-{
-    auto* record = touch(pid);
-    if (record == nullptr)
-        return nullptr;
-    --record->status.errorCount;
-    record->isOver = true;
-    return &record->status;
+    bytesOfText -= textBytesOf(record.status);
+    record.status.encType = std::string(type);
+    bytesOfText += textBytesOf(record.status);
+    makeRoom(record);
 }
 
 const encodingStatus* EncodingTable::find(std::int32_t pid) const
@@ -129,79 +123,62 @@ const encodingStatus* EncodingTable::find(const ProcessIdentity& process) const
     return found == end ? nullptr : &found->second.status;
 }
 
+std::vector<encodingStatus> EncodingTable::reportedSince(std::uint64_t& since) const
+{
+    auto next = byLastReport.end();
+    while (next != byLastReport.begin() && (*std::prev(next))->second.lastReport > since)
+        --next;
+    std::vector<const Record*> batch;
+    for (; next != byLastReport.end() && batch.size() < kMaxBatch; ++next) {
+        const auto& record = (*next)->second;
+        since = record.lastReport;
+        if (record.firstReport != 0)
+            batch.push_back(&record);
+    }
+    std::ranges::sort(batch, {}, &Record::firstReport);
+    std::vector<encodingStatus> copies;
+    copies.reserve(batch.size());
+    for (const auto* record : batch)
+        copies.push_back(record->status);
+    return copies;
+}
+
 EncodingTable::Record& EncodingTable::add(const ProcessIdentity& process)
 {
-    auto& record = records.emplace(process.pid, Record())->second;
-    record.heard = ++changes;
+    const auto added = records.emplace(process.pid, Record());
+    auto& record = added->second;
     record.status.pid = process.pid;
     record.status.process = process;
-    bytesTaken += bytesOf(record.status);
+    record.lastReport = ++reports;
+    record.position = byLastReport.insert(byLastReport.end(), added);
     makeRoom(record);
     return record;
 }
 
-EncodingTable::Record* EncodingTable::touch(std::int32_t pid)
+bool EncodingTable::exceeds(std::size_t tenths) const
 {
-    const auto found = newestOf(records, pid);
-    if (found == records.end())
-        return &add({pid, 0});
-    auto& record = found->second;
-    if (record.isClosed)
-        return nullptr;
-    record.heard = ++changes;
-    return &record;
+    return records.size() > kMaxRecords * tenths / 10 || bytesOfText > maxTextBytes * tenths / 10;
 }
 
-bool EncodingTable::isTooMuch(std::size_t tenthsOfBound) const
-{
-    return records.size() > 1 && (bytesTaken > mostBytes * tenthsOfBound / 10 ||
-                                  records.size() > kMostRecords * tenthsOfBound / 10);
-}
-
-// A tenth at once, so that sorting costs little for each line.
+// A tenth at once: after each eviction the menu compares all its rows with the table.
 void EncodingTable::makeRoom(const Record& kept)
 {
-    if (!isTooMuch(10))
+    if (!exceeds(10))
         return;
-    auto oldest = fromOldest(kept);
-    // A few of those that still run are passed over at first.
-    int passedOver = 0;
-    for (auto& record : oldest) {
-        if (!isTooMuch(9))
-            return;
-        if (!record->second.isOver && passedOver < kMostProcessesAsked &&
-            isRunning(record->second.status.process))
-            ++passedOver;
-        else
-            forget(std::exchange(record, records.end()));
-    }
-    for (const auto record : oldest)
-        if (isTooMuch(9) && record != records.end())
-            forget(record);
+    ++evictionCount;
+    for (const bool onlyOver : {true, false})
+        for (auto next = byLastReport.begin(); next != byLastReport.end() && exceeds(9);) {
+            const auto record = *next++;
+            if (&record->second != &kept && (record->second.isOver || !onlyOver))
+                evict(record);
+        }
 }
 
-std::vector<EncodingTable::Records::iterator> EncodingTable::fromOldest(const Record& kept)
+void EncodingTable::evict(Records::iterator record)
 {
-    std::vector<Records::iterator> all;
-    all.reserve(records.size());
-    for (auto record = records.begin(); record != records.end(); ++record)
-        if (&record->second != &kept)
-            all.push_back(record);
-    std::ranges::sort(
-        all, {}, [](const auto& record) { return std::pair(!record->second.isOver, record->second.heard); });
-    return all;
-}
-
-void EncodingTable::forget(Records::iterator record)
-{
-    bytesTaken -= bytesOf(record->second.status);
+    bytesOfText -= textBytesOf(record->second.status);
+    byLastReport.erase(record->second.position);
     records.erase(record);
-}
-
-std::size_t EncodingTable::bytesOf(const encodingStatus& status)
-{
-    return sizeof(Records::value_type) + kMapNodeBytes + kAllocatorBytes + heapBytes(status.encType) +
-           heapBytes(status.path) + heapBytes(status.name);
 }
 
 } // namespace Kest::Settings

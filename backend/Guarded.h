@@ -15,7 +15,6 @@
 #define KEST_REQUIRES(mutex) KEST_ANNOTATION(requires_capability(mutex))
 #define KEST_ACQUIRE(...) KEST_ANNOTATION(acquire_capability(__VA_ARGS__))
 #define KEST_RELEASE(...) KEST_ANNOTATION(release_capability(__VA_ARGS__))
-#define KEST_UNCHECKED KEST_ANNOTATION(no_thread_safety_analysis)
 
 namespace Kest {
 

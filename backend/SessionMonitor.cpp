@@ -1,16 +1,23 @@
-// Once a second: the message that the host has left, the bus plug-ins that are registered, and the encoders'
-// pipe.
-#include "backend/Backend.h"
-#include "backend/BusScan.h"
+#include "backend/SessionMonitor.h"
+
+#include "backend/SignalsBlocked.h"
+#include "backend/SystemPaths.h"
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
+#include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
+#include "lipc/VersionBuffer.h"
 #include "log/Log.h"
+#include "log/Output.h"
+#include "tables/Settings.h"
 
 namespace Kest::Settings {
 namespace {
 
+using Session = LIPC::ShmManagedOpen<LIPC::SessionBuffer>;
+
+constexpr int kAcceptedWordSize = 64; // bits
 // Time for a host that has been interrupted in the middle of a name; a name takes it some nanoseconds.
 constexpr auto kWriteTime = std::chrono::milliseconds(1);
 // A bus that is renamed all the time must not hide the others.
@@ -19,101 +26,188 @@ constexpr int kPassesPerRefresh = 600; // some ten minutes
 
 } // namespace
 
-void Backend::timerThreadloop()
+BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known)
 {
-    MonitorState state;
-    for (int pass = 1; stopRequests == 0; ++pass) {
-        progressPipe.check(); // here, so that the reader sleeps until there is something to do
+    std::deque<LIPC::ClientEntry> buses;
+    session.getClientEntries(LIPC::kBusType, buses);
+
+    BusScan scan;
+    for (const auto& bus : buses) {
+        const std::string name(bus.labelText());
+        const auto id = bus.id.text();
+        scan.table.emplace(name, id);
+        const auto before = known.find(name);
+        scan.changed = scan.changed || before == known.end() || before->second != id;
+    }
+    scan.changed = scan.changed || scan.table.size() != known.size();
+    return scan;
+}
+
+SessionMonitor::SessionMonitor(const SystemPaths& systemPaths, std::chrono::nanoseconds monitorPeriod,
+                               Callbacks ofOwner)
+    : paths(systemPaths), period(monitorPeriod), callbacks(std::move(ofOwner))
+{}
+
+bool SessionMonitor::acceptsHost()
+{
+    const LIPC::ShmManagedOpen<LIPC::VersionBuffer> version(paths.versionSegment.c_str());
+    if (version.contents() == nullptr)
+        return true;
+    const auto wordSize = LIPC::loadShared(version.contents()->wordSize);
+    versionIsPending = wordSize == LIPC::VersionBuffer::kNotPublished;
+    if (versionIsPending || wordSize == kAcceptedWordSize)
+        return true;
+    Lct::print("K3DHost running in wrong architecture (32 bits : should be 64 )");
+    ++hostArchMismatch;
+    setHostState({.presence = HostPresence::refused});
+    return false;
+}
+
+int SessionMonitor::start()
+{
+    return startThread(monitorThread, [this] { timerThreadloop(); });
+}
+
+void SessionMonitor::stop()
+{
+    {
+        const MutexLock lock(stopMutex);
+        isStopping = true;
+    }
+    stopSignal.notify_all();
+    if (monitorThread.joinable())
+        monitorThread.join();
+}
+
+void SessionMonitor::timerThreadloop()
+{
+    for (int pass = 1; !isStopping; ++pass) {
+        callbacks.eachPass();
         if (pass % kPassesPerRefresh == 0)
             refreshMarkers();
         if (versionIsPending)
-            checkVersionAgain();
+            acceptsHost();
         if (hostArchMismatch == 0)
-            monitorPass(state);
+            monitorPass();
         const MutexLock lock(stopMutex);
-        stopSignal.wait_for(stopMutex, monitorPeriod, [this] { return stopRequests != 0; });
+        stopSignal.wait_for(stopMutex, period, [this] { return isStopping.load(); });
     }
 }
 
 // The version segment is attached only at the start, and no segment of a refused host is.
-void Backend::refreshMarkers() const
+void SessionMonitor::refreshMarkers() const
 {
-    for (const auto& segment : {systemPaths.versionSegment, systemPaths.sessionSegment})
+    for (const auto& segment : {paths.versionSegment, paths.sessionSegment})
         LIPC::shmKey(segment.c_str());
 }
 
-void Backend::checkVersionAgain()
-{
-    if (acceptsHost())
-        return;
-    refuseHost();
-    hostStateChanged();
-}
-
 // Attached in each pass, so that a host that has restarted is found.
-void Backend::monitorPass(MonitorState& state)
+void SessionMonitor::monitorPass()
 {
-    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
-    if (state.marker.isMarkerLost(session))
+    const Session session(paths.sessionSegment.c_str());
+    if (marker.isMarkerLost(session))
         Lct::Log(
             Lct::eLogError, "session",
             "%s was removed while its segment still exists; the agent cannot find the session until K3DHost "
             "is restarted",
-            LIPC::markerPath(systemPaths.sessionSegment.c_str()).c_str());
-    noteSession(session.contents() != nullptr);
+            LIPC::markerPath(paths.sessionSegment.c_str()).c_str());
     if (session.contents() == nullptr)
-        return;
+        return setHostState({});
     session.populate();
-    if (const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
-        passHostMessageOn(*own, state);
-    refreshBusClients(*session.contents(), state);
+    const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName);
+    const auto number = own == nullptr ? 0 : LIPC::round(LIPC::loadShared(own->params[LIPC::eHostMessage]));
+    setHostState({HostPresence::present, session.id, number});
+    if (own != nullptr)
+        passHostMessageOn(number);
+    refreshBusClients(*session.contents());
 }
 
-HostState Backend::hostState() const
+HostState SessionMonitor::hostState() const
 {
-    if (hostArchMismatch != 0)
-        return HostState::refused;
-    return sessionIsThere ? HostState::attached : HostState::absent;
+    const MutexLock lock(busMutex);
+    return host;
 }
 
-void Backend::noteSession(bool isThere)
+void SessionMonitor::setHostState(const HostState& state)
 {
-    if (sessionIsThere.exchange(isThere) != isThere)
-        hostStateChanged();
+    {
+        const MutexLock lock(busMutex);
+        if (host == state)
+            return;
+        host = state;
+    }
+    callbacks.hostChanged();
 }
 
-void Backend::hostStateChanged() const
+// Unlike the state, a message is sent only for another number than before, whoever the host was.
+void SessionMonitor::passHostMessageOn(std::int32_t number)
 {
-    if (auto* callback = hostStateCallback.load())
-        callback(messageContext);
-}
-
-void Backend::passHostMessageOn(const LIPC::ClientEntry& own, MonitorState& state)
-{
-    const auto number = LIPC::round(LIPC::loadShared(own.params[LIPC::eHostMessage]));
-    if (number == state.lastHostMessage)
+    if (number == lastHostMessage)
         return;
-    sendMessage(number, 0, "");
-    state.lastHostMessage = number;
+    lastHostMessage = number;
+    callbacks.message(number);
 }
 
-// This thread is the table's only writer, and so reads it without the lock. What the host is just changing
-// reads differently in the second scan: that is left to the next pass, but not for ever.
-void Backend::refreshBusClients(const LIPC::SessionBuffer& session, MonitorState& state)
+// What the host is just changing reads differently in the second scan: that is left to the next pass, but not
+// for ever.
+void SessionMonitor::refreshBusClients(const LIPC::SessionBuffer& session)
 {
-    const auto first = scanBuses(session, busClients);
+    const auto first = scan(session);
     if (!first.changed) {
-        state.unstablePasses = 0;
+        unstablePasses = 0;
         return;
     }
     std::this_thread::sleep_for(kWriteTime);
-    auto scan = scanBuses(session, busClients);
-    if (scan != first && ++state.unstablePasses < kMaxUnstablePasses)
+    auto second = scan(session);
+    if (second != first && ++unstablePasses < kMaxUnstablePasses)
         return;
-    state.unstablePasses = 0;
+    unstablePasses = 0;
+    {
+        const MutexLock lock(busMutex);
+        busClients = std::move(second.table);
+    }
+    callbacks.message(kMsgBusListChanged);
+}
+
+BusScan SessionMonitor::scan(const LIPC::SessionBuffer& session) const
+{
     const MutexLock lock(busMutex);
-    busClients = std::move(scan.table);
-    sendMessage(kMsgBusListChanged, 0, "");
+    return scanBuses(session, busClients);
+}
+
+void SessionMonitor::getBusNames(std::vector<std::string>& names) const
+{
+    names.assign(1, kMainBus);
+    const MutexLock lock(busMutex);
+    for (const auto& [name, id] : busClients) // the map's order is the byte order
+        if (name != kMainBus)
+            names.push_back(name);
+}
+
+void SessionMonitor::setDefaultBus(const std::string& name) const
+{
+    std::string id;
+    {
+        const MutexLock lock(busMutex);
+        const auto bus = busClients.find(name);
+        if (bus == busClients.end())
+            return;
+        id = bus->second;
+    }
+    const Session session(paths.sessionSegment.c_str());
+    if (session.contents() != nullptr)
+        session.contents()->defaultBus = LIPC::ClientID(id.c_str());
+}
+
+void SessionMonitor::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
+{
+    if (hostArchMismatch != 0)
+        return;
+    const Session session(paths.sessionSegment.c_str());
+    if (session.contents() == nullptr)
+        return;
+    if (auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
+        write(*own);
 }
 
 } // namespace Kest::Settings

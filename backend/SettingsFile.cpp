@@ -84,9 +84,8 @@ SettingsFile::~SettingsFile()
 
 const juce::PropertySet& SettingsFile::values()
 {
-    settle();
-    if (!isLoaded)
-        load();
+    if (!isLoaded && !unsettled) // until it is settled, all that was saved is in `unsaved`
+        load(Repair::no);
     return unsaved;
 }
 
@@ -143,7 +142,7 @@ void SettingsFile::reportUnsaved(const char* what, const char* effect)
     reportNotSaved(what, reason, titles, effect, path);
 }
 
-SettingsFile::Load SettingsFile::load()
+SettingsFile::Load SettingsFile::load(Repair repair)
 {
     auto file = readSettings(path);
     if (file.error == 0 && hasCopy && file.text == text) { // as it was left: nothing to check or to copy
@@ -151,7 +150,7 @@ SettingsFile::Load SettingsFile::load()
         return Load::whole;
     }
     auto values = valuesIn(file);
-    if (file.error == 0 && !values && setAside()) {
+    if (file.error == 0 && !values && repair == Repair::yes && setAside()) {
         file = readSettings(path);
         values = valuesIn(file);
     }
@@ -168,7 +167,7 @@ SettingsFile::Load SettingsFile::load()
     isReported = false;
     text = isMissing(file) ? std::string() : std::move(file.text);
     inFile = values.value_or(juce::PropertySet());
-    hasCopy = !isMissing(file) && keepLastGood();
+    hasCopy = repair == Repair::yes && !isMissing(file) && keepLastGood();
     return isMissing(file) ? Load::missing : Load::whole;
 }
 
@@ -201,7 +200,7 @@ bool SettingsFile::setAside()
 bool SettingsFile::save()
 {
     isLoaded = false; // whatever comes of it, the file is read again by whoever asks next
-    const auto before = load();
+    const auto before = load(Repair::yes);
     isLoaded = false;
     if (before == Load::failed || (before == Load::whole && !hasCopy)) // nothing to go back to
         return false;

@@ -32,8 +32,8 @@ public:
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
-    /// What was chosen, saved or not. Of a file that cannot be read, what its last good copy says. Waits for
-    /// the disk when a `keep` was not settled.
+    /// What was chosen, saved or not. Of a file that is damaged or cannot be read, what its last good copy
+    /// contains. Reads the disk and changes nothing there: `keep` sets a damaged file aside.
     const juce::PropertySet& values();
 
     /// Saves a choice, and all that could not be saved before. Unless all of it is saved, the file stays as
@@ -50,6 +50,7 @@ public:
 
 private:
     enum class Load { whole, missing, failed };
+    enum class Repair { no, yes }; // set a damaged file aside, and renew the last good copy
 
     /// What the store has saved and the disk has not confirmed.
     struct Save {
@@ -58,7 +59,7 @@ private:
         juce::PropertySet values;
     };
 
-    Load load();
+    Load load(Repair repair);
     bool setAside();
     void useLastGood();
     bool save();

@@ -1,44 +1,25 @@
-// The user's choices: kept in the settings file, and told to the host.
+// The user's choices: kept in the settings file, and written to the host.
 #include "backend/Backend.h"
-#include "backend/SettingsFile.h"
-#include "lipc/SessionBuffer.h"
-#include "lipc/SettingsRecord.h"
-#include "lipc/ShmManaged.h"
+#include "lipc/ClientEntry.h"
+#include "lipc/SharedNumber.h"
+#include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
 
 // The file first, then the host, which gets no text that the file cannot contain; waiting for the disk comes
 // last, as it takes longer than both.
 void Backend::applySetting(const Setting& setting, const juce::var& value,
-                           const std::function<void(LIPC::ClientEntry&)>& tell)
+                           const std::function<void(LIPC::ClientEntry&)>& writeToHost)
 {
-    if (settingsFile->keep(setting.key, value) == SaveResult::refused)
+    if (settingsFile.keep(setting.key, value) == SaveResult::refused)
         return;
-    withOwnRecord(tell);
-    settingsFile->settle();
-}
-
-Backend::OneReport::OneReport(Backend& ofBackend) : backend(ofBackend)
-{
-    backend.settingsFile->holdReports();
-}
-
-Backend::OneReport::~OneReport() { backend.settingsFile->reportHeld(); }
-
-void Backend::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
-{
-    if (hostArchMismatch != 0)
-        return;
-    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> session(systemPaths.sessionSegment.c_str());
-    if (session.contents() == nullptr)
-        return;
-    if (auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName))
-        write(*own);
+    monitor.withOwnRecord(writeToHost);
+    settingsFile.settle();
 }
 
 juce::String Backend::text(const Setting& setting) const
 {
-    return settingsFile->values().getValue(setting.key, setting.byDefault);
+    return settingsFile.values().getValue(setting.key, setting.byDefault);
 }
 
 int Backend::value(const Setting& setting) const
@@ -52,6 +33,42 @@ void Backend::setValue(const Setting& setting, int value)
     applySetting(setting, value, [&](LIPC::ClientEntry& own) {
         LIPC::storeShared(own.params[setting.number], static_cast<float>(value));
     });
+}
+
+juce::StringArray Backend::getFacilityList() const
+{
+    const juce::File folder(juce::String::fromUTF8(systemPaths.facilitiesFolder.c_str()));
+    juce::StringArray names;
+    for (const auto& facility : folder.findChildFiles(juce::File::findDirectories, false, "*"))
+        names.add(facility.getFileName());
+    return names;
+}
+
+void Backend::setFacility(const juce::String& name)
+{
+    constexpr const auto& facility = setting("Facility");
+    applySetting(facility, name, [&](LIPC::ClientEntry& own) {
+        // The length in characters, not bytes: the host's other writers count the same way.
+        own.strings[facility.number].put(name.toRawUTF8(), name.length());
+    });
+}
+
+int Backend::getPhysMonConfig() const
+{
+    return speakerConfigurationOfLayout(value(setting("PhysMonConfig")));
+}
+
+void Backend::setPhysMonConfig(int speakerConfiguration)
+{
+    const auto row = sSpkrConf2Layout.find(speakerConfiguration);
+    if (row != sSpkrConf2Layout.end())
+        setValue(setting("PhysMonConfig"), static_cast<int>(row->second));
+}
+
+void Backend::setDefaultKestBus(const char* name)
+{
+    if (name != nullptr)
+        monitor.setDefaultBus(name);
 }
 
 } // namespace Kest::Settings

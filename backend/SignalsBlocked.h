@@ -2,6 +2,9 @@
 #pragma once
 
 #include <csignal>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace Kest {
 
@@ -21,5 +24,18 @@ public:
 private:
     sigset_t before{};
 };
+
+/// Starts a thread that gets no signals. Returns 0, or the system's error number when it refuses a thread.
+template <typename Body>
+int startThread(std::thread& thread, Body&& body)
+{
+    const SignalsBlocked blocked;
+    try {
+        thread = std::thread(std::forward<Body>(body));
+    } catch (const std::system_error& refusal) {
+        return refusal.code().value();
+    }
+    return 0;
+}
 
 } // namespace Kest

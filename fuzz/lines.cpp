@@ -20,22 +20,11 @@ struct Feed {
 
     void take(std::string_view line)
     {
-        const auto parsed = parseEncodingLine(line);
-        if (parsed)
-            std::visit([&](const auto& content) { take(parsed->pid, content); }, parsed->content);
-    }
-    void take(int pid, const ProgressLine& line) { keep(table.setPercentage(pid, line.percentage), pid); }
-    void take(int pid, const PathLine& line) { keep(table.setPath(pid, line.path), pid); }
-    void take(int pid, const TypeLine& line) { keep(table.setType(pid, line.word), pid); }
-    void take(int pid, const ErrorLine&) { keep(table.addError(pid), pid); }
-    void take(int pid, const OverlongValue& line)
-    {
-        if (line.isPath)
-            keep(table.setPath(pid, {}), pid);
-    }
-    void keep(const encodingStatus* status, int pid) const
-    {
-        require(status == table.find(pid) && status->pid == pid, "the changed record is kept");
+        if (const auto parsed = parseEncodingLine(line)) {
+            const auto* changed = table.take(*parsed);
+            require(changed != nullptr && changed == table.find(parsed->pid) && changed->pid == parsed->pid,
+                    "the changed record is kept");
+        }
     }
 
     EncodingTable table;
@@ -73,8 +62,9 @@ void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
         table[pid].name = path.substr(path.rfind('/') + 1);
         table[pid].name = table[pid].name.substr(0, table[pid].name.rfind('.'));
     } else if (std::sscanf(line.c_str(), "pid: %d , enc_type: %s", &pid, text.data()) == 2) {
+        auto& type = table[pid].encType;
         if (std::strlen(text.data()) <= 1023)
-            table[pid].encType = text.data();
+            type = text.data();
     } else {
         --table[pid].errorCount;
     }
@@ -122,8 +112,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::uint32_t cuts = static_cast<std::uint32_t>(input.number());
     const auto bytes = unfolded(input);
 
-    constexpr std::size_t kSmall = 2000;
-    Feed whole(EncodingTable::kMostBytes);
+    constexpr std::size_t kSmall = 500;
+    Feed whole(EncodingTable::kMaxTextBytes);
     Feed small(kSmall);
     const bool meetsBound = cuts % 4 == 0; // it takes most of the time
     int pieces = 0;
@@ -136,7 +126,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 feed->splitter.feed(
                     piece, [feed](std::string_view line) { feed->take(line); }, [](std::string_view) {});
         rest.remove_prefix(piece.size());
-        require(small.table.bytes() <= kSmall || small.table.size() == 1, "the bound of a table");
+        require(small.table.textBytes() <= kSmall || small.table.size() == 1, "the bound of a table");
     }
 
     const auto wanted = scan(bytes);

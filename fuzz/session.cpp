@@ -1,6 +1,6 @@
 // A session that another process has written anything into: what is read stays within its fields, and what
 // the agent writes changes nothing but its own record and the default bus.
-#include "backend/BusScan.h"
+#include "backend/SessionMonitor.h"
 #include "fuzz/Input.h"
 #include "lipc/Numeric.h"
 #include "lipc/SessionBuffer.h"

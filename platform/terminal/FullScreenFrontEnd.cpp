@@ -105,7 +105,7 @@ void FullScreenFrontEnd::draw()
     }
     isDrawingDue = false;
     takeMenu();
-    menu.showHost(delegate->hostState());
+    menu.showHost(delegate->hostState().presence);
     screen.draw(menu.lines(screen.size()));
 }
 

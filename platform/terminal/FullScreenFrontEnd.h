@@ -30,6 +30,7 @@ public:
     void showStatusItem(const std::string&) override {} // the screen is the handle
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
+    void hostChanged() override { drawLater(); }
     void quit() override { loop.quit(); }
 
 private:

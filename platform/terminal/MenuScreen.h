@@ -76,7 +76,7 @@ public:
     /// Text that was printed, whole lines or parts of one. Its last line that is not blank is shown, of a log
     /// line without the date and the level.
     void note(const std::string& printed);
-    void showHost(Settings::HostState state) { host = state; }
+    void showHost(Settings::HostPresence presence) { host = presence; }
     Request press(const Input& input);
 
     /// The screen from the top, as many lines as it has; scrolls to what is selected.
@@ -107,7 +107,7 @@ private:
     Navigator navigator;
     std::vector<std::string> buses;
     std::time_t busesChanged = 0; // 0: not since the first list
-    Settings::HostState host = Settings::HostState::absent;
+    Settings::HostPresence host = Settings::HostPresence::absent;
     std::string lastNote;
     std::string unfinishedNote;
     Mode mode = Mode::menu;

@@ -141,11 +141,11 @@ std::string MenuScreen::titleText() const
 std::string MenuScreen::statusText() const
 {
     switch (host) {
-    case Settings::HostState::refused:
+    case Settings::HostPresence::refused:
         return "K3DHost refused, not 64 bit";
-    case Settings::HostState::absent:
+    case Settings::HostPresence::absent:
         return "no K3DHost, " + busText();
-    case Settings::HostState::attached:
+    case Settings::HostPresence::present:
         break;
     }
     return "K3DHost: " + busText();

@@ -2,6 +2,7 @@
 #include "app/EncodingHistoryMenu.h"
 
 #include "tests/app/Agent.h"
+#include "tests/backend/BackendFixture.h"
 
 namespace {
 
@@ -83,27 +84,33 @@ protected:
     const std::vector<std::string>& asked = agent.workspace.asked;
 };
 
-TEST_F(EncodingHistory, ForgetsTheOldestOnesThatAreOverWhenThereAreTooMany)
+TEST_F(EncodingHistory, HasARowForEachRecordOfTheBackendAndNoOther)
 {
-    receive(50, 1, "running");
-    receive(-1, 2, "failed");
-    receive(100, 3, "finished");
-    const int full = EncodingHistoryMenu::kMostEncodings;
-    for (int pid = 4; pid <= full; ++pid)
-        receive(pid < 200 ? 100 : 50, pid, "running");
-    EXPECT_NE(agent.entry(2), nullptr) << "all that there is room for";
-    receive(50, full + 1, "running");
-    EXPECT_TRUE(agent.entry(1) != nullptr && agent.entry(2) == nullptr && agent.entry(3) == nullptr);
-    EXPECT_TRUE(agent.entry(101) == nullptr && agent.entry(102) != nullptr &&
-                agent.entry(full + 1) != nullptr);
-    for (int pid = full + 2; pid <= full + 101; ++pid)
-        receive(50, pid, "running");
-    EXPECT_TRUE(agent.entry(1) == nullptr && agent.entry(199) == nullptr) << "few are over: the oldest ones";
+    const int first = 5'000'000; // no process has such an id
+    const int finished = first + 5000;
+    const int count = 10'500; // the table evicts 1001 of them
+    const Kest::Test::Encoder encoder(agent.place.paths.encodingProgressFifo);
+    const auto report = [&](int pid, int percentage) {
+        encoder.write("pid: " + std::to_string(pid) + " , P: " + std::to_string(percentage) + "\n");
+    };
+    receive(50, 4711, "no record at all");
+    for (int pid = first; pid < first + count; ++pid) {
+        report(pid, pid == finished ? 100 : 50);
+        if (pid == first + 100) { // shown before it is evicted
+            ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(pid) != nullptr; }));
+        }
+    }
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(first + count - 1) != nullptr; }));
+    EXPECT_EQ(agent.ids(history).size(), 2U + count - 1001U);
+    EXPECT_TRUE(agent.entry(4711) == nullptr && agent.entry(finished) == nullptr &&
+                agent.entry(first + 999) == nullptr && agent.entry(first + 1000) != nullptr);
+    receive(50, first, "its message comes later");
+    EXPECT_EQ(agent.entry(first), nullptr);
 
-    const std::string longName(1000, 'x');
-    for (int pid = 100'000; pid < 104'000; ++pid)
-        receive(50, pid, longName.c_str());
-    EXPECT_LT(agent.ids(history).size() * longName.size(), EncodingHistoryMenu::kMaxTextBytes);
+    ASSERT_TRUE(agent.choose(history + "/Clear History"));
+    report(first + 2000, 60);
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(first + 2000) != nullptr; }));
+    EXPECT_EQ(agent.ids(history).size(), 3U) << "what was cleared is not shown again";
 }
 
 TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)

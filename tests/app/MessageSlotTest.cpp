@@ -114,6 +114,29 @@ TEST_F(BackendMessages, LeaveTheirStatusNumberBehindForOneAboutSomethingElse)
                 ElementsAre("Press play to relink", "Audio is received on the Kest-Mixing Engine input bus"));
 }
 
+TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
+{
+    using Kest::Settings::HostPresence;
+    const auto becomes = [this](HostPresence presence, int message) {
+        return agent.pumpUntil([&] {
+            const auto& host = agent.delegate.hostState();
+            return host.presence == presence && host.message == message;
+        });
+    };
+    const auto changes = agent.frontEnd.changes;
+    auto& host = agent.place.startHost();
+    ASSERT_TRUE(becomes(HostPresence::present, 0));
+    host.putFloat(Kest::Test::RawSegment::slot(Kest::Test::TestPlace::kAgentSlot) + 300, 5);
+    ASSERT_TRUE(agent.send("pid: 4711 , P: 10\n"));
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(4711) != nullptr; }));
+    ASSERT_TRUE(becomes(HostPresence::present, 5));
+    EXPECT_EQ(agent.frontEnd.hostChanges, 2);
+    agent.place.stopHost();
+    ASSERT_TRUE(becomes(HostPresence::absent, 0));
+    EXPECT_EQ(agent.frontEnd.hostChanges, 3);
+    EXPECT_LE(agent.frontEnd.changes, changes + 1) << "for the encoding, and none for the host";
+}
+
 TEST_F(BackendMessages, ReachTheNotificationHookOnlyWhereTheyAreForTheUser)
 {
     const auto changes = agent.frontEnd.changes;

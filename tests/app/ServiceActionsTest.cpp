@@ -60,7 +60,7 @@ TEST(Delegate, IgnoresUnknownItemsAndWhatArrivesBeforeItsStart)
     agent.delegate.menuWillOpen(1);
     agent.delegate.receivedMsgFromBackend(50, 4711, "Film_Mix");
     agent.delegate.applicationWillTerminate();
-    EXPECT_EQ(agent.delegate.hostState(), Kest::Settings::HostState::absent);
+    EXPECT_EQ(agent.delegate.hostState(), Kest::Settings::HostState());
     EXPECT_EQ(agent.delegate.startError(), 0);
 
     agent.start();

@@ -34,6 +34,25 @@ TEST_F(EncodingProgress, IsToldWithTheNameOfThePathThatCameBefore)
     EXPECT_EQ(backend->getEncodingStatus(4712).pid, 0) << "unknown";
 }
 
+TEST_F(EncodingProgress, MayBeQueriedWithinTheCallback)
+{
+    static std::vector<int> errors;
+    errors.clear();
+    place.startHost().putBus(10, "bus-1", "Dialog");
+    start(std::chrono::hours(1));
+    backend->messageContext = backend.get();
+    backend->messageCallback = [](void* context, int, int pid, const char*) {
+        std::vector<std::string> names;
+        static_cast<Kest::Settings::Backend*>(context)->getKestBusNamesList(names);
+        errors.push_back(static_cast<Kest::Settings::Backend*>(context)->getEncodingStatus(pid).errorCount);
+    };
+    Encoder(fifo).write("pid: 4711 , ERROR:\n" + progress(4711, 1) + "\npid: 4711 , ERROR:\n");
+    EXPECT_TRUE(eventually([this] { return backend->getEncodingStatus(4711).errorCount == -2; }));
+    EXPECT_TRUE(backend->getEncodingStatus(4711).hasFailed);
+    backend.reset();
+    EXPECT_THAT(errors, testing::IsSupersetOf({-1, -1, -2})) << "each finds its own line in the record";
+}
+
 TEST_F(EncodingProgress, IsReadFromLinesCutAnywhereAndOfAnyLineEnd)
 {
     start();

@@ -1,109 +1,136 @@
-// What the table of encodings keeps when it cannot keep all.
+// What the table of encodings keeps when it cannot keep all, and what has been reported since.
 #include "backend/EncodingTable.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <array>
-#include <climits>
-#include <unistd.h>
 
 namespace {
 
-using Kest::Settings::EncodingTable;
-using Kest::Settings::identifyProcess;
-using Kest::Settings::ProcessIdentity;
+using namespace Kest::Settings;
+using testing::ElementsAre;
 
-const std::string kPath(900, 'p');
+const std::string kPath(900, 'p'); // its name is as long
+
+class EncodingTableTest : public testing::Test {
+protected:
+    const encodingStatus* path(int pid, std::string_view text) { return table.take({pid, PathLine{text}}); }
+    const encodingStatus* progress(int pid, int percentage)
+    {
+        return table.take({pid, ProgressLine{percentage}});
+    }
+    const encodingStatus* error(int pid) { return table.take({pid, ErrorLine{}}); }
+    bool knows(int pid) const { return table.find(pid) != nullptr; }
+    std::vector<int> reported()
+    {
+        std::vector<int> pids;
+        for (const auto& status : table.reportedSince(since))
+            pids.push_back(status.pid);
+        return pids;
+    }
+
+    static constexpr std::size_t kMaxTexts = 20 * 1800;
+    EncodingTable table{kMaxTexts};
+    std::uint64_t since = 0;
+};
 
 TEST(EncodingTable, KeepsEveryRecordOfARealRun)
 {
     EncodingTable table;
     for (int pid = 1; pid <= 10000; ++pid) {
-        table.setPath(pid, "/Volumes/Out/Reel_" + std::to_string(pid) + "/Reel_Mix_Print.wav");
-        table.setType(pid, "Main");
-        table.setPercentage(pid, 100);
+        table.take({pid, PathLine{"/Volumes/Out/Reel_" + std::to_string(pid) + "/Reel_Mix_Print.wav"}});
+        table.take({pid, TypeLine{"Main"}});
+        table.take({pid, ProgressLine{100}});
     }
     EXPECT_EQ(table.size(), 10000u);
     EXPECT_EQ(table.find(1)->path, "/Volumes/Out/Reel_1/Reel_Mix_Print.wav");
+    table.take({10001, ProgressLine{1}});
+    EXPECT_EQ(table.size(), 9000u) << "a tenth at once";
+    EXPECT_EQ(table.find(1001), nullptr);
+    EXPECT_NE(table.find(1002), nullptr);
 }
 
-TEST(EncodingTable, HasARecordForEachProcessThatHadTheNumber)
+TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
 {
-    EncodingTable table;
     const ProcessIdentity nobody{5, 0};
     const ProcessIdentity first{5, 100};
     const ProcessIdentity second{5, 200};
     table.identify(nobody);
-    table.setPath(5, "/Out/Forged/Film.wav");
+    path(5, "/Out/Forged/Film.wav");
     table.identify(first);
     EXPECT_EQ(table.find(5)->path, "") << "of a number that no process had";
-    table.setPath(5, "/Out/Film/Film.wav");
+    path(5, "/Out/Film/Film.wav");
     table.setWroteToPipe(5);
-    table.setPercentage(5, 60);
+    progress(5, 60);
     table.identify(nobody);
-    table.setPercentage(5, 61);
+    progress(5, 61);
     EXPECT_EQ(table.find(first)->percentage, 61) << "its last line arrives when it has ended";
 
     table.identify(second);
     EXPECT_TRUE(table.find(5) == table.find(second) && table.find(5)->process == second);
     EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->wroteToPipe && !hasReported(*table.find(5)));
     EXPECT_EQ(table.find(first)->path, "/Out/Film/Film.wav");
-    table.setPercentage(5, 100);
+    progress(5, 100);
     EXPECT_EQ(table.find(first)->percentage, 61);
-    EXPECT_NE(table.setPath(5, "/Out/Second/Film.wav"), nullptr) << "a second output of a running process";
+    EXPECT_NE(path(5, "/Out/Second/Film.wav"), nullptr) << "a second output of a running process";
     table.identify(nobody);
-    EXPECT_TRUE(table.setPercentage(5, 50) == nullptr && table.setPath(5, "/Out/X/X.wav") == nullptr &&
-                table.addError(5) == nullptr)
+    EXPECT_TRUE(progress(5, 50) == nullptr && path(5, "/Out/X/X.wav") == nullptr && error(5) == nullptr)
         << "nothing is changed when it has finished and ended";
     EXPECT_EQ(table.size(), 3U);
 }
 
-TEST(EncodingTable, ForgetsTheOldestThatAreOverBeforeAnyThatRun)
+TEST_F(EncodingTableTest, EvictsThoseThatAreOverFirstAndTheOldestOfThem)
 {
-    const auto perRecord = [] {
-        EncodingTable one;
-        one.setPath(1, kPath);
-        return one.bytes();
-    }();
-    EncodingTable table(20 * perRecord); // three go at once
-    const int gone = INT_MAX;            // no process has this id
-    for (int i = 0; i < 16; ++i)
-        table.setPath(gone - i, kPath);
-    table.identify(identifyProcess(getpid()));
-    for (const int pid : {getpid(), 1, 2, 3})
-        table.setPath(pid, kPath);
-    for (const int pid : {1, 2, 3, 1}) // 1 is heard of again
-        table.setPercentage(pid, 100);
-    table.addError(gone - 9);
-    table.setPath(gone - 1, kPath);
-    const std::array<int, 4> forgotten[] = {
-        {2, 3, 1, gone - 9}, {gone - 9, gone, gone - 2, gone - 3}, {gone - 3, gone - 4, gone - 5, gone - 1}};
-    for (int added = 1000000001; const auto& [first, second, third, isKept] : forgotten) {
-        for (const int pid : {first, second, third})
-            EXPECT_NE(table.find(pid), nullptr) << pid;
-        while (table.find(first) != nullptr)
-            table.setPath(added++, kPath);
-        for (const int pid : {second, third})
-            EXPECT_EQ(table.find(pid), nullptr) << pid;
-        EXPECT_NE(table.find(isKept), nullptr) << isKept;
+    for (int pid = 1; pid <= 20; ++pid) {
+        progress(pid, pid >= 19 ? 100 : 50);
+        path(pid, kPath);
     }
-    for (int pid = 1000000100; pid < 1000100000; ++pid) {
-        table.setType(pid, kPath);
+    error(18);
+    table.identify({1, 100}); // the number's next process: the record before is over
+    progress(2, 51);
+    EXPECT_EQ(table.evictions(), 0U);
+    path(21, kPath); // to 18 paths or less: three records
+    EXPECT_EQ(table.evictions(), 1U);
+    EXPECT_FALSE(knows(19) || knows(20) || table.find(ProcessIdentity{1, 0}) != nullptr);
+    EXPECT_TRUE(knows(18) && knows(3));
+    for (int pid = 22; pid <= 24; ++pid)
+        path(pid, kPath);
+    EXPECT_FALSE(knows(18) || knows(3) || knows(4));
+    EXPECT_TRUE(knows(2) && knows(5)) << "which has reported again";
+
+    for (int pid = 100; pid < 10000; ++pid) {
+        table.take({pid, TypeLine{kPath}});
         ASSERT_NE(table.find(pid), nullptr);
-        ASSERT_LE(table.bytes(), 20 * perRecord);
+        ASSERT_LE(table.textBytes(), kMaxTexts);
     }
-    ASSERT_NE(table.find(getpid()), nullptr) << "which runs";
-    EXPECT_EQ(table.find(getpid())->path, kPath);
-
-    for (std::uint64_t start = 1; start < 200; ++start) {
-        table.identify({8, start});
-        ASSERT_EQ(table.find(8)->process.startTime, start) << "the newest one";
-        ASSERT_LE(table.bytes(), 20 * perRecord);
-    }
-    ASSERT_NE(table.find(getpid()), nullptr) << "which runs";
-
-    table.setPath(7, std::string(50 * perRecord, 'p'));
+    path(7, std::string(2 * kMaxTexts, 'p'));
     EXPECT_EQ(table.size(), 1u) << "one record is kept whatever its size";
+    path(7, "");
+    EXPECT_EQ(table.textBytes(), 0U);
+}
+
+TEST_F(EncodingTableTest, ReturnsEachThatReportedOnceAndInTheOrderOfTheirFirstReports)
+{
+    EXPECT_THAT(reported(), ElementsAre());
+    path(3, "/Out/Film.wav");
+    progress(2, 10);
+    progress(1, 10);
+    error(2);
+    EXPECT_THAT(reported(), ElementsAre(2, 1)) << "a path alone is no report";
+    path(1, "/Out/Other.wav");
+    EXPECT_THAT(reported(), ElementsAre());
+    progress(2, 11);
+    progress(3, 1);
+    EXPECT_TRUE(!table.find(2)->hasFailed);
+    EXPECT_THAT(reported(), ElementsAre(2, 3));
+
+    const int count = 2 * static_cast<int>(EncodingTable::kMaxBatch) + 1;
+    for (int pid = 10; pid < 10 + count; ++pid)
+        progress(pid, 1);
+    std::vector<int> all;
+    for (auto batch = reported(); !batch.empty(); batch = reported())
+        all.insert(all.end(), batch.begin(), batch.end());
+    EXPECT_EQ(all.size(), static_cast<std::size_t>(count));
+    EXPECT_TRUE(std::ranges::is_sorted(all));
 }
 
 } // namespace

@@ -120,16 +120,47 @@ TEST_F(SessionMonitor, FindsAHostThatComesGoesAndComesBack)
     EXPECT_EQ(place.session->textAt(kDefaultBus), "bus-9");
 }
 
-TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
+TEST_F(SessionMonitor, KeepsTheHostsStateAndNoticesARestartBetweenTwoPasses)
 {
     using Kest::Settings::HostState;
-    const auto reaches = [this](HostState state) {
-        return eventually([&] { return backend->hostState() == state; });
+    static std::atomic<int> changes;
+    changes = 0;
+    start(std::chrono::milliseconds(50));
+    backend->hostStateCallback = [](void*) { ++changes; };
+    EXPECT_EQ(backend->hostState(), HostState());
+    place.startHost();
+    post(-7);
+    const auto shows = [this](int message) {
+        return eventually([&] { return backend->hostState().message == message; });
+    };
+    ASSERT_TRUE(shows(-7));
+    EXPECT_EQ(heard(1).back(), "-7 0 ''");
+    const auto before = backend->hostState();
+    const int changesBefore = changes;
+    awaitWholePass();
+
+    place.stopHost();
+    place.startHost();
+    post(-7);
+    EXPECT_TRUE(eventually([&] { return backend->hostState().session != before.session; }));
+    ASSERT_TRUE(shows(-7));
+    EXPECT_GT(changes, changesBefore);
+    awaitWholePass();
+    EXPECT_EQ(heard().size(), 1U) << "the same number is no new message";
+    place.stopHost();
+    EXPECT_TRUE(eventually([&] { return backend->hostState() == HostState(); }));
+}
+
+TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
+{
+    using Kest::Settings::HostPresence;
+    const auto reaches = [this](HostPresence presence) {
+        return eventually([&] { return backend->hostState().presence == presence; });
     };
     std::atomic<int> changes = 0;
     auto& session = place.startHost(0);
     start();
-    ASSERT_TRUE(reaches(HostState::attached));
+    ASSERT_TRUE(reaches(HostPresence::present));
     place.publish(64);
     awaitWholePass();
     place.publish(32); // too late: it was accepted
@@ -139,12 +170,12 @@ TEST_F(SessionMonitor, ChecksAWordSizeThatIsNotPublishedYetAgain)
 
     place.publish(0);
     start();
-    ASSERT_TRUE(reaches(HostState::attached));
+    ASSERT_TRUE(reaches(HostPresence::present));
     backend->messageContext = &changes; // no message is sent from here on
     backend->hostStateCallback = [](void* context) { ++*static_cast<std::atomic<int>*>(context); };
     Kest::Test::captureOutput();
     place.publish(32);
-    EXPECT_TRUE(reaches(HostState::refused));
+    EXPECT_TRUE(reaches(HostPresence::refused));
     EXPECT_TRUE(eventually([&] { return changes == 1; }));
     backend->setSoloMode(2);
     EXPECT_EQ(session.floatAt(agentByte(160)), 1.0F);
@@ -156,7 +187,9 @@ TEST_F(SessionMonitor, LogsOnceThatTheMarkerOfAnExistingSessionWasRemoved)
 {
     const auto marker = "/tmp/LIPC_" + place.paths.sessionSegment;
     const MarkerRemover cleanUp(place.paths.sessionSegment + ".removed");
-    const auto attached = [this] { return backend->hostState() == Kest::Settings::HostState::attached; };
+    const auto attached = [this] {
+        return backend->hostState().presence == Kest::Settings::HostPresence::present;
+    };
     place.startHost();
     start();
     ASSERT_TRUE(eventually(attached));

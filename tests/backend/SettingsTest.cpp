@@ -145,6 +145,9 @@ TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
         writeFile(file, damaged);
         start();
         Kest::Test::captureErrors();
+        diskCalls.clear();
+        EXPECT_EQ(backend->getSoloMode(), 7);
+        EXPECT_EQ(diskCalls, "") << "a getter changes no file";
         backend->setDAW_LinkControl(1);
         EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
@@ -169,8 +172,9 @@ TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
     writeFile(file, "<PROPERTIES><VALUE");
     Kest::Test::captureErrors();
     start();
+    const Backend::OneReport report(*backend); // of the choices
     for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(backend->getSoloMode(), 0);
+        backend->setSoloMode(i);
     const auto logged = Kest::Test::capturedErrors();
     EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
     EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));

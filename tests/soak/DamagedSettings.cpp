@@ -98,10 +98,9 @@ Outcome startWith(const std::string& text, const std::string& good, const Kest::
     const int mode = settings.values().getIntValue("SoloMode", 0);
     const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
     bool well = true;
-    if (damaged) // all of the last good copy, and the damaged file kept for whoever wants to look at it
+    settings.keep("SoloMode", damaged ? mode : mode + 1); // what only looks well has to go through the store
+    if (damaged) // all of the last good copy, and the damaged file is kept
         well = mode == 7 && readFile(file) == good && readFile(file + ".bad") == text;
-    else // what only looks well has to go through the store
-        settings.keep("SoloMode", mode + 1);
     return {damaged, well, taken.count()};
 }
 

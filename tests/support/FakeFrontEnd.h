@@ -21,6 +21,7 @@ public:
         jobs.push_back(std::move(job));
     }
     void menuChanged(const App::MenuChanges&) override { ++changes; }
+    void hostChanged() override { ++hostChanges; }
     void quit() override { hasQuit = true; }
 
     /// Runs what has been posted so far, and returns how much that was.
@@ -44,6 +45,7 @@ public:
 
     std::string imageName;
     int changes = 0;
+    int hostChanges = 0;
     bool hasQuit = false;
 
 private:
