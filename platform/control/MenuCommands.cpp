@@ -53,6 +53,13 @@ void MenuCommands::openAll()
         delegate.menuWillOpen(id);
 }
 
+void MenuCommands::openMenusOf(App::ItemId id)
+{
+    const auto* item = delegate.menu().itemWithId(id);
+    while (item != nullptr && (item = item->parentItem()) != nullptr)
+        delegate.menuWillOpen(item->id());
+}
+
 // The submenu of the item is filled as it is now; all are where nothing is found.
 App::FoundItem MenuCommands::find(App::ItemSnapshot& menu, const std::string& path)
 {
@@ -63,9 +70,7 @@ App::FoundItem MenuCommands::find(App::ItemSnapshot& menu, const std::string& pa
     } else {
         if (found.item->hasSubmenu)
             delegate.menuWillOpen(found.item->id);
-        const auto* item = delegate.menu().itemWithId(found.item->id);
-        for (const auto* above = item->parentItem(); above != nullptr; above = above->parentItem())
-            delegate.menuWillOpen(above->id());
+        openMenusOf(found.item->id);
     }
     menu = takeSnapshot(delegate.menu());
     return findByPath(menu, path);
@@ -103,6 +108,7 @@ void MenuCommands::perform(const App::FoundItem& found, ClientId client)
         aborts.push_back({delegate.menu().itemWithId(id)->parentItem()->tag(), client});
         return;
     }
+    openMenusOf(id);
     const auto now = takeSnapshot(delegate.menu(), id, 0);
     outbox.add({client, now ? itemReply(*now, found.path) : doneReply()});
 }

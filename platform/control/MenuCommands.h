@@ -39,6 +39,8 @@ private:
     };
     App::FoundItem find(App::ItemSnapshot& menu, const std::string& path);
     void openAll();
+    /// The menus that the item is in; some are filled when they open.
+    void openMenusOf(App::ItemId id);
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);

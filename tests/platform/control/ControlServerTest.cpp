@@ -130,6 +130,11 @@ TEST_F(ControlTest, AChoiceIsStoredAndReachesTheHostBeforeTheReply)
                               sizeof(float) * Settings::setting("SoloMode").number),
               1.0F);
     EXPECT_EQ(reply(peer, R"({"command":"get","path":"Solo Mode"})")["item"]["items"][1]["on"], true);
+
+    // A menu that is filled when it opens.
+    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    EXPECT_EQ(reply(peer, choice("Monitoring Facility > Studio"))["item"]["on"], true);
+    EXPECT_EQ(agent.stored("Facility"), "Studio");
 }
 
 TEST_F(ControlTest, WhatIsNotPossibleHasAReason)
