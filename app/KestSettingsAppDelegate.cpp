@@ -21,8 +21,11 @@ private:
 
 void KestSettingsAppDelegate::tellChanges()
 {
-    if (const auto changes = model.takeChanges(); !changes.isEmpty())
+    if (const auto changes = model.takeChanges(); !changes.isEmpty()) {
         frontEnd.menuChanged(changes);
+        if (observer != nullptr)
+            observer->menuChanged(changes);
+    }
 }
 
 KestSettingsAppDelegate::Parts::Parts(const Outlets& outlets, Settings::Backend& backend,
@@ -78,6 +81,7 @@ void KestSettingsAppDelegate::applicationDidFinishLaunching()
 
 void KestSettingsAppDelegate::applicationWillTerminate()
 {
+    observer.reset();
     if (mBackend != nullptr) {
         aborts.end();
         parts.reset();
@@ -173,9 +177,13 @@ void KestSettingsAppDelegate::showReportedEncodings()
 
 void KestSettingsAppDelegate::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
 {
-    const Job job(*this);
-    if (parts)
-        parts->encodings.abortEnded(process, failure);
+    {
+        const Job job(*this);
+        if (parts)
+            parts->encodings.abortEnded(process, failure);
+    }
+    if (observer != nullptr)
+        observer->abortEnded(process.pid, failure);
 }
 
 void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::int32_t type,

@@ -9,6 +9,7 @@
 #include "app/FrontEnd.h"
 #include "app/InterfaceDescription.h"
 #include "app/MenuModel.h"
+#include "app/MenuObserver.h"
 #include "app/MessageSlot.h"
 #include "app/Sender.h"
 #include "app/ServiceActions.h"
@@ -54,6 +55,9 @@ public:
     bool choose(ItemId id);
     /// The submenu of an item is about to be looked at. Ignores what is no submenu.
     void menuWillOpen(ItemId id);
+
+    /// The observer lives until the application terminates, and ends before the Backend. Null for none.
+    void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
     // From the Backend.
     /// Any thread. True when the slot was empty, and `handleQueuedMsgFromBackend` must be run.
@@ -102,6 +106,7 @@ private:
     int openJobs = 0;
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Parts> parts;
+    std::unique_ptr<MenuObserver> observer;
     AbortJobs aborts; // ends first: its jobs reach the parts
 };
 

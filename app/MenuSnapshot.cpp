@@ -21,6 +21,16 @@ ItemSnapshot snapshotOf(const MenuItem& item, int depth)
     return {item.id(), item.sharedProperties(), item.submenu() != nullptr, itemsOf(item.submenu(), depth)};
 }
 
+void addSubmenus(const ItemSnapshot& menu, std::vector<ItemId>& submenus)
+{
+    for (const auto& item : menu.items) {
+        if (!item.hasSubmenu || item.properties->hidden)
+            continue;
+        submenus.push_back(item.id);
+        addSubmenus(item, submenus);
+    }
+}
+
 } // namespace
 
 ItemSnapshot takeSnapshot(const MenuModel& model) { return *takeSnapshot(model, kStatusMenuId, -1); }
@@ -41,6 +51,13 @@ const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id)
         if (const auto* found = findItem(item, id))
             return found;
     return nullptr;
+}
+
+std::vector<ItemId> submenusBelow(const ItemSnapshot& menu)
+{
+    std::vector<ItemId> submenus;
+    addSubmenus(menu, submenus);
+    return submenus;
 }
 
 } // namespace Kest::App

@@ -26,4 +26,7 @@ std::optional<ItemSnapshot> takeSnapshot(const MenuModel& model, ItemId id, int 
 /// The item with the id, at any depth; null when there is none.
 const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id);
 
+/// The visible submenus at any depth below an item.
+std::vector<ItemId> submenusBelow(const ItemSnapshot& menu);
+
 } // namespace Kest::App

@@ -82,7 +82,7 @@ private:
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;
-    std::array<char, 1024> buffer{};
+    std::array<char, 4096> buffer{}; // a whole write of an encoder at once
 
     const WakeUp wakeUp;
     std::atomic<bool> isRequested = true; // ends with `make`, during which `check` must not judge the path

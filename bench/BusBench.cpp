@@ -1,4 +1,4 @@
-// bus_bench lines|host SECONDS AGENT...      bus_bench choice|history COUNT AGENT...
+// bus_bench lines|host SECONDS AGENT...      bus_bench choice|control|history COUNT AGENT...
 // The modes are told in BusBench.h.
 #include "bench/BusBench.h"
 
@@ -10,8 +10,11 @@
 int main(int argc, char** argv)
 {
     using namespace Kest::Bench;
-    const std::map<std::string, int (*)(int, const Command&)> modes{
-        {"lines", lineToSignal}, {"host", hostToSignal}, {"choice", choiceToHost}, {"history", longHistory}};
+    const std::map<std::string, int (*)(int, const Command&)> modes{{"lines", lineToSignal},
+                                                                    {"host", hostToSignal},
+                                                                    {"choice", choiceToHost},
+                                                                    {"control", controlSocket},
+                                                                    {"history", longHistory}};
     const Command words(argv + 1, argv + argc);
     if (words.size() < 3 || !modes.contains(words[0]))
         return 2;

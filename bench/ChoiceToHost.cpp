@@ -1,5 +1,5 @@
-// A click on "Latch" and "Exclusive (XOR)" by turns, and the plainest way to store as much and to reach the
-// host.
+// A click on "Exclusive (XOR)" and a request for "Latch" by turns, and the plainest way to store as much and
+// to reach the host.
 #include "backend/SystemPaths.h"
 #include "bench/BusBench.h"
 #include "bench/MenuReader.h"
@@ -8,6 +8,8 @@
 #include "lipc/SettingsRecord.h"
 #include "lipc/SharedNumber.h"
 #include "lipc/ShmManaged.h"
+#include "platform/control/Client.h"
+#include "platform/control/SocketFolders.h"
 #include "tables/Settings.h"
 
 #include <cstdio>
@@ -65,9 +67,22 @@ double saveOnce(const std::string& path, std::size_t bytes, bool flushes)
     return milliseconds(Clock::now() - begin);
 }
 
+void request(Control::Client& client, const std::string& path)
+{
+    client.send(R"({"command":"choose","path":")" + path + "\"}");
+}
+
+void takeLine(Control::Client& client)
+{
+    std::string line;
+    if (client.receive(line, Clock::now() + std::chrono::seconds(10)) != Control::Client::Received::line)
+        throw std::runtime_error("the control socket does not answer");
+}
+
 struct Measured {
     Samples choices;
-    Samples calls; // a question to the agent and its answer: the bus's part of a choice
+    Samples requests; // the same by the control socket
+    Samples calls;    // a question to the agent and its answer: the bus's part of a choice
     Samples attachments;
     Samples saves;
     Samples unflushedSaves;
@@ -84,14 +99,24 @@ double callOnce(const Watcher& watcher)
 Measured measure(const Watcher& watcher, const float& soloMode, int choices)
 {
     const auto menu = readMenu(watcher.bus(), watcher.item());
-    const int ids[] = {idOf(menu, "Latch"), idOf(menu, "Exclusive (XOR)")};
+    const int exclusive = idOf(menu, "Exclusive (XOR)");
+    auto client = Control::Client::connect(Control::socketFolders({}));
+    if (!client)
+        throw std::runtime_error("no control socket");
+    takeLine(*client); // the greeting
     const auto settings = Settings::SystemPaths().settingsFile();
     const auto path = settings + ".bench";
     Measured measured;
     for (int i = 1; i <= choices; ++i) {
-        const auto begin = Clock::now();
-        click(watcher, ids[i % 2]);
-        measured.choices.push_back(waitForHost(soloMode, static_cast<float>(i % 2), begin));
+        auto begin = Clock::now();
+        click(watcher, exclusive);
+        measured.choices.push_back(waitForHost(soloMode, 1, begin));
+        watcher.waitFor([] { return false; }, kRest);
+        saveOnce(path, std::filesystem::file_size(settings), true); // or it would wait for the click's writes
+        begin = Clock::now();
+        request(*client, "Solo Mode > Latch");
+        measured.requests.push_back(waitForHost(soloMode, 0, begin));
+        takeLine(*client);
         watcher.waitFor([] { return false; }, kRest);
         measured.calls.push_back(callOnce(watcher));
         measured.attachments.push_back(attachOnce());
@@ -117,6 +142,7 @@ int choiceToHost(int choices, const Command& agent)
         throw std::runtime_error("the host has no place for the agent");
     const auto measured = measure(watcher, own->params[Kest::Settings::setting("SoloMode").number], choices);
     print("choice_ms", median(measured.choices));
+    print("request_ms", median(measured.requests));
     print("choice_p99_ms", quantile(measured.choices, 0.99));
     print("call_ms", median(measured.calls));
     print("attach_and_save_ms", median(measured.attachments) + median(measured.saves));

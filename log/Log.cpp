@@ -68,7 +68,13 @@ void write(eLogLevel level, const char* tag, const char* message, unsigned leftO
         queue->add({line, length});
 }
 
+thread_local CollectedAnswers* collector = nullptr;
+
 } // namespace
+
+CollectedAnswers::CollectedAnswers() : before(collector) { collector = this; }
+
+CollectedAnswers::~CollectedAnswers() { collector = before; }
 
 void Log(eLogLevel level, const char* tag, const char* format, ...)
 {
@@ -84,8 +90,11 @@ void LogAnswer(eLogLevel level, const char* tag, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    write(level, tag, Message(format, arguments).text, 0);
+    const Message message(format, arguments);
     va_end(arguments);
+    if (collector != nullptr)
+        collector->collected.emplace_back(message.text);
+    write(level, tag, message.text, 0);
 }
 
 } // namespace Lct

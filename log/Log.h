@@ -1,6 +1,9 @@
 // The system's one diagnostic logger.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace Lct {
 
 enum eLogLevel {
@@ -17,5 +20,23 @@ enum eLogLevel {
 
 /// The same for the result of what the user has just asked for: written however often it repeats.
 [[gnu::format(printf, 3, 4)]] void LogAnswer(eLogLevel level, const char* tag, const char* format, ...);
+
+/// Collects the messages that LogAnswer gets on this thread while it lives, for whoever asked; they are
+/// logged as well. Of two that live at once, the later one collects.
+class CollectedAnswers {
+public:
+    CollectedAnswers();
+    ~CollectedAnswers();
+    CollectedAnswers(const CollectedAnswers&) = delete;
+    CollectedAnswers& operator=(const CollectedAnswers&) = delete;
+
+    /// Without time and tag, at most 511 bytes each.
+    const std::vector<std::string>& messages() const { return collected; }
+
+private:
+    friend void LogAnswer(eLogLevel, const char*, const char*, ...);
+    std::vector<std::string> collected;
+    CollectedAnswers* const before;
+};
 
 } // namespace Lct

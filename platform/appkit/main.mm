@@ -4,6 +4,7 @@
 #import "platform/appkit/AppKitWorkspace.h"
 #include "platform/appkit/Boundary.h"
 #import "platform/appkit/System.h"
+#include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 
@@ -53,6 +54,7 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
     [NSApp setDelegate:(id)delegate];
     if (!Posix::startApplication(agent))
         return 1;
+    agent.setObserver(Control::startServer(agent, frontEnd, paths));
     [pool drain];
     return AppKit::runApplication(argc, argv);
 }

@@ -1,5 +1,6 @@
 // The settings agent in the tray of a Linux desktop.
 #include "app/KestSettingsAppDelegate.h"
+#include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
@@ -14,7 +15,10 @@ int runInTray(const Kest::Settings::SystemPaths& paths)
         return 1;
     Kest::StatusNotifier::DesktopWorkspace workspace(frontEnd.bus());
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    return Kest::Posix::runApplication(delegate, [&] { return frontEnd.run(delegate); });
+    return Kest::Posix::runApplication(delegate, [&] {
+        delegate.setObserver(Kest::Control::startServer(delegate, frontEnd, paths));
+        return frontEnd.run(delegate);
+    });
 }
 
 } // namespace

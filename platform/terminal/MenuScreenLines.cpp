@@ -134,7 +134,7 @@ std::string MenuScreen::titleText() const
     std::string title = "Kest Settings";
     for (const auto* menu : navigator.openMenus())
         if (menu->id != App::kStatusMenuId)
-            title += kPathSeparator + drawable(itemName(*menu->properties), glyphs);
+            title.append(kPathSeparator).append(drawable(itemName(*menu->properties), glyphs));
     return title;
 }
 

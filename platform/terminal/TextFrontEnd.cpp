@@ -1,8 +1,8 @@
 #include "platform/terminal/TextFrontEnd.h"
 
+#include "app/ItemPath.h"
 #include "app/KestSettingsAppDelegate.h"
 #include "log/Output.h"
-#include "platform/terminal/ItemSearch.h"
 #include "platform/terminal/TextMenu.h"
 
 #include <cerrno>
@@ -110,9 +110,10 @@ void TextFrontEnd::obey(std::string_view line)
 void TextFrontEnd::choose(std::string_view path)
 {
     const auto menu = takeSnapshot(delegate->menu());
-    const auto [item, error] = findByPath(menu, path);
+    const auto found = findByPath(menu, path);
+    const auto* item = found.item;
     if (item == nullptr)
-        reject(error);
+        reject(found.error);
     else if (item->hasSubmenu)
         reject(quoted(*item) + " is a submenu: open it, or choose one of its items");
     else if (!delegate->choose(item->id))
@@ -122,9 +123,10 @@ void TextFrontEnd::choose(std::string_view path)
 void TextFrontEnd::open(std::string_view path)
 {
     const auto menu = takeSnapshot(delegate->menu());
-    const auto [item, error] = findByPath(menu, path);
+    const auto found = findByPath(menu, path);
+    const auto* item = found.item;
     if (item == nullptr)
-        return reject(error);
+        return reject(found.error);
     if (!item->hasSubmenu)
         return reject(quoted(*item) + " is not a submenu");
     announceOpening(*item);

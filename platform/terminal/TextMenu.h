@@ -1,6 +1,7 @@
 // The menu in plain lines of text.
 #pragma once
 
+#include "app/ItemPath.h"
 #include "app/MenuSnapshot.h"
 #include "text/Printable.h"
 
@@ -9,16 +10,10 @@
 
 namespace Kest::Terminal {
 
+using App::isListed;
 using App::itemName;
+using App::kPathSeparator;
 using Text::printable;
-
-inline const std::string kPathSeparator = " > "; // between the names in a path
-
-/// Whether lists of items and searches have the item.
-inline bool isListed(const App::ItemProperties& item) { return !item.separator && !item.hidden; }
-
-/// The visible submenus at any depth below an item.
-std::vector<App::ItemId> submenusBelow(const App::ItemSnapshot& menu);
 
 /// "(x) " and the like; empty for an item that cannot be on.
 std::string markText(const App::ItemProperties& item);

@@ -1,5 +1,6 @@
 // The settings agent in a terminal.
 #include "app/KestSettingsAppDelegate.h"
+#include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
 #include "platform/posix/RunAlone.h"
 #include "platform/terminal/FullScreenFrontEnd.h"
@@ -16,7 +17,10 @@ int runWith(FrontEnd& frontEnd, Kest::Posix::Streams streams, const Kest::Settin
 {
     Kest::Terminal::TextWorkspace workspace(streams);
     Kest::App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths);
-    return Kest::Posix::runApplication(delegate, [&] { return frontEnd.run(delegate); });
+    return Kest::Posix::runApplication(delegate, [&] {
+        delegate.setObserver(Kest::Control::startServer(delegate, frontEnd, paths));
+        return frontEnd.run(delegate);
+    });
 }
 
 int runInTerminal(const Kest::Settings::SystemPaths& paths)

@@ -67,7 +67,8 @@ TEST_F(CommandLine, AnAgentSaysWhatItIsAndStartsNothing)
 
 TEST_F(CommandLine, AToolNamesTheArgumentAndWhatItExpects)
 {
-    for (const std::string name : {"kest-inspect", "k3dhost-simulator", "encoder-simulator"}) {
+    for (const std::string name :
+         {"kest-inspect", "kest-settings-ctl", "k3dhost-simulator", "encoder-simulator"}) {
         answersHelp(name);
         refuses(name, "--output /tmp/a --verbose", "--verbose");
     }
@@ -79,6 +80,12 @@ TEST_F(CommandLine, AToolNamesTheArgumentAndWhatItExpects)
     for (const std::string wrong : {"9", "60001", "20x", "0x20", "''", "99999999999", "' 20'", "2e1"})
         refuses("kest-inspect", "watch --interval " + wrong,
                 "--interval: expected a number of milliseconds from 10");
+    const std::string ctl = "kest-settings-ctl";
+    refuses(ctl, "", "expected menu, get, choose or watch");
+    refuses(ctl, "choose", "choose requires a PATH");
+    refuses(ctl, "watch 'Solo Mode'", "unexpected argument 'Solo Mode'");
+    refuses(ctl, "get 'Solo Mode' --yes", "--yes is for choose");
+    refuses(ctl, "menu --timeout 0", "--timeout: expected a number of seconds from 1");
     refuses("k3dhost-simulator", "--check --scenario -", "--scenario excludes --check");
     const std::string encoder = "encoder-simulator";
     refuses(encoder, "--steps 5", "--output is required");

@@ -1,0 +1,21 @@
+// For a part of the process that follows the menu beside the front end.
+#pragma once
+
+#include "app/MenuChanges.h"
+
+#include <string>
+
+namespace Kest::App {
+
+/// Main thread only.
+class MenuObserver {
+public:
+    virtual ~MenuObserver() = default;
+    /// Called after the front end's `menuChanged`, with the same changes.
+    virtual void menuChanged(const MenuChanges& changes) = 0;
+    /// Called when an abort has ended, after the menu was changed for it; `failure` is empty when it is
+    /// complete.
+    virtual void abortEnded(int pid, const std::string& failure) = 0;
+};
+
+} // namespace Kest::App

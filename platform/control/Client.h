@@ -1,0 +1,37 @@
+// The other end of the control socket: what a program connects with.
+#pragma once
+
+#include "backend/Descriptor.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Kest::Control {
+
+/// One thread only.
+class Client {
+public:
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>; // none: for ever
+
+    /// Connects to the agent of this user that has its socket in one of the folders, the first that answers.
+    /// nullopt when there is none.
+    static std::optional<Client> connect(const std::vector<std::string>& folders);
+
+    /// Sends one line, which has no line feed. False when the agent has closed the connection.
+    bool send(const std::string& line);
+
+    enum class Received { line, end, timeout };
+    /// Waits for the next line; `line` is without its line feed.
+    Received receive(std::string& line, Deadline deadline);
+
+private:
+    explicit Client(Settings::Descriptor connected) : socket(std::move(connected)) {}
+
+    Settings::Descriptor socket;
+    std::string input;
+    std::size_t searched = 0; // bytes of `input` without a line feed
+};
+
+} // namespace Kest::Control

@@ -1,0 +1,45 @@
+// Lets other programs of the user read the menu and choose, by a socket.
+#pragma once
+
+#include "app/MenuObserver.h"
+#include "backend/SystemPaths.h"
+#include "platform/control/ServerThread.h"
+#include "platform/control/Socket.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Kest::App {
+class FrontEnd;
+class KestSettingsAppDelegate;
+} // namespace Kest::App
+
+namespace Kest::Control {
+
+class MenuCommands;
+
+/// Main thread only; application and front end outlive it. Replies that are ready are sent before its end.
+class ControlServer final : public App::MenuObserver {
+public:
+    ControlServer(App::KestSettingsAppDelegate& application, App::FrontEnd& frontEnd, ListeningSocket socket,
+                  const ServerLimits& limits = {});
+    ~ControlServer() override;
+    ControlServer(const ControlServer&) = delete;
+    ControlServer& operator=(const ControlServer&) = delete;
+
+    void menuChanged(const App::MenuChanges& changes) override;
+    void abortEnded(int pid, const std::string& failure) override;
+
+private:
+    Outbox outbox;
+    const std::shared_ptr<MenuCommands> commands; // jobs that are posted ask whether it still lives
+    ServerThread thread;                          // ends first
+};
+
+/// Starts a server at the user's socket. Null, with one log line, when it cannot be made: the agent runs
+/// without it.
+std::unique_ptr<App::MenuObserver> startServer(App::KestSettingsAppDelegate& application,
+                                               App::FrontEnd& frontEnd, const Settings::SystemPaths& paths);
+
+} // namespace Kest::Control

@@ -1,0 +1,25 @@
+// What clients get: one JSON object in one line, in UTF-8, whatever the texts are.
+#pragma once
+
+#include "app/ItemPath.h"
+#include "app/MenuEvents.h"
+
+#include <string>
+
+namespace Kest::Control {
+
+// Each returns a line with its line feed.
+
+/// The first line of each connection.
+std::string greeting();
+/// A reply with the whole menu.
+std::string menuReply(const App::ItemSnapshot& statusMenu);
+/// A reply with an item, and with those of its submenu.
+std::string itemReply(const App::ItemSnapshot& item, const std::string& path);
+/// A reply without an item.
+std::string doneReply();
+/// `nearest` is the path of a similar item; may be empty.
+std::string errorReply(const std::string& error, const std::string& nearest = {});
+std::string eventLine(const App::MenuEvent& event, const App::MenuModel& menu);
+
+} // namespace Kest::Control

@@ -1,0 +1,146 @@
+#include "platform/control/MenuCommands.h"
+
+#include "app/ItemPath.h"
+#include "app/KestSettingsAppDelegate.h"
+#include "log/Log.h"
+#include "platform/control/ItemJson.h"
+
+#include <utility>
+
+namespace Kest::Control {
+namespace {
+
+constexpr int kFinished = 100; // per cent
+
+std::string quoted(const std::string& path) { return "\"" + path + "\""; }
+
+// Why an item cannot be chosen; empty when it can.
+std::string refusal(const App::FoundItem& found, bool confirmed)
+{
+    if (found.item == nullptr)
+        return found.error;
+    if (found.item->hasSubmenu)
+        return quoted(found.path) + " is a submenu; choose one of its items";
+    if (!found.item->properties->enabled)
+        return quoted(found.path) + " is greyed";
+    if (found.item->properties->action == App::Action::abortEncoding && !confirmed)
+        return quoted(found.path) + " deletes files; confirm with --yes, or \"yes\": true in a request";
+    return {};
+}
+
+} // namespace
+
+void MenuCommands::run(const Request& request, ClientId client)
+{
+    switch (request.command) {
+    case Request::Command::menu:
+        openAll();
+        return outbox.add({client, menuReply(takeSnapshot(delegate.menu()))});
+    case Request::Command::get:
+        return get(request.path, client);
+    case Request::Command::choose:
+        return choose(request, client);
+    case Request::Command::watch:
+        ++watching;
+        return outbox.add({client, doneReply(), true});
+    }
+}
+
+// As a user who reads the whole menu: some submenus are filled when they open.
+void MenuCommands::openAll()
+{
+    for (const auto id : submenusBelow(takeSnapshot(delegate.menu())))
+        delegate.menuWillOpen(id);
+}
+
+void MenuCommands::openMenusOf(App::ItemId id)
+{
+    const auto* item = delegate.menu().itemWithId(id);
+    while (item != nullptr && (item = item->parentItem()) != nullptr)
+        delegate.menuWillOpen(item->id());
+}
+
+// The submenu of the item is filled as it is now; all are where nothing is found.
+App::FoundItem MenuCommands::find(App::ItemSnapshot& menu, const std::string& path)
+{
+    menu = takeSnapshot(delegate.menu());
+    const auto found = findByPath(menu, path);
+    if (found.item == nullptr) {
+        openAll();
+    } else {
+        if (found.item->hasSubmenu)
+            delegate.menuWillOpen(found.item->id);
+        openMenusOf(found.item->id);
+    }
+    menu = takeSnapshot(delegate.menu());
+    return findByPath(menu, path);
+}
+
+void MenuCommands::get(const std::string& path, ClientId client)
+{
+    App::ItemSnapshot menu;
+    const auto found = find(menu, path);
+    outbox.add({client, found.item == nullptr ? errorReply(found.error, found.nearest)
+                                              : itemReply(*found.item, found.path)});
+}
+
+void MenuCommands::choose(const Request& request, ClientId client)
+{
+    App::ItemSnapshot menu;
+    const auto found = find(menu, request.path);
+    if (const auto reason = refusal(found, request.confirmed); !reason.empty())
+        return outbox.add({client, errorReply(reason, found.nearest)});
+    perform(found, client);
+}
+
+void MenuCommands::perform(const App::FoundItem& found, ClientId client)
+{
+    const auto id = found.item->id;
+    const bool isAbort = found.item->properties->action == App::Action::abortEncoding;
+    const Lct::CollectedAnswers answers;
+    if (!delegate.choose(id))
+        return outbox.add({client, errorReply(quoted(found.path) + " cannot be chosen")});
+    if (!answers.messages().empty())
+        return outbox.add({client, errorReply(answers.messages().front())});
+    if (isAbort) {
+        if (const auto reason = whyNotAborting(id); !reason.empty())
+            return outbox.add({client, errorReply(reason)});
+        aborts.push_back({delegate.menu().itemWithId(id)->parentItem()->tag(), client});
+        return;
+    }
+    openMenusOf(id);
+    const auto now = takeSnapshot(delegate.menu(), id, 0);
+    outbox.add({client, now ? itemReply(*now, found.path) : doneReply()});
+}
+
+std::string MenuCommands::whyNotAborting(App::ItemId id) const
+{
+    const auto* item = delegate.menu().itemWithId(id);
+    if (item == nullptr)
+        return "the encoding is not in the history any more";
+    const auto& view = item->parentItem()->properties().view;
+    return view && view->percent.value_or(0) >= kFinished ? "the encoding has just finished" : "";
+}
+
+void MenuCommands::menuChanged(const App::MenuChanges& changes)
+{
+    if (watching == 0)
+        return;
+    std::string lines;
+    for (const auto& event : menuEvents(changes, delegate.menu()))
+        lines += eventLine(event, delegate.menu());
+    if (!lines.empty())
+        outbox.add({kAllWatching, std::move(lines)});
+}
+
+void MenuCommands::abortEnded(int pid, const std::string& failure)
+{
+    std::erase_if(aborts, [&](const RunningAbort& abort) {
+        if (abort.pid != pid)
+            return false;
+        outbox.add({abort.client, failure.empty() ? doneReply() : errorReply(failure)});
+        return true;
+    });
+}
+
+} // namespace Kest::Control

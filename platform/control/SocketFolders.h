@@ -1,0 +1,23 @@
+// Where the control socket is.
+#pragma once
+
+#include "backend/SystemPaths.h"
+
+#include <optional>
+#include <string>
+#include <sys/un.h>
+#include <vector>
+
+namespace Kest::Control {
+
+/// Returns the folders in which an agent of this user may have its socket, the preferred one first.
+std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
+
+/// Returns the path of the socket in a folder.
+std::string socketPath(const std::string& folder);
+
+/// Returns the address of a socket; nullopt when the path does not fit, which is 107 bytes on Linux and 103
+/// on macOS.
+std::optional<sockaddr_un> socketAddress(const std::string& path);
+
+} // namespace Kest::Control
