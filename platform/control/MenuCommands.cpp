@@ -10,8 +10,6 @@
 namespace Kest::Control {
 namespace {
 
-constexpr int kFinished = 100; // per cent
-
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
 // Why an item cannot be chosen; empty when it can.
@@ -119,7 +117,7 @@ std::string MenuCommands::whyNotAborting(App::ItemId id) const
     if (item == nullptr)
         return "the encoding is not in the history any more";
     const auto& view = item->parentItem()->properties().view;
-    return view && view->percent.value_or(0) >= kFinished ? "the encoding has just finished" : "";
+    return view && view->percent.value_or(0) >= Settings::kFinished ? "the encoding has just finished" : "";
 }
 
 void MenuCommands::menuChanged(const App::MenuChanges& changes)

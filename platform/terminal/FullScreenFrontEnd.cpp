@@ -40,7 +40,7 @@ void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
 
 void FullScreenFrontEnd::watchSignals()
 {
-    Posix::MainLoop::setEmergencyCleanup(TerminalGuard::restore);
+    Posix::JobQueue::setEmergencyCleanup(TerminalGuard::restore);
     loop.watchSignal(SIGWINCH, [this] {
         screen.resize();
         drawLater();

@@ -81,7 +81,7 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(workspace.run(folder / "no program", {}));
     EXPECT_NE(Kest::Test::capturedErrors().find("no program: Exec format error"), std::string::npos);
-    const Posix::MainLoop ignoresSigpipe; // the agent's dispositions and session are not the program's
+    const Posix::JobQueue ignoresSigpipe; // the agent's dispositions and session are not the program's
     const auto script = "cd '" + folder.path().string() +
                         "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
     ASSERT_TRUE(workspace.run("/bin/sh", {"-c", script}));

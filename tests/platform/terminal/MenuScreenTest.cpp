@@ -154,7 +154,7 @@ TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
     }
 }
 
-TEST(MenuRow, NamesInWordsWhatColoursTell)
+TEST(RowText, NamesInWordsWhatColoursTell)
 {
     const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true});
     EXPECT_EQ(rowText(red, false, 40, kAscii), "  ( ) Studio (not available)            ");
@@ -162,7 +162,7 @@ TEST(MenuRow, NamesInWordsWhatColoursTell)
     EXPECT_EQ(rowText(greyed, true, 20, kAscii), "> Clear (greyed)    ");
 }
 
-TEST(MenuRow, AnEncodingHasItsProgressBehindItsName)
+TEST(RowText, AnEncodingHasItsProgressBehindItsName)
 {
     const auto row = [](const std::string& name, std::optional<int> percent) {
         auto item = submenu(1, "", {});
