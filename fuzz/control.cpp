@@ -1,5 +1,5 @@
-// A request of any bytes: parsed or refused, and a path of any bytes finds an item or a reason; every reply is
-// one line of valid JSON.
+// A request of any bytes: parsed or refused, and a path of any bytes finds an item or a reason; every reply
+// is one line of valid JSON.
 #include "app/ItemPath.h"
 #include "fuzz/Input.h"
 #include "platform/control/ItemJson.h"

@@ -61,7 +61,8 @@ int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int 
     const Settings::SystemPaths paths;
     const Settings::AgentLock lock(paths.absoluteSettingsFolder());
     if (lock.isHeldByAnother()) {
-        Lct::print("Kest Settings is already running (process %d); kest-settings-ctl controls it.\n", lock.holder());
+        Lct::print("Kest Settings is already running (process %d); kest-settings-ctl controls it.\n",
+                   lock.holder());
         return statusIfRunning;
     }
     return agent(paths);

@@ -70,10 +70,9 @@ void addParameters(const AgentRecord& agent, Printed& out)
         const auto byDefault = defaultOf(i);
         if (parameterName(i).empty() && !byDefault && value == 0)
             continue;
-        out.text +=
-            row(i, column(std::string(parameterName(i)), 26) + " " + column(printable(value), 8) + " " +
-                       column(byDefault ? "default " + printable(*byDefault) : "", 12) + " " +
-                       parameterMeaning(i, value));
+        out.text += row(i, column(std::string(parameterName(i)), 26) + " " + column(printable(value), 8) +
+                               " " + column(byDefault ? "default " + printable(*byDefault) : "", 12) + " " +
+                               parameterMeaning(i, value));
         parameters.push_back(printedParameter(i, value).json);
         parameters.back()["default"] = byDefault ? jsonNumber(*byDefault) : Json();
     }
