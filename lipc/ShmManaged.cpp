@@ -44,7 +44,7 @@ void ShmManaged::attach(std::size_t bytes, Access access)
 
 void ShmManaged::mapPages([[maybe_unused]] std::size_t bytes) const
 {
-#ifdef MADV_POPULATE_READ // an older system refuses, and that is all
+#ifdef MADV_POPULATE_READ // fails before Linux 5.14, where pages are read on first use
     if (address != nullptr)
         madvise(address, bytes, MADV_POPULATE_READ);
 #endif

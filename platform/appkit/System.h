@@ -1,4 +1,4 @@
-// What each system has in a way of its own: the screen, the main loop, the menu and the handle on it.
+// Platform-specific parts: the screen, the main loop, the menu and its status item.
 #pragma once
 
 #import <AppKit/AppKit.h>

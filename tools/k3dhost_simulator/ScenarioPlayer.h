@@ -17,7 +17,7 @@ public:
 
     Host& host() { return played; }
 
-    /// Starts the host anew and forgets the lines of an earlier start.
+    /// Restarts the host and forgets the lines of an earlier start.
     Failure start(int wordSize, bool withSettings);
     void end();
     /// Ends the process, so that the segments stay.
