@@ -10,7 +10,7 @@ namespace Kest::Settings {
 struct StatusMessage {
     std::int32_t number;
     const char* text;
-    bool isShown; // handed to the notification hook; the others leave no trace in the menu on purpose
+    bool isShown; // handed to the notification hook
 };
 
 inline constexpr StatusMessage kStatusMessages[] = {
