@@ -71,7 +71,8 @@ FoundItem findExactly(const ItemSnapshot& statusMenu, std::string_view path)
                              "\" in " + where};
         if (items > 1)
             return {.path = name,
-                    .error = "several items \"" + name + "\" in " + where + ": add #1, #2, ... to the name"};
+                    .error = std::string("several items \"").append(name).append("\" in ").append(where) +
+                             ": add #1, #2, ... to the name"};
         if (rest.size() == name.size())
             return {.item = item, .path = std::string(path)};
         rest.remove_prefix(name.size() + kPathSeparator.size());
