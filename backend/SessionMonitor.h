@@ -63,7 +63,7 @@ public:
     };
 
     /// `systemPaths` outlives it.
-    SessionMonitor(const SystemPaths& systemPaths, std::chrono::nanoseconds period, Callbacks callbacks);
+    SessionMonitor(const SystemPaths& systemPaths, std::chrono::nanoseconds monitorPeriod, Callbacks ofOwner);
     SessionMonitor(const SessionMonitor&) = delete;
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 

@@ -18,7 +18,7 @@ constexpr std::size_t kLineBytes = 512;
 
 struct Message {
     Message(const char* format, va_list arguments) { std::vsnprintf(text, sizeof text, format, arguments); }
-    char text[kLineBytes];
+    char text[kLineBytes] = {};
 };
 
 const char* token(eLogLevel level) { return level == eLogError ? "<ERRO>" : "<WARN>"; }

@@ -9,7 +9,7 @@
 namespace Kest::Control {
 
 constexpr int kProtocol = 1; // version of the protocol, in the greeting
-constexpr std::size_t kMaxRequestBytes = 64 * 1024;
+constexpr std::size_t kMaxRequestBytes = 65'536;
 
 struct Request {
     enum class Command { menu, get, choose, watch };

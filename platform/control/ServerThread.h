@@ -20,7 +20,7 @@ namespace Kest::Control {
 
 struct ServerLimits {
     std::size_t clients = 16;
-    std::size_t unreadBytes = 1024 * 1024;        // of changes, for a client that watches
+    std::size_t unreadBytes = 1'048'576;          // of changes, for a client that watches
     std::chrono::milliseconds unreadTime{10'000}; // in which a client takes nothing of what it is sent
     std::function<std::optional<uid_t>(int)> peerUser = Control::peerUser;
 };
