@@ -31,9 +31,9 @@ public:
     /// Called on the thread with each request; a reply must follow in the outbox, from any thread.
     using Handler = std::function<void(ClientId, const Request&)>;
 
-    /// Throws std::system_error where the system has no thread left. `outbox` and `watchers` outlive it.
-    ServerThread(ListeningSocket socket, Outbox& outbox, std::atomic<int>& watchers, Handler handler,
-                 ServerLimits limits);
+    /// Throws std::system_error where the system has no thread left. `replies` and `watching` outlive it.
+    ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
+                 Handler requestHandler, ServerLimits serverLimits);
     /// Sends what clients take at once, and disconnects them.
     ~ServerThread();
     ServerThread(const ServerThread&) = delete;
