@@ -45,16 +45,15 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
                                                  const std::string& description)
 {
     auto status = reportedStatus(pid);
-    if (status.pid != pid && evictions > 0)
-        return; // its record was evicted
-    if (status.pid != pid) {
-        status.pid = status.process.pid = pid;
-        status.name = description;
-        if (const auto row = newestRow(pid); row != rows.end()) {
-            status.process = row->second.process();
-            status.wroteToPipe = row->second.wroteToPipe;
-            status.path = row->second.path();
-        }
+    // Its record may be newer than the message, and `showReported` has shown it; or it was evicted.
+    if (status.pid == pid || evictions > 0)
+        return;
+    status.pid = status.process.pid = pid;
+    status.name = description;
+    if (const auto row = newestRow(pid); row != rows.end()) {
+        status.process = row->second.process();
+        status.wroteToPipe = row->second.wroteToPipe;
+        status.path = row->second.path();
     }
     show(status, number);
 }

@@ -32,9 +32,8 @@ public:
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows the state of the encoding that reported last with this number. `number` is its percentage,
-    /// negative when it has failed; name and path are as the Backend has them, and only for an encoding that
-    /// is unknown there the name is the description.
+    /// Shows an encoding that the Backend has no record of: `number` is its percentage, negative when it has
+    /// failed. `showReported` comes first and shows those with a record, which may be newer than the message.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows a batch of the encodings that have reported since the last call, as they are in the Backend's

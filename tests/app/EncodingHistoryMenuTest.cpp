@@ -170,6 +170,9 @@ TEST_F(EncodingHistory, ShowsEncodingsWhoseMessagesGaveWayToNewerOnes)
     EXPECT_TRUE(agent.pumpUntil([&] { return agent.entry(4713) != nullptr; }));
     EXPECT_EQ(view(4711), (EntryView{"First", 10}));
     EXPECT_EQ(view(4712), (EntryView{"Second", {}, true}));
+    ASSERT_TRUE(agent.report(4713, "/out/Third.wav", 100));
+    receive(95, 4713, "Third");
+    EXPECT_EQ(view(4713), (EntryView{"Third", 100})) << "its record is newer than the message";
 }
 
 TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
