@@ -12,6 +12,7 @@ namespace KestInspect {
 
 using Json = nlohmann::ordered_json;
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving a JSON value does not throw
 struct Printed {
     std::string text; // UTF-8, without control characters of other processes
     Json json;

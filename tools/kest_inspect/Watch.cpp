@@ -67,14 +67,15 @@ std::string timeNow()
     return whole;
 }
 
-void print(std::vector<Printed> changes, bool asJson)
+void print(const std::vector<Printed>& changes, bool asJson)
 {
     const auto time = timeNow();
     constexpr auto kClock = 11; // where the time of day begins
     constexpr auto kClockLength = 12;
-    for (auto& [text, json] : changes) {
-        json["time"] = time;
-        std::puts((asJson ? jsonLine(json) : time.substr(kClock, kClockLength) + "  " + text).c_str());
+    for (const auto& [text, json] : changes) {
+        auto timed = json;
+        timed["time"] = time;
+        std::puts((asJson ? jsonLine(timed) : time.substr(kClock, kClockLength) + "  " + text).c_str());
     }
 }
 
