@@ -7,6 +7,7 @@
 #include "tools/kest_settings_ctl/PlainText.h"
 
 #include <cstdio>
+#include <exception>
 #include <nlohmann/json.hpp>
 
 using namespace KestSettingsCtl;
@@ -73,7 +74,7 @@ public:
             problem = "the agent has closed the connection";
             return std::nullopt;
         }
-        const auto reply = receive(deadline);
+        auto reply = receive(deadline);
         if (reply && reply->value("ok", Json()) != true) {
             problem = errorText(*reply);
             return std::nullopt;
@@ -107,6 +108,25 @@ std::string textOf(const Options& options, const Json& reply)
     return reply.contains("item") ? itemText(reply["item"]) : "done: " + options.path + "\n";
 }
 
+// Throws what the JSON library does with a reply of another shape.
+int run(const Options& options)
+{
+    Agent agent(options.timeout);
+    Json request = {{"command", options.command}};
+    if (!options.path.empty())
+        request["path"] = options.path;
+    if (options.yes)
+        request["yes"] = true;
+    const auto reply = agent.ask(request);
+    if (!reply)
+        return fail(agent.problem);
+    if (options.command == "watch")
+        return watch(agent, options.json);
+    return print(options.json ? agent.line + "\n" : textOf(options, *reply))
+               ? 0
+               : fail("the output cannot be written");
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -116,18 +136,9 @@ int main(int argc, char** argv)
     if (!options)
         return exitStatus;
     Kest::Settings::repairHome();
-    Agent agent(options->timeout);
-    Json request = {{"command", options->command}};
-    if (!options->path.empty())
-        request["path"] = options->path;
-    if (options->yes)
-        request["yes"] = true;
-    const auto reply = agent.ask(request);
-    if (!reply)
-        return fail(agent.problem);
-    if (options->command == "watch")
-        return watch(agent, options->json);
-    return print(options->json ? agent.line + "\n" : textOf(*options, *reply))
-               ? 0
-               : fail("the output cannot be written");
+    try {
+        return run(*options);
+    } catch (const std::exception&) {
+        return fail("the agent's reply is not understood");
+    }
 }
