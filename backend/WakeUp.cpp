@@ -1,6 +1,7 @@
 #include "backend/WakeUp.h"
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -28,8 +29,8 @@ WakeUp::~WakeUp()
 // A full pipe is raised already.
 void WakeUp::raise() const
 {
-    if (ends[1] >= 0) [[maybe_unused]]
-        const auto written = write(ends[1], "", 1);
+    while (ends[1] >= 0 && write(ends[1], "", 1) < 0 && errno == EINTR)
+        ;
 }
 
 void WakeUp::clear() const
