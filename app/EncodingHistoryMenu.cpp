@@ -44,10 +44,10 @@ std::string encodingName(const std::string& description)
 void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32_t pid,
                                                  const std::string& description)
 {
-    auto status = reportedStatus(pid);
     // Its record may be newer than the message, and `showReported` has shown it; or it was evicted.
-    if (status.pid == pid || evictions > 0)
+    if (backend.getEncodingStatus(pid).pid == pid || evictions > 0)
         return;
+    Settings::encodingStatus status;
     status.pid = status.process.pid = pid;
     status.name = description;
     if (const auto row = newestRow(pid); row != rows.end()) {
@@ -82,16 +82,6 @@ void EncodingHistoryMenu::removeEvicted()
     for (const auto row : evicted)
         remove(row);
     setClearEncodingHistoryEnabled();
-}
-
-// A message is never about a process that has not reported yet, but about the one before it.
-Settings::encodingStatus EncodingHistoryMenu::reportedStatus(std::int32_t pid)
-{
-    auto status = backend.getEncodingStatus(pid);
-    if (hasReported(status))
-        return status;
-    const auto row = newestRow(pid);
-    return row == rows.end() ? Settings::encodingStatus() : backend.getEncodingStatus(row->second.process());
 }
 
 // Name and path are of one record: the row never shows one file while its actions act on another.

@@ -69,7 +69,6 @@ private:
     };
     using Rows = std::multimap<std::int32_t, Row>; // by process id, the newest one last
 
-    Settings::encodingStatus reportedStatus(std::int32_t pid);
     void show(const Settings::encodingStatus& status, std::int32_t number);
     void update(Row& row, const Settings::encodingStatus& status, std::int32_t number);
     Rows::iterator newestRow(std::int32_t pid);

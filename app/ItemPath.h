@@ -31,7 +31,7 @@ struct FoundItem {
 };
 
 /// Finds a listed item by its path. Case matters only where two paths differ in nothing else. A name that
-/// several items have finds none of them.
+/// several items have matches none of them.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

@@ -24,10 +24,4 @@ struct encodingStatus {
     ProcessIdentity process;     // start time 0 when no process had the number at the first line
 };
 
-/// Returns whether a message was sent for the encoding: a path or a type alone sends none.
-inline bool hasReported(const encodingStatus& status)
-{
-    return status.percentage >= 0 || status.errorCount < 0;
-}
-
 } // namespace Kest::Settings

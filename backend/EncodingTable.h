@@ -16,7 +16,7 @@ namespace Kest::Settings {
 /// The whole history of a run, a record for each process. A number that is given again has several records:
 /// lines change the newest one, the others are history. Only a flood exceeds one of the two bounds: then
 /// records are evicted down to nine tenths of them, first those of encodings that have finished or failed or
-/// have a newer record, then any; in both groups those that were silent for longest first. A record that is
+/// have a newer record, then any; in both groups the oldest last report first. A record that is
 /// returned is valid until the next change. Not synchronised.
 class EncodingTable {
 public:
@@ -50,7 +50,7 @@ public:
 
     /// Returns copies of the records whose last report came after report number `since` (0: all), in the
     /// order of their first reports, and sets `since` to the last of them. Returns at most `kMaxBatch`, those
-    /// that are silent for longest: call it again until the result is empty.
+    /// with the oldest last reports: call it again until the result is empty.
     std::vector<encodingStatus> reportedSince(std::uint64_t& since) const;
     static constexpr std::size_t kMaxBatch = 250;
 
@@ -87,7 +87,7 @@ private:
     std::uint64_t reports = 0;
     std::uint64_t evictionCount = 0;
     Records records;
-    Order byLastReport; // the one that was silent for longest first
+    Order byLastReport; // the oldest last report first
 };
 
 } // namespace Kest::Settings

@@ -1,4 +1,4 @@
-// The panels that show the menu: which submenus each one knows, and when none of them may get a layout.
+// Tracks the panels that show the menu: the submenus that each one knows, and when layouts are held back.
 #pragma once
 
 #include "app/MenuSnapshot.h"

@@ -67,7 +67,7 @@ TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
 
     table.identify(second);
     EXPECT_TRUE(table.find(5) == table.find(second) && table.find(5)->process == second);
-    EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->wroteToPipe && !hasReported(*table.find(5)));
+    EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->wroteToPipe && table.find(5)->percentage < 0);
     EXPECT_EQ(table.find(first)->path, "/Out/Film/Film.wav");
     progress(5, 100);
     EXPECT_EQ(table.find(first)->percentage, 61);
