@@ -1,0 +1,92 @@
+"""What surrounds the agent: files, the encoders' pipe, the simulated host, encoders. Used in a private world only."""
+
+import os
+import re
+import shutil
+
+from harness.processes import Program, wait_until
+
+FIFO = "/tmp/kest_settings_enc_progress_fifo"
+SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
+FACILITIES = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts"
+READY = "Quit Kest Settings"  # the last line of the terminal's menu at the start
+
+
+def program(name):
+    """Returns the path of a program of the build under test. KEST_PROGRAMS is the folder of all of them."""
+    return os.path.join(os.environ["KEST_PROGRAMS"], name)
+
+
+def fresh_home():
+    """Empties the home folder, and makes one facility."""
+    if os.environ["HOME"] != "/tmp/home":
+        raise RuntimeError("run this in tools/private_world")
+    for folder in ("/tmp/home", FACILITIES):
+        shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs("/tmp/home")
+    os.makedirs(FACILITIES + "/Studio_A")
+
+
+def setting(key):
+    """Returns the value of a key in the settings file, or None."""
+    try:
+        with open(SETTINGS, encoding="utf-8") as file:
+            found = re.search(rf'name="{key}" val="(.*?)"', file.read())
+    except OSError:
+        return None
+    return found and found.group(1)
+
+
+def is_pipe_read():
+    """Returns whether the encoders' pipe exists and a process reads it."""
+    try:
+        os.close(os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK))
+    except OSError:
+        return False
+    return True
+
+
+class Host(Program):
+    """The simulated host, which obeys the commands of its scenario language."""
+
+    def __init__(self, first="start", answer="host started"):
+        super().__init__([program("k3dhost-simulator"), "--scenario", "-"])
+        self.command(first, answer)
+
+    def command(self, line, answer):
+        """Sends a command, and waits for a line that contains the answer."""
+        self.say(line)
+        self.expect(answer)
+
+
+class Agent(Program):
+    """The terminal agent with plain lines, ready for commands."""
+
+    def __init__(self, **options):
+        super().__init__([program("kest-settings-terminal")], **options)
+        self.expect(READY)
+        assert wait_until(is_pipe_read)  # its thread can be later than the menu
+
+    def choose(self, path):
+        self.say("choose " + path)
+
+
+def report(pid, *fields):
+    """Writes lines of an encoder: report(4711, "path: /out/Film/Film.wav", "P: 5"). Fails without a reader."""
+    assert wait_until(is_pipe_read), "nobody reads " + FIFO
+    with open(FIFO, "wb", buffering=0) as pipe:
+        for field in fields:
+            pipe.write(f"pid: {pid} , {field}\n".encode())
+
+
+class SessionBus(Program):
+    """A D-Bus daemon, which all programs that are started afterwards use."""
+
+    def __init__(self):
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/tmp/bus"
+        super().__init__(["dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"])
+        self.expect("unix:path")
+
+    def __exit__(self, *_):
+        super().__exit__()
+        os.remove("/tmp/bus")
