@@ -9,93 +9,72 @@ namespace {
 
 using namespace Kest::Test;
 using Kest::App::ItemId;
-using Kest::App::ItemSnapshot;
-using Kest::Terminal::Navigator;
+using testing::ElementsAre;
 
 class NavigatorTest : public testing::Test {
 protected:
     void SetUp() override { navigator.show(menu); }
-    ItemId openMenu() const { return navigator.menu().id; }
+    std::vector<ItemId> selectedAfter(const std::vector<int>& steps)
+    {
+        std::vector<ItemId> selected;
+        for (const int step : steps) {
+            navigator.moveBy(step);
+            selected.push_back(navigator.selected());
+        }
+        return selected;
+    }
+    ItemId selectedIn(const Items& items)
+    {
+        menu.items[2].items = items;
+        navigator.show(menu);
+        return navigator.selected();
+    }
 
-    ItemSnapshot menu = sampleMenu();
-    Items& buses = menu.items[2].items;
-    Navigator navigator;
+    Kest::App::ItemSnapshot menu = sampleMenu();
+    Kest::Terminal::Navigator navigator;
 };
 
 TEST_F(NavigatorTest, MovesOverSeparatorsAndHiddenItemsAndStopsAtTheEnds)
 {
-    std::vector<ItemId> visited{navigator.selected()};
-    for (const int step : {-1, 1, 1, 1, -2, 100, -100}) {
-        navigator.moveBy(step);
-        visited.push_back(navigator.selected());
-    }
-    EXPECT_THAT(visited, testing::ElementsAre(1, 1, 3, 9, 9, 1, 9, 1));
+    EXPECT_THAT(selectedAfter({0, -1, 1, 1, 1, -2, 100, -100}), ElementsAre(1, 1, 3, 9, 9, 1, 9, 1));
 }
 
-TEST_F(NavigatorTest, EntersWhereSomethingIsOnAndComesBackToTheSubmenusRow)
+TEST_F(NavigatorTest, KeepsTheSelectedItemOrSelectsTheNearestOne)
 {
-    navigator.enter(9);
-    navigator.enter(7);
-    EXPECT_EQ(openMenu(), 0) << "no submenu, or none that is seen";
-    navigator.enter(3);
-    EXPECT_EQ(openMenu(), 3);
-    EXPECT_EQ(navigator.selected(), 5);
-    EXPECT_TRUE(navigator.leave());
-    EXPECT_EQ(navigator.selected(), 3);
-    EXPECT_FALSE(navigator.leave());
-}
-
-TEST_F(NavigatorTest, KeepsTheSelectedItemWhenRowsComeAndGoAboveIt)
-{
+    const auto before = menu.items[2].items;
     navigator.goTo(6);
-    buses.insert(buses.begin(), {bus(20, "A"), bus(21, "B")});
-    navigator.show(menu);
-    EXPECT_EQ(navigator.selected(), 6);
-    navigator.moveBy(-1);
-    EXPECT_EQ(navigator.selected(), 5);
+    EXPECT_EQ(selectedIn({bus(20, "A"), bus(21, "B"), before[0], before[1], before[2]}), 6);
+    EXPECT_EQ(selectedAfter({-1, 1}), (std::vector{5, 6}));
+    EXPECT_EQ(selectedIn({before[0], before[1]}), 5);
+    EXPECT_EQ(selectedIn({before[0]}), 4);
+    EXPECT_EQ(selectedIn({}), Kest::App::kStatusMenuId);
+    EXPECT_EQ(selectedAfter({1}), std::vector{Kest::App::kStatusMenuId});
+    EXPECT_EQ(selectedIn({bus(30, "New")}), 30);
 }
 
-TEST_F(NavigatorTest, SelectsTheNearestRowWhenTheSelectedOneIsGone)
-{
-    navigator.goTo(6);
-    buses.pop_back();
-    navigator.show(menu);
-    EXPECT_EQ(navigator.selected(), 5);
-    hide(buses[1]);
-    navigator.show(menu);
-    EXPECT_EQ(navigator.selected(), 4);
-    buses.clear();
-    navigator.show(menu);
-    EXPECT_EQ(navigator.selected(), Kest::App::kStatusMenuId);
-    navigator.moveBy(1);
-    buses = {bus(30, "New")};
-    navigator.show(menu);
-    EXPECT_EQ(navigator.selected(), 30);
-}
-
-TEST_F(NavigatorTest, LeavesASubmenuThatIsGone)
+TEST_F(NavigatorTest, LeavesASubmenuThatIsHidden)
 {
     navigator.goTo(5);
     hide(menu.items[2]);
     navigator.show(menu);
-    EXPECT_EQ(openMenu(), 0);
-    EXPECT_EQ(navigator.selected(), 9) << "which stands in its place";
+    EXPECT_EQ(navigator.menu().id, 0);
+    EXPECT_EQ(navigator.selected(), 9) << "the nearest row";
     navigator.goTo(5);
-    EXPECT_EQ(openMenu(), 0) << "not to be seen any more";
+    EXPECT_EQ(navigator.menu().id, 0);
 }
 
 TEST_F(NavigatorTest, ScrollsOnlyAsFarAsItMust)
 {
-    menu.items.clear();
+    Items items;
     for (ItemId id = 1; id <= 20; ++id)
-        menu.items.push_back(plainLeaf(id, "item"));
-    navigator.show(menu);
+        items.push_back(plainLeaf(id, "item"));
+    navigator.show(statusMenu(items));
     std::vector<int> tops;
     for (const int step : {4, 1, 3, -4, -1, 100}) {
         navigator.moveBy(step);
         tops.push_back(navigator.firstRow(5));
     }
-    EXPECT_THAT(tops, testing::ElementsAre(0, 1, 4, 4, 3, 15));
+    EXPECT_THAT(tops, ElementsAre(0, 1, 4, 4, 3, 15));
     EXPECT_EQ(navigator.firstRow(30), 0) << "a larger window is filled";
 }
 
