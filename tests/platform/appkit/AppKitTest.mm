@@ -1,0 +1,384 @@
+// The whole application with AppKit's menu, and that menu read back: it is the model's, whatever happens.
+#include "platform/appkit/AppKitFrontEnd.h"
+#include "platform/appkit/AppKitWorkspace.h"
+#import "platform/appkit/EncodingRow.h"
+#include "platform/appkit/MenuItemLook.h"
+#import "platform/appkit/System.h"
+#include "tests/app/Agent.h"
+#include "tests/support/RandomHand.h"
+
+#include <sys/stat.h>
+
+// Notes that the application is asked to terminate, and has it go on.
+@interface KestQuitNote : NSObject {
+@public
+    int asked;
+}
+@end
+
+@implementation KestQuitNote
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)application
+{
+    ++asked;
+    return NSTerminateCancel;
+}
+@end
+
+namespace Kest::Test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using testing::HasSubstr;
+
+/// Drains what each test leaves to be released.
+class Pool : public testing::EmptyTestEventListener {
+    void OnTestProgramStart(const testing::UnitTest&) override
+    {
+        pool = [[NSAutoreleasePool alloc] init];
+        if (!AppKit::connectToScreen())
+            std::exit(1);
+    }
+    void OnTestEnd(const testing::TestInfo&) override
+    {
+        [pool drain];
+        pool = [[NSAutoreleasePool alloc] init];
+    }
+    NSAutoreleasePool* pool = nil;
+};
+const bool kBegun = (testing::UnitTest::GetInstance()->listeners().Append(new Pool), true);
+
+/// Runs what waits for the main thread, in one of the loop's modes.
+void runLoop(NSString* mode = NSDefaultRunLoopMode)
+{
+    @autoreleasepool {
+        [[NSRunLoop currentRunLoop] runMode:mode beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.001]];
+    }
+}
+
+bool runLoopUntil(const std::function<bool()>& condition)
+{
+    return eventually([&] { return runLoop(), condition(); });
+}
+
+std::string text(NSString* string) { return [string UTF8String]; }
+
+// The whole title in the system's font at its size.
+bool isRed(NSMenuItem* item)
+{
+    NSAttributedString* title = [item attributedTitle];
+    if (title == nil)
+        return false;
+    NSRange all;
+    NSDictionary* look = [title attributesAtIndex:0 effectiveRange:&all];
+    EXPECT_EQ(text([title string]), text([item title]));
+    EXPECT_EQ(all.length, [title length]);
+    EXPECT_TRUE(
+        [[look objectForKey:NSFontAttributeName] isEqual:[NSFont systemFontOfSize:[NSFont systemFontSize]]]);
+    return [[look objectForKey:NSForegroundColorAttributeName] isEqual:[NSColor redColor]];
+}
+
+std::string line(const std::string& title, NSInteger tag, const std::string& view,
+                 std::initializer_list<std::pair<bool, const char*>> states)
+{
+    auto all = title + " " + std::to_string(tag) + (view.empty() ? "" : " [" + view + "]");
+    for (const auto& [is, state] : states)
+        all += is ? state : "";
+    return all;
+}
+
+/// All that is seen of the items of a menu, from the model ...
+Lines lines(const App::ItemSnapshot& menu, const std::string& above = {})
+{
+    Lines all;
+    for (const auto& item : menu.items) {
+        const auto& is = *item.properties;
+        if (is.hidden && !AppKit::itemsCanHide())
+            continue;
+        const bool hasView = is.view && AppKit::itemsCanHaveViews();
+        const auto title = above + (is.view && !hasView ? plainLabel(is) : is.title);
+        const auto view = hasView ? is.view->title() + "," + is.view->percentText() : "";
+        const bool acts = is.action != App::Action::none;
+        all.push_back(is.separator ? above + "-"
+                                   : line(title, is.tag, view,
+                                          {{is.on, " on"},
+                                           {!is.enabled, " greyed"},
+                                           {is.hidden, " hidden"},
+                                           {is.red, " red"},
+                                           {acts, " acts"},
+                                           {item.hasSubmenu, " >"}}));
+        std::ranges::copy(lines(item, title + "/"), std::back_inserter(all));
+    }
+    return all;
+}
+
+/// ... and from AppKit.
+Lines lines(NSMenu* menu, const std::string& above = {})
+{
+    EXPECT_FALSE([menu autoenablesItems]);
+    Lines all;
+    for (NSMenuItem* item in [menu itemArray]) {
+        auto* is = (NSMenuItem<KestMenuItemAbilities>*)item;
+        const auto title = above + text([item title]);
+        KestEncodingRow* row = AppKit::itemsCanHaveViews() ? (KestEncodingRow*)[is view] : nil;
+        const auto view = row == nil ? ""
+                                     : text([[row nameLabel] stringValue]) + "," +
+                                           text([[row percentageLabel] stringValue]);
+        all.push_back([item isSeparatorItem] ? above + "-" : line(title, [item tag], view, {
+            {[item state] == NSControlStateValueOn, " on"}, {![item isEnabled], " greyed"},
+                {AppKit::itemsCanHide() && [is isHidden], " hidden"}, {isRed(item), " red"},
+            {
+                sel_isEqual([item action], @selector(chooseItem:)), " acts"
+            }
+            , { [item hasSubmenu], " >" }
+        }));
+        std::ranges::copy(lines([item submenu], title + "/"), std::back_inserter(all));
+    }
+    return all;
+}
+
+class LoopingFrontEnd : public AppKit::AppKitFrontEnd {
+public:
+    void runJobs() { runLoop(); }
+};
+
+class AppKitAgent : public AgentOn<LoopingFrontEnd> {
+public:
+    explicit AppKitAgent(const std::map<std::string, std::string>& settings = {}) : AgentOn(settings)
+    {
+        frontEnd.setApplication(delegate);
+    }
+
+    NSMenuItem* item(const std::string& path) const
+    {
+        const auto slash = path.rfind('/');
+        NSMenu* menu = slash == std::string::npos ? frontEnd.statusMenu() : submenu(path.substr(0, slash));
+        return (NSMenuItem*)[menu
+            itemWithTitle:[NSString stringWithUTF8String:path.substr(slash + 1).c_str()]];
+    }
+    NSMenu* submenu(const std::string& path) const { return [item(path) submenu]; }
+    void choose(const std::string& path) const
+    {
+        NSMenuItem* chosen = item(path);
+        [[chosen menu] performActionForItemAtIndex:[[chosen menu] indexOfItem:chosen]];
+    }
+    // The messages of AppKit for the status menu and its submenus.
+    static void needsUpdate(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuNeedsUpdate:menu]; }
+    static void willOpen(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuWillOpen:menu]; }
+    static void didClose(NSMenu* menu) { [(KestMenuBridge*)[menu delegate] menuDidClose:menu]; }
+    void open(const std::string& path) const
+    {
+        needsUpdate(submenu(path));
+        willOpen(submenu(path));
+    }
+    bool isTheModels() const { return lines(frontEnd.statusMenu()) == lines(takeSnapshot(delegate.menu())); }
+};
+
+TEST(MenuTree, IsTheModelsAfterEachKindOfChange)
+{
+    AppKitAgent agent({{"Facility", "Gone"}, {"SoloMode", "1"}});
+    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    agent.start();
+    EXPECT_TRUE(agent.isTheModels());
+    EXPECT_EQ(lines(agent.submenu("Solo Mode")), (Lines{"Latch 0 acts", "Exclusive (XOR) 0 on acts"}));
+
+    NSMenu* facilities = agent.submenu("Monitoring Facility");
+    agent.open("Monitoring Facility");
+    EXPECT_EQ(lines(facilities), (Lines{"Gone 0 on red acts", "Studio 0 acts"}));
+    AppKitAgent::didClose(facilities);
+    runLoop();
+    agent.choose("Monitoring Facility/Studio");
+    agent.open("Monitoring Facility"); // red is gone, and the item with it
+    EXPECT_EQ(lines(facilities), Lines{"Studio 0 on acts"});
+
+    EXPECT_TRUE(agent.report(4711, "/Out/Film/Film_Mix_Prt.wav", 42));
+    agent.choose("DAW Link Control"); // another item is no longer hidden
+    EXPECT_TRUE(agent.isTheModels());
+}
+
+TEST(MenuTree, IsTheModelsAfterAThousandRandomChanges)
+{
+    App::MenuModel model;
+    RandomHand hand{model};
+    AppKit::MenuMirror mirror(model, "Menu", nil);
+    std::size_t most = 0;
+    for (int i = 0; i < 1000; ++i) {
+        hand.change();
+        mirror.show(model.takeChanges());
+        const auto now = lines(takeSnapshot(model));
+        ASSERT_EQ(lines(mirror.statusMenu()), now) << "change " << i;
+        most = std::max(most, now.size());
+    }
+    EXPECT_GE(most, 20U) << "the changes were of some size";
+}
+
+TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
+{
+    App::MenuModel model;
+    RandomHand hand{model};
+    AppKit::MenuMirror mirror(model, "Menu", nil);
+    NSMenu* menu = mirror.statusMenu();
+    NSUInteger most = 0;
+    for (int i = 0; i < 200; ++i) {
+        mirror.menuOpened(App::kStatusMenuId);
+        NSArray* before = [NSArray arrayWithArray:[menu itemArray]];
+        most = std::max(most, [before count]);
+        for (int k = 0; k < 5; ++k) {
+            hand.change();
+            mirror.show(model.takeChanges());
+            ASSERT_GE([[menu itemArray] count], [before count]);
+            ASSERT_TRUE([[[menu itemArray] subarrayWithRange:NSMakeRange(0, [before count])] isEqual:before]);
+        }
+        NSArray* shown = [NSArray arrayWithArray:[menu itemArray]];
+        mirror.menuClosed(App::kStatusMenuId);
+        ASSERT_TRUE([[menu itemArray] isEqual:shown]) << "the action is still to come";
+        if (hand.upTo(1) == 0) { // opens again before the job runs
+            mirror.menuOpened(App::kStatusMenuId);
+            mirror.applyDeferredShapes();
+            ASSERT_TRUE([[menu itemArray] isEqual:shown]);
+            mirror.menuClosed(App::kStatusMenuId);
+        }
+        hand.upTo(1) == 0 ? mirror.applyDeferredShapes() : mirror.menuNeedsUpdate(App::kStatusMenuId);
+        ASSERT_EQ(lines(menu), lines(takeSnapshot(model)));
+    }
+    EXPECT_GE(most, 10U) << "there was something to keep";
+}
+
+TEST(OpenMenu, IsFilledBeforeItOpensAndThenKeepsItsItems)
+{
+    AppKitAgent agent;
+    agent.start();
+    const std::string history = "Encoding History";
+    agent.delegate.receivedMsgFromBackend(10, 4711, "Film");
+    agent.delegate.receivedMsgFromBackend(10, 4712, "Other");
+    agent.open(history);
+    NSMenu* menu = agent.submenu(history);
+    NSMenuItem* film = [menu itemAtIndex:2];
+    agent.delegate.receivedMsgFromBackend(20, 4711, "Film");
+    EXPECT_EQ([menu itemAtIndex:2], film);
+    EXPECT_TRUE(agent.isTheModels()) << "progress shows at once";
+
+    agent.delegate.choose(agent.at(history + "/Clear History").id());
+    agent.delegate.receivedMsgFromBackend(30, 4713, "Third");
+    EXPECT_EQ([menu numberOfItems], 5);
+    EXPECT_EQ([menu itemAtIndex:2], film);
+    EXPECT_FALSE([film isEnabled]);
+    [[film submenu] performActionForItemAtIndex:[[film submenu] numberOfItems] - 1];
+    EXPECT_TRUE(agent.workspace.asked.empty()) << "it was removed";
+
+    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    const auto before = lines(agent.frontEnd.statusMenu());
+    AppKitAgent::willOpen(agent.submenu("Monitoring Facility"));
+    AppKitAgent::didClose(menu);
+    EXPECT_EQ(lines(agent.frontEnd.statusMenu()), before) << "AppKit forbids changes within these";
+    AppKitAgent::didClose(agent.submenu("Monitoring Facility"));
+    runLoop();
+    EXPECT_TRUE(agent.isTheModels());
+    agent.open("Monitoring Facility");
+    EXPECT_NE(agent.item("Monitoring Facility/Studio"), nil);
+}
+
+// As AppKit does it: the menu closes, then it sends the action of the item at the chosen index.
+TEST(Choices, OfABusReachTheHostAlthoughTheListChangedWhileTheMenuWasOpen)
+{
+    AppKitAgent agent;
+    auto& host = agent.place.startHost();
+    host.putBus(5, "bus-A", "Bus A");
+    host.putBus(6, "bus-B", "Bus B");
+    agent.start();
+    const std::string buses = "Default Bus";
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.item(buses + "/Bus B") != nil; }));
+    NSMenu* menu = agent.submenu(buses);
+    const auto defaultBusAfter = [&](int removedSlot, const char* removed, const char* chosen) {
+        agent.open(buses);
+        host.removeClient(removedSlot);
+        EXPECT_TRUE(
+            agent.pumpUntil([&] { return agent.at(buses).submenu()->itemWithTitle(removed) == nullptr; }));
+        const NSInteger index = [menu indexOfItem:agent.item(buses + "/" + chosen)];
+        AppKitAgent::didClose(menu);
+        [menu performActionForItemAtIndex:index];
+        EXPECT_TRUE(agent.pumpUntil([&] { return agent.isTheModels(); }));
+        return host.textAt(3458152);
+    };
+    EXPECT_EQ(defaultBusAfter(5, "Bus A", "Bus B"), "bus-B");
+    host.putText(3458152, "");
+    EXPECT_EQ(defaultBusAfter(6, "Bus B", "Bus B"), "") << "no bus takes the index of one that was removed";
+}
+
+TEST(Choices, OfTheLastItemQuitOnceTheChoiceIsOver)
+{
+    AppKitAgent agent;
+    agent.start();
+    KestQuitNote* quit = [[[KestQuitNote alloc] init] autorelease];
+    [NSApp setDelegate:(id)quit];
+    agent.choose("Quit Kest Settings");
+    EXPECT_EQ(quit->asked, 0) << "not within the choice";
+    EXPECT_TRUE(runLoopUntil([&] { return quit->asked == 1; }));
+    [NSApp setDelegate:nil];
+}
+
+TEST(Jobs, RunInOrderAlsoWhileAMenuOrAPanelIsOpen)
+{
+    for (NSString* mode : {NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode}) {
+        LoopingFrontEnd frontEnd;
+        std::vector<int> done;
+        std::thread([&] {
+            for (int i = 0; i < 3; ++i)
+                frontEnd.post([&done, i] { done.push_back(i); });
+        }).join();
+        EXPECT_TRUE(eventually([&] { return runLoop(mode), done.size() == 3; })) << text(mode);
+        EXPECT_EQ(done, (std::vector{0, 1, 2}));
+    }
+}
+
+TEST(Jobs, ThatThrowAreStoppedAndThoseOfAnEndedFrontEndAreDropped)
+{
+    int done = 0;
+    {
+        LoopingFrontEnd frontEnd;
+        testing::internal::CaptureStderr();
+        frontEnd.post([] { throw std::runtime_error("all is lost"); });
+        frontEnd.post([&] { ++done; });
+        EXPECT_TRUE(runLoopUntil([&] { return done == 1; }));
+        EXPECT_THAT(capturedErrors(), HasSubstr("a job all is lost"));
+        frontEnd.post([&] { ++done; });
+    }
+    LoopingFrontEnd next;
+    next.post([&] { done += 10; });
+    EXPECT_TRUE(runLoopUntil([&] { return done >= 11; }));
+    EXPECT_EQ(done, 11);
+}
+
+TEST(Workspace, StartsProgramsWithTheirArguments)
+{
+    const TemporaryFolder folder;
+    AppKit::AppKitWorkspace workspace;
+    const auto program = folder / "a program";
+    writeFile(program, "#!/bin/sh\necho \"$@\" >'" + (folder / "output") + "'\n");
+    EXPECT_FALSE(workspace.run(folder / "none", {}));
+    EXPECT_FALSE(workspace.run(program, {})) << "not executable";
+    EXPECT_FALSE(workspace.launchApplication(folder / "None.app"));
+    workspace.selectFile(folder.path()); // there is no file viewer
+    testing::internal::CaptureStderr();
+    workspace.log("Uninstall failed to launch");
+    EXPECT_THAT(capturedErrors(), HasSubstr("Uninstall failed to launch\n"));
+    chmod(program.c_str(), 0755);
+    EXPECT_TRUE(workspace.run(program, {"unload", "/Library/a b"}));
+    EXPECT_TRUE(runLoopUntil([&] { return readFile(folder / "output") == "unload /Library/a b\n"; }));
+}
+
+TEST(Workspace, ShowsTheAboutPanel)
+{
+    AppKit::AppKitWorkspace().showAboutPanel(App::about());
+    const auto panel = [] {
+        for (NSWindow* window in [NSApp windows])
+            if ([window isVisible] && [window isKindOfClass:[NSPanel class]] &&
+                [window level] == NSNormalWindowLevel)
+                return window;
+        return (NSWindow*)nil;
+    };
+    EXPECT_TRUE(runLoopUntil([&] { return panel() != nil; }));
+    [panel() close];
+}
+
+} // namespace
+} // namespace Kest::Test
