@@ -12,6 +12,7 @@ using namespace Kest::Test;
 using namespace Kest::Terminal;
 using Kest::App::ItemId;
 using Kest::App::ItemProperties;
+using testing::ElementsAre;
 using testing::StartsWith;
 
 constexpr Glyphs kAscii{false};
@@ -68,25 +69,10 @@ TEST_F(MenuScreenTest, KeysChooseOpenSearchAndQuit)
     expect("/DIAL", 0, {}, 1, "> Buses > Dialog");
     expect("/DIAL", 0, {}, 2, "   "); // not the hidden one
     expect("/DIAL\n", 0, {3}, 2, "> (x) Dialog");
+    expect("kjjj", 0, {}, 4, "> About"); // past a separator and a hidden item, and no further
+    expect("jjk", 0, {}, 3, "> Buses");
     expect("?", 0, {}, 0, "Keys");
     expect("q", 0, {}, 0, "Kest Settings");
-}
-
-TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
-{
-    screen->note("bus 0 : \x1B[2J");
-    type("jl");
-    std::string shown;
-    for (const auto& line : screen->lines(kSmallest))
-        shown += line.text + "|\n";
-    EXPECT_EQ(shown, "Kest Settings > Buses                   |\n"
-                     "  ( ) Main Bus                          |\n"
-                     "> (x) Dialog                            |\n"
-                     "  ( ) Music                             |\n"
-                     "                                        |\n"
-                     "                                        |\n"
-                     "bus 0 : ?[2J                            |\n"
-                     "no K3DHost, 3 buses, no ~ ? keys  q quit|\n");
 }
 
 TEST_F(MenuScreenTest, ShowsTheLastLineThatIsNotBlank)
@@ -129,6 +115,51 @@ TEST_F(MenuScreenTest, TellsWhenTheListOfBusesWasAnotherLast)
     screen->show(menu, 3661);
     screen->show(menu, 4000);
     EXPECT_THAT(line(7, {8, 60}), StartsWith("no K3DHost, 1 bus, changed 01:01:01"));
+}
+
+TEST(Navigator, KeepsTheSelectedItemOrSelectsTheNearestOne)
+{
+    Navigator navigator;
+    auto menu = sampleMenu();
+    const auto before = menu.items[2].items;
+    const auto selectedIn = [&](const Items& items) {
+        menu.items[2].items = items;
+        navigator.show(menu);
+        return navigator.selected();
+    };
+    selectedIn(before);
+    navigator.goTo(6);
+    EXPECT_EQ(selectedIn({bus(20, "A"), bus(21, "B"), before[0], before[1], before[2]}), 6);
+    navigator.moveBy(-1);
+    EXPECT_EQ(navigator.selected(), 5);
+    navigator.moveBy(1);
+    EXPECT_EQ(selectedIn({before[0], before[1]}), 5);
+    EXPECT_EQ(selectedIn({before[0]}), 4);
+    EXPECT_EQ(selectedIn({}), Kest::App::kStatusMenuId);
+    navigator.moveBy(1);
+    EXPECT_EQ(selectedIn({bus(30, "New")}), 30);
+    hide(menu.items[2]);
+    navigator.show(menu);
+    EXPECT_EQ(navigator.selected(), 9) << "the nearest row of the menu above";
+    navigator.goTo(30);
+    navigator.enter(3);
+    EXPECT_EQ(navigator.menu().id, 0) << "a hidden submenu";
+}
+
+TEST(Navigator, ScrollsOnlyAsFarAsItMust)
+{
+    Navigator navigator;
+    Items items;
+    for (ItemId id = 1; id <= 20; ++id)
+        items.push_back(plainLeaf(id, "item"));
+    navigator.show(statusMenu(items));
+    std::vector<int> tops;
+    for (const int step : {4, 1, 3, -4, -1, 100}) {
+        navigator.moveBy(step);
+        tops.push_back(navigator.firstRow(5));
+    }
+    EXPECT_THAT(tops, ElementsAre(0, 1, 4, 4, 3, 15));
+    EXPECT_EQ(navigator.firstRow(30), 0) << "a larger window is filled";
 }
 
 TEST(RowText, NamesStateAndProgress)
