@@ -19,9 +19,9 @@ App::ItemSnapshot menuOf(Fuzz::Input& input, int depth)
         auto item = depth > 0 ? menuOf(input, depth - 1) : App::ItemSnapshot();
         const int state = input.byte();
         item.properties = App::ItemProperties{.title = input.text(static_cast<std::size_t>(input.below(6))),
+                                              .mark = (state & 16) == 0 ? App::Mark::none : App::Mark::radio,
                                               .enabled = (state & 1) == 0,
                                               .hidden = (state & 2) != 0,
-                                              .mark = (state & 16) == 0 ? App::Mark::none : App::Mark::radio,
                                               .separator = (state & 12) == 12};
         item.hasSubmenu = !item.items.empty();
         menu.items.push_back(std::move(item));

@@ -26,8 +26,6 @@ public:
     {
         const auto address = *socketAddress(socketPath(folder));
         EXPECT_EQ(connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-        const int small = 4096;
-        setsockopt(socket.get(), SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
     }
     void send(const std::string& text) const { ::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL); }
     void endInput() const { shutdown(socket.get(), SHUT_WR); }
@@ -110,19 +108,6 @@ std::string choice(const std::string& path, const std::string& more = "")
     return R"({"command":"choose","path":")" + path + "\"" + more + "}";
 }
 
-TEST_F(ControlTest, AChoiceIsStoredBeforeTheReply)
-{
-    fs::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
-    const auto peer = connected();
-    EXPECT_THAT(reply(peer, choice("solo mode > LATCH")), HasSubstr("\"path\":\"Solo Mode > Latch\""));
-    EXPECT_EQ(agent.stored("SoloMode"), "0");
-    EXPECT_THAT(reply(peer, choice("Monitoring Facility > Studio")), HasSubstr("\"on\":true"))
-        << "of a menu that is filled when it opens";
-    fs::remove_all(agent.place.paths.settingsFolder);
-    writeFile(agent.place.paths.settingsFolder, "a file in place of the folder");
-    EXPECT_THAT(reply(peer, choice("Solo Mode > Exclusive (XOR)")), HasSubstr("not saved"));
-}
-
 TEST_F(ControlTest, EachRequestHasItsReply)
 {
     const std::pair<std::string, const char*> rows[] = {
@@ -130,6 +115,8 @@ TEST_F(ControlTest, EachRequestHasItsReply)
         {choice("Solo Mode"), "is a submenu"},
         {choice("Encoding History > Clear History"), "is greyed"},
         {get("Solo Mode\\u0000"), "no item"},
+        {choice("solo mode > LATCH"), "\"path\":\"Solo Mode > Latch\""},
+        {choice("Monitoring Facility > Studio"), "\"on\":true"}, // which is filled when it opens
         {"[]", "not a JSON object"},
         {get("\xff"), "not a JSON object"},
         {std::string(60'000, '['), "not a JSON object"},
@@ -139,34 +126,33 @@ TEST_F(ControlTest, EachRequestHasItsReply)
         {"\r\n{\"command\":\"menu\",\"more\":[[{}]]}\r", "\"ok\":true"},
         {std::string(kMaxRequestBytes + 1, 'x'), "at most 65536 bytes"},
     };
+    fs::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
     const auto peer = connected();
     for (const auto& [request, wanted] : rows)
         EXPECT_THAT(reply(peer, request), HasSubstr(wanted)) << request.substr(0, 60);
     EXPECT_EQ(line(peer), "end");
+    EXPECT_EQ(agent.stored("Facility"), "Studio");
+
+    fs::remove_all(agent.place.paths.settingsFolder);
+    writeFile(agent.place.paths.settingsFolder, "a file in place of the folder");
+    EXPECT_THAT(reply(connected(), choice("Solo Mode > Exclusive (XOR)")), HasSubstr("not saved"));
 }
 
-TEST_F(ControlTest, AWatcherGetsEachChangeOnce)
-{
-    const auto watcher = connected();
-    EXPECT_EQ(reply(watcher, kWatch), kDone);
-    EXPECT_EQ(reply(watcher, kWatch), kDone);
-    agent.choose("Solo Mode/Exclusive (XOR)");
-    EXPECT_THAT((std::vector{line(watcher), line(watcher)}),
-                testing::UnorderedElementsAre(HasSubstr("XOR)\",\"what\":\"on\""),
-                                              HasSubstr("Latch\",\"what\":\"off\"")));
-    EXPECT_THAT(reply(watcher, get("Solo Mode > Latch")), HasSubstr("\"on\":false"));
-}
-
-TEST_F(ControlTest, RequestsSentAtOnceAreAnsweredInOrderAlsoAfterTheInputHasEnded)
+TEST_F(ControlTest, RequestsSentAtOnceAreAnsweredInOrderAndAWatcherGetsEachChangeOnce)
 {
     const auto peer = connected();
-    peer.send(get("Solo Mode") + "\nx\n" + kWatch + "\n");
-    peer.endInput();
+    peer.send(get("Solo Mode") + "\nx\n" + kWatch + "\n" + kWatch + "\n");
+    peer.endInput(); // of its own direction only
     EXPECT_THAT(line(peer), HasSubstr("\"item\""));
     EXPECT_THAT(line(peer), HasSubstr("\"error\""));
     EXPECT_EQ(line(peer), kDone);
-    agent.choose("Solo Mode/Exclusive (XOR)");
-    EXPECT_THAT(line(peer), HasSubstr("\"event\""));
+    EXPECT_EQ(line(peer), kDone);
+    for (const std::string item : {"Exclusive (XOR)", "Latch"}) {
+        agent.choose("Solo Mode/" + item);
+        EXPECT_THAT((std::vector{line(peer), line(peer)}),
+                    testing::UnorderedElementsAre(HasSubstr(item + "\",\"what\":\"on\""),
+                                                  HasSubstr("\"what\":\"off\"")));
+    }
 }
 
 TEST_F(ControlTest, ClientsAreLimited)
