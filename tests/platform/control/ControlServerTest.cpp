@@ -73,7 +73,7 @@ protected:
     int linesUntilEnd(const Peer& peer)
     {
         int lines = 0;
-        while (line(peer) != "end")
+        for (std::string last; (last = line(peer)) != "end" && !last.empty();)
             ++lines;
         return lines;
     }
