@@ -1,4 +1,5 @@
 // The full-screen menu without a terminal: what it shows, and what keys ask for.
+#include "app/ItemPath.h"
 #include "platform/terminal/Screen.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
@@ -13,6 +14,7 @@ using namespace Kest::Terminal;
 using Kest::App::ItemId;
 using Kest::App::ItemProperties;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr Glyphs kAscii{false};
@@ -160,6 +162,18 @@ TEST(Navigator, ScrollsOnlyAsFarAsItMust)
     }
     EXPECT_THAT(tops, ElementsAre(0, 1, 4, 4, 3, 15));
     EXPECT_EQ(navigator.firstRow(30), 0) << "a larger window is filled";
+}
+
+TEST(ItemPath, FindsItemsOfOneTitleByTheirNumberOnly)
+{
+    Kest::App::MenuModel model;
+    for (const char* title : {"Film", "Film", "Film #2", "Other"})
+        model.statusMenu().addItem(std::make_unique<Kest::App::MenuItem>(ItemProperties{.title = title}));
+    const auto menu = takeSnapshot(model);
+    EXPECT_THAT(findByPath(menu, "Film").error, HasSubstr("several items \"Film\" in the menu: add #1"));
+    EXPECT_EQ(findByPath(menu, "Film #1").item, &menu.items[0]);
+    EXPECT_EQ(findByPath(menu, "Film #2").item, nullptr) << "of one or of the other";
+    EXPECT_EQ(findByPath(menu, "Film #3").error, "no item \"Film #3\" in the menu");
 }
 
 TEST(RowText, NamesStateAndProgress)
