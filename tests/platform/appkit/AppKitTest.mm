@@ -224,6 +224,25 @@ TEST(OpenMenu, IsFilledBeforeItOpensAndShowsProgress)
     EXPECT_NE(agent.item("Monitoring Facility/Studio"), nil);
 }
 
+TEST(OpenMenu, ShowsTheSubmenuThatAnItemHasWhenItIsBack)
+{
+    App::MenuModel model;
+    AppKit::MenuMirror mirror(model, "Menu", nil);
+    const auto add = [](App::Menu& menu, const char* title) -> App::MenuItem& {
+        return menu.addItem(std::make_unique<App::MenuItem>(App::ItemProperties{.title = title}));
+    };
+    for (const char* below : {"Before", "After"}) {
+        model.statusMenu().removeAllItems();
+        mirror.show(model.takeChanges());
+        auto& item = add(model.statusMenu(), "Submenu");
+        item.setSubmenu(std::make_unique<App::Menu>(model));
+        add(*item.submenu(), below);
+        mirror.show(model.takeChanges());
+        EXPECT_EQ(difference(mirror.statusMenu(), takeSnapshot(model)), "") << below;
+        mirror.menuOpened(App::kStatusMenuId);
+    }
+}
+
 // As AppKit does it: the menu closes, then it sends the action of the item at the chosen index.
 TEST(Choices, OfABusReachTheHostAlthoughTheListChangedWhileTheMenuWasOpen)
 {
