@@ -14,10 +14,10 @@ namespace Kest::Fuzz {
 /// Never ends: what is read behind the last byte is 0.
 class Input {
 public:
-    Input(const std::uint8_t* data, std::size_t size) : next(data), end(data + size) {}
+    Input(const std::uint8_t* data, std::size_t size) : left(reinterpret_cast<const char*>(data), size) {}
 
-    bool isEmpty() const { return next == end; }
-    std::uint8_t byte() { return isEmpty() ? std::uint8_t{0} : *next++; }
+    bool isEmpty() const { return left.empty(); }
+    std::uint8_t byte() { return static_cast<std::uint8_t>(isEmpty() ? 0 : text(1).front()); }
     /// 0 to `limit` - 1.
     int below(int limit) { return byte() % limit; }
     std::int32_t number()
@@ -30,16 +30,14 @@ public:
     /// At most so many bytes, fewer at the end.
     std::string text(std::size_t bytes)
     {
-        const auto left = static_cast<std::size_t>(end - next);
-        const auto* begin = reinterpret_cast<const char*>(next);
-        next += bytes < left ? bytes : left;
-        return {begin, reinterpret_cast<const char*>(next)};
+        std::string taken(left.substr(0, bytes));
+        left.remove_prefix(taken.size());
+        return taken;
     }
-    std::string rest() { return text(SIZE_MAX); }
+    std::string rest() { return text(left.size()); }
 
 private:
-    const std::uint8_t* next;
-    const std::uint8_t* end;
+    std::string_view left;
 };
 
 inline void require(bool holds, const char* what)

@@ -3,20 +3,18 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <vector>
+#include <sstream>
 
-int main(int argc, char** argv)
+int main(int, char** argv)
 {
     int played = 0;
-    for (int i = 1; i < argc; ++i)
-        for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
-            std::ifstream file(entry.path(), std::ios::binary);
-            const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
-            std::fprintf(stderr, "%s\n", entry.path().c_str());
-            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-            ++played;
-        }
-    std::printf("%d inputs\n", played);
+    for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
+        std::ostringstream bytes;
+        bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+        std::fprintf(stderr, "%s\n", entry.path().c_str());
+        const auto text = bytes.str();
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+        ++played;
+    }
     return played > 0 ? 0 : 1;
 }

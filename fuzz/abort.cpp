@@ -38,15 +38,6 @@ void checkFolder(const fs::path& folder, const std::string& output)
     require(output.find('\'') >= output.rfind('/'), "no quote");
 }
 
-void checkPath(const std::string& output)
-{
-    const auto opened = App::openOutputFolder(
-        output, {{kHome, 1, true}, {kTree, App::ProtectedFolder::kWholeTree}, {"/none", 1}});
-    require(!opened.folder || opened.refusal.empty(), "a folder, or a reason");
-    if (opened.folder)
-        checkFolder(App::pathOf(opened.folder), output);
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -55,7 +46,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     auto line = "pid: 4711 , path: " + input.rest();
     line = line.substr(0, line.find_first_of(std::string("\n\r\0", 3)));
     const auto parsed = Settings::parseEncodingLine(line);
-    if (const auto* output = std::get_if<Settings::PathLine>(&parsed->content))
-        checkPath(std::string(output->path));
+    if (const auto* path = std::get_if<Settings::PathLine>(&parsed->content)) {
+        const std::string output(path->path);
+        const auto opened = App::openOutputFolder(
+            output, {{kHome, 1, true}, {kTree, App::ProtectedFolder::kWholeTree}, {"/none", 1}});
+        require(!opened.folder || opened.refusal.empty(), "a folder, or a reason");
+        if (opened.folder)
+            checkFolder(App::pathOf(opened.folder), output);
+    }
     return 0;
 }

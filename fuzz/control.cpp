@@ -18,13 +18,11 @@ App::ItemSnapshot menuOf(Fuzz::Input& input, int depth)
     for (int items = input.below(4); items > 0 && !input.isEmpty(); --items) {
         auto item = depth > 0 ? menuOf(input, depth - 1) : App::ItemSnapshot();
         const int state = input.byte();
-        App::ItemProperties properties;
-        properties.title = input.text(static_cast<std::size_t>(input.below(6)));
-        properties.enabled = (state & 1) == 0;
-        properties.hidden = (state & 2) != 0;
-        properties.separator = (state & 12) == 12;
-        properties.mark = (state & 16) == 0 ? App::Mark::none : App::Mark::radio;
-        item.properties = properties;
+        item.properties = App::ItemProperties{.title = input.text(static_cast<std::size_t>(input.below(6))),
+                                              .mark = (state & 16) == 0 ? App::Mark::none : App::Mark::radio,
+                                              .enabled = (state & 1) == 0,
+                                              .hidden = (state & 2) != 0,
+                                              .separator = (state & 12) == 12};
         item.hasSubmenu = !item.items.empty();
         menu.items.push_back(std::move(item));
     }

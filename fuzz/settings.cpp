@@ -11,15 +11,10 @@ namespace {
 using namespace Kest::Settings;
 using Kest::Fuzz::require;
 
-bool areWritable(const juce::StringPairArray& values)
-{
-    return std::ranges::all_of(values.getAllValues(), [](const auto& value) { return canBeWritten(value); });
-}
-
-// Written once, a value has the form that it keeps.
+// Written once, values have the form that they keep.
 void checkSave(const juce::StringPairArray& values)
 {
-    if (!areWritable(values))
+    if (!std::ranges::all_of(values.getAllValues(), canBeWritten))
         return;
     const auto text = settingsText(values);
     auto kept = readSettingsText(text);
@@ -27,11 +22,11 @@ void checkSave(const juce::StringPairArray& values)
         require(!readXml(text) || text.size() > kLongestSettings, "what the store writes is read again");
         return;
     }
-    require(kept->getAllProperties().size() == values.size(), "every value is kept");
-    require(areWritable(kept->getAllProperties()), "and can be written again");
-    const auto again = readSettingsText(settingsText(kept->getAllProperties()));
-    require(again && juce::PropertySet(*again).getAllProperties() == kept->getAllProperties(),
-            "in the same form");
+    const auto& again = kept->getAllProperties();
+    require(again.size() == values.size(), "every value is kept");
+    require(std::ranges::all_of(again.getAllValues(), canBeWritten), "and can be written again");
+    auto last = readSettingsText(settingsText(again));
+    require(last && last->getAllProperties() == again, "in the same form");
 }
 
 } // namespace

@@ -27,26 +27,20 @@ struct Session {
         auto& buses = *model.statusMenu().itemArray()[2]->submenu();
         auto& chosen = input.below(2) == 0 ? model.statusMenu() : buses;
         auto& item = *chosen.itemArray()[static_cast<std::size_t>(input.below(chosen.numberOfItems()))];
-        switch (input.below(6)) {
-        case 0:
-            item.setHidden(!item.properties().hidden);
-            break;
-        case 1:
-            item.setEnabled(!item.properties().enabled);
-            break;
-        case 2:
-            item.setState(!item.properties().on);
-            break;
-        case 3:
+        const auto& is = item.properties();
+        const int change = input.below(6);
+        if (change == 0)
+            item.setHidden(!is.hidden);
+        else if (change == 1)
+            item.setEnabled(!is.enabled);
+        else if (change == 2)
+            item.setState(!is.on);
+        else if (change == 3)
             item.setView({input.text(8), input.number(), input.below(2) == 0});
-            break;
-        case 4:
-            if (buses.numberOfItems() > 1)
-                buses.removeItem(*buses.itemArray().back());
-            break;
-        default:
+        else if (change == 5)
             buses.addItem(std::make_unique<App::MenuItem>(Test::bus(0, input.text(8)).properties));
-        }
+        else if (buses.numberOfItems() > 1)
+            buses.removeItem(*buses.itemArray().back());
         for (const auto& line : changeLines(model.takeChanges(), model))
             checkDrawable(line);
         menu = takeSnapshot(model);
@@ -103,7 +97,8 @@ void play(Session& session, Fuzz::Input& input)
         return require((found.item == nullptr) != found.error.empty(), "an item or an error");
     }
     case 6:
-        return session.draw({kSmallest.lines + input.below(40), kSmallest.columns + input.below(80)});
+        return session.draw(
+            {1 + (7 + input.below(47)) % 47, 1 + (39 + input.below(119)) % 119}); // rarely too small
     default:
         return session.press(inputOfCharacter(input.byte()));
     }

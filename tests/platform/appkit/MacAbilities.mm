@@ -11,19 +11,14 @@ struct Kept {
     BOOL highlighted = NO;
 };
 
-// Of items that are never freed, so that no other item is taken for one of them.
-std::map<NSMenuItem*, Kept>& all()
-{
-    static std::map<NSMenuItem*, Kept> items;
-    return items;
-}
+std::map<NSMenuItem*, Kept> items;
 
+// Of items that are never freed, so that no other item is taken for one of them.
 Kept& kept(NSMenuItem* item)
 {
-    const auto [entry, isNew] = all().try_emplace(item);
-    if (isNew)
+    if (!items.contains(item))
         [item retain];
-    return entry->second;
+    return items[item];
 }
 
 } // namespace
@@ -65,7 +60,7 @@ Kept& kept(NSMenuItem* item)
 @implementation NSView (MacAbilities)
 - (NSMenuItem*)enclosingMenuItem
 {
-    for (const auto& [item, is] : all())
+    for (const auto& [item, is] : items)
         if (is.view == self)
             return item;
     return nil;

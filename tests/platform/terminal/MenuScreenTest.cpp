@@ -1,18 +1,18 @@
-// The full-screen menu without a terminal: what is seen, and what keys ask for.
-#include "platform/terminal/MenuScreen.h"
-
+// The full-screen menu without a terminal: what it shows, and what keys ask for.
+#include "app/ItemPath.h"
+#include "platform/terminal/Screen.h"
 #include "tests/platform/terminal/SampleMenu.h"
 
 #include <gmock/gmock.h>
 
 #include <clocale>
-#include <cstdio>
 
 namespace {
 
 using namespace Kest::Test;
 using namespace Kest::Terminal;
 using Kest::App::ItemId;
+using Kest::App::ItemProperties;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -24,155 +24,167 @@ protected:
     MenuScreenTest()
     {
         std::setlocale(LC_CTYPE, "C.UTF-8");
-        screen.show(sampleMenu(), 0);
-        screen.lines(kSmallest);
+        begin();
     }
-    Request press(Key key) { return screen.press({.key = key}); }
-    Request type(const std::string& text)
+    void begin()
+    {
+        screen.emplace(kAscii).show(sampleMenu(), 0);
+        screen->lines(kSmallest);
+    }
+    /// Enter is "\n", Esc "\x1B", backspace "\x7F".
+    Request type(const std::string& keys)
     {
         Request last;
-        for (const char letter : text)
-            last = screen.press({.key = Key::character, .text = {letter}});
+        for (const char key : keys)
+            last = screen->press(inputOfCharacter(static_cast<std::wint_t>(key)));
         return last;
     }
-    Request click(int line) { return screen.press({.key = Key::click, .line = line}); }
+    /// What the last of the keys asks for, and the beginning of a line after it.
+    void expect(const std::string& keys, ItemId chosen, const std::vector<ItemId>& opened, int number,
+                const char* text)
+    {
+        begin();
+        const auto request = type(keys);
+        EXPECT_EQ(request.chosen, chosen) << keys;
+        EXPECT_EQ(request.opened, opened) << keys;
+        EXPECT_EQ(request.quit, keys == "q") << keys;
+        EXPECT_THAT(line(number), StartsWith(text)) << keys;
+    }
     std::string line(int number, Size size = kSmallest)
     {
-        return screen.lines(size).at(static_cast<std::size_t>(number)).text;
+        return screen->lines(size).at(static_cast<std::size_t>(number)).text;
     }
 
-    MenuScreen screen{kAscii};
+    std::optional<MenuScreen> screen;
 };
 
-TEST_F(MenuScreenTest, ShowsTheOpenMenuBetweenItsTitleAndWhatIsKnown)
+TEST_F(MenuScreenTest, KeysChooseOpenSearchAndQuit)
 {
-    screen.note("bus 0 : \x1B[2J");
-    EXPECT_EQ(type("jl").opened, std::vector<ItemId>{3});
-    std::vector<std::string> texts;
-    for (const auto& line : screen.lines(kSmallest))
-        texts.push_back(line.text);
-    EXPECT_THAT(texts, ElementsAre("Kest Settings > Buses                   ",
-                                   "  ( ) Main Bus                          ",
-                                   "> (x) Dialog                            ",
-                                   "  ( ) Music                             ", std::string(40, ' '),
-                                   std::string(40, ' '), "bus 0 : ?[2J                            ",
-                                   "no K3DHost, 3 buses, no ~ ? keys  q quit"));
+    expect("jl", 0, {3}, 0, "Kest Settings > Buses  ");
+    expect("jlj\n", 6, {3}, 3, "> ( ) Music");
+    expect("jlj ", 6, {3}, 3, "> ( ) Music");
+    expect("jl\x1B", 0, {}, 0, "Kest Settings  ");
+    expect("jljh\x1B\x1B", 0, {}, 3, "> Buses");
+    expect("/", 0, {3}, 6, "/_"); // what is filled on opening is filled for the search
+    expect("/qDIAL", 0, {}, 1, "  no item");
+    expect("/qDIAL\x7F\x7F\x7F\x7F", 0, {}, 6, "/q_");
+    expect("/DIAL", 0, {}, 1, "> Buses > Dialog");
+    expect("/DIAL", 0, {}, 2, "   "); // not the hidden one
+    expect("/DIAL\n", 0, {3}, 2, "> (x) Dialog");
+    expect("kjjj", 0, {}, 4, "> About"); // past a separator and a hidden item, and no further
+    expect("jjk", 0, {}, 3, "> Buses");
+    expect("?", 0, {}, 0, "Keys");
+    expect("q", 0, {}, 0, "Kest Settings");
 }
 
-TEST_F(MenuScreenTest, ShowsWhatWasNotSavedAndWhyIn80Columns)
+TEST_F(MenuScreenTest, ShowsTheLastLineThatIsNotBlank)
 {
-    screen.note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker "
-                "Configuration; in effect until the agent ends; /home/anna/Kest-Settings.xml\n");
-    EXPECT_THAT(line(6, {8, 80}),
-                testing::StartsWith("14:05:09 settings not saved (No space left on device): "
-                                    "Speaker Configuration"));
-    screen.note("bus 0 : Main Bus\n \n\n"); // the last line that is not blank
-    EXPECT_THAT(line(6), testing::StartsWith("bus 0 : Main Bus "));
-    screen.note("wrong ");
-    screen.note("architecture"); // not ended
-    EXPECT_THAT(line(6), testing::StartsWith("wrong architecture "));
-}
-
-TEST_F(MenuScreenTest, AChoiceNamesTheItemAndOpensItsMenuAnew)
-{
-    type("jlj");
-    for (const auto& request : {press(Key::enter), type(" "), click(3)}) {
-        EXPECT_EQ(request.chosen, 6);
-        EXPECT_EQ(request.opened, std::vector<ItemId>{3});
-    }
+    screen->note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker\n");
+    EXPECT_THAT(line(6, {8, 80}), StartsWith("14:05:09 settings not saved (No space left on device): Sp"));
+    screen->note("bus 0 : Main Bus\n \n\n");
+    EXPECT_THAT(line(6), StartsWith("bus 0 : Main Bus "));
+    screen->note("wrong ");
+    screen->note("architecture");
+    EXPECT_THAT(line(6), StartsWith("wrong architecture "));
 }
 
 TEST_F(MenuScreenTest, ClicksBesideItemsAskForNothing)
 {
-    for (const int line : {0, 2, 5, 7, -1, 100}) {
-        EXPECT_EQ(click(line).chosen, 0) << line;
-        EXPECT_TRUE(click(line).opened.empty()) << line;
-    }
-    EXPECT_EQ(click(3).opened, std::vector<ItemId>{3});
-}
-
-TEST_F(MenuScreenTest, EscAndLeftGoBackAndOnlyQQuits)
-{
-    for (const auto back : {Key::escape, Key::left}) {
-        type("jl");
-        EXPECT_THAT(line(0), HasSubstr("> Buses"));
-        EXPECT_FALSE(press(back).quit);
-        EXPECT_FALSE(press(back).quit);
-        EXPECT_THAT(line(0), Not(HasSubstr(">")));
-        press(Key::home);
-    }
-    EXPECT_TRUE(type("q").quit);
-}
-
-TEST_F(MenuScreenTest, FindsItemsAtAnyDepthByAPartOfTheirTitle)
-{
-    EXPECT_EQ(type("/").opened, std::vector<ItemId>{3})
-        << "submenus made up on opening are searched as they are";
-    type("qDIAL");
-    EXPECT_THAT(line(1), StartsWith("  no item"));
-    for (int i = 0; i < 5; ++i)
-        press(Key::backspace);
-    type("DIAL");
-    EXPECT_THAT(line(1), StartsWith("> Buses > Dialog"));
-    EXPECT_THAT(line(2), StartsWith("   ")) << "the hidden one is none";
-    EXPECT_EQ(press(Key::enter).opened, std::vector<ItemId>{3});
-    EXPECT_THAT(line(2), StartsWith("> (x) Dialog"));
+    for (const int line : {0, 2, 5, 7, -1, 100})
+        EXPECT_TRUE(screen->press({.key = Key::click, .line = line}).opened.empty()) << line;
+    EXPECT_EQ(screen->press({.key = Key::click, .line = 3}).opened, std::vector<ItemId>{3});
 }
 
 TEST_F(MenuScreenTest, TheMatchThatIsSelectedStaysSoWhenTheMenuChanges)
 {
     type("/u");
-    press(Key::down);
-    press(Key::down);
+    screen->press({.key = Key::down});
+    screen->press({.key = Key::down});
     EXPECT_THAT(line(3), StartsWith("> Buses > Music"));
     auto menu = sampleMenu();
     menu.items[2].items.insert(menu.items[2].items.begin(), bus(40, "Studio"));
-    screen.show(menu, 1);
+    screen->show(menu, 1);
     EXPECT_THAT(line(4), StartsWith("> Buses > Music"));
-    press(Key::escape);
-    EXPECT_THAT(line(0), StartsWith("Kest Settings"));
 }
 
 TEST_F(MenuScreenTest, TellsWhenTheListOfBusesWasAnotherLast)
 {
     setenv("TZ", "UTC", 1);
-    screen.show(sampleMenu(), 3600);
+    screen->show(sampleMenu(), 3600);
     EXPECT_THAT(line(7, {8, 60}), StartsWith("no K3DHost, 3 buses, no change so far"));
     auto menu = sampleMenu();
     menu.items[2].items.resize(1);
-    screen.show(menu, 3661);
-    screen.show(menu, 4000);
+    screen->show(menu, 3661);
+    screen->show(menu, 4000);
     EXPECT_THAT(line(7, {8, 60}), StartsWith("no K3DHost, 1 bus, changed 01:01:01"));
 }
 
-TEST_F(MenuScreenTest, SaysThatTheWindowIsTooSmallInTheSpaceThereIs)
+TEST(Navigator, KeepsTheSelectedItemOrSelectsTheNearestOne)
 {
-    for (const Size size : {Size{7, 80}, Size{24, 39}, Size{1, 10}, Size{2, 1}}) {
-        const auto lines = screen.lines(size);
-        EXPECT_EQ(static_cast<int>(lines.size()), size.lines);
-        EXPECT_THAT(lines.front().text, StartsWith(size.columns > 9 ? "Window to" : "~"));
-    }
-}
-
-TEST(RowText, NamesInWordsWhatColoursTell)
-{
-    const auto red = leaf(1, {.title = "Studio", .mark = Kest::App::Mark::radio, .red = true});
-    EXPECT_EQ(rowText(red, false, 40, kAscii), "  ( ) Studio (not available)            ");
-    const auto greyed = leaf(1, {.title = "Clear", .enabled = false});
-    EXPECT_EQ(rowText(greyed, true, 20, kAscii), "> Clear (greyed)    ");
-}
-
-TEST(RowText, AnEncodingHasItsProgressBehindItsName)
-{
-    const auto row = [](const std::string& name, std::optional<int> percent) {
-        auto item = submenu(1, "", {});
-        item.properties =
-            item.properties.with(&Kest::App::ItemProperties::view, Kest::App::EntryView{name, percent});
-        return rowText(item, false, 40, kAscii);
+    Navigator navigator;
+    auto menu = sampleMenu();
+    const auto before = menu.items[2].items;
+    const auto selectedIn = [&](const Items& items) {
+        menu.items[2].items = items;
+        navigator.show(menu);
+        return navigator.selected();
     };
-    EXPECT_EQ(row("Film", 50), "  Film             [######......]  50% >");
-    EXPECT_EQ(row("Film", {}), "  Film                                 >");
-    EXPECT_EQ(row(std::string(50, 'x'), 250), "  xxxxxxxxxxxxxxx~ [############] 100% >");
+    selectedIn(before);
+    navigator.goTo(6);
+    EXPECT_EQ(selectedIn({bus(20, "A"), bus(21, "B"), before[0], before[1], before[2]}), 6);
+    navigator.moveBy(-1);
+    EXPECT_EQ(navigator.selected(), 5);
+    navigator.moveBy(1);
+    EXPECT_EQ(selectedIn({before[0], before[1]}), 5);
+    EXPECT_EQ(selectedIn({before[0]}), 4);
+    EXPECT_EQ(selectedIn({}), Kest::App::kStatusMenuId);
+    navigator.moveBy(1);
+    EXPECT_EQ(selectedIn({bus(30, "New")}), 30);
+    hide(menu.items[2]);
+    navigator.show(menu);
+    EXPECT_EQ(navigator.selected(), 9) << "the nearest row of the menu above";
+    navigator.goTo(30);
+    navigator.enter(3);
+    EXPECT_EQ(navigator.menu().id, 0) << "a hidden submenu";
+}
+
+TEST(Navigator, ScrollsOnlyAsFarAsItMust)
+{
+    Navigator navigator;
+    Items items;
+    for (ItemId id = 1; id <= 20; ++id)
+        items.push_back(plainLeaf(id, "item"));
+    navigator.show(statusMenu(items));
+    std::vector<int> tops;
+    for (const int step : {4, 1, 3, -4, -1, 100}) {
+        navigator.moveBy(step);
+        tops.push_back(navigator.firstRow(5));
+    }
+    EXPECT_THAT(tops, ElementsAre(0, 1, 4, 4, 3, 15));
+    EXPECT_EQ(navigator.firstRow(30), 0) << "a larger window is filled";
+}
+
+TEST(ItemPath, FindsItemsOfOneTitleByTheirNumberOnly)
+{
+    Kest::App::MenuModel model;
+    for (const char* title : {"Film", "Film", "Film #2", "Other"})
+        model.statusMenu().addItem(std::make_unique<Kest::App::MenuItem>(ItemProperties{.title = title}));
+    const auto menu = takeSnapshot(model);
+    EXPECT_THAT(findByPath(menu, "Film").error, HasSubstr("several items \"Film\" in the menu: add #1"));
+    EXPECT_EQ(findByPath(menu, "Film #1").item, &menu.items[0]);
+    EXPECT_EQ(findByPath(menu, "Film #2").item, nullptr) << "of one or of the other";
+    EXPECT_EQ(findByPath(menu, "Film #3").error, "no item \"Film #3\" in the menu");
+}
+
+TEST(RowText, NamesStateAndProgress)
+{
+    const auto row = [](ItemProperties item) { return rowText(leaf(1, std::move(item)), false, 40, kAscii); };
+    EXPECT_EQ(row({.title = "Studio", .mark = Kest::App::Mark::radio, .red = true}),
+              "  ( ) Studio (not available)            ");
+    EXPECT_EQ(row({.title = "Clear", .enabled = false}), "  Clear (greyed)                        ");
+    EXPECT_EQ(row({.view = {{"Film", 50}}}), "  Film             [######......]  50%  ");
+    EXPECT_EQ(row({.view = {{"Film", {}}}}), "  Film                                  ");
+    EXPECT_EQ(row({.view = {{std::string(50, 'x'), 250}}}), "  xxxxxxxxxxxxxxx~ [############] 100%  ");
 }
 
 TEST(Cells, WideCharactersTakeTwoAndAreNeverCutInHalf)

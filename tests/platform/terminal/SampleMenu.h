@@ -26,8 +26,6 @@ inline App::ItemSnapshot plainLeaf(App::ItemId id, const std::string& title)
     return leaf(id, {.title = title, .action = App::Action::restartService});
 }
 
-inline App::ItemSnapshot separator(App::ItemId id) { return leaf(id, {.separator = true}); }
-
 inline App::ItemSnapshot submenu(App::ItemId id, const std::string& title, Items items)
 {
     return {id, App::ItemProperties{.title = title}, true, std::move(items)};
@@ -47,7 +45,7 @@ inline App::ItemSnapshot sampleMenu()
 {
     auto hidden = submenu(7, "Hidden", {plainLeaf(8, "Hidden Dialog")});
     hide(hidden);
-    return statusMenu({plainLeaf(1, "Restart"), separator(2),
+    return statusMenu({plainLeaf(1, "Restart"), leaf(2, {.separator = true}),
                        submenu(3, "Buses", {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")}),
                        hidden, plainLeaf(9, "About")});
 }

@@ -14,15 +14,11 @@ using CGFloat = double;
 using NSInteger = long;
 using NSUInteger = unsigned long;
 
-struct NSPoint {
-    CGFloat x, y;
-};
 struct NSSize {
     CGFloat width, height;
 };
 struct NSRect {
-    NSPoint origin;
-    NSSize size;
+    CGFloat x, y, width, height;
 };
 struct NSEdgeInsets {
     CGFloat top, left, bottom, right;
@@ -48,9 +44,6 @@ __attribute__((objc_root_class))
 @interface NSString : NSObject
 @end
 
-@interface NSConstantString : NSString
-@end
-
 using NSRunLoopMode = NSString*;
 extern NSRunLoopMode const NSDefaultRunLoopMode;
 extern NSRunLoopMode const NSEventTrackingRunLoopMode;
@@ -62,12 +55,7 @@ extern NSRunLoopMode const NSModalPanelRunLoopMode;
 - (NSUInteger)countByEnumeratingWithState:(void*)state objects:(id*)buffer count:(NSUInteger)length;
 @end
 
-enum NSActivityOptions : unsigned long long {
-    NSActivityIdleSystemSleepDisabled = 1ULL << 20,
-    NSActivityUserInitiated = 0x00FFFFFFULL | NSActivityIdleSystemSleepDisabled,
-    NSActivityUserInitiatedAllowingIdleSystemSleep =
-        NSActivityUserInitiated & ~NSActivityIdleSystemSleepDisabled,
-};
+enum NSActivityOptions : unsigned long long { NSActivityUserInitiatedAllowingIdleSystemSleep = 0xEFFFFF };
 
 @interface NSProcessInfo : NSObject
 + (NSProcessInfo*)processInfo;
@@ -102,11 +90,7 @@ enum NSImageResizingMode : NSInteger { NSImageResizingModeTile, NSImageResizingM
 - (void)setTemplate:(BOOL)isTemplate;
 @end
 
-enum NSAutoresizingMaskOptions : NSUInteger { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
-constexpr NSAutoresizingMaskOptions operator|(NSAutoresizingMaskOptions a, NSAutoresizingMaskOptions b)
-{
-    return static_cast<NSAutoresizingMaskOptions>(static_cast<NSUInteger>(a) | static_cast<NSUInteger>(b));
-}
+enum : NSUInteger { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
 enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
 
 @interface NSView : NSObject
@@ -117,7 +101,7 @@ enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, N
 - (BOOL)isHidden;
 - (void)setHidden:(BOOL)hidden;
 - (void)setNeedsDisplay:(BOOL)needsDisplay;
-- (void)setAutoresizingMask:(NSAutoresizingMaskOptions)mask;
+- (void)setAutoresizingMask:(NSUInteger)mask;
 - (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(NSView*)other;
 - (void)viewWillDraw;
 - (void)setAccessibilityLabel:(NSString*)label SINCE(10.10);
@@ -129,10 +113,7 @@ enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, N
 
 enum NSVisualEffectMaterial : NSInteger { NSVisualEffectMaterialSelection = 4 };
 enum NSVisualEffectBlendingMode : NSInteger { NSVisualEffectBlendingModeBehindWindow };
-enum NSVisualEffectState : NSInteger {
-    NSVisualEffectStateFollowsWindowActiveState,
-    NSVisualEffectStateActive
-};
+enum NSVisualEffectState : NSInteger { NSVisualEffectStateActive = 1 };
 
 SINCE(10.10) @interface NSVisualEffectView : NSView
 - (void)setMaterial:(NSVisualEffectMaterial)material;
