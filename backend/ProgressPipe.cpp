@@ -114,8 +114,7 @@ std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
         return nullptr;
     pipe->device = status.st_dev;
     pipe->inode = status.st_ino;
-    fchmod(pipe->reader,
-           LIPC::kModeWorldWritable); // regardless of the umask: encoders of other users report too
+    fchmod(pipe->reader, LIPC::kModeWorldWritable); // not by the umask: encoders of other users report too
     pipe->writer = openEnd(path, O_WRONLY);
     if (pipe->writer < 0 || !isAtPath(*pipe))
         return nullptr;
