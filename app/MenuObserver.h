@@ -1,4 +1,4 @@
-// For a part of the process that follows the menu beside the front end.
+// An interface for objects that observe the menu in addition to the front end.
 #pragma once
 
 #include "app/MenuChanges.h"
