@@ -29,8 +29,8 @@ public:
     AbortJobs& operator=(const AbortJobs&) = delete;
 
     /// Waits up to 1 s for running aborts, then requests them to stop and waits up to 200 ms more. Logs one
-    /// line for each abort that still runs and abandons it. No result is handled and no `start` is allowed
-    /// later.
+    /// line for each abort that still runs and abandons it. Later no result is handled, and `start` is not
+    /// allowed.
     void end();
 
     /// Starts an abort unless one of the same process is running. Returns an empty text, or the reason for

@@ -26,8 +26,8 @@ public:
     /// Does the same at launch, without printing: only message 3 prints the names.
     void fillFirst();
 
-    /// Rebuilds the menu from the names read last. If the current bus is not among them, the main bus becomes
-    /// the default.
+    /// Rebuilds the menu from the names read last. If the current bus is not among them, selects the main
+    /// bus.
     void updateKestBusMenu();
 
     /// Makes the sender's bus the default; a tag outside the list changes nothing.

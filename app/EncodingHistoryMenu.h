@@ -53,7 +53,7 @@ public:
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// The state that a row shows and its actions use, even if newer reports exist. Small, as a flood makes
+    /// The state that a row shows and its actions use, even if newer reports exist. Small: a flood makes
     /// many.
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }

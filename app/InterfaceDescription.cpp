@@ -66,7 +66,7 @@ std::vector<Row> aboutRows()
     };
 }
 
-// To add an item: a line here, an `Action`, a line in the delegate's `perform`; for a toggle, only a line
+// To add an item: a line here, an `Action`, a line in the delegate's `perform`. A toggle needs only a line
 // here.
 std::vector<Row> statusMenuRows(bool hasAboutPanel)
 {

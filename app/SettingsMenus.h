@@ -18,8 +18,7 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Shows the stored solo mode, HDX delay and toggles. Writes the HDX delay and the toggles back as they
-    /// are shown.
+    /// Shows the stored solo mode, HDX delay and toggles; writes the HDX delay and the toggles back.
     void showStoredChoices();
     void showStoredSpeakerConfig();
 
