@@ -1,4 +1,4 @@
-// Where the control socket is.
+// The path of the control socket.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -16,8 +16,7 @@ std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
 /// Returns the path of the socket in a folder.
 std::string socketPath(const std::string& folder);
 
-/// Returns the address of a socket; nullopt when the path does not fit, which is 107 bytes on Linux and 103
-/// on macOS.
+/// Returns the address of a socket; nullopt if the path is longer than 107 bytes on Linux or 103 on macOS.
 std::optional<sockaddr_un> socketAddress(const std::string& path);
 
 } // namespace Kest::Control
