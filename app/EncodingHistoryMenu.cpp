@@ -24,7 +24,7 @@ juce::String withoutTag(const juce::String& name)
     return tag >= 0 && name[tag] == '_' ? name.substring(0, tag) : name;
 }
 
-// A negative number is a failure.
+// Returns the view of an encoding; a negative number is a failure.
 EntryView viewOf(const Settings::encodingStatus& status, std::int32_t number)
 {
     const bool failed = number < 0;

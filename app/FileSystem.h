@@ -34,7 +34,7 @@ struct FileFacts {
 std::optional<FileFacts> examine(int folder, const std::string& name = {});
 
 /// Opens a folder inside an open folder, or by an absolute path with AT_FDCWD, for access to its entries. The
-/// last component must not be a link. Returns an empty descriptor, with `errno` set, on failure. Any thread.
+/// last component must not be a link. Empty, with `errno` set, on failure. Any thread.
 Settings::Descriptor openFolder(int parent, const std::string& name);
 
 /// Returns the absolute path of an open folder, without links; empty if the system reports none. Any thread.

@@ -86,7 +86,7 @@ std::string folded(std::string_view text)
     return juce::String::fromUTF8(text.data(), static_cast<int>(text.size())).toLowerCase().toStdString();
 }
 
-/// Returns how many bytes must be added, removed or replaced to make one text of the other.
+/// Returns how many bytes must be added, removed or replaced to turn one text into the other.
 std::size_t editDistance(std::string_view one, std::string_view other)
 {
     std::vector<std::size_t> row(other.size() + 1);

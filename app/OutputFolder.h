@@ -19,8 +19,8 @@ struct OutputFolder {
 /// empty, has no folder or only the root, or names a folder that does not exist. Any thread.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
-/// Returns whether this user's file of the output's name in it was modified, or this user's folder itself was
-/// created, after the process started. Any thread.
+/// Returns whether, after the process started, this user's file of the output's name was modified in the
+/// folder or this user's folder was created. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 

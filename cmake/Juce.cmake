@@ -25,7 +25,7 @@ add_library(kest_juce STATIC)
 foreach(module juce_core juce_events juce_data_structures)
     target_sources(kest_juce PRIVATE ${KEST_JUCE_MODULES}/${module}/${module}.${juce_unit_suffix})
 endforeach()
-# JUCE 8 has a second unit, which JUCE 7 does not.
+# JUCE 8, unlike JUCE 7, has a second unit.
 file(GLOB juce_further_units ${KEST_JUCE_MODULES}/juce_core/juce_core_*.cpp)
 target_sources(kest_juce PRIVATE ${juce_further_units})
 target_include_directories(kest_juce SYSTEM PUBLIC ${KEST_JUCE_MODULES})

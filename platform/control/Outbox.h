@@ -39,7 +39,7 @@ public:
         const MutexLock lock(mutex);
         return std::exchange(messages, {});
     }
-    /// Readable while messages wait.
+    /// Returns a descriptor that is readable while messages wait.
     int descriptor() const { return wakeUp.descriptor(); }
 
 private:

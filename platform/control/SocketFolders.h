@@ -10,7 +10,7 @@
 
 namespace Kest::Control {
 
-/// Returns the folders in which an agent of this user may have its socket, the preferred one first.
+/// Returns the folders that may contain the socket of this user's agent, the preferred one first.
 std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
 
 /// Returns the path of the socket in a folder.

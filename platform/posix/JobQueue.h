@@ -1,4 +1,4 @@
-// Jobs for the main thread and the process's signals, behind one descriptor.
+// A queue of jobs for the main thread, and the process's signals, with one descriptor to poll.
 #pragma once
 
 #include "backend/Guarded.h"

@@ -33,7 +33,7 @@ public:
     std::set<App::ItemId> closed(App::ItemId menu);
     std::set<App::ItemId> forget(); // before other panels
 
-    /// Returns whether the menu's layout is held.
+    /// Returns whether the menu's layout must be held back, and records it if so.
     bool holds(App::ItemId menu);
 
 private:
