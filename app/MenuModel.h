@@ -113,7 +113,7 @@ public:
 
     Menu& statusMenu() { return *root; }
     const Menu& statusMenu() const { return *root; }
-    /// Returns the item with the id in the status menu or below; null if there is none.
+    /// Returns the item with the id, at any depth of the status menu; null if there is none.
     MenuItem* itemWithId(ItemId id) const;
 
     /// Returns the changes since the previous call.
