@@ -137,7 +137,7 @@ Request MenuScreen::pressCharacter(char letter)
         mode = Mode::search;
         searched.clear();
         searchAgain();
-        return {.opened = submenusBelow(navigator.statusMenu())}; // fills submenus before they are searched
+        return {.opened = submenusBelow(navigator.statusMenu())}; // fills submenus before the search
     default:
         return {};
     }

@@ -43,7 +43,7 @@ struct Input {
 /// What the front end does after an input: chooses an item, then reports the opened submenus; or quits.
 struct Request {
     App::ItemId chosen = App::kStatusMenuId;
-    std::vector<App::ItemId> opened; // submenus that are now displayed or searched
+    std::vector<App::ItemId> opened; // submenus that are now displayed or part of a search
     bool quit = false;
 };
 
