@@ -29,7 +29,7 @@ void log(const ProcessIdentity& process, const std::string& text)
 struct AbortJobs::Shared {
     Shared(FrontEnd& mainLoop, AbortJobs& jobs) : frontEnd(&mainLoop), owner(&jobs) {}
 
-    /// Returns whether all aborts have ended in time.
+    /// Waits at most `patience` until all aborts have ended. Returns false on timeout.
     bool waitForAll(std::chrono::milliseconds patience)
     {
         const auto end = Clock::now() + patience;
@@ -43,8 +43,8 @@ struct AbortJobs::Shared {
     std::atomic<bool> stop = false;
     Mutex mutex;
     std::condition_variable_any ended;
-    std::vector<ProcessIdentity> active KEST_GUARDED_BY(mutex); // with a thread that aborts
-    FrontEnd* frontEnd KEST_GUARDED_BY(mutex);                  // null after the owner's end
+    std::vector<ProcessIdentity> active KEST_GUARDED_BY(mutex); // aborts whose threads run
+    FrontEnd* frontEnd KEST_GUARDED_BY(mutex);                  // null after `end`
     AbortJobs* owner;                                           // the same; main thread only
 };
 

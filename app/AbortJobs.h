@@ -1,4 +1,4 @@
-// Aborts that run beside the main loop, so that a slow disk blocks nothing else.
+// Runs aborts on separate threads, so that a slow disk does not block the main loop.
 #pragma once
 
 #include "app/EncoderAbort.h"
@@ -28,14 +28,15 @@ public:
     AbortJobs(const AbortJobs&) = delete;
     AbortJobs& operator=(const AbortJobs&) = delete;
 
-    /// Gives running aborts one second to end, then requests their stop and waits another 200 ms. What still
-    /// blocks then is left behind, and is one log line. No result is handled any more. Call `start` no more.
+    /// Waits up to 1 s for running aborts, then requests them to stop and waits up to 200 ms more. Logs one
+    /// line for each abort that still runs and abandons it. Later no result is handled, and `start` is not
+    /// allowed.
     void end();
 
-    /// Starts an abort, unless one of the same process runs. Returns an empty text, or why it does not start.
-    /// A failure of the abort itself is one log line.
+    /// Starts an abort unless one of the same process is running. Returns an empty text, or the reason for
+    /// not starting. A failure of the abort itself is logged in one line.
     std::string start(const AbortOrder& order);
-    /// Whether an abort of the process was started and its end has not been handled yet.
+    /// Returns whether an abort of the process was started and its end has not been handled yet.
     bool isRunning(const Settings::ProcessIdentity& process) const;
 
 private:
@@ -45,7 +46,7 @@ private:
 
     const Finished finished;
     const Abort abortOne;
-    const std::shared_ptr<Shared> shared; // with the threads, which may outlive this object
+    const std::shared_ptr<Shared> shared; // shared with the threads, which may outlive this object
     std::vector<Settings::ProcessIdentity> running;
 };
 

@@ -1,4 +1,4 @@
-// What the agent says of itself.
+// The agent's name, version and licence.
 #pragma once
 
 #include <string>

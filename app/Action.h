@@ -1,4 +1,4 @@
-// What choosing a menu item does: the operations of `KestSettingsAppDelegate` and its parts, by name.
+// The actions of menu items, named after the operations of `KestSettingsAppDelegate` and its controllers.
 #pragma once
 
 #include <cstdint>

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kLongestBusName = 255; // bytes in Mac OS Roman
 
-// The bytes of the host where they are UTF-8; others are Mac OS Roman and are printed as the menu shows them.
+// Returns the host's bytes if they are UTF-8; otherwise converts them from Mac OS Roman, as for the menu.
 std::string printableName(const std::string& name)
 {
     return Text::printable(Text::isUtf8(name) ? name : Text::macRomanToUtf8(name));
@@ -50,7 +50,7 @@ void DefaultBusMenu::updateKestBusMenu()
     menu.removeAllItems();
     bool found = false;
     for (std::size_t i = 0; i < kestBusNamesList.size(); ++i) {
-        if (i == 1) // the main bus stands above, the rest below
+        if (i == 1) // separates the main bus from the others
             menu.addItem(std::make_unique<MenuItem>(ItemProperties{.separator = true}));
         const auto& name = kestBusNamesList[i];
         const bool isCurrent = name == currentDefaultKestBus;

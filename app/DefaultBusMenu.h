@@ -1,4 +1,4 @@
-// The default bus: which of the session's buses it is.
+// The menu of the session's buses, one of which is the default bus.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -20,17 +20,17 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Handles message 3: takes the names that the Backend has now, prints them to standard output in
+    /// Handles message 3: reads the names that the Backend has now, prints them to standard output in
     /// printable form and rebuilds the menu.
     void refreshBusList();
-    /// Does the same at launch, without printing: standard output belongs to messages.
+    /// Does the same at launch, without printing: only message 3 prints the names.
     void fillFirst();
 
-    /// Rebuilds the menu from the names taken last. A current bus that is none of them gives way to the
-    /// main bus.
+    /// Rebuilds the menu from the names read last. If the current bus is not among them, selects the main
+    /// bus.
     void updateKestBusMenu();
 
-    /// Makes the sender's bus the default one; a tag outside the list changes nothing.
+    /// Makes the sender's bus the default; a tag outside the list changes nothing.
     void setDefaultKestBus(Sender sender);
 
 private:

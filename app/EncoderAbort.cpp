@@ -6,7 +6,7 @@
 namespace Kest::App {
 namespace {
 
-// Any process can write any number into the pipe: one is taken for an encoder only by what it does itself.
+// Identifies an encoder by its own actions, since any process can write any number into the pipe.
 bool isEncoder(const AbortOrder& order, const std::vector<ProtectedFolder>& protectedOnes)
 {
     return order.wroteToPipe || hasOpen(order.process, order.pipe) ||
@@ -26,7 +26,7 @@ std::string abortInOrder(const AbortOrder& order, const std::atomic<bool>& stop)
                " was not seen writing to the pipe, and the output is not its own";
     if (auto failure = Settings::endProcess(order.process); !failure.empty())
         return failure;
-    // Opened again: the encoder may have made it between.
+    // Opened again: the encoder may have created it since.
     const auto folder = openOutputFolder(order.output, protectedOnes);
     if (!folder.refusal.empty())
         return "output folder refused: " + folder.refusal;

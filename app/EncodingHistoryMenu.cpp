@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kFixedItems = 2;
 constexpr std::size_t kMinNameBytes = 5;
-constexpr int kTagCharacters = 4; // an underscore and three more
+constexpr int kTagCharacters = 4; // an underscore and three others
 constexpr char kPrintTag[] = "_Print";
 
 juce::String withoutTag(const juce::String& name)
@@ -24,7 +24,7 @@ juce::String withoutTag(const juce::String& name)
     return tag >= 0 && name[tag] == '_' ? name.substring(0, tag) : name;
 }
 
-// A negative number is a failure.
+// Returns the view of an encoding; a negative number is a failure.
 EntryView viewOf(const Settings::encodingStatus& status, std::int32_t number)
 {
     const bool failed = number < 0;
@@ -44,7 +44,7 @@ std::string encodingName(const std::string& description)
 void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32_t pid,
                                                  const std::string& description)
 {
-    // Its record may be newer than the message, and `showReported` has shown it; or it was evicted.
+    // With a record, `showReported` has shown the encoding; without one, the record may have been evicted.
     if (backend.getEncodingStatus(pid).pid == pid || evictions > 0)
         return;
     Settings::encodingStatus status;
@@ -84,7 +84,7 @@ void EncodingHistoryMenu::removeEvicted()
     setClearEncodingHistoryEnabled();
 }
 
-// Name and path are of one record: the row never shows one file while its actions act on another.
+// Takes name and path from one record, so that the row never shows one file while its actions use another.
 void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int32_t number)
 {
     auto found = newestRow(status.pid);
@@ -148,7 +148,7 @@ void EncodingHistoryMenu::encShowInFinder(Sender sender)
         return;
     const auto output = found->second.path();
     const auto slash = output.rfind('/');
-    if (slash != std::string::npos) // the folder itself, selected in its parent, not the file
+    if (slash != std::string::npos) // selects the folder, not the file
         workspace.selectFile(slash == 0 ? "/" : output.substr(0, slash));
 }
 
@@ -158,7 +158,7 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     if (found == rows.end())
         return;
     auto& row = found->second;
-    // The message that it has finished may still wait, or have given way to one of the number's next process.
+    // The message that it has finished may be queued, or replaced by one of the next process with this id.
     const auto status = backend.getEncodingStatus(row.process());
     if (status.percentage >= Settings::kFinished && !row.item->properties().view->failed)
         return update(row, status, status.percentage);
@@ -175,7 +175,7 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
 
 void EncodingHistoryMenu::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
 {
-    // The history may have been cleared, and the encoding shown again, in the meantime.
+    // Several rows may match: the history may have been cleared and the encoding shown again.
     auto [row, end] = rows.equal_range(process.pid);
     while (row != end) {
         const auto current = row++;

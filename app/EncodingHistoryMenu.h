@@ -1,4 +1,4 @@
-// The offline encodings of this run: their progress, and what can be done about each.
+// The menu of the offline encodings since the agent started: their progress, and the actions on each.
 #pragma once
 
 #include "app/AbortJobs.h"
@@ -22,9 +22,8 @@ namespace Kest::App {
 /// characters; empty for a description of less than five bytes.
 std::string encodingName(const std::string& description);
 
-/// A row is an item whose tag is the encoder's process id. It belongs to one process: when the number is
-/// given again, the new process has a new row, and the old one keeps what it showed. Main thread only; all
-/// references outlive it.
+/// A row is an item whose tag is the encoder's process id. It belongs to one process: the next process with
+/// the same id gets a new row, and the old row does not change. Main thread only; all references outlive it.
 class EncodingHistoryMenu {
 public:
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
@@ -32,31 +31,30 @@ public:
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows an encoding that the Backend has no record of: `number` is its percentage, negative when it has
-    /// failed. `showReported` comes first and shows those with a record, which may be newer than the message.
+    /// Shows an encoding that the Backend has no record of. `number` is its percentage, negative if it has
+    /// failed. Called after `showReported`, which shows records: they may be newer than the message.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
-    /// Shows a batch of the encodings that have reported since the last call, as they are in the Backend's
-    /// table, and removes the rows whose records were evicted from it. False when there was nothing to show.
+    /// Shows a batch of the encodings reported since the previous call, as recorded in the Backend's table,
+    /// and removes the rows of evicted records. Returns false if there was nothing to show.
     bool showReported();
 
     // Actions on the row whose submenu the sender is in.
     void encShowInFinder(Sender sender);
-    /// Starts to end the encoder and to delete its output folder, unless the encoding has just finished. The
-    /// row stays until `abortEnded`.
+    /// Starts the abort of the encoding, unless it has just finished. The row stays until `abortEnded`.
     void abortEncoding(Sender sender);
-    /// Removes the row of an encoding whose abort is complete; after a failure it may be aborted again.
+    /// Removes the row of an encoding whose abort is complete; after a failure, enables its abort again.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     /// Removes all rows; ends no process and removes no file.
     void clearEncodingHistory(Sender sender);
 
     void setClearEncodingHistoryEnabled() const;
-    /// The two fixed items included.
+    /// Returns the number of items, the two fixed ones included.
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// What a row showed last. Its actions act on this, whatever is reported after it. Small: a flood makes
-    /// many of them.
+    /// The state that a row shows and its actions use, even if newer reports exist. Small: a flood makes
+    /// many.
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
         std::string path() const { return output == nullptr ? std::string() : *output; }
@@ -83,7 +81,7 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    // As far as the Backend's table is shown.
+    // The part of the Backend's table that is shown already.
     std::uint64_t lastReport = 0;
     std::uint64_t evictions = 0;
 };

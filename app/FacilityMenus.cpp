@@ -15,7 +15,7 @@ void FacilityMenus::rebuildFacilityList(Menu& menu)
     menu.removeAllItems();
     const auto current = backend.getFacility();
     auto names = backend.getFacilityList();
-    names.sort(false); // file systems list in any order; the place of a missing one needs a sorted list
+    names.sort(false); // file systems list in any order; a missing facility is inserted by name
 
     bool found = false;
     for (const auto& name : names) {

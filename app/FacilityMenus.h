@@ -1,4 +1,4 @@
-// The monitoring facility: which of the installed rooms it is.
+// The menus of installed rooms, one of which is the monitoring facility.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -17,15 +17,14 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// The folder of facilities may change at any time, so a facility menu is rebuilt whenever it opens.
-    /// Other menus are left alone.
+    /// Rebuilds a facility menu, since the folder of facilities may change at any time. Ignores other menus.
     void menuWillOpen(Menu& menu);
 
-    /// The installed facilities in sorted order with the current one checked. A current facility that is not
-    /// installed any more stands, red, where it would sort.
+    /// Fills the menu with the installed facilities in sorted order and checks the current one. A current
+    /// facility that is no longer installed is shown in red at its sorted position.
     void rebuildFacilityList(Menu& menu);
 
-    /// Stores the chosen item's title. The check mark follows with the next opening.
+    /// Stores the chosen item's title. The check mark is updated when the menu opens the next time.
     void setFacility(Sender sender);
 
 private:

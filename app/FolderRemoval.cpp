@@ -11,15 +11,14 @@
 namespace Kest::App {
 namespace {
 
-constexpr int kMaxPasses = 10; // over a folder to which somebody still adds
+constexpr int kMaxPasses = 10; // over a folder to which another process adds files
 
 struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 using Folder = std::unique_ptr<DIR, CloseFolder>;
 
-// Goes down into a folder and back by "..", so that only one folder is open besides the outermost and its
-// parent.
+// Enters a folder and returns by "..", so that only one folder is open besides the outermost and its parent.
 class Removal {
 public:
     Removal(const OutputFolder& opened, const std::atomic<bool>& stop) : top(opened), stopped(stop) {}
@@ -36,7 +35,7 @@ public:
             }
             const auto name = std::move(folders.back());
             folders.pop_back();
-            // One that is empty is deleted even if it must not be listed.
+            // Deletes an empty folder even if it cannot be listed.
             if (unlinkat(dirfd(current.get()), name.c_str(), AT_REMOVEDIR) != 0 && errno != ENOENT)
                 enter(dirfd(current.get()), name, name);
         }
@@ -45,10 +44,10 @@ public:
 
 private:
     struct Level {
-        std::string name; // in the folder above
+        std::string name; // in the parent folder
         FileFacts facts;
         int passes = 0;
-        std::vector<std::string> folders{}; // in it, still to be deleted
+        std::vector<std::string> folders{}; // subfolders still to be deleted
     };
 
     bool fail(const std::string& name, const std::string& reason)
@@ -87,7 +86,7 @@ private:
         return true;
     }
 
-    // Deletes all that is in the current folder but the folders, which are noted.
+    // Deletes the entries of the current folder except folders, which it adds to the level.
     bool empty()
     {
         auto& level = levels.back();
@@ -121,7 +120,7 @@ private:
         return errno == 0 || failBySystem(levels.back().name);
     }
 
-    // Deletes the current folder and goes on in the one above.
+    // Deletes the current folder and continues in its parent.
     void leave()
     {
         const bool isTop = levels.size() == 1;

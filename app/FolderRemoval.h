@@ -1,4 +1,4 @@
-// Deletes a folder with all that is in it.
+// Deletes a folder with all its contents.
 #pragma once
 
 #include "app/OutputFolder.h"
@@ -7,10 +7,10 @@
 
 namespace Kest::App {
 
-/// Deletes an open output folder. Links are deleted and not followed, other mounts are not entered. Returns
-/// an empty text when nothing of it is left; otherwise the first entry that could not be deleted and why, and
-/// the rest is kept. Stops between two entries when `stop` becomes true. Uses the same few descriptors and
-/// the same stack at any depth. Any thread; blocks as long as the disk does.
+/// Deletes an open output folder. Deletes links without following them and does not enter other mounts.
+/// Returns an empty text when nothing is left; otherwise stops and returns the first entry that could not be
+/// deleted and the reason. Stops between two entries when `stop` becomes true. Descriptors and stack do not
+/// grow with the depth. Any thread; blocks as long as the disk does.
 std::string removeFolder(const OutputFolder& opened, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

@@ -9,7 +9,7 @@ using Settings::kSettings;
 using Settings::Setting;
 using Settings::setting;
 
-/// One line of the menu, with what is below it.
+/// An item of the menu with its submenu.
 struct Row {
     ItemProperties properties;
     bool hasSubmenu = false;
@@ -66,8 +66,8 @@ std::vector<Row> aboutRows()
     };
 }
 
-// To add an item: a line here, an `Action` for what it does, and a line in the delegate's `perform`; a toggle
-// needs its line only.
+// To add an item: a line here, an `Action`, a line in the delegate's `perform`. A toggle needs only a line
+// here.
 std::vector<Row> statusMenuRows(bool hasAboutPanel)
 {
     // clang-format off

@@ -1,4 +1,4 @@
-// Which items the menu has, with their titles and order, and the names by which the code knows some of them.
+// The items of the menu, their titles and order, and the members that refer to some of them.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus of the loaded description. They live as long as the model, but for the items of menus that
-/// are rebuilt, of which none is here.
+/// Items and menus of the loaded description, valid for the life of the model. Items of menus that are
+/// rebuilt are not included.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;
@@ -24,18 +24,18 @@ struct Outlets {
     MenuItem* mLatencyCompensationControlMenu = nullptr;
     Menu* mDefaultBusMenu = nullptr;
 
-    /// By index in `kSettings`; null for a setting that is not a toggle in the menu.
+    /// Indexed like `kSettings`; null for a setting that is not a toggle in the menu.
     std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;
     MenuItem* mClearEncodingHistory = nullptr;
-    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's actions, in no menu itself
+    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's actions; not attached to a menu
 };
 
 /// The tag of the abort item in `mEncodingSubMenu`.
 constexpr int kAbortTag = 2;
 
-/// Fills the empty status menu. Without an about panel, the about item is a submenu of plain lines.
+/// Fills the empty status menu. Without an about panel, the about item is a submenu of greyed lines.
 Outlets loadInterface(MenuModel& model, bool hasAboutPanel);
 
 } // namespace Kest::App

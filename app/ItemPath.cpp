@@ -12,7 +12,7 @@
 namespace Kest::App {
 namespace {
 
-// What is compared for a suggestion: the time is the product of all three.
+// Limits of the search for a suggestion, whose time is proportional to both paths' lengths and the items.
 constexpr std::size_t kMaxComparedBytes = 100;
 constexpr std::size_t kMaxComparedItems = 1000;
 
@@ -39,7 +39,7 @@ bool begins(std::string_view path, const std::string& name)
            (path.size() == name.size() || path.substr(name.size()).starts_with(kPathSeparator));
 }
 
-// Compares names, not what is between the separators: a name may contain one.
+// Compares whole names, since a name may contain a separator.
 Step takeStep(const ItemSnapshot& menu, std::string_view path)
 {
     const auto total = countNames(menu);
@@ -86,7 +86,7 @@ std::string folded(std::string_view text)
     return juce::String::fromUTF8(text.data(), static_cast<int>(text.size())).toLowerCase().toStdString();
 }
 
-/// Returns how many bytes must be added, removed or replaced to make one text of the other.
+/// Returns how many bytes must be added, removed or replaced to turn one text into the other.
 std::size_t editDistance(std::string_view one, std::string_view other)
 {
     std::vector<std::size_t> row(other.size() + 1);
@@ -102,7 +102,7 @@ std::size_t editDistance(std::string_view one, std::string_view other)
     return row.back();
 }
 
-// A path of one name may be meant for an item of any menu. A prefix counts as similar whatever follows.
+// Compares a path of one name with the items of all menus. A prefix always counts as similar.
 std::string nearestPath(const std::vector<NamedItem>& items, const std::string& wanted)
 {
     std::string nearest;

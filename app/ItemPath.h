@@ -1,4 +1,4 @@
-// Items named by path: "Speaker Configuration > Stereo".
+// Paths of menu items, for example "Speaker Configuration > Stereo".
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -11,16 +11,16 @@ namespace Kest::App {
 
 constexpr std::string_view kPathSeparator = " > ";
 
-/// Whether paths can name the item: it is visible and not a separator.
+/// Returns whether the item has a path: it is visible and not a separator.
 inline bool isListed(const ItemProperties& item) { return !item.hidden && !item.separator; }
 
-/// An item and its unique path. Of several items with one name in a menu the second is "Name #2".
+/// An item and its unique path. If a menu has several items with the same name, the second is "Name #2".
 struct NamedItem {
     const ItemSnapshot* item = nullptr; // points into the menu that was searched
     std::string path;                   // printable UTF-8
 };
 
-/// Returns all listed items, from the top down.
+/// Returns all listed items at any depth, from top to bottom.
 std::vector<NamedItem> namedItems(const ItemSnapshot& statusMenu);
 
 struct FoundItem {
@@ -30,8 +30,8 @@ struct FoundItem {
     std::string nearest{}; // when `item` is null: the path of the most similar item, if one is similar
 };
 
-/// Finds a listed item by its path. Case matters only where two paths differ in nothing else. A name that
-/// several items have matches none of them.
+/// Finds a listed item by its path. Ignores case unless paths differ only in case. A name shared by several
+/// items matches none of them.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

@@ -1,4 +1,4 @@
-// What is seen of a menu item.
+// The properties of a menu item, and texts made from them.
 #pragma once
 
 #include "app/Action.h"
@@ -11,27 +11,27 @@
 
 namespace Kest::App {
 
-/// Identifies an item while it exists; an id is used again only after all others. 0 identifies the status
-/// menu, and an item's id its submenu too.
+/// Identifies an item while it exists; an id is reused only after all others. 0 identifies the status menu;
+/// an item's id also identifies its submenu.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 
-/// How an item shows that it is on.
+/// The kind of mark that shows that an item is on.
 enum class Mark : std::uint8_t { none, check, radio };
 
-/// The state of an encoding, which its row shows in place of the item's title.
+/// The state of an encoding, which its row shows instead of the item's title.
 struct EntryView {
     std::string name;
     std::optional<int> percent; // 0 or more, not clamped
     bool failed = false;
     bool operator==(const EntryView&) const = default;
-    /// "Film", or "Film - Failed".
+    /// Returns "Film", or "Film - Failed".
     std::string title() const;
-    /// "42%"; empty without a percentage.
+    /// Returns "42%"; empty without a percentage.
     std::string percentText() const;
 };
 
-/// Everything that is seen of an item. All text is UTF-8.
+/// All properties of an item except its id and its submenu. All text is UTF-8.
 struct ItemProperties {
     std::string title{};
     Action action = Action::none;
@@ -46,15 +46,15 @@ struct ItemProperties {
     bool operator==(const ItemProperties&) const = default;
 };
 
-/// Properties that do not change any more, shared by all who hold them: by equal items, and by the model with
-/// those who remember a moment of it. A history of thousands of encodings is small that way.
+/// Immutable properties, shared between copied items, the model, its snapshots and its change records. This
+/// keeps a history of thousands of encodings small.
 class SharedProperties {
 public:
     SharedProperties(ItemProperties properties)
         : shared(std::make_shared<const ItemProperties>(std::move(properties)))
     {}
 
-    /// The same but for one property.
+    /// Returns a copy with one property changed.
     template <typename Property, typename Value>
     SharedProperties with(Property ItemProperties::*property, Value&& value) const
     {
@@ -74,12 +74,11 @@ private:
     std::shared_ptr<const ItemProperties> shared;
 };
 
-/// Returns the title of the item, or of its encoding: "Process 4711" for an encoding whose
-/// title is empty.
+/// Returns the title of the item, or of its encoding: "Process 4711" for an encoding whose title is empty.
 std::string itemName(const ItemProperties& item);
 
-/// Returns the item's text where there are no colours and no views: its name, with the percentage of an
-/// encoding and "(not available)" for a red item.
+/// Returns the item's text for output without colours and views: its name, with the percentage of an encoding
+/// and "(not available)" for a red item.
 std::string plainLabel(const ItemProperties& item);
 
 } // namespace Kest::App

@@ -55,7 +55,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     frontEnd.showStatusItem("Kestronics_Logo_19px");
 
     mBackend = std::make_unique<Settings::Backend>(systemPaths, monitorPeriod);
-    mBackend->messageContext = this; // before the callback, which drops what has no context
+    mBackend->messageContext = this; // before the callback, which drops messages without a context
     mBackend->messageCallback = msg_from_backend_callback;
     mBackend->hostStateCallback = host_state_callback;
 
@@ -69,11 +69,11 @@ void KestSettingsAppDelegate::awakeFromNib()
     outlets.mFacilityMenuItem2->setHidden(true);
 }
 
-// The Backend sends a message only when the buses change: never without a host, and not again when the
-// monitor's first pass preceded the callback.
+// Fills the bus menu, since the Backend sends a message only when the buses change: never without a host, and
+// not again if the monitor's first pass preceded the callback.
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
-    takeHostState(); // its callback may have been preceded as well
+    takeHostState(); // the first pass may have preceded its callback as well
     const Job job(*this);
     if (parts)
         parts->buses.fillFirst();
@@ -152,12 +152,12 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
     while (const auto message = slot.take()) {
         catchUp(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
-        if (model.hasManyChanges()) // a flood's job has no end
+        if (model.hasManyChanges()) // in a flood this loop does not end
             tellChanges();
     }
 }
 
-// A status message that gave way to one of another kind.
+// Handles status messages that messages of another kind replaced in the slot.
 void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
 {
     if (!parts)
@@ -192,7 +192,7 @@ void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::i
     const Job job(*this);
     if (!parts)
         return;
-    showReportedEncodings(); // also those whose messages gave way to this one
+    showReportedEncodings(); // includes encodings whose messages were replaced
     if (type > 0)
         parts->encodings.receivedMsgFromBackend(number, type, description);
     else if (type == 0)
@@ -209,7 +209,7 @@ void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 
 void KestSettingsAppDelegate::showNotification(const std::string&) {}
 
-// What depends on the host is updated here, before the front end.
+// Items that depend on the host must be updated here, before the front end's `hostChanged`.
 void KestSettingsAppDelegate::takeHostState()
 {
     isHostJobPosted = false;

@@ -1,5 +1,4 @@
-// The application: owns the menu, the Backend and the parts that work on them, and hands each event to its
-// part.
+// The application: owns the menu, the Backend and the controllers, to which it dispatches events.
 #pragma once
 
 #include "app/AbortJobs.h"
@@ -25,7 +24,7 @@
 
 namespace Kest::App {
 
-/// Main thread only, but for `queueMsgFromBackend`. The front end and the workspace outlive it.
+/// Main thread only, except `queueMsgFromBackend`. The front end and the workspace outlive it.
 class KestSettingsAppDelegate {
 public:
     KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop, Settings::SystemPaths paths = {},
@@ -35,37 +34,37 @@ public:
     KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
 
-    // Life, in this order, once each.
-    /// Loads the menu, starts the Backend and shows everything that is stored.
+    // Start and end: each function is called once, in this order.
+    /// Loads the menu, starts the Backend and shows all stored settings.
     void awakeFromNib();
-    /// 0, or the system's error number after an `awakeFromNib` that failed: then only the destructor may
-    /// follow.
+    /// Returns 0, or an errno if `awakeFromNib` failed: then only the destructor may follow.
     int startError() const;
-    /// Fills the bus menu, with "Main Bus" at least, whether or not there is a host yet.
+    /// Fills the bus menu, with "Main Bus" at least, with or without a host.
     void applicationDidFinishLaunching();
-    /// Waits for running aborts as ~AbortJobs does, ends the Backend with its threads, if there is one, and
-    /// unloads the launch agent.
+    /// Waits for running aborts as ~AbortJobs does, destroys the Backend with its threads, if there is one,
+    /// and unloads the launch agent.
     void applicationWillTerminate();
 
     // From the front end.
     const MenuModel& menu() const { return model; }
-    /// The host as the menu shows it; the front end's `hostChanged` is called when it has changed.
+    /// Returns the host's state as the menu shows it. The front end's `hostChanged` is called after a change.
     const Settings::HostState& hostState() const { return host; }
-    /// Does what the item is for. False when it is unknown, a separator, hidden, greyed or for nothing.
+    /// Performs the item's action. Returns false if the id is unknown or the item is a separator, hidden,
+    /// greyed or without an action.
     bool choose(ItemId id);
-    /// The submenu of an item is about to be looked at. Ignores what is no submenu.
+    /// Called before the submenu of an item is shown. Ignores an id without a submenu.
     void menuWillOpen(ItemId id);
 
-    /// The observer lives until the application terminates, and ends before the Backend. Null for none.
+    /// Sets the observer; null for none. It is destroyed when the application terminates, before the Backend.
     void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
     // From the Backend.
-    /// Any thread. True when the slot was empty, and `handleQueuedMsgFromBackend` must be run.
+    /// Returns true if the slot was empty: then `handleQueuedMsgFromBackend` must be run. Any thread.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
     void handleQueuedMsgFromBackend();
     void receivedMsgFromBackend(std::int32_t number, std::int32_t type, const std::string& description);
 
-    /// The hook for a later display of notifications; shows nothing.
+    /// A hook for displaying notifications; does nothing by default.
     virtual void showNotification(const std::string& text);
 
 private:
@@ -73,9 +72,9 @@ private:
     friend void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                           const char* description);
 
-    /// Everything that happens within one job of the main thread; at its end the front end is told once.
+    /// A batch of changes. The end of the outermost batch reports them to the front end.
     class Job;
-    /// The parts that need the Backend; they live as long as it does.
+    /// The controllers that need the Backend; destroyed before it.
     struct Parts {
         Parts(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace, AbortJobs& aborts);
         SettingsMenus settings;
@@ -107,14 +106,14 @@ private:
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Parts> parts;
     std::unique_ptr<MenuObserver> observer;
-    AbortJobs aborts; // ends first: its jobs reach the parts
+    AbortJobs aborts; // destroyed first: its jobs use `parts`
 };
 
-/// The Backend's callback for a changed host: has its state taken on the main thread. Any thread.
+/// The Backend's callback for a changed host: posts a job that reads its state. Any thread.
 void host_state_callback(void* context);
 
-/// The Backend's callback: keeps the message and has it handled on the main thread. Any thread; does nothing
-/// when `context`, the delegate, is null.
+/// The Backend's callback for messages: stores one and posts a job that handles it. Any thread; does nothing
+/// if `context`, the delegate, is null.
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                const char* description);
 

@@ -1,4 +1,4 @@
-// The agent's logo, for front ends that draw it themselves. The SVG files have the same strokes.
+// The strokes of the agent's logo, the same as in its SVG files, for front ends that draw it.
 #pragma once
 
 namespace Kest::App {
@@ -13,7 +13,7 @@ struct LogoStroke {
     LogoPoint to;
 };
 
-/// In a square of 16 by 16, with round ends: a K whose arms reach for a source of sound.
+/// A K whose arms point to a dot, a source of sound; in a square of 16 by 16, with round ends.
 constexpr LogoStroke kLogoStrokes[] = {
     {{4, 2.5}, {4, 13.5}},
     {{4, 8.75}, {10, 2.5}},

@@ -82,7 +82,7 @@ bool MenuJournal::isDifferent(const MenuModel& model, ItemId id, const ItemBefor
             (item->submenu() != nullptr) != before.hadSubmenu);
 }
 
-// With a new id, or with one that it had before it was away for a while.
+// Returns whether the item was added since the last `take`. Its id may be older: a refilled menu reuses ids.
 bool MenuJournal::hasCome(const MenuItem& item) const
 {
     const auto menu = menus.find(item.parentItem() == nullptr ? kStatusMenuId : item.parentItem()->id());

@@ -1,4 +1,4 @@
-// What has happened to the menu between two looks at it.
+// The changes of the menu since they were last taken.
 #pragma once
 
 #include "app/ItemProperties.h"
@@ -10,51 +10,53 @@
 
 namespace Kest::App {
 
-/// What was seen of an item before its first change.
+/// The state of an item before its first change.
 struct ItemBefore {
     SharedProperties properties;
     bool hadSubmenu = false;
 };
 
-/// Items that came to a menu and such that left it; with neither, their order is another one.
+/// The items added to a menu and removed from it. If there are none, the order of its items has changed.
 struct MenuReshape {
     std::map<ItemId, SharedProperties> went;
     std::vector<ItemId> came; // ascending
 };
 
-/// By id. Of an item that came or went, and of all below it, nothing is told but by the menu that it is in.
+/// Changes by id. Added and removed items and their descendants appear only in `menus`.
 struct MenuChanges {
-    std::map<ItemId, ItemBefore> items;  // are still there, and look different
-    std::map<ItemId, MenuReshape> menus; // by their owner's id
+    std::map<ItemId, ItemBefore> items;  // existing items whose properties or submenu presence changed
+    std::map<ItemId, MenuReshape> menus; // by the id of the item that owns the menu
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
 
 class MenuItem;
 class MenuModel;
 
-/// Notes what is touched, so that nobody has to walk along thousands of items to find the one that changed.
-/// Of items and menus that nobody knows yet nothing is noted: a flood of them takes no room here. Main thread
-/// only.
+/// Records changed items and menus, so that finding one change does not require a search of thousands of
+/// items. Does not record changes of items and menus added since the last `take`: this saves memory in a
+/// flood. Main thread only.
 class MenuJournal {
 public:
-    /// An item is about to change, or has taken up the id of one that was removed. What is noted first stays.
+    /// Records the state of an item that is about to change, or of a removed item whose id is reused. Keeps
+    /// only the first state of an id.
     void noteItem(ItemId id, const ItemBefore& before);
     void noteCame(ItemId owner, ItemId id);
     void noteWent(ItemId owner, ItemId id, const SharedProperties& properties);
-    /// A menu of these items is about to be filled anew, perhaps with the same ones.
+    /// Records the items of a menu that is about to be refilled.
     void noteRefill(ItemId owner, std::vector<ItemId> before);
 
-    /// How often something was noted since changes were taken.
+    /// Returns how often an item was recorded as changed, added or removed since the last `take`.
     std::size_t notes() const { return noted; }
 
-    /// What is different in the model now; forgets it. All ids up to `lastGiven` are known then. A menu that
-    /// is filled with what it had may be named too, when something else came and went before.
+    /// Returns the changes since the previous call and clears the journal. Ids up to `lastGiven` count as
+    /// known afterwards. May include a menu that was refilled with its previous items, if another item was
+    /// added before and removed by the refill.
     MenuChanges take(const MenuModel& model, ItemId lastGiven);
 
 private:
     struct Touched {
         MenuReshape reshape;
-        std::optional<std::vector<ItemId>> before; // where it was filled anew
+        std::optional<std::vector<ItemId>> before; // set when the menu was refilled
     };
     bool isReshaped(const MenuModel& model, ItemId owner, const Touched& menu) const;
     bool isDifferent(const MenuModel& model, ItemId id, const ItemBefore& before) const;

@@ -27,7 +27,7 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
     return text;
 }
 
-/// An item in its default state, with which an added one is compared.
+/// The default state, with which an added item is compared.
 const ItemProperties kPlain{.title = {}, .view = EntryView{}};
 
 std::string pathOf(const MenuItem& item)
@@ -58,7 +58,7 @@ void addReshape(const MenuItem* owner, const MenuReshape& reshape, const MenuMod
                               differenceText(kPlain, added)});
 }
 
-// Some changes are not visible, for example an added submenu.
+// Ignores changes that are not visible, for example an added submenu.
 void addChange(const ItemProperties& before, const MenuItem& item, std::vector<MenuEvent>& events)
 {
     const auto what = differenceText(before, item.properties());

@@ -91,7 +91,7 @@ MenuItem* Menu::itemWithTitle(const std::string& title) const
     return found == items.end() ? nullptr : found->get();
 }
 
-// From the bottom up: menus of thousands grow and are cleared there.
+// Searches from the bottom, where menus with thousands of items grow and are cleared.
 int Menu::indexOfItem(const MenuItem& item) const
 {
     int index = numberOfItems() - 1;
@@ -181,18 +181,18 @@ MenuItem* MenuModel::itemWithId(ItemId id) const
     const Menu* top = found == nullptr ? nullptr : found->menu();
     while (top != nullptr && top->ownerItem() != nullptr)
         top = top->ownerItem()->menu();
-    return top == root.get() ? found : nullptr; // not one of a template
+    return top == root.get() ? found : nullptr; // not an item of a template
 }
 
 bool MenuModel::hasManyChanges() const
 {
-    constexpr std::size_t kMany = 2000; // less than 1 MB of notes; only a flood makes more
+    constexpr std::size_t kMany = 2000; // less than 1 MB of records; reached only in a flood
     return journal.notes() > kMany;
 }
 
 MenuChanges MenuModel::takeChanges() { return journal.take(*this, reusesIds ? maxItemId : lastId); }
 
-// The menu never has as many items as there are ids.
+// Terminates, since the menu never has as many items as there are ids.
 ItemId MenuModel::unusedId()
 {
     do {

@@ -1,4 +1,4 @@
-// The menu as plain objects: what every front end draws, and the only thing it draws.
+// The menu as plain objects. Front ends draw nothing else.
 #pragma once
 
 #include "app/MenuChanges.h"
@@ -16,7 +16,7 @@ class Menu;
 class MenuItem;
 class MenuModel;
 
-/// Main thread only, like the whole model. Lives as long as the menu that it is in.
+/// Main thread only, like the whole model. Owned by the menu that contains it.
 class MenuItem {
 public:
     explicit MenuItem(SharedProperties properties) : seen(std::move(properties)) {}
@@ -37,9 +37,9 @@ public:
     void setSubmenu(std::unique_ptr<Menu> menu);
 
     Menu* submenu() const { return below.get(); }
-    /// The menu that the item is in; null while it is in none.
+    /// Returns the menu that contains the item; null if there is none.
     Menu* menu() const { return above; }
-    /// The item whose submenu this one is in; null at the top.
+    /// Returns the item whose submenu contains this one; null at the top level.
     MenuItem* parentItem() const;
 
 private:
@@ -66,31 +66,31 @@ public:
 
     int numberOfItems() const { return static_cast<int>(items.size()); }
     const std::vector<std::unique_ptr<MenuItem>>& itemArray() const { return items; }
-    /// The first match from the top; null when there is none.
+    /// Each returns the first match from the top; null if there is none.
     MenuItem* itemWithTag(int tag) const;
     MenuItem* itemWithTitle(const std::string& title) const;
-    /// -1 for an item of another menu.
+    /// Returns the item's index; -1 for an item of another menu.
     int indexOfItem(const MenuItem& item) const;
 
-    /// `index` is 0 to `numberOfItems()`. An item that takes the place of one that `removeAllItems` has
-    /// removed just before, with the same title and action, takes its id too: to those who look it is the
-    /// same.
+    /// Inserts an item at `index`, 0 to `numberOfItems()`, and gives it an id. If the last `removeAllItems`
+    /// removed an item with the same title and action, the new item gets its id and counts as the same item.
     MenuItem& insertItem(std::unique_ptr<MenuItem> item, int index);
     MenuItem& addItem(std::unique_ptr<MenuItem> item) { return insertItem(std::move(item), numberOfItems()); }
-    /// Takes an item of this menu out, alive.
+    /// Removes an item of this menu and returns it.
     std::unique_ptr<MenuItem> removeItem(const MenuItem& item);
     void removeAllItems();
 
-    /// A menu of equal items with ids of their own.
+    /// Returns a menu with copies of all items and their submenus; the copies have new ids.
     std::unique_ptr<Menu> copy() const;
 
-    /// The item whose submenu this is; null for the status menu and for templates.
+    /// Returns the item whose submenu this is; null for the status menu and for templates.
     MenuItem* ownerItem() const { return owner; }
 
 private:
     friend class MenuItem;
     ItemId identityFor(const MenuItem& item);
-    /// Whether the menu is one that may be seen; templates are not, nor is a menu that is still being made.
+    /// Returns whether the menu is the status menu or has an owner item. Templates and menus under
+    /// construction are not attached.
     bool isPlaced() const;
     ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->identity; }
     std::vector<ItemId> ids() const;
@@ -98,13 +98,13 @@ private:
     MenuModel& model;
     MenuItem* owner = nullptr;
     std::vector<std::unique_ptr<MenuItem>> items;
-    std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`, until taken up again
+    std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`; ids can be reused
 };
 
-/// The status menu with all that is in it.
+/// Contains the status menu with all items and submenus.
 class MenuModel {
 public:
-    /// Items get ids from 1 to `maxId`; after that, those that are free again, the oldest first.
+    /// Items get ids from 1 to `maxId`, then again from 1, skipping the ids in use.
     explicit MenuModel(ItemId maxId = std::numeric_limits<ItemId>::max())
         : maxItemId(maxId), root(std::make_unique<Menu>(*this))
     {}
@@ -113,21 +113,21 @@ public:
 
     Menu& statusMenu() { return *root; }
     const Menu& statusMenu() const { return *root; }
-    /// Null when no item in the status menu or below has the id.
+    /// Returns the item with the id, at any depth of the status menu; null if there is none.
     MenuItem* itemWithId(ItemId id) const;
 
-    /// What has changed since this was last asked.
+    /// Returns the changes since the previous call.
     MenuChanges takeChanges();
-    /// Whether so much has been done since then that it should be asked before more is done.
+    /// Returns whether so many changes are recorded that `takeChanges` should be called before more are made.
     bool hasManyChanges() const;
 
 private:
     friend class Menu;
     friend class MenuItem;
     ItemId unusedId();
-    /// The first item in the index whose id is not below this one.
+    /// Returns the position of the first item in the index whose id is not less than `id`.
     std::deque<MenuItem*>::const_iterator position(ItemId id) const;
-    /// The item with the id, in a template too; null when there is none.
+    /// Returns the item with the id, templates included; null if there is none.
     MenuItem* indexed(ItemId id) const;
     void addToIndex(MenuItem& item) { index.insert(position(item.id()), &item); }
     void removeFromIndex(const MenuItem& item) { index.erase(position(item.id())); }
@@ -136,7 +136,7 @@ private:
     ItemId lastId = kStatusMenuId;
     bool reusesIds = false;
     MenuJournal journal;
-    std::deque<MenuItem*> index; // by id: ids ascend, and a table takes three times the memory
+    std::deque<MenuItem*> index; // sorted by id; a table needs three times the memory
     std::unique_ptr<Menu> root;
 };
 

@@ -1,4 +1,4 @@
-// For a part of the process that follows the menu beside the front end.
+// An interface for objects that observe the menu in addition to the front end.
 #pragma once
 
 #include "app/MenuChanges.h"
@@ -13,8 +13,7 @@ public:
     virtual ~MenuObserver() = default;
     /// Called after the front end's `menuChanged`, with the same changes.
     virtual void menuChanged(const MenuChanges& changes) = 0;
-    /// Called when an abort has ended, after the menu was changed for it; `failure` is empty when it is
-    /// complete.
+    /// Called when an abort has ended and the menu is updated; `failure` is empty when it is complete.
     virtual void abortEnded(int pid, const std::string& failure) = 0;
 };
 

@@ -1,4 +1,4 @@
-// The menu at one moment, as a value that a front end may keep.
+// Snapshots of the menu: values that a front end may store.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -16,17 +16,17 @@ struct ItemSnapshot {
     bool operator==(const ItemSnapshot&) const = default;
 };
 
-/// The status menu is the submenu of an item that is never drawn, with the id `kStatusMenuId`.
+/// Returns the whole menu, as the submenu of an item with the id `kStatusMenuId` that is never drawn.
 ItemSnapshot takeSnapshot(const MenuModel& model);
 
-/// One item with what is below it, down to a depth: 0 is the item alone, -1 all. None when no item in the
-/// status menu or below has the id.
+/// Returns one item with its submenu down to a depth: 0 is the item alone, -1 all levels. nullopt if no item
+/// in the status menu or below has the id.
 std::optional<ItemSnapshot> takeSnapshot(const MenuModel& model, ItemId id, int depth);
 
-/// The item with the id, at any depth; null when there is none.
+/// Returns the item with the id, at any depth; null if there is none.
 const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id);
 
-/// The visible submenus at any depth below an item.
+/// Returns the visible submenus at any depth below an item.
 std::vector<ItemId> submenusBelow(const ItemSnapshot& menu);
 
 } // namespace Kest::App

@@ -52,7 +52,7 @@ bool MessageSlot::isBusList() const
     return msg_type_queue == 0 && msg_nr_queue == Settings::kMsgBusListChanged;
 }
 
-// The message that waits gives way.
+// Records the waiting message, which is about to be replaced.
 void MessageSlot::noteSkipped()
 {
     if (isBusList())
@@ -61,7 +61,7 @@ void MessageSlot::noteSkipped()
         skipped.status = msg_nr_queue;
 }
 
-// The message that waits replaces a skipped one of its kind.
+// Clears the record of the new message's kind, which the new message replaces.
 void MessageSlot::forgetSkipped()
 {
     if (isBusList())

@@ -1,4 +1,4 @@
-// The way of a backend message from the Backend's threads to the main thread.
+// Passes a backend message from the Backend's threads to the main thread.
 #pragma once
 
 #include "backend/Guarded.h"
@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// The status messages that gave way to a newer one, unless that one replaces them. What encoders reported
-/// meanwhile is in the Backend's table.
+/// The status messages that were replaced in the slot by a newer message of another kind. Encoding messages
+/// are not recorded: the Backend's table contains their reports.
 struct SkippedMessages {
     std::optional<std::int32_t> status; // the newest status number other than 3
     bool busList = false;
@@ -23,19 +23,17 @@ struct BackendMessage {
     SkippedMessages skipped; // all older than this one
 };
 
-/// The text of a description: none for null and for invalid UTF-8; an over-long one is cut at a whole
-/// character.
+/// Returns a description, cut at a whole character to 1022 bytes; empty for null and for invalid UTF-8.
 std::string descriptionText(const char* description);
 
-/// Room for one message on purpose: the newest one wins, and a main thread that is busy is not asked twice.
-/// Any thread.
+/// Stores one message, by design: a newer one replaces it, and a busy main thread gets one job. Any thread.
 class MessageSlot {
 public:
-    /// Keeps the message in place of one that waits. True when none was waiting: then somebody must come and
-    /// take it.
+    /// Stores the message; replaces a waiting one. Returns true if the slot was empty: then the caller must
+    /// schedule a call of `take`.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
 
-    /// Empties the slot.
+    /// Empties the slot and returns its message; nullopt if it was empty.
     std::optional<BackendMessage> take();
 
 private:

@@ -21,7 +21,7 @@ struct Component {
     std::string name;
     FileIdentity identity;
 };
-using Chain = std::vector<Component>; // from the root folder down to a folder
+using Chain = std::vector<Component>; // from the root to a folder
 
 OutputFolder refused(const std::string& reason) { return {.folder{}, .parent{}, .name{}, .refusal = reason}; }
 
@@ -31,7 +31,7 @@ std::string resolved(const std::string& path)
     return result == nullptr ? std::string() : std::string(result.get());
 }
 
-// The parts of an absolute path without links, the root folder as "/".
+// Returns the components of an absolute path without links, the root folder as "/".
 std::vector<std::string> partsOf(const std::string& path)
 {
     std::vector<std::string> parts{"/"};
@@ -43,8 +43,8 @@ std::vector<std::string> partsOf(const std::string& path)
     return parts;
 }
 
-// Opens one folder in the other and notes which they are. None, with `errno` set, when one is not a folder,
-// or is a link by now.
+// Opens each folder inside the previous one and records their identities. Returns an empty descriptor, with
+// `errno` set, if one is not a folder or has become a link.
 Settings::Descriptor openAll(const std::vector<std::string>& parts, Chain& chain)
 {
     Settings::Descriptor folder;
@@ -59,7 +59,7 @@ Settings::Descriptor openAll(const std::vector<std::string>& parts, Chain& chain
     return folder;
 }
 
-// The position of a folder in a chain, the innermost one if a mount shows it twice; -1 when it is not there.
+// Returns a folder's position in a chain, the innermost one if a mount shows it twice; -1 if not found.
 int positionIn(const Chain& chain, const FileIdentity& identity)
 {
     for (int i = static_cast<int>(chain.size()) - 1; i >= 0; --i)
@@ -109,7 +109,7 @@ std::string refusalOf(const Settings::Descriptor& folder, const Chain& chain,
     return refusalByMounts(folder);
 }
 
-// The path is that of the folder; without a slash at its end.
+// Opens the folder with this path, which has no slash at its end, or refuses it.
 OutputFolder openAt(const std::string& path, const std::vector<ProtectedFolder>& protectedOnes)
 {
     const auto slash = path.rfind('/');

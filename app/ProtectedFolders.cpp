@@ -10,7 +10,7 @@
 namespace Kest::App {
 namespace {
 
-// In which the system or its administrator has folders of a general kind: homes, drives, programs.
+// Folders that contain general folders of the system or its administrator: homes, drives, programs.
 constexpr std::array kWithChildren = {
     "/",    "/Applications", "/Library", "/Users",       "/Volumes", "/home",      "/media", "/mnt",
     "/opt", "/private",      "/run",     "/private/var", "/srv",     "/run/media", "/var",
@@ -21,8 +21,7 @@ constexpr std::array kSystemTrees = {
     "/lib64",  "/libx32", "/private/etc", "/proc", "/sbin", "/sys", "/usr",
 };
 
-constexpr std::array kDrivesOfUsers = {"/media/",
-                                       "/run/media/"}; // each user's drives are in a folder of his own
+constexpr std::array kDrivesOfUsers = {"/media/", "/run/media/"}; // with a folder per user
 
 struct User {
     std::string name;

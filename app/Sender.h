@@ -1,12 +1,11 @@
-// Who asks for an action.
+// The sender of an action.
 #pragma once
 
 #include "app/MenuModel.h"
 
 namespace Kest::App {
 
-/// A chosen item; or the delegate itself, at start-up, to have what is stored shown and not changed; or
-/// nobody.
+/// A chosen item, or the delegate at start-up, when stored values are shown and not changed, or neither.
 class Sender {
 public:
     Sender(MenuItem* chosen) : item(chosen) {}
@@ -19,7 +18,7 @@ public:
 
     bool isDelegate() const { return isTheDelegate; }
     MenuItem* menuItem() const { return item; }
-    /// 0 where there is no item.
+    /// Returns the item's tag; 0 without an item.
     int tag() const { return item == nullptr ? 0 : item->tag(); }
 
 private:

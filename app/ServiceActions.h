@@ -1,4 +1,4 @@
-// Actions on the installation: each starts something and returns at once.
+// Actions on the installation. None waits for the program that it starts.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -13,16 +13,16 @@ public:
         : workspace(desktop), paths(systemPaths)
     {}
 
-    /// Names the user in the last-user marker, then starts the host's restart command. A missing command is
-    /// not reported.
+    /// Writes the user's name to the last-user marker, then starts the host's restart command. A missing
+    /// command is not reported.
     void restartService();
-    // The architecture entries are kept, and have no effect on purpose.
+    // The architecture items are shown but have no effect, by design.
     void switchTo32() {}
     void switchTo64() {}
     void showAboutDialog();
-    /// One log line when there is no uninstaller.
+    /// Starts the uninstaller; logs one line if there is none.
     void openUninstaller();
-    /// At the end: the system need not start the agent again. Its outcome is not looked at.
+    /// Unloads the launch agent at the end: the system need not start it again. Ignores the result.
     void unloadLaunchAgent();
 
 private:

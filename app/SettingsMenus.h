@@ -1,4 +1,4 @@
-// Solo mode, HDX delay, speaker configuration and the toggles.
+// The menus for solo mode, HDX delay and speaker configuration, and the toggles.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -10,25 +10,25 @@ class Backend;
 
 namespace Kest::App {
 
-/// Shows each choice with check marks and hands it to the Backend. Main thread only; both references outlive
-/// it.
+/// Shows each setting with check marks and sets the user's choices in the Backend. Main thread only; both
+/// references outlive it.
 class SettingsMenus {
 public:
     SettingsMenus(const Outlets& menuOutlets, Settings::Backend& settingsBackend)
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Shows everything that is stored. Some of it is written back on the way, as it is shown.
+    /// Shows the stored solo mode, HDX delay and toggles; writes the HDX delay and the toggles back.
     void showStoredChoices();
     void showStoredSpeakerConfig();
 
-    // Actions. Sent by the delegate they show what is stored; otherwise they apply the user's choice.
+    // Actions. From the delegate they show the stored value, otherwise they apply the user's choice.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    void setHdxAuxTrackDelay(Sender sender); // takes the sender's tag always
+    void setHdxAuxTrackDelay(Sender sender); // always applies the sender's tag
     void setSpeakerConfig(Sender sender);
     void toggleSetting(Sender sender);
-    void setDAWType(Sender) {} // the menu is kept, and has no effect on purpose
+    void setDAWType(Sender) {} // the menu is kept but has no effect, by design
 
     void buildSpeakerConfigMenu(Menu& menu);
 

@@ -46,7 +46,7 @@ int AgentLock::holder() const
     return static_cast<int>(std::strtol(text.data(), nullptr, 10));
 }
 
-// A child that has not ended yet may still have the descriptor, so that closing it does not release the lock.
+// Unlocks explicitly: a child that still has the descriptor would keep the lock after a close.
 AgentLock::~AgentLock()
 {
     if (file < 0)

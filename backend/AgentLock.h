@@ -1,32 +1,31 @@
-// One agent for each user: two would fight over the pipe of the encoders.
+// Allows one agent for each user: two would compete for the encoders' pipe.
 #pragma once
 
 #include <string>
 
 namespace Kest::Settings {
 
-/// The file that is locked while an agent runs, as an absolute path.
+/// Returns the absolute path of the file that the running agent locks.
 std::string agentLockFile(const std::string& settingsFolder);
 
-/// Held for the life of the process that has it. The system releases it when the process ends, however it
-/// ends.
+/// Holds the lock until the process ends. The system then releases it, also after a crash.
 class AgentLock {
 public:
-    /// Takes the lock beside the settings file, whose folder is made when missing. Never waits.
+    /// Tries to take the lock, in the folder of the settings file, and creates that folder. Does not wait.
     explicit AgentLock(const std::string& settingsFolder);
     ~AgentLock();
     AgentLock(const AgentLock&) = delete;
     AgentLock& operator=(const AgentLock&) = delete;
 
-    /// Another agent of this user runs. False when the lock file cannot be made at all: a folder that cannot
-    /// be written must not keep the agent from running.
+    /// Returns whether another agent of this user is running. False if the lock file cannot be created: the
+    /// agent runs without a writable folder too.
     bool isHeldByAnother() const { return heldByAnother; }
 
-    /// The process that has the lock, as it wrote into the file; 0 when that is not known.
+    /// Returns the process id that the lock's holder wrote into the file; 0 if unknown.
     int holder() const;
 
 private:
-    const int file; // -1 when it cannot be made
+    const int file; // -1 if it cannot be created
     const bool heldByAnother;
 };
 

@@ -1,4 +1,4 @@
-// The Backend's life, in which order all of it starts and ends.
+// The Backend's start and end, and their order.
 #include "backend/Backend.h"
 
 #include "lipc/SharedFile.h"
@@ -31,7 +31,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
                        if (auto* callback = hostStateCallback.load())
                            callback(messageContext);
                    },
-               .eachPass = [this] { reader.checkPipe(); }}), // here, so that the reader sleeps meanwhile
+               .eachPass = [this] { reader.checkPipe(); }}), // so that the reader can sleep without a timeout
       startFailure(reader.start())
 {
     if (monitor.acceptsHost())
@@ -42,7 +42,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
 
 Backend::~Backend()
 {
-    messageCallback = nullptr; // whoever listens ends
+    messageCallback = nullptr; // the receiver is being destroyed
     hostStateCallback = nullptr;
     monitor.stop();
     reader.stop();
@@ -55,14 +55,14 @@ void Backend::save_username(const std::string& markerPath)
         return;
     const int file = LIPC::openSharedFile(markerPath.c_str(), LIPC::kModeWorldWritable);
     if (file < 0) {
-        if (errno != ENOENT) // without its folder it is not written
+        if (errno != ENOENT) // optional: systems without this folder have no such file
             reportMarker(markerPath);
         return;
     }
     const auto line = std::string(user->pw_name) + "\n";
     if (ftruncate(file, 0) != 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
         reportMarker(markerPath);
-    fchmod(file, LIPC::kModeWorldWritable); // whatever the umask: every user overwrites it
+    fchmod(file, LIPC::kModeWorldWritable); // regardless of the umask: every user overwrites it
     close(file);
 }
 

@@ -1,5 +1,4 @@
-// The agent's core without a user interface: what it knows of the host and of encodings, and the user's
-// choices.
+// The agent's core without a user interface: the host's state, the encodings and the user's settings.
 #pragma once
 
 #include "backend/EncodingReader.h"
@@ -10,29 +9,30 @@
 
 namespace Kest::Settings {
 
-/// Called on one of the Backend's threads, without a lock; must return quickly. `type` 0 is a status message
-/// with its number; a type above 0 is the process id of an encoder, and `number` its percentage or -1 on
-/// failure. `description` is NUL-terminated, may be null, and is valid only during the call.
+/// Called on one of the Backend's threads, without a lock; must return quickly. If `type` is 0, `number` is
+/// that of a status message. Otherwise `type` is the process id of an encoder, and `number` its percentage,
+/// or -1 on failure. `description` is NUL-terminated or null, and valid only during the call.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
-/// Called on the monitor's thread, without a lock, when `hostState` has changed; must return quickly.
+/// Called on the monitor thread, without a lock, when `hostState` has changed; must return quickly.
 using HostStateCallback = void(void* context);
 
-/// One lives as long as the agent. Unless a declaration says otherwise, operations are called on the main
-/// thread. An absent segment is no failure, as the host may start and end at any time. A file that cannot be
-/// written, a key that cannot be derived and a pipe that cannot be created are one line each, in the log or
-/// on standard error. Nothing throws.
+/// The agent has one Backend for its whole life. Operations are called on the main thread unless their
+/// declaration says "Any thread". An absent segment is not an error: the host may start and end at any time.
+/// A file that cannot be written, a key that cannot be derived and a pipe that cannot be created produce one
+/// line each, in the log or on standard error. Nothing throws.
 class Backend {
 public:
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
-    /// Ends and joins both threads; takes no longer than what they are just doing.
+    /// Stops and joins both threads; blocks until their current operation ends.
     ~Backend();
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
-    /// While it lives, choices that cannot be saved are not logged; its end logs one line for all of them.
+    /// Suppresses log lines about settings that cannot be saved; its destructor logs one line for all of
+    /// them.
     class OneReport {
     public:
         explicit OneReport(Backend& ofBackend) : file(ofBackend.settingsFile) { file.holdReports(); }
@@ -44,19 +44,19 @@ public:
         SettingsFile& file;
     };
 
-    /// 0, or the system's error number when it refused a thread: then nothing of this works.
+    /// Returns 0, or the system's error number if it refused a thread; the Backend is not usable then.
     int startError() const { return startFailure; }
 
-    /// Writes the login name of the effective user into the last-user marker, which everybody may overwrite.
+    /// Writes the login name of the effective user into the last-user file, which every user may overwrite.
     static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
 
     /// Returns the stored value of a setting of `kParameterSettings`, or its default.
     int value(const Setting& setting) const;
-    /// Saves the settings file first and then writes the host's session, if there is one, also when the file
-    /// could not be saved. No range is enforced.
+    /// Saves the settings file, then writes the value into the host's session, if there is one, even if
+    /// saving failed. Does not check the range.
     void setValue(const Setting& setting, int value);
 
-    // The same for one setting each.
+    // `value` and `setValue` for one setting each.
     int getSoloMode() const { return value(setting("SoloMode")); } // 0 latch, 1 exclusive
     void setSoloMode(int mode) { setValue(setting("SoloMode"), mode); }
     int getHdxAuxTrackDelay() const { return value(setting("HdxAuxTrackDelaySetting")); }
@@ -69,37 +69,37 @@ public:
     int getLatencyCompensationControl() const { return value(setting("LatencyCompensationControlSetting")); }
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
-    /// The names of the installed room layouts, in the file system's order; empty when there are none.
+    /// Returns the names of the installed facilities in the file system's order; empty if there are none.
     juce::StringArray getFacilityList() const;
     juce::String getFacility() const { return text(setting("Facility")); }
-    /// A name that the settings file cannot contain is refused: neither the file nor the host gets it.
+    /// Saves the facility and writes it into the session. Does neither if the settings file cannot contain
+    /// the name.
     void setFacility(const juce::String& name);
 
-    /// A speaker-configuration id of `sSpkrConf2Name`; -1 when the stored layout belongs to none.
+    /// Returns a speaker-configuration id of `sSpkrConf2Name`; -1 if the stored layout belongs to none.
     int getPhysMonConfig() const;
-    /// Ignores an id that is none.
+    /// Saves a speaker configuration and writes it into the session. Ignores an unknown id.
     void setPhysMonConfig(int speakerConfiguration);
 
-    /// Replaces `names` by the buses' display names, bytes as the host has them: "Main Bus" first, the others
+    /// Replaces `names` by the buses' display names in the host's encoding: "Main Bus" first, the others
     /// sorted by byte. Any thread.
     void getKestBusNamesList(std::vector<std::string>& names) const { monitor.getBusNames(names); }
-    /// Makes a bus the session's default bus; null or the name of no bus changes nothing. Not remembered.
+    /// Writes the session's default bus, without saving it. Ignores null and an unknown name.
     void setDefaultKestBus(const char* name);
 
-    /// Returns the record of the process that reported last with this number; one with `pid` 0 when there is
-    /// none. Any thread.
+    /// Returns the newest record of a process id; one with `pid` 0 if there is none. Any thread.
     encodingStatus getEncodingStatus(int pid) const;
-    /// The same of exactly this process.
+    /// Returns the record of exactly this process; one with `pid` 0 if there is none. Any thread.
     encodingStatus getEncodingStatus(const ProcessIdentity& process) const;
-    /// The table of encodings, to be queried as a whole. Any thread.
+    /// Returns the reader of the encoders' lines, for queries of its whole table. Any thread.
     const EncodingReader& encodings() const { return reader; }
 
-    /// As the monitor's last pass found it. Any thread.
+    /// Returns the host's state at the monitor's last pass. Any thread.
     HostState hostState() const { return monitor.hostState(); }
 
     const SystemPaths& paths() const { return systemPaths; }
 
-    // Assigned once by the owner, after construction; until then messages are dropped.
+    // Set once by the owner after construction; messages are dropped before.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
     std::atomic<HostStateCallback*> hostStateCallback = nullptr;
     std::atomic<void*> messageContext = nullptr; // of both
@@ -112,7 +112,7 @@ private:
 
     const SystemPaths systemPaths;
     juce::ApplicationProperties properties;
-    mutable SettingsFile settingsFile; // saves through `properties`; a getter may read it from the disk
+    mutable SettingsFile settingsFile; // saves through `properties`; getters may read the disk
     EncodingReader reader;
     SessionMonitor monitor;
     int startFailure = 0;

@@ -1,4 +1,4 @@
-// A file descriptor that is closed with its owner.
+// A file descriptor that its owner closes.
 #pragma once
 
 #include <unistd.h>
@@ -9,7 +9,7 @@ namespace Kest::Settings {
 class Descriptor {
 public:
     Descriptor() = default;
-    /// Takes over an open descriptor; a negative one, as a failed call returns it, is none.
+    /// Takes ownership of an open descriptor; a negative number, the result of a failed call, means none.
     explicit Descriptor(int opened) : number(opened) {}
     ~Descriptor()
     {
@@ -23,7 +23,7 @@ public:
         return *this;
     }
 
-    /// Gives it away, to be closed by somebody else.
+    /// Returns the descriptor without closing it; the caller owns it.
     int release() { return std::exchange(number, -1); }
     int get() const { return number; }
     explicit operator bool() const { return number >= 0; }

@@ -10,7 +10,7 @@ constexpr std::size_t kLongestValue = 1023;
 
 constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-/// Walks along a line; every step that does not fit leaves it where it was and says so.
+/// Scans a line step by step; a step that does not match returns no value and does not advance.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : rest(text) {}
@@ -33,7 +33,7 @@ public:
     std::optional<std::int32_t> number()
     {
         blanks();
-        // from_chars knows no plus sign.
+        // from_chars does not accept a plus sign.
         const bool plus = rest.size() > 1 && rest[0] == '+' && rest[1] != '-';
         const char* begin = rest.data() + (plus ? 1 : 0);
         std::int32_t value = 0;
@@ -44,7 +44,7 @@ public:
         return value;
     }
 
-    /// What follows "name:" and blanks, where the line goes on with that.
+    /// Returns the text after "name:" and blanks, if the line continues with that.
     std::optional<std::string_view> field(std::string_view name) const
     {
         Scanner ahead = *this;

@@ -1,4 +1,4 @@
-// The lines in which encoders report, one at a time.
+// Parses one line of an encoder.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ struct TypeLine {
 };
 struct ErrorLine {};
 
-/// A path or word of 1024 bytes or more. Cut, it would name another folder, so the line is refused; after a
-/// refused path the encoding has none.
+/// A path or word of 1024 bytes or more. The line is refused, as a cut path would name another folder; the
+/// encoding then has no path.
 struct OverlongValue {
     bool isPath;
 };
@@ -30,15 +30,14 @@ struct EncodingLine {
     std::variant<ProgressLine, PathLine, TypeLine, ErrorLine, OverlongValue> content;
 };
 
-/// Reads a line without its end. The forms, tried in this order, with any run of white space (or none) where
-/// a blank stands:
+/// Parses a line without its line end. It tries these forms in this order; a blank matches any white space or
+/// none:
 ///     pid: 4711 , P: 37
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// A line that begins with "pid:" and a number and has none of the first three forms is an error line,
-/// whatever follows. Any other line is nothing. A number that does not fit 32 bits does not count as one. The
-/// result points into `line`.
+/// Any other line that begins with "pid:" and a number is an error line. Returns nullopt for all other lines.
+/// A number must fit 32 bits. The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

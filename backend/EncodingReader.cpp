@@ -9,8 +9,8 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr std::chrono::milliseconds kIdentifiedFor{1}; // no process ends, starts and reports in less
-constexpr std::size_t kMaxIdentified = 64;             // numbers, searched for each line
+constexpr std::chrono::milliseconds kIdentifiedFor{1}; // an id cannot be reused and report sooner
+constexpr std::size_t kMaxIdentified = 64;             // process ids, searched for each line
 
 } // namespace
 
@@ -45,7 +45,7 @@ void EncodingReader::namedPipeThreadloop()
     progressPipe.remove();
 }
 
-// After a failure the monitor requests it again in its next pass; the earlier pipes are read meanwhile.
+// After a failure the monitor requests it again in its next pass; earlier pipes are still read.
 void EncodingReader::restorePipe()
 {
     const bool isFirst = progressPipe.descriptor() < 0;
@@ -86,7 +86,7 @@ void EncodingReader::parse_1line(std::string_view line)
     take(*parsed);
 }
 
-// A path that was refused must not leave the one before it.
+// A refused path removes the previous one.
 void EncodingReader::dropLine(std::string_view beginning)
 {
     Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
@@ -113,8 +113,8 @@ void EncodingReader::take(const EncodingLine& line)
         report(-1, line.pid, changed->nameText);
 }
 
-// Once for each number in a while: asking the system takes longer than the line. Not within the lock, which
-// the main thread waits for.
+// Identifies each process id once per `kIdentifiedFor`, because the system call takes longer than parsing the
+// line. Runs without the lock, for which the main thread waits.
 void EncodingReader::identifyEncoder(std::int32_t pid)
 {
     if (std::ranges::find(identified, pid) != identified.end())

@@ -1,4 +1,4 @@
-// The thread that reads the encoders' lines, and the table of what they reported.
+// Reads the encoders' lines on its own thread and keeps a table of the encodings.
 #pragma once
 
 #include "backend/EncodingTable.h"
@@ -16,26 +16,26 @@
 
 namespace Kest::Settings {
 
-/// `start` and `stop` belong to the owner; all else may be called on any thread.
+/// Only the owner calls `start` and `stop`; all other functions may be called on any thread.
 class EncodingReader {
 public:
-    /// Called on the reader's thread, without a lock, after the record has changed: `number` is a percentage,
-    /// or -1 for a failure, `name` is null without a path and valid during the call.
+    /// Called on the reader's thread, without a lock, after a record has changed. `number` is a percentage,
+    /// or -1 for a failure; `name` is null if there is no path, and valid during the call.
     using Report = std::function<void(std::int32_t number, std::int32_t pid, const char* name)>;
 
     EncodingReader(std::string pathOfPipe, Report onReport);
     EncodingReader(const EncodingReader&) = delete;
     EncodingReader& operator=(const EncodingReader&) = delete;
 
-    /// Returns 0, or the system's error number when it refuses the thread.
+    /// Starts the thread. Returns 0, or the system's error number if it refuses one.
     int start();
-    /// Ends and joins the thread, if there is one, and removes the pipe.
+    /// Stops and joins the thread, if there is one, and removes the pipe.
     void stop();
 
-    /// Requests to make the pipe again when it is not at its path. Called once a second.
+    /// Requests a new pipe if the pipe is not at its path. Called once a second.
     void checkPipe() { progressPipe.check(); }
 
-    /// Calls `query` with the table, locked, and returns its result.
+    /// Calls `query` with the locked table, and returns its result.
     template <typename Query>
     auto query(Query&& query) const
     {
@@ -61,7 +61,7 @@ private:
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
 
-    // Reader thread only: the numbers whose processes were identified just now.
+    // Reader thread only: the process ids that were identified in the last `kIdentifiedFor`.
     std::vector<std::int32_t> identified;
     std::chrono::steady_clock::time_point identifiedSince;
 };

@@ -6,14 +6,14 @@
 namespace Kest::Settings {
 namespace {
 
-// The file's name without its last extension.
+// Returns the file's name without its last extension.
 std::string_view displayName(std::string_view path)
 {
     const auto name = path.substr(path.rfind('/') + 1); // npos + 1 is 0
     return name.substr(0, name.rfind('.'));
 }
 
-// The last one of a number; the end when there is none.
+// Returns the newest record of a process id; the end if there is none.
 template <typename Records>
 auto newestOf(Records& records, std::int32_t pid)
 {
@@ -89,7 +89,7 @@ void EncodingTable::report(Record& record, bool isOver)
     byLastReport.splice(byLastReport.end(), byLastReport, record.position);
 }
 
-// A new string each time: an assigned one keeps the memory of a longer text before it.
+// Creates new strings: assignment would keep the capacity of a previous longer text.
 void EncodingTable::setPath(Record& record, std::string_view path)
 {
     auto& status = record.status;
@@ -160,7 +160,7 @@ bool EncodingTable::exceeds(std::size_t tenths) const
     return records.size() > kMaxRecords * tenths / 10 || bytesOfText > maxTextBytes * tenths / 10;
 }
 
-// A tenth at once: after each eviction the menu compares all its rows with the table.
+// Evicts a tenth at once, because the menu compares all its rows with the table after each eviction.
 void EncodingTable::makeRoom(const Record& kept)
 {
     if (!exceeds(10))

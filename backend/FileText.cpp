@@ -10,8 +10,8 @@
 namespace Kest::Settings {
 namespace {
 
-/// Calls again what a signal has interrupted; a file system that never lets it through must not hang the
-/// agent.
+/// Repeats a call that a signal interrupted, a limited number of times: a file system that always interrupts
+/// must not hang the agent.
 template <typename Call>
 auto again(const Call& call)
 {
@@ -67,14 +67,14 @@ bool writeTemporary(const std::string& path, const std::string& text)
 
 FileText readFile(const std::string& path, std::size_t limit)
 {
-    const OpenFile file(path, O_RDONLY | O_NONBLOCK); // a pipe at the path must not be waited for
+    const OpenFile file(path, O_RDONLY | O_NONBLOCK); // must not block on a pipe
     struct stat status {};
     if (file.descriptor < 0 || fstat(file.descriptor, &status) != 0)
         return {errno, {}};
     if (!S_ISREG(status.st_mode))
         return {S_ISDIR(status.st_mode) ? EISDIR : EINVAL, {}};
     FileText whole;
-    // Room for one byte more than there is, where the end is met; a file that grows meanwhile is read on.
+    // One byte more than the file's size, so that a read finds the end; a file that grows is read further.
     const auto room = std::min(limit, static_cast<std::size_t>(status.st_size) + 1);
     whole.text.resize(room);
     for (std::size_t done = 0;;) {

@@ -1,4 +1,4 @@
-// Small text files, read and written so that nothing is taken for done that is not.
+// Reads and writes small text files and reports every failure.
 #pragma once
 
 #include <cstddef>
@@ -7,24 +7,23 @@
 namespace Kest::Settings {
 
 struct FileText {
-    int error = 0; // 0, or the system's number of what went wrong; ENOENT: there is no such file
+    int error = 0; // 0, or the system's error number; ENOENT if there is no such file
     std::string text;
 };
 
-/// Reads no more than `limit` bytes, and only from a regular file. All or nothing.
+/// Reads at most `limit` bytes of a regular file. Returns no text on an error.
 FileText readFile(const std::string& path, std::size_t limit);
 
-/// Replaces a file by one with this text, and waits until the new file and its name are on the disk. Returns
-/// false when they may not be, with the reason in `errno`. The old file stays until the new one is complete;
-/// until then the text is in `temporaryOf(path)`, which a process that dies leaves behind.
+/// Replaces a file atomically by one with this text, and waits until the file and its name are on the disk.
+/// Returns false with `errno` set on failure. The new text is first written to `temporaryOf(path)`; a process
+/// that is killed leaves that file.
 bool replaceFile(const std::string& path, const std::string& text);
 std::string temporaryOf(const std::string& path);
 
-/// Waits until a file and its name in its folder are on the disk; false when they may not be, with the reason
-/// in `errno`.
+/// Waits until a file and its name in its folder are on the disk. Returns false with `errno` set on failure.
 bool flushWithFolder(const std::string& path);
 
-/// Waits until what was written through an open file is on the disk. Differs between systems.
+/// Waits until the data of an open file is on the disk. Each system has its own implementation.
 bool flushToDisk(int file);
 
 } // namespace Kest::Settings

@@ -1,4 +1,4 @@
-// Mutexes that name what they guard: clang checks it (-Wthread-safety), other compilers see plain mutexes.
+// Mutex annotations that clang checks (-Wthread-safety); other compilers ignore them.
 #pragma once
 
 #include <mutex>
@@ -27,7 +27,7 @@ private:
     std::mutex mutex;
 };
 
-/// Holds a mutex for its own life.
+/// Locks a mutex for its own life.
 class KEST_SCOPED_CAPABILITY MutexLock {
 public:
     explicit MutexLock(Mutex& toHold) KEST_ACQUIRE(toHold) : mutex(toHold) { mutex.lock(); }

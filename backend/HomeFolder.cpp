@@ -11,10 +11,10 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr std::size_t kMaxHome = PATH_MAX - 256; // bytes; the rest is for the names in it
+constexpr std::size_t kMaxHome = PATH_MAX - 256; // bytes; the rest is for file names
 constexpr char kNoHome[] = "/nonexistent";
 
-// Why a path cannot be used; null when it can.
+// Returns why a path cannot be used; null if it can.
 const char* problemOf(std::string_view path)
 {
     if (!path.starts_with('/'))

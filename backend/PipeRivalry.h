@@ -1,4 +1,4 @@
-// When a pipe is replaced that another process has put at the path of ours.
+// Decides when to replace a pipe of another process at the agent's path.
 #pragma once
 
 #include <algorithm>
@@ -6,26 +6,25 @@
 
 namespace Kest::Settings {
 
-/// Two agents with different settings folders use one path. Each replacement by a pipe that another process
-/// reads doubles the time before that pipe is replaced, up to 60 s: without it both would replace each
-/// other's pipe every second. Not synchronised.
+/// Two agents with different settings folders use the same path. To keep them from replacing each other's
+/// pipe every second, the delay before a replacement doubles each time, up to 60 s. Not synchronised.
 class PipeRivalry {
 public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds kMaxDelay{60};
-    /// The replacements are forgotten when ours stayed this long. More than two delays of the other agent.
+    /// The delay is reset after our pipe was at the path for this time: three maximum delays.
     static constexpr std::chrono::seconds kSettled{180};
 
-    /// Our pipe is at the path.
+    /// Records that our pipe is at the path.
     void made(Clock::time_point now)
     {
         madeAt = now;
         isCounted = false;
     }
 
-    /// Returns whether the pipe may be made again. Called while it is lost; `isReadByAnother` is whether
-    /// another process reads a pipe at the path now. Anything else at the path is replaced without a delay.
+    /// Returns whether the pipe may be created again; called while it is lost. `isReadByAnother`: another
+    /// process reads a pipe at the path now. Anything else at the path is replaced without a delay.
     bool mayReplace(bool isReadByAnother, Clock::time_point now)
     {
         if (!isReadByAnother)
@@ -38,12 +37,12 @@ public:
         return now >= retryAt;
     }
 
-    /// How often in a row another process replaced ours, this loss included; 0 when this loss has another
-    /// cause.
+    /// Returns how often in a row another process replaced our pipe, including this loss; 0 if this loss has
+    /// another cause.
     int losses() const { return isCounted ? replacements : 0; }
 
 private:
-    // None after the first one, which an agent that starts and ends may cause.
+    // No delay after the first loss: an agent that starts and ends may cause it.
     std::chrono::seconds delay() const
     {
         if (replacements < 2)

@@ -67,7 +67,7 @@ bool waitForEnd(const Descriptor& held, const ProcessIdentity& process)
 
 std::string killAndWait(const ProcessIdentity& process)
 {
-    // Held first: what is then found out is about the process that will be killed, and about no later one.
+    // Opened first, so that all checks are about the process that is killed and not about a later one.
     const auto held = holdProcess(process.pid);
     const auto facts = processFacts(process.pid);
     if (facts.state == State::unreadable)

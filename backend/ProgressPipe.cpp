@@ -27,7 +27,8 @@ bool isPipe(const char* path)
     return lstat(path, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-// A process that reads it notices nothing of this: an agent has a writing end of its own.
+// Returns whether a process reads the pipe. An agent that reads it does not notice the check, as it has the
+// writing end open too.
 bool isReadPipe(const char* path)
 {
     const int end = isPipe(path) ? openEnd(path, O_WRONLY) : -1;
@@ -66,11 +67,11 @@ bool ProgressPipe::make()
     return true;
 }
 
-// What is read until its encoders end; the oldest one makes room.
+// Keeps the current pipe open until its encoders end, and drops the oldest one if there are too many.
 void ProgressPipe::keepEarlierPipes()
 {
     if (!pipes.empty()) {
-        const MutexLock lock(mutex); // `wake` must not use the end that is closed here
+        const MutexLock lock(mutex); // `wake` must not use the descriptor that is closed here
         close(std::exchange(pipes.back()->writer, -1));
         current = nullptr;
     }
@@ -84,7 +85,7 @@ void ProgressPipe::keepEarlierPipes()
                  "more than %zu replaced pipes are open, the oldest is not read any more", kMaxPipes - 1);
 }
 
-// Whatever an earlier run, or something else, has left at the path is replaced.
+// Replaces any file at the path, such as the pipe of a killed agent.
 bool ProgressPipe::create(bool isSilent)
 {
     if (mkfifo(path, LIPC::kModeWorldWritable) == 0)
@@ -102,7 +103,7 @@ bool ProgressPipe::create(bool isSilent)
     return false;
 }
 
-// Null when what is at the path by now is no pipe of this user.
+// Returns null if the file at the path is not a pipe of this user.
 std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
 {
     auto pipe = std::make_unique<Pipe>();
@@ -113,7 +114,7 @@ std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
         return nullptr;
     pipe->device = status.st_dev;
     pipe->inode = status.st_ino;
-    fchmod(pipe->reader, LIPC::kModeWorldWritable); // whatever the umask: encoders of other users report too
+    fchmod(pipe->reader, LIPC::kModeWorldWritable); // not by the umask: encoders of other users report too
     pipe->writer = openEnd(path, O_WRONLY);
     if (pipe->writer < 0 || !isAtPath(*pipe))
         return nullptr;
@@ -144,8 +145,8 @@ void ProgressPipe::check()
     wakeUp.raise();
 }
 
-// The line goes through an end of its own: it arrives even when something else is at the path. It wakes
-// nobody when another process reads it first, or when the pipe is full.
+// Writes the line through the agent's own descriptor, so that it arrives even if something else is at the
+// path. The line alone is not enough: another process may read it first, or the pipe may be full.
 void ProgressPipe::wake()
 {
     {
@@ -156,7 +157,7 @@ void ProgressPipe::wake()
     wakeUp.raise();
 }
 
-// Each pipe in turn, so that none has to wait for one that is always full.
+// Reads the pipes in turn, so that a pipe that is always full does not block the others.
 ProgressPipe::Piece ProgressPipe::read()
 {
     for (auto tries = pipes.size(); tries > 0; --tries) {
@@ -169,7 +170,7 @@ ProgressPipe::Piece ProgressPipe::read()
             Lct::printSystemError("received error -> quitting");
             return {nullptr, {}, true};
         }
-        if (count == 0) // an earlier pipe that its encoders have left
+        if (count == 0) // an earlier pipe whose encoders have closed it
             pipes.erase(pipes.begin() + static_cast<std::ptrdiff_t>(turn));
     }
     waitForBytes();

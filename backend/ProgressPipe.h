@@ -1,4 +1,4 @@
-// The named pipe in which encoders report: its path in the file system and what arrives in it.
+// The named pipe through which encoders report: keeps it at its path, and reads it.
 #pragma once
 
 #include "backend/Guarded.h"
@@ -15,52 +15,50 @@
 
 namespace Kest::Settings {
 
-/// Made by the reader thread, which alone calls `make`, `read` and `remove`; the others may be called on any
-/// thread.
+/// Only the reader thread calls `make`, `read` and `remove`; all other functions may be called on any thread.
 class ProgressPipe {
 public:
     explicit ProgressPipe(const char* pathOfPipe) : path(pathOfPipe) {}
     ProgressPipe(const ProgressPipe&) = delete;
     ProgressPipe& operator=(const ProgressPipe&) = delete;
 
-    /// Returns whether the pipe has to be made: at the start, and from a request by `check` until `make`.
+    /// Returns whether the pipe must be created: at the start, and from a request by `check` until `make`.
     bool isMakeRequested() const { return isRequested; }
 
-    /// Creates the pipe and opens it; whatever else is at the path is removed, links are not followed. Prints
-    /// the path between the two for the first time. Returns false when one of them fails; the first of such
-    /// failures in a row to create it is printed to standard error. Earlier pipes are read until the last
-    /// encoder closes them, 64 of them at most.
+    /// Removes anything else at the path, creates the pipe and opens it. Prints the path once, between the
+    /// two. Returns false on failure, and prints the first of consecutive failures to create it. Earlier
+    /// pipes, at most 64, are read until the last encoder closes them. Does not follow links.
     bool make();
 
-    /// Requests to make the pipe again when it is not at the path, and interrupts `read`. A pipe that another
-    /// process reads there delays that; see PipeRivalry. Called once a second.
+    /// Requests a new pipe if the pipe is not at its path, and interrupts `read`. If another process reads a
+    /// pipe there, PipeRivalry delays the request. Called once a second.
     void check();
 
-    /// How often in a row another process replaced the pipe, its current loss included.
+    /// Returns how often in a row another process replaced the pipe, including the current loss.
     int lossesToAnother() const;
 
-    /// Ends a `read` that waits, and writes the line "bla" into the pipe.
+    /// Interrupts a `read` that waits, and writes the line "bla" into the pipe.
     void wake();
 
-    /// The descriptor that is read, -1 before the pipe is made.
+    /// Returns the descriptor that is read; -1 before the pipe is created.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// Bytes of one pipe, and the line that they continue; both valid until the next call. Without bytes and
-    /// line after a wake-up.
+    /// Bytes of one pipe, and the line that they continue; both valid until the next call, and empty after a
+    /// wake-up.
     struct Piece {
         Text::LineSplitter* lines = nullptr;
         std::string_view bytes;
-        bool hasFailed = false; // for good
+        bool hasFailed = false; // permanently
     };
-    /// Waits for bytes or a wake-up. Reads also while there is no pipe at the path.
+    /// Waits for bytes or a wake-up, also while there is no pipe at the path.
     Piece read();
 
-    /// Closes the pipe and removes it, unless something else is at its path.
+    /// Closes the pipe, and removes it unless something else is at its path.
     void remove();
 
 private:
-    // Both ends, so that a pipe without encoders has no end of file. The writing end of an earlier pipe is
-    // closed: its end of file is the end of its last encoder.
+    // Has both ends open, so that a pipe without encoders has no end of file. The writing end of an earlier
+    // pipe is closed: its end of file shows that the last encoder has closed it.
     struct Pipe {
         ~Pipe();
         int reader = -1;
@@ -82,15 +80,15 @@ private:
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;
-    std::array<char, 4096> buffer{}; // a whole write of an encoder at once
+    std::array<char, 4096> buffer{}; // PIPE_BUF: a whole write of an encoder
 
     const WakeUp wakeUp;
-    std::atomic<bool> isRequested = true; // ends with `make`, during which `check` must not judge the path
+    std::atomic<bool> isRequested = true; // until `make` ends, during which `check` must not test the path
 
     mutable Mutex mutex;
     const Pipe* current KEST_GUARDED_BY(mutex) = nullptr; // the last of `pipes`
     PipeRivalry rivalry KEST_GUARDED_BY(mutex);
-    bool isEnded KEST_GUARDED_BY(mutex) = false; // nobody reads any more
+    bool isEnded KEST_GUARDED_BY(mutex) = false; // the reader has stopped
 };
 
 } // namespace Kest::Settings

@@ -17,11 +17,11 @@ namespace {
 
 using Session = LIPC::ShmManagedOpen<LIPC::SessionBuffer>;
 
-// Time for a host that has been interrupted in the middle of a name; a name takes it some nanoseconds.
+// Time for a host that was interrupted while it wrote a name, which takes some nanoseconds.
 constexpr auto kWriteTime = std::chrono::milliseconds(1);
-// A bus that is renamed all the time must not hide the others.
+// A bus that is renamed continuously must not hide the others.
 constexpr int kMaxUnstablePasses = 3;
-constexpr int kPassesPerRefresh = 600; // some ten minutes
+constexpr int kPassesPerRefresh = 600; // about ten minutes
 
 } // namespace
 
@@ -93,14 +93,15 @@ void SessionMonitor::timerThreadloop()
     }
 }
 
-// The version segment is attached only at the start, and no segment of a refused host is.
+// Refreshes both key files here: the version segment is attached only at the start, and the segments of a
+// refused host never.
 void SessionMonitor::refreshMarkers() const
 {
     for (const auto& segment : {paths.versionSegment, paths.sessionSegment})
         LIPC::shmKey(segment.c_str());
 }
 
-// Attached in each pass, so that a host that has restarted is found.
+// Attaches in each pass, so that a restarted host is found.
 void SessionMonitor::monitorPass()
 {
     const Session session(paths.sessionSegment.c_str());
@@ -138,7 +139,7 @@ void SessionMonitor::setHostState(const HostState& state)
     callbacks.hostChanged();
 }
 
-// Unlike the state, a message is sent only for another number than before, whoever the host was.
+// Sends a message only if the number differs from the previous one, even if the host was restarted.
 void SessionMonitor::passHostMessageOn(std::int32_t number)
 {
     if (number == lastHostMessage)
@@ -147,8 +148,8 @@ void SessionMonitor::passHostMessageOn(std::int32_t number)
     callbacks.message(number);
 }
 
-// What the host is just changing reads differently in the second scan: that is left to the next pass, but not
-// for ever.
+// Two different scans show that the host is writing: the next pass scans again, at most `kMaxUnstablePasses`
+// times.
 void SessionMonitor::refreshBusClients(const LIPC::SessionBuffer& session)
 {
     const auto first = scan(session);

@@ -42,7 +42,7 @@ void report(const std::string& path, const char* what, const char* why)
     Lct::LogAnswer(Lct::eLogError, "settings", "%.300s %s: %s", path.c_str(), what, why);
 }
 
-// What matters comes first: narrow screens cut a line.
+// The line begins with the important part, as narrow screens cut it.
 void reportNotSaved(const char* what, const std::string& why, const std::string& titles, const char* effect,
                     const std::string& path)
 {
@@ -84,7 +84,7 @@ SettingsFile::~SettingsFile()
 
 const juce::PropertySet& SettingsFile::values()
 {
-    if (!isLoaded && !unsettled) // until it is settled, all that was saved is in `unsaved`
+    if (!isLoaded && !unsettled) // until `settle`, `unsaved` contains the saved values
         load(Repair::no);
     return unsaved;
 }
@@ -97,7 +97,7 @@ SaveResult SettingsFile::keep(const char* key, const juce::var& value)
                        "the choice before stays in effect", path);
         return SaveResult::refused;
     }
-    unsaved.removeValue(key); // to be the newest
+    unsaved.removeValue(key); // so that it is added last
     unsaved.setValue(key, value);
     if (save())
         return SaveResult::saved;
@@ -145,7 +145,7 @@ void SettingsFile::reportUnsaved(const char* what, const char* effect)
 SettingsFile::Load SettingsFile::load(Repair repair)
 {
     auto file = readSettings(path);
-    if (file.error == 0 && hasCopy && file.text == text) { // as it was left: nothing to check or to copy
+    if (file.error == 0 && hasCopy && file.text == text) { // unchanged since the last check
         isLoaded = true;
         return Load::whole;
     }
@@ -173,12 +173,12 @@ SettingsFile::Load SettingsFile::load(Repair repair)
 
 void SettingsFile::useLastGood()
 {
-    hasCopy = false; // of what is in use now, and not of what was
+    hasCopy = false; // `text` is not the text in use
     if (const auto values = valuesIn(readSettings(lastGood)))
         inFile = *values;
 }
 
-// There is a file at each moment, so that a death in between does not look like a first start.
+// The path always has a file, so that a crash in between is not taken for a first start.
 bool SettingsFile::setAside()
 {
     const bool isCopyWell = valuesIn(readSettings(lastGood)).has_value();
@@ -199,12 +199,12 @@ bool SettingsFile::setAside()
 
 bool SettingsFile::save()
 {
-    isLoaded = false; // whatever comes of it, the file is read again by whoever asks next
+    isLoaded = false; // the next query reads the file again, whether this succeeds or not
     const auto before = load(Repair::yes);
     isLoaded = false;
-    if (before == Load::failed || (before == Load::whole && !hasCopy)) // nothing to go back to
+    if (before == Load::failed || (before == Load::whole && !hasCopy)) // nothing to restore after a failure
         return false;
-    if (isInFile(unsaved)) { // at each start most choices are
+    if (isInFile(unsaved)) { // usual at the start
         unsaved.clear();
         return true;
     }
@@ -243,7 +243,7 @@ bool SettingsFile::saveValues(Load before)
     }
     Save wanted{before, newText, *expected};
     saveThroughStore();
-    // The store does not say why it fails; the same save without it does, or succeeds.
+    // The store does not report why it fails; saving without it reports the reason, or succeeds.
     if (!isSaved(wanted) && !(saveText(newText) && isSaved(wanted)))
         return false;
     unsettled = std::move(wanted);
@@ -263,7 +263,7 @@ bool SettingsFile::isWritable(const juce::StringPairArray& wanted)
 void SettingsFile::saveThroughStore()
 {
     auto* file = store.getUserSettings();
-    // What the store could not read it would save as nothing.
+    // The store would save a file that it could not read as empty.
     if (file->getAllProperties() == inFile.getAllProperties())
         file->addAllPropertiesFrom(unsaved);
     store.closeFiles();
@@ -301,7 +301,7 @@ bool SettingsFile::keepLastGood()
     return false;
 }
 
-// By renaming, which needs no room on the disk.
+// Restores by renaming, which requires no free disk space.
 bool SettingsFile::putBack(Load before)
 {
     const auto now = readSettings(path);
@@ -309,7 +309,7 @@ bool SettingsFile::putBack(Load before)
         return isMissing(now) || unlink(path.c_str()) == 0;
     if (now.error == 0 && now.text == text)
         return true;
-    hasCopy = false; // there is no other until the next look at the file
+    hasCopy = false; // renaming removes the backup
     return std::rename(lastGood.c_str(), path.c_str()) == 0 && flushWithFolder(path);
 }
 

@@ -1,5 +1,4 @@
-// The user's choices in their file: neither a full disk, nor a damaged file, nor a death at any moment loses
-// them.
+// The settings file. A full disk, a damaged file or a crash at any time loses no saved setting.
 #pragma once
 
 #include <juce_data_structures/juce_data_structures.h>
@@ -15,46 +14,46 @@ struct SystemPaths;
 
 enum class SaveResult : std::uint8_t {
     saved,
-    failed,  // the choice holds until the agent ends
-    refused, // the file cannot contain the text; the choice before holds
+    failed,  // the new value is in effect until the agent ends
+    refused, // the file cannot contain the text; the previous value stays
 };
 
-/// Wraps JUCE's store, which takes a cut file for a saved one and an unreadable file for an empty one. Beside
-/// the settings file are its last good copy ("<file>.last") and, if there ever was one, a damaged file
-/// ("<file>.bad"). Main thread; each failure is one log line.
+/// Wraps JUCE's store, which accepts a truncated file as saved and an unreadable file as empty. The settings
+/// folder also contains the backup ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Main
+/// thread. Logs one line for each failure.
 class SettingsFile {
 public:
-    /// Makes the settings folder when it is missing, and tidies up behind an agent that died while saving.
-    /// A settings file that is a symbolic link stays one: the file it leads to is used.
+    /// Creates the settings folder if it is missing, and deletes the temporary files of an agent that was
+    /// killed while saving. If the settings file is a symbolic link, its target is used.
     SettingsFile(juce::ApplicationProperties& store, const SystemPaths& paths);
-    /// Tries once more to save what could not be saved; one line says what is lost, and why.
+    /// Retries to save unsaved settings, and logs one line with those that are lost and the reason.
     ~SettingsFile();
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
-    /// What was chosen, saved or not. Of a file that is damaged or cannot be read, what its last good copy
-    /// contains. Reads the disk and changes nothing there: `keep` sets a damaged file aside.
+    /// Returns the current settings, saved or not. Uses the backup if the file is damaged or unreadable.
+    /// Reads the disk, and changes nothing there: `keep` renames a damaged file.
     const juce::PropertySet& values();
 
-    /// Saves a choice, and all that could not be saved before. Unless all of it is saved, the file stays as
-    /// it was.
+    /// Saves a value, together with all values that could not be saved before. On failure the file is not
+    /// changed.
     SaveResult keep(const char* key, const juce::var& value);
 
-    /// The second half of saving, for when there is time: waits until what `keep` has saved is on the disk,
-    /// and makes it the last good copy. False when the disk refuses; then the file is as it was before.
+    /// Completes `keep`: waits until the file is on the disk, and copies it to the backup. Returns false if
+    /// the disk fails, and restores the previous file.
     bool settle();
 
-    /// Until `reportHeld`, choices that cannot be saved are not logged; that logs one line for all of them.
+    /// Suppresses log lines about unsaved settings until `reportHeld`, which logs one line for all of them.
     void holdReports() { isHolding = true; }
     void reportHeld();
 
 private:
     enum class Load { whole, missing, failed };
-    enum class Repair { no, yes }; // set a damaged file aside, and renew the last good copy
+    enum class Repair { no, yes }; // rename a damaged file, and renew the backup
 
-    /// What the store has saved and the disk has not confirmed.
+    /// A save that the store has written and the disk has not confirmed.
     struct Save {
-        Load before; // what there was, to be put back
+        Load before; // state of the previous file, for restoring it
         std::string text;
         juce::PropertySet values;
     };
@@ -79,16 +78,16 @@ private:
     const std::string lastGood;
     const std::string damaged;
 
-    std::string text; // of the file, when it was last read or saved
+    std::string text; // of the file at the last read or save
     bool isLoaded = false;
-    bool hasCopy = false; // the last good copy is of the same text
+    bool hasCopy = false; // the backup contains the same text
     std::optional<Save> unsettled;
-    bool isReported = false;   // that the file cannot be used
+    bool isReported = false;   // it was logged that the file cannot be used
     std::string reason;        // of the last failure
-    bool isHolding = false;    // reports
-    bool isHeld = false;       // a report
-    juce::PropertySet inFile;  // the values of the file, or of its last good copy
-    juce::PropertySet unsaved; // goes before `inFile`; the newest last
+    bool isHolding = false;    // log lines are suppressed
+    bool isHeld = false;       // a log line was suppressed
+    juce::PropertySet inFile;  // the values of the file, or of the backup
+    juce::PropertySet unsaved; // overrides `inFile`; the newest value last
 };
 
 } // namespace Kest::Settings

@@ -10,9 +10,9 @@ namespace Kest::Settings {
 namespace {
 
 constexpr char kRoot[] = "PROPERTIES";
-constexpr std::size_t kStoreReadsForRoot = 8192; // bytes; where they end within a tag, it reads beyond them
+constexpr std::size_t kStoreReadsForRoot = 8192; // bytes; if they end within a tag, it reads beyond them
 
-/// A file's bytes for the store's parser, which decodes those of a file otherwise than a text.
+/// Passes a file's bytes to the store's parser, which decodes a file differently from a text.
 class FileBytes : public juce::InputSource {
 public:
     explicit FileBytes(std::string_view ofFile) : bytes(ofFile) {}
@@ -54,8 +54,7 @@ bool hasElements(const juce::XmlElement& element)
     return std::any_of(children.begin(), children.end(), [](const auto* c) { return !c->isTextElement(); });
 }
 
-// The store crashes where it writes such XML in one line: there it begins lines within an element behind
-// text.
+// The store crashes if it writes such XML in one line: it begins new lines in an element after text.
 bool crashesStore(const juce::XmlElement& element)
 {
     bool isBehindText = false;
@@ -71,11 +70,11 @@ bool crashesStore(const juce::XmlElement& element)
 
 bool isUtf16(std::string_view text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
 
-// Text in which the store's decoder finds the end.
+// Returns whether the store's decoder finds the end of the text.
 bool isDecodable(std::string_view text)
 {
     if (isUtf16(text))
-        return text.size() <= kStoreReadsForRoot; // it uses no more of it
+        return text.size() <= kStoreReadsForRoot; // it ignores the rest
     return text.find('\0') == std::string_view::npos && Text::isUtf8(text);
 }
 
@@ -92,7 +91,7 @@ std::unique_ptr<juce::XmlElement> readAsStore(std::string_view text)
     return root != nullptr && means(*root, checked->outline) ? std::move(root) : nullptr;
 }
 
-// What is in the element goes before its attribute: the store writes a value so that is XML itself.
+// The element's content overrides its attribute: the store writes values that are XML as content.
 juce::String valueIn(const juce::XmlElement& row)
 {
     const auto* inside = row.getFirstChildElement();
@@ -100,7 +99,8 @@ juce::String valueIn(const juce::XmlElement& row)
                              : inside->toString(juce::XmlElement::TextFormat().singleLine().withoutHeader());
 }
 
-// Not well-formed, but without what the store's parser hangs on, or reads on behind the text's end.
+// Returns whether text that is not well-formed is safe for the store's parser, which hangs on some texts and
+// reads beyond the end of others.
 bool isHarmless(std::string_view text)
 {
     constexpr std::ptrdiff_t kMaxTags = 16;
@@ -129,7 +129,7 @@ std::optional<juce::PropertySet> readSettingsText(std::string_view text)
 
 bool canBeWritten(const juce::String& value)
 {
-    if (!value.trimStart().startsWithChar('<')) // the store's parser reads no further
+    if (!value.trimStart().startsWithChar('<')) // the store does not parse it
         return true;
     const auto text = view(value);
     if (text.size() > kLongestSettings)

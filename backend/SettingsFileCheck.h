@@ -1,4 +1,4 @@
-// What a settings file contains as the store reads it, checked before the store's parser gets it.
+// Checks a settings file before the store's parser gets it, and returns its values.
 #pragma once
 
 #include <juce_data_structures/juce_data_structures.h>
@@ -10,22 +10,23 @@
 
 namespace Kest::Settings {
 
-/// In bytes; a hundred times what the agent writes. More than this takes the store long to read.
+/// Maximum size in bytes; a hundred times the size that the agent writes. The store reads larger files
+/// slowly.
 constexpr std::size_t kLongestSettings = 65536;
 
-/// Returns the values that the store reads from a settings file with this text; nullopt where the file is
+/// Returns the values that the store reads from a settings file with this text; nullopt if the file is
 /// damaged: larger than `kLongestSettings`, not accepted by `readXml`, with another root than "PROPERTIES",
-/// or text that the store reads otherwise than an XML parser does, or crashes on. Any other form is accepted.
+/// or with text that the store reads differently from an XML parser or crashes on. Accepts any other form.
 std::optional<juce::PropertySet> readSettingsText(std::string_view text);
 
 inline bool isSettingsText(std::string_view text) { return readSettingsText(text).has_value(); }
 
-/// Whether the store can write the value and keeps what it means. The store's parser gets each value before
-/// it is written; it hangs on some that begin with "<", and cuts others.
+/// Returns whether the store can write the value unchanged. The store parses each value before it writes it;
+/// its parser hangs on some values that begin with "<", and cuts others.
 bool canBeWritten(const juce::String& value);
 
-/// Returns the file's text as the store writes these values, which all `canBeWritten`. In another form than
-/// before may be written what is XML itself.
+/// Returns the text that the store writes for these values; all of them must be `canBeWritten`. Values that
+/// are XML may be formatted differently.
 std::string settingsText(const juce::StringPairArray& values);
 
 } // namespace Kest::Settings

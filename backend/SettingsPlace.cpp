@@ -13,7 +13,7 @@ juce::String text(const fs::path& path) { return juce::String::fromUTF8(path.c_s
 
 std::string settingsFileBehindLinks(const std::string& path)
 {
-    constexpr int kMostLinks = 40; // as the system itself has it
+    constexpr int kMostLinks = 40; // the limit of Linux
     std::error_code failure;
     fs::path file = path;
     for (int i = 0; i < kMostLinks && fs::is_symlink(file, failure); ++i)
@@ -27,7 +27,7 @@ juce::PropertiesFile::Options storeOptions(const std::string& path)
     juce::PropertiesFile::Options options;
     options.applicationName = text(file.stem());
     options.filenameSuffix = text(file.extension()).substring(1);
-    options.folderName = text(file.parent_path()); // absolute: the same place on every system
+    options.folderName = text(file.parent_path()); // absolute, so that no system changes it
     options.osxLibrarySubFolder = "Application Support";
     options.commonToAllUsers = false;
     options.ignoreCaseOfKeyNames = false;
@@ -41,7 +41,7 @@ juce::PropertiesFile::Options storeOptions(const std::string& path)
 void removeStrays(const std::string& path)
 {
     const fs::path file = path;
-    const auto beginning = file.stem().string() + "_temp"; // the store goes on with a random number
+    const auto beginning = file.stem().string() + "_temp"; // the store appends a random number
     std::error_code failure;
     const fs::directory_iterator end;
     for (fs::directory_iterator entry(file.parent_path(), failure); entry != end; entry.increment(failure)) {

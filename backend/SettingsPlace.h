@@ -1,4 +1,4 @@
-// Where the settings file really lies, and what may lie about beside it.
+// The real path of the settings file, and the temporary files beside it.
 #pragma once
 
 #include <juce_data_structures/juce_data_structures.h>
@@ -7,15 +7,15 @@
 
 namespace Kest::Settings {
 
-/// The file that a settings file leads to when it is a symbolic link, whether that file exists or not.
-/// A link to a name without an extension, which the store cannot use, is taken for the file itself: the
-/// first save puts a file in its place.
+/// Returns the target of a settings file that is a symbolic link, whether the target exists or not. Returns
+/// the path itself if the target has no extension, which the store requires: the first save replaces that
+/// link by a file.
 std::string settingsFileBehindLinks(const std::string& path);
 
-/// What makes the store use this file.
+/// Returns the options that make the store use this file.
 juce::PropertiesFile::Options storeOptions(const std::string& path);
 
-/// Removes the temporary files of a file, which a process that died while saving has left.
+/// Deletes the temporary files that a process left which was killed while saving.
 void removeStrays(const std::string& path);
 
 } // namespace Kest::Settings

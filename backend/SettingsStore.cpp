@@ -1,4 +1,4 @@
-// The user's choices: kept in the settings file, and written to the host.
+// Saves settings in the settings file and writes them to the host.
 #include "backend/Backend.h"
 #include "lipc/ClientEntry.h"
 #include "lipc/SharedNumber.h"
@@ -6,8 +6,8 @@
 
 namespace Kest::Settings {
 
-// The file first, then the host, which gets no text that the file cannot contain; waiting for the disk comes
-// last, as it takes longer than both.
+// Saves the file first, because the host must not get a text that the file cannot contain, then writes to the
+// host, then waits for the disk, which takes longer than both.
 void Backend::applySetting(const Setting& setting, const juce::var& value,
                            const std::function<void(LIPC::ClientEntry&)>& writeToHost)
 {
@@ -48,7 +48,7 @@ void Backend::setFacility(const juce::String& name)
 {
     constexpr const auto& facility = setting("Facility");
     applySetting(facility, name, [&](LIPC::ClientEntry& own) {
-        // The length in characters, not bytes: the host's other writers count the same way.
+        // The length is in characters, not bytes, as in the host's other writers.
         own.strings[facility.number].put(name.toRawUTF8(), name.length());
     });
 }

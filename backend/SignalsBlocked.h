@@ -1,4 +1,4 @@
-// Keeps signals away from threads other than the main one.
+// Blocks signals in all threads except the main one.
 #pragma once
 
 #include <csignal>
@@ -8,7 +8,7 @@
 
 namespace Kest {
 
-/// Threads started while one of these lives get no signals: the main thread handles them.
+/// Threads that are started during its life get no signals: the main thread handles them.
 class SignalsBlocked {
 public:
     SignalsBlocked()
@@ -25,7 +25,7 @@ private:
     sigset_t before{};
 };
 
-/// Starts a thread that gets no signals. Returns 0, or the system's error number when it refuses a thread.
+/// Starts a thread that gets no signals. Returns 0, or the system's error number if it refuses a thread.
 template <typename Body>
 int startThread(std::thread& thread, Body&& body)
 {

@@ -1,4 +1,4 @@
-// Every fixed place outside the agent that it reads, writes or starts.
+// Every fixed path that the agent reads, writes or starts.
 #pragma once
 
 #include "lipc/SettingsRecord.h"
@@ -8,7 +8,7 @@
 
 namespace Kest::Settings {
 
-/// The defaults are the real places. Tests work in their own folders with others.
+/// The defaults are the real paths. Tests use their own folders.
 struct SystemPaths {
     std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" is the user's home
     std::string encodingProgressFifo = kEncodingProgressFifo;
@@ -19,17 +19,17 @@ struct SystemPaths {
         "/Library/Application Support/Kestronics/K3DHost/K3DHost.RestartService.command";
     std::string uninstaller = "/Applications/Kestronics/Kest-3D Uninstall.app";
     std::string launchAgent = "/Library/LaunchAgents/com.kestronics.kest-settings.plist";
-    // Names of shared-memory segments, from which their key files follow.
+    // Names of shared-memory segments, from which the paths of their key files are derived.
     std::string versionSegment = LIPC::kVersionSegment;
     std::string sessionSegment = LIPC::kSessionSegment;
 
-    /// The settings folder as an absolute path.
+    /// Returns the absolute path of the settings folder.
     std::string absoluteSettingsFolder() const;
-    /// The settings file in it.
+    /// Returns the absolute path of the settings file.
     std::string settingsFile() const;
 };
 
-/// The application's name for its settings; the file is called so.
+/// The base name of the settings file.
 constexpr char kSettingsName[] = "Kest-Settings";
 
 } // namespace Kest::Settings

@@ -26,7 +26,7 @@ WakeUp::~WakeUp()
             close(end);
 }
 
-// A full pipe is raised already.
+// If the pipe is full, the wake-up is raised already.
 void WakeUp::raise() const
 {
     while (ends[1] >= 0 && write(ends[1], "", 1) < 0 && errno == EINTR)

@@ -1,9 +1,9 @@
-// Interrupts a thread that waits in poll, by a descriptor that no other process has.
+// Interrupts a thread that waits in poll, through a private descriptor.
 #pragma once
 
 namespace Kest::Settings {
 
-/// A raised wake-up stays raised until it is cleared, so that none is lost between two waits.
+/// A raised wake-up stays raised until `clear`, so that none is lost between two waits.
 class WakeUp {
 public:
     WakeUp();
@@ -11,12 +11,13 @@ public:
     WakeUp(const WakeUp&) = delete;
     WakeUp& operator=(const WakeUp&) = delete;
 
-    /// Any thread. Never blocks.
+    /// Raises the wake-up. Any thread. Never blocks.
     void raise() const;
-    /// Called by the thread that waits.
+    /// Clears the wake-up. Only the waiting thread calls it.
     void clear() const;
 
-    /// Readable while raised. -1 when the system had no descriptors left; a wait then needs a timeout.
+    /// Returns the descriptor to poll, readable while raised; -1 if the system had no descriptors left: use a
+    /// timeout then.
     int descriptor() const { return ends[0]; }
 
 private:

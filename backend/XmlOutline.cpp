@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kMaxDepth = 16;
 
-// Characters that no XML text contains.
+// Characters that XML text cannot contain.
 constexpr char kElement = '\1';
 constexpr char kAttribute = '\2';
 constexpr char kValue = '\3';
@@ -58,7 +58,7 @@ void onDocumentType(void* context, const XML_Char*, const XML_Char*, const XML_C
 
 void onInstruction(void* context, const XML_Char*, const XML_Char*) { static_cast<Reader*>(context)->stop(); }
 
-// `encoding` null: as the text declares it.
+// If `encoding` is null, the text's declaration is used.
 XML_Error read(std::string_view text, const char* encoding, XmlDocumentText& document)
 {
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate(encoding),

@@ -1,4 +1,4 @@
-// What XML says, without the form in which it is written.
+// The content of XML without its formatting.
 #pragma once
 
 #include <cstddef>
@@ -8,13 +8,13 @@
 
 namespace Kest::Settings {
 
-/// Names and values of a document in their order, comparable with `==`.
+/// Contains the names and values of a document in their order; compare with `==`.
 class XmlOutline {
 public:
     void beginElement(std::string_view tag);
     void addAttribute(std::string_view name, std::string_view value);
-    /// Adds a piece of text; neighbouring pieces are one text. Blanks, tabs and line ends do not count: XML
-    /// readers differ in them.
+    /// Adds a piece of text; adjacent pieces are one text. Ignores blanks, tabs and line ends, in which XML
+    /// parsers differ.
     void addText(std::string_view text);
     void endElement();
 
@@ -26,12 +26,12 @@ private:
 
 struct XmlDocumentText {
     std::string root;           // its tag
-    std::size_t rootTagEnd = 0; // the byte behind the root's start tag
+    std::size_t rootTagEnd = 0; // index of the byte after the root's start tag
     XmlOutline outline;
 };
 
-/// Reads XML as the standard has it. Returns nullopt where it is not well-formed, has a document type or a
-/// processing instruction, or nests deeper than 16. An unknown encoding is taken for UTF-8. Any thread.
+/// Parses standard XML. Returns nullopt if it is not well-formed, has a document type or a processing
+/// instruction, or is nested deeper than 16. Treats an unknown encoding as UTF-8. Any thread.
 std::optional<XmlDocumentText> readXml(std::string_view text);
 
 } // namespace Kest::Settings

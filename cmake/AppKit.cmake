@@ -1,5 +1,5 @@
-# kest_appkit: AppKit for Objective-C++, without automatic reference counting. On macOS the system's own;
-# elsewhere GNUstep's, whose runtime clang knows by the name "gcc" and whose objc/objc.h is among GCC's headers.
+# kest_appkit: AppKit for Objective-C++, without automatic reference counting. macOS provides it; elsewhere GNUstep
+# does, whose runtime clang calls "gcc" and whose objc/objc.h is among GCC's headers.
 add_library(kest_appkit INTERFACE)
 
 if(NOT APPLE)

@@ -1,13 +1,13 @@
-# kest_curses: a curses library with wide characters, and only if there is one. macOS has them in the library ncurses,
-# Linux distributions in ncursesw.
+# kest_curses: a curses library with wide characters, defined only if there is one. macOS has them in the library
+# ncurses, Linux distributions in ncursesw.
 if(NOT APPLE)
     set(CURSES_NEED_WIDE TRUE)
 endif()
 find_package(Curses)
 
 if(CURSES_FOUND)
-    # Wide characters, by the names that older and newer headers know; and no macros, which would take the names of
-    # half the standard library.
+    # Enables wide characters in older and newer headers, and disables macros, whose names would collide with half the
+    # standard library.
     set(curses_definitions NCURSES_WIDECHAR=1 _XOPEN_SOURCE_EXTENDED=1 NCURSES_NOMACROS=1)
     include(CheckCXXSourceCompiles)
     set(CMAKE_REQUIRED_INCLUDES ${CURSES_INCLUDE_DIRS})

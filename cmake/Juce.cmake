@@ -1,6 +1,6 @@
-# JUCE's three modules without a user interface, compiled once into kest_juce. On Debian the sources come from
-# the package juce-modules-source-data; elsewhere they are fetched: 7.0.12, the last release of JUCE 7. What Apple's
-# newer compilers refuse of JUCE 7 is in a module that is not used.
+# Compiles JUCE's three modules without a user interface once, into kest_juce. On Debian the sources are in the package
+# juce-modules-source-data; elsewhere they are fetched: 7.0.12, the last release of JUCE 7. Apple's newer compilers
+# reject JUCE 7 code only in a module that is not used.
 set(KEST_JUCE_MODULES "/usr/share/juce/modules" CACHE PATH "Folder of JUCE's modules")
 
 if(NOT EXISTS ${KEST_JUCE_MODULES}/juce_core/juce_core.h)
@@ -8,7 +8,7 @@ if(NOT EXISTS ${KEST_JUCE_MODULES}/juce_core/juce_core.h)
     FetchContent_Declare(juce
         GIT_REPOSITORY https://github.com/juce-framework/JUCE.git
         GIT_TAG 4f43011b96eb0636104cb3e433894cda98243626 # 7.0.12; a tag can be moved
-        SOURCE_SUBDIR modules/juce_core) # which has no build files: only the sources are wanted
+        SOURCE_SUBDIR modules/juce_core) # without build files: only the sources are used
     FetchContent_MakeAvailable(juce)
     set(KEST_JUCE_MODULES ${juce_SOURCE_DIR}/modules CACHE PATH "Folder of JUCE's modules" FORCE)
 endif()
@@ -25,7 +25,7 @@ add_library(kest_juce STATIC)
 foreach(module juce_core juce_events juce_data_structures)
     target_sources(kest_juce PRIVATE ${KEST_JUCE_MODULES}/${module}/${module}.${juce_unit_suffix})
 endforeach()
-# JUCE 8 has a second unit, which JUCE 7 does not.
+# JUCE 8, unlike JUCE 7, has a second unit.
 file(GLOB juce_further_units ${KEST_JUCE_MODULES}/juce_core/juce_core_*.cpp)
 target_sources(kest_juce PRIVATE ${juce_further_units})
 target_include_directories(kest_juce SYSTEM PUBLIC ${KEST_JUCE_MODULES})

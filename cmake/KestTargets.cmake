@@ -1,12 +1,12 @@
-# What every library, program and test of this tree is built with.
+# Compiler options, and the functions that define libraries, programs and tests.
 
-# Warnings are errors in the developers' presets (CMAKE_COMPILE_WARNING_AS_ERROR), not for a user with a newer
-# compiler; the mutex annotations are checked where the compiler can (clang).
+# Warnings are errors in the developers' presets (CMAKE_COMPILE_WARNING_AS_ERROR), not for a user with a newer compiler;
+# clang checks the mutex annotations.
 add_library(kest_options INTERFACE)
 target_compile_options(kest_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
     $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>
-    # GCC 12 warns of its own std::string (bug 105651).
+    # GCC 12 warns about its own std::string (bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
 set(KEST_SANITIZE "" CACHE STRING "Sanitizers for all code, as -fsanitize takes them")
@@ -21,7 +21,7 @@ if(KEST_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
-# What distributions harden their programs with; needs an optimised build.
+# The hardening options of distributions; requires an optimised build.
 option(KEST_HARDEN "Checked buffers, guarded stacks, places in memory that change with each start" OFF)
 if(KEST_HARDEN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     include(CheckPIESupported)
@@ -31,8 +31,8 @@ if(KEST_HARDEN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     add_link_options(-Wl,-z,relro -Wl,-z,now)
 endif()
 
-# Most of JUCE is never called: without it a third of the program is left, and half of its memory. The C++ library comes
-# along, as looking up its thousands of names was a fifth of a start.
+# Removes code that is never called, mostly JUCE's: a third of the program and half of its memory use remain. Links the
+# C++ library statically: looking up its thousands of names took a fifth of the start.
 option(KEST_LEAN "Programs without what they never call, and with the C++ library in them if it is there" OFF)
 if(KEST_LEAN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     add_compile_options(-ffunction-sections -fdata-sections)
@@ -50,10 +50,10 @@ endif()
 
 # kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...] [HEADERS_ARE cpp|mm])
 #
-# One folder, one static library. Its headers are reached as "NAME/Header.h", and only by those that say
-# `USES NAME`: each library has an include folder of its own, which holds nothing but a link to the library's
-# folder. An include against the direction of dependency therefore does not build. The headers are C++, unless
-# it says that they are Objective-C++ (mm).
+# Defines a static library from one folder. Only targets with `USES NAME`, directly or through another library, can
+# include its headers, as "NAME/Header.h": each library has a separate include folder, which contains only a link to the
+# library's folder. So an include against the direction of dependencies does not build. Headers are C++, or
+# Objective-C++ with HEADERS_ARE mm.
 function(kest_library name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "HEADERS_ARE" "SOURCES;USES;LINKS")
     string(REPLACE "/" "_" target "kest_${name}")
@@ -75,7 +75,7 @@ function(kest_library name)
     kest_check_headers(${target} ${name} ${ARG_HEADERS_ARE})
 endfunction()
 
-# `cmake --build ... --target check_headers`: every header compiles alone, with what its library may use.
+# `cmake --build ... --target check_headers` checks that every header compiles alone, with what its library may use.
 add_custom_target(check_headers)
 function(kest_check_headers target name suffix)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *.h)

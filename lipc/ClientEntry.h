@@ -10,7 +10,7 @@
 
 namespace LIPC {
 
-/// Four letters as the number that the host writes for a type of client: the first letter is the most
+/// Returns the number that the host writes for a client type of four letters; the first letter is the most
 /// significant byte.
 constexpr std::int32_t clientType(const char (&letters)[5])
 {
@@ -23,19 +23,19 @@ constexpr std::int32_t clientType(const char (&letters)[5])
 constexpr std::int32_t kMixEngineType = clientType("KMIX");
 constexpr std::int32_t kBusType = clientType("KBUS");
 
-/// Lives in the segment, where the host writes it, or as a copy in the agent's own memory. Parameter numbers
-/// are those of `Kest::Settings::cParameterDefaults`.
+/// A record in the segment, written by the host, or a copy in the agent's memory. Parameter numbers are those
+/// of `Kest::Settings::cParameterDefaults`.
 struct ClientEntry {
     static constexpr int kParameters = 128;
     static constexpr int kStrings = 10;
 
     ClientEntry() = default;
-    /// A snapshot of a record that its owner may be changing: numbers are whole, texts end within their
-    /// field, values may be of before and after a change.
+    /// Copies a record that its owner may be changing: numbers are whole, texts end within their field, and
+    /// values from before and after a change may be mixed.
     ClientEntry(const ClientEntry& shared);
     ClientEntry& operator=(const ClientEntry&) = delete;
 
-    /// The label up to its terminator, or all 64 characters. Valid as long as this object is.
+    /// Returns the label up to its terminator, or all 64 characters. Valid for the life of this object.
     std::string_view labelText() const;
 
     ClientID id;

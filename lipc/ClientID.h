@@ -6,23 +6,24 @@
 
 namespace LIPC {
 
-/// 64 characters padded with NULs and one more byte that is always 0, so that a name that fills all 64
-/// characters is terminated too.
+/// Contains 64 characters padded with NULs, and one more byte that is always 0: a name of 64 characters is
+/// terminated too.
 class ClientID {
 public:
     static constexpr std::size_t kCharacters = 64;
 
     ClientID() : ClientID("") {}
-    /// Takes at most 64 characters of a NUL-terminated text; the rest is cut.
+    /// Copies at most 64 characters of a NUL-terminated text.
     explicit ClientID(const char* name);
     ClientID(const ClientID& other) : ClientID(other.characters) {}
     ClientID& operator=(const ClientID& other);
 
-    /// The name up to its first NUL, at most 64 characters: reading never leaves the record, whatever another
-    /// process wrote into it. Valid as long as this object is.
+    /// Returns the name up to its first NUL, at most 64 characters: reading never leaves the record, whatever
+    /// another process wrote into it. Valid for the life of this object.
     std::string_view text() const;
 
-    /// Whether `text()` is this name of at most 64 characters. Most names differ in their first character.
+    /// Returns whether `text()` is this name of at most 64 characters. Optimised for names that differ in
+    /// their first character.
     bool is(std::string_view name) const
     {
         std::size_t i = 0;

@@ -15,7 +15,7 @@ struct Connection {
     std::uint32_t word = 0;
     std::uint8_t endFlag = 0;
 
-    /// No connection: empty ids, zeros, and a map of 0xFF. The agent itself makes no connections.
+    /// The value for "no connection": empty ids, zeros, and a map of 0xFF. The agent makes no connections.
     static const Connection mscNull;
 };
 

@@ -1,16 +1,16 @@
-// Whether the marker file of a segment was removed while the segment still exists.
+// Detects that the key file of a segment was removed while the segment still exists.
 #pragma once
 
 #include "lipc/ShmManaged.h"
 
 namespace LIPC {
 
-/// Without its marker file a segment cannot be found any more: the file that replaces it has another key.
-/// Not synchronised.
+/// A segment without its key file cannot be found: the file that replaces it has another key. Not
+/// synchronised.
 class MarkerWatch {
 public:
-    /// Checks an attachment to the same name as all before. Returns true once for each removal: the key is
-    /// another one and has no segment, and the segment of the last successful attachment still exists.
+    /// Checks one of a sequence of attachments to the same name. Returns true once for each removal: the key
+    /// has changed and has no segment, and the segment of the last successful attachment still exists.
     bool isMarkerLost(const ShmManaged& attachment);
 
 private:

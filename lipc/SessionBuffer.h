@@ -7,14 +7,15 @@
 
 namespace LIPC {
 
-/// Always looked at in place. The host and other clients write it at any time, without a lock.
+/// Read in shared memory, never copied whole. The host and other clients write it at any time, without a
+/// lock.
 struct SessionBuffer {
     static constexpr int kSlots = 1024;
-    /// Up to the end of `defaultBus`; a smaller segment is none of the host's.
+    /// The size up to the end of `defaultBus`; smaller segments are rejected.
     static constexpr std::size_t kSegmentBytes = 3458217;
 
-    /// The record in the lowest slot whose id equals `name` in its first 64 characters; null when there is
-    /// none. The result points into the segment: what is written through it goes to the host.
+    /// Returns the record in the lowest slot whose id equals `name` in its first 64 characters; null if there
+    /// is none. The result points into the segment: the host reads what is written through it.
     ClientEntry* getClientEntry(const char* name);
 
     /// Replaces `out` by copies of all records of a type, in slot order, and returns their number.

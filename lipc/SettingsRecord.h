@@ -1,5 +1,4 @@
-// The names by which the agent finds the host's segments and its own record, and the field for the host's
-// message.
+// The names of the host's segments and of the agent's record, and the number of the host's message.
 #pragma once
 
 namespace LIPC {
@@ -8,7 +7,7 @@ constexpr char kSettingsClientName[] = "KestSettings";
 constexpr char kVersionSegment[] = "LIPC_VERSION";
 constexpr char kSessionSegment[] = "LIPC_SESSION";
 
-/// Number of the parameter in that record that the host writes. The agent writes those of
+/// The number of the only parameter in that record that the host writes. The agent writes those of
 /// `Kest::Settings::kSettings`.
 constexpr int eHostMessage = 39;
 

@@ -25,7 +25,7 @@ int openSharedFile(const char* path, unsigned mode)
     int file = open(path, kFlags);
     if (file < 0 && errno == ENOENT)
         file = open(path, kFlags | O_CREAT | O_EXCL, mode);
-    if (file < 0 && errno == EEXIST) // created by another process in between
+    if (file < 0 && errno == EEXIST) // another process has just created it
         file = open(path, kFlags);
     if (file < 0)
         return -1;

@@ -3,12 +3,12 @@
 
 namespace LIPC {
 
-/// Of files and segments: every user may read and write them.
+/// The mode of files and segments that every user may read and write.
 constexpr int kModeWorldWritable = 0666;
 
-/// Opens a regular file for writing, and creates it with `mode` when it is absent; its content stays as it
-/// is. Returns the descriptor, or -1 with `errno` set: also for a link, for anything but a regular file
-/// (EINVAL) and for a file with more than one hard link (EMLINK). Any thread.
+/// Opens a regular file for writing without changing its content, and creates it with `mode` if it is absent.
+/// Returns the descriptor, or -1 with `errno` set; EINVAL for a file that is not regular, EMLINK for one with
+/// more than one hard link. Does not follow a link. Any thread.
 int openSharedFile(const char* path, unsigned mode);
 
 } // namespace LIPC

@@ -16,7 +16,7 @@ namespace {
 constexpr int kProjectId = 1;
 constexpr std::time_t kMaxAge = 3600; // seconds
 
-// Programs that clean /tmp remove files whose times are old. Not refreshed in each call: that is a write.
+// Programs that clean /tmp remove files whose times are old. Refreshed once an hour only, because it writes.
 void prepareMarker(int file)
 {
     struct stat status {};
@@ -28,8 +28,8 @@ void prepareMarker(int file)
         futimens(file, nullptr);
 }
 
-// A failure is left for ftok to report: it needs only the path, so another user's marker that this user may
-// not write serves as well.
+// Failures are ignored here: ftok reports them, and requires only that the file exists, not that it is
+// writable.
 void prepareMarker(const char* path)
 {
     const int file = openSharedFile(path, kModeWorldWritable);
@@ -39,7 +39,7 @@ void prepareMarker(const char* path)
     close(file);
 }
 
-// ftok follows links, and a planted one would give the key of a file that somebody else chose.
+// ftok follows links, and a planted link would give the key of an attacker's file.
 key_t keyOf(const char* path)
 {
     struct stat status {};
@@ -52,7 +52,7 @@ key_t keyOf(const char* path)
 
 } // namespace
 
-// The host derives its keys from the same doubled names, "/tmp/LIPC_LIPC_SESSION".
+// The host uses the same names with a doubled prefix, "/tmp/LIPC_LIPC_SESSION".
 std::string markerPath(const char* name) { return std::string("/tmp/LIPC_") + name; }
 
 key_t shmKey(const char* name)

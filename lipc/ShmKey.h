@@ -6,16 +6,16 @@
 
 namespace LIPC {
 
-/// The empty file on whose identity the key of the segment `name` rests.
+/// Returns the path of the key file of the segment `name`: an empty file whose identity gives the key.
 std::string markerPath(const char* name);
 
-/// Returns the key of the segment called `name`, or -1 with one log line. Creates the marker file when it is
-/// missing, empties it when it is not empty, and sets its times to now when they are more than an hour old; a
-/// file that this user may not write stays as it is. A link in its place is never followed. Any thread.
+/// Returns the key of the segment `name`, or -1 with one log line. Creates the key file if it is missing,
+/// empties it if it is not empty, and sets its times to now if they are more than an hour old; a file that
+/// this user may not write is not changed. Does not follow a link. Any thread.
 key_t shmKey(const char* name);
 
-/// The same key for one who only looks: the marker file stays as it is, missing too, and nothing is logged.
-/// -1 when there is none, or a link in its place.
+/// Returns the same key without changing or creating the key file, and logs nothing; -1 if the file is
+/// missing or is a link.
 key_t existingShmKey(const char* name);
 
 } // namespace LIPC

@@ -25,7 +25,7 @@ ShmManaged::ShmManaged(const char* name) : key(shmKey(name)) {}
 
 void ShmManaged::attach(std::size_t bytes, Access access)
 {
-    if (key == -1) // a valid key for shmget, and another system's segment
+    if (key == -1) // shmget accepts -1 as a key, of some other program's segment
         return;
     const bool writes = access == Access::readWrite;
     id = shmget(key, 0, writes ? kModeWorldWritable : kReadForAll);
@@ -37,7 +37,7 @@ void ShmManaged::attach(std::size_t bytes, Access access)
         address = nullptr;
         return;
     }
-    // Asked after attaching: the segment cannot be exchanged for a shorter one any more.
+    // Checked after attaching: the segment can no longer be replaced by a smaller one.
     if (!isLongEnough(id, bytes))
         detach();
 }

@@ -8,7 +8,7 @@
 
 namespace LIPC {
 
-/// What every attachment has. Made from a segment's name, whose key it derives at once.
+/// The base of every attachment. Derives the key from the segment's name when it is constructed.
 class ShmManaged {
 public:
     explicit ShmManaged(const char* name);
@@ -18,24 +18,24 @@ public:
 
     key_t key;               // -1 when the key could not be derived
     int id = -1;             // the segment's identifier; negative when there is none
-    void* address = nullptr; // where it is attached; null when it is absent or too small
+    void* address = nullptr; // of the attachment; null when the segment is absent or too small
 
 protected:
     enum class Access { readWrite, readOnly };
 
-    /// For a key that is derived already.
+    /// Uses a key that was derived before.
     explicit ShmManaged(key_t derived) : key(derived) {}
     /// Attaches an existing segment of at least `bytes` bytes.
     void attach(std::size_t bytes, Access access);
     void detach();
-    /// Maps the attached pages for reading at once, where the system can do that. Otherwise each is mapped
-    /// when it is read first, which takes almost twice as long.
+    /// Maps all attached pages for reading, if the system supports it. Otherwise each page is mapped on first
+    /// use, which takes almost twice as long.
     void mapPages(std::size_t bytes) const;
 };
 
 /// Attaches to an existing segment for the life of this object, which is that of one operation. Never
-/// creates, resizes or removes a segment, and never throws. `Layout` is the form of the segment's contents
-/// and tells in `kSegmentBytes` how long a segment must be. May be used on any thread.
+/// creates, resizes or removes a segment, and never throws. `Layout` describes the segment's contents, and
+/// `Layout::kSegmentBytes` is the minimum size. Any thread.
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:
@@ -45,14 +45,13 @@ public:
     }
     ~ShmManagedOpen() override { detach(); }
 
-    /// The segment's contents, null when it is absent. Valid as long as this object is.
+    /// Returns the segment's contents, null when it is absent. Valid for the life of this object.
     Layout* contents() const { return static_cast<Layout*>(address); }
-    /// For an operation that looks at all of it.
+    /// Maps all pages, for an operation that reads the whole segment.
     void populate() const { mapPages(Layout::kSegmentBytes); }
 };
 
-/// The same for one who only looks: the system lets nothing be written through it, and the marker file stays
-/// as it is, or missing.
+/// Attaches read-only: writing through it faults, and the key file is neither changed nor created.
 template <typename Layout>
 class ShmManagedLook : public ShmManaged {
 public:
@@ -62,7 +61,7 @@ public:
     }
     ~ShmManagedLook() override { detach(); }
 
-    /// The segment's contents, null when it is absent. Valid as long as this object is.
+    /// Returns the segment's contents, null when it is absent. Valid for the life of this object.
     const Layout* contents() const { return static_cast<const Layout*>(address); }
 };
 

@@ -8,8 +8,8 @@ namespace LIPC {
 
 struct VersionBuffer {
     static constexpr std::size_t kSegmentBytes = 8;
-    static constexpr std::int32_t kNotPublished = 0;      // a word size that the host has not written yet
-    static constexpr std::int32_t kAcceptedWordSize = 64; // of a host that the agent works with
+    static constexpr std::int32_t kNotPublished = 0;      // the host has not written its word size yet
+    static constexpr std::int32_t kAcceptedWordSize = 64; // the agent refuses other hosts
 
     std::int32_t hostData; // the host's own
     std::int32_t wordSize; // bits of the running host

@@ -35,7 +35,7 @@ void timeStamp(char (&out)[100])
     std::snprintf(out, sizeof out, "%s.%06d", date, static_cast<int>(now.tv_usec));
 }
 
-// Seconds that no change of the clock moves.
+// Seconds of a clock that is never set.
 std::int64_t secondsNow()
 {
     timespec now{};

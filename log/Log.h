@@ -13,16 +13,16 @@ enum eLogLevel {
 
 /// Writes one line, "2026-03-01 14:05:09.004211 <ERRO> tag message", to the standard error stream, the
 /// standard output stream and the system log. `tag` names the reporting operation; `format` and what follows
-/// are as for `printf`. A message or line that does not fit 511 bytes is cut; its line feed stays. Of lines
-/// that repeat one a minute is written, with the number of those left out since. Any thread; never blocks.
-/// Failures of the streams or the system log are ignored.
+/// are as for `printf`. A message or line that does not fit 511 bytes is cut; its line feed stays. Repeated
+/// lines are written once a minute, with the number of those omitted. Any thread; never blocks. Failures of
+/// the streams or the system log are ignored.
 [[gnu::format(printf, 3, 4)]] void Log(eLogLevel level, const char* tag, const char* format, ...);
 
-/// The same for the result of what the user has just asked for: written however often it repeats.
+/// Writes the result of a user's action: the same line, however often it repeats.
 [[gnu::format(printf, 3, 4)]] void LogAnswer(eLogLevel level, const char* tag, const char* format, ...);
 
-/// Collects the messages that LogAnswer gets on this thread while it lives, for whoever asked; they are
-/// logged as well. Of two that live at once, the later one collects.
+/// Collects the messages that this thread passes to LogAnswer during its life; they are logged too. If two
+/// exist, the later one collects.
 class CollectedAnswers {
 public:
     CollectedAnswers();

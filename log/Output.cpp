@@ -33,7 +33,7 @@ struct Redirection {
     std::function<void(std::string_view)> sink;
 };
 
-// Lives on while the process ends: the queues' threads do, too.
+// Never destroyed: the queues' threads run until the process ends.
 Redirection& redirection()
 {
     static auto* const all = new Redirection;
@@ -55,7 +55,7 @@ void writeToSystemLog(std::string_view text)
 {
     while (!text.empty()) {
         const auto line = text.substr(0, text.find('\n') + 1);
-        // The priority of every level: studios filter their system logs for warnings of this system.
+        // One priority for every level: studios filter their system logs for warnings of this system.
         syslog(LOG_WARNING, "%.*s", static_cast<int>(line.size()), line.data());
         text.remove_prefix(line.empty() ? text.size() : line.size());
     }

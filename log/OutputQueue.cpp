@@ -12,7 +12,7 @@
 namespace Lct {
 namespace {
 
-constexpr std::size_t kMaxPieceBytes = 4096; // written whole by one write where the output is a pipe
+constexpr std::size_t kMaxPieceBytes = 4096; // PIPE_BUF: one write to a pipe is not split
 constexpr std::size_t kMaxReportBytes = 128; // kept free for the line about dropped texts
 constexpr std::size_t kThreadStackBytes = 262144;
 
@@ -24,7 +24,7 @@ void writeAll(int descriptor, std::string_view text)
         const auto count = ::write(descriptor, text.data(), text.size());
         if (count >= 0) {
             text.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno == EAGAIN || errno == EWOULDBLOCK) { // somebody else has made it non-blocking
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) { // another process has made it non-blocking
             pollfd output{descriptor, POLLOUT, 0};
             if (poll(&output, 1, -1) < 0 && errno != EINTR)
                 return;
@@ -80,7 +80,7 @@ bool OutputQueue::flush(int milliseconds)
                             [this] { return begin == end && !isWriting; });
 }
 
-// Signals are the main thread's business.
+// The thread gets no signals: the main thread handles them.
 bool OutputQueue::startThread()
 {
     sigset_t all;
@@ -132,11 +132,11 @@ std::size_t OutputQueue::takePiece(char* piece)
     waiting.copy(piece, size);
     begin += size;
     if (begin == end)
-        begin = end = 0; // touches no more of the buffer than is needed
+        begin = end = 0; // keeps the used part of the buffer small
     return size;
 }
 
-// Only once the output has taken all of it: then somebody reads again.
+// Called only when the buffer is empty, which shows that the output is read again.
 void OutputQueue::reportDropped()
 {
     if (droppedTexts == 0 || begin != end)

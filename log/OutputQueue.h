@@ -10,13 +10,12 @@
 
 namespace Lct {
 
-/// Keeps up to 64 KB of text for an output that may be slow or stuck. While there is no room, callers wait,
-/// but in all at most half a second until the output has taken everything. Text that does not fit after that
-/// is dropped, and one line later says how much. Lives until the process ends: the thread is never joined.
-/// Any thread.
+/// Buffers up to 64 KB of text for an output that may be slow or stuck. When the buffer is full, callers
+/// wait, together at most half a second until the buffer is empty again. Then text that does not fit is
+/// dropped, and a later line reports how much. Never destroyed: the thread is not joined. Any thread.
 class OutputQueue {
 public:
-    /// Writes `text`, at most 4096 bytes that end with a whole line where there is one. May block.
+    /// Writes `text`: at most 4096 bytes, which end with a whole line if they contain one. May block.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
@@ -24,11 +23,11 @@ public:
     OutputQueue(const OutputQueue&) = delete;
     OutputQueue& operator=(const OutputQueue&) = delete;
 
-    /// Adds a text whole, or drops it whole. Starts the thread at the first call; where the system refuses
-    /// one, the caller writes.
+    /// Adds or drops the whole text. Starts the thread at the first call; if the system refuses one, the
+    /// caller writes.
     void add(std::string_view text);
 
-    /// Waits until everything added so far is written, at most `milliseconds`. Returns whether it is.
+    /// Waits until all added text is written, at most `milliseconds`. Returns false on timeout.
     bool flush(int milliseconds);
 
 private:
@@ -51,7 +50,7 @@ private:
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t droppedTexts = 0;
-    std::chrono::steady_clock::duration patience = kMaxWait; // of callers, until the buffer is empty
+    std::chrono::steady_clock::duration patience = kMaxWait; // callers' remaining time until it is empty
     bool isWriting = false;
     bool hasThread = false;
 };
@@ -61,7 +60,7 @@ OutputQueue& standardOutput();
 OutputQueue& standardError();
 OutputQueue& systemLog(); // each text is whole lines
 
-/// Writes all of `text` to a descriptor, waiting where it must. Gives up when the descriptor fails.
+/// Writes all of `text` to a descriptor, and waits while it is full. Stops when the descriptor fails.
 void writeAll(int descriptor, std::string_view text);
 
 } // namespace Lct

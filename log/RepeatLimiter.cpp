@@ -19,7 +19,7 @@ std::optional<unsigned> RepeatLimiter::admit(const char* format, std::string_vie
     return std::exchange(known.leftOut, 0);
 }
 
-// The oldest of the messages kept is where the next one goes.
+// `next` is the index of the oldest message, which the next one replaces.
 bool RepeatLimiter::isDue(const Format& known, std::size_t hash, std::int64_t now)
 {
     const auto isRecent = [now](const Message& message) {

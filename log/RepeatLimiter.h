@@ -1,4 +1,4 @@
-// Keeps a fault that repeats from filling the log.
+// Limits repeated log lines.
 #pragma once
 
 #include <array>
@@ -9,16 +9,15 @@
 
 namespace Lct {
 
-/// Decides which lines are written: of equal ones, one a minute; of those with one format, 20 a minute. Not
-/// for several threads at once.
+/// Decides which lines are written: one a minute of equal lines, 20 a minute of lines with the same format.
+/// Not synchronised.
 class RepeatLimiter {
 public:
     static constexpr std::int64_t kPeriod = 60; // seconds
     static constexpr int kMaxLines = 20;        // of one format in a period
 
-    /// Returns how many lines of this format were left out since the last one that was written; nullopt when
-    /// this one is left out too. `format` is compared by its address, `now` is in seconds and never
-    /// decreases.
+    /// Returns how many lines of this format were omitted since the last written one; nullopt if this one is
+    /// omitted too. `format` is compared by its address; `now` is in seconds and never decreases.
     std::optional<unsigned> admit(const char* format, std::string_view message, std::int64_t now);
 
 private:
@@ -28,7 +27,7 @@ private:
     };
     struct Format {
         const char* format = nullptr;
-        std::array<Message, kMaxLines> messages{}; // the last ones that were written
+        std::array<Message, kMaxLines> messages{}; // the last written ones
         std::size_t next = 0;
         unsigned leftOut = 0;
     };

@@ -1,5 +1,4 @@
-// What the settings menu offers and what a fresh installation starts with: the speaker configurations, the
-// layout behind each, and the defaults of the host parameters.
+// The speaker configurations of the menu, the layout of each, and the defaults of the host parameters.
 #pragma once
 
 #include "tables/MixLayouts.h"
@@ -19,8 +18,8 @@ extern const std::map<std::int32_t, LSS::eMixLayout> sSpkrConf2Layout;
 // Parameter number (a slot number of the settings client in the shared session) to default value.
 extern const std::map<std::int32_t, float> cParameterDefaults;
 
-// The lowest speaker configuration whose layout has the id `layout`, -1 when none has. The id is a plain
-// integer because it comes out of a settings file and may name no layout at all.
+// Returns the lowest speaker configuration whose layout has the id `layout`, -1 if there is none. The id is
+// an integer because it is read from a settings file and may be no layout.
 std::int32_t speakerConfigurationOfLayout(std::int32_t layout);
 
 } // namespace Kest::Settings

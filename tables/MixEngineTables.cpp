@@ -58,7 +58,7 @@ const std::map<std::int32_t, float> cRTIn_ParameterDefaultValues{
 };
 // clang-format on
 
-// The keys are the engine's, the values are not known here: nothing reads them, so all are 0.
+// The keys are the engine's. The values are unknown and never read, so all are 0.
 const std::map<std::int32_t, float> cOfflineParameterDefaultValues = zeroDefaults(76);
 
 // clang-format off
@@ -86,8 +86,8 @@ const std::map<eMixProfiles, std::string> sMixProfileNames{
     {eMixProfiles::NearFieldBroadcast, "NearField Broadcast"},
 };
 
-// Which formats a profile may export is the engine's to say, and nothing here reads it: every profile gets the
-// one format known to this agent.
+// The engine defines the export formats of a profile, and nothing here reads them: every profile has the one
+// format known to this agent.
 const std::map<eMixProfiles, mixprofile> sMixProfileCapabilities{
     {eMixProfiles::CinemaKestMax,      {true,  {eObjectExportFormats::MDA}}},
     {eMixProfiles::CinemaKest3D,       {true,  {eObjectExportFormats::MDA}}},

@@ -1,5 +1,5 @@
-// Parameters, strings and mix profiles of the mixing engine, by name and default. The settings agent itself
-// reads none of them; they complete the set of tables that the system's programs share.
+// Parameters, strings and mix profiles of the mixing engine, with names and defaults. The agent reads none of
+// them; they complete the tables that the system's programs share.
 #pragma once
 
 #include <cstdint>

@@ -4,8 +4,8 @@ namespace LSS {
 
 using enum eMixLayout;
 
-// Name, channels, LFEs, flag, preset. The cinema variants have ids of their own but repeat the rows of the
-// layouts they derive from.
+// Name, channels, LFEs, flag, preset. The cinema variants have separate ids and repeat the rows of the
+// layouts that they derive from.
 // clang-format off
 const std::map<eMixLayout, MixLayout> cMixLayouts{
     {Mono,             {"Mono",                   1, 0, 0, nullptr}},

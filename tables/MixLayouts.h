@@ -6,7 +6,7 @@
 
 namespace LSS {
 
-// Layout ids as the host stores and exchanges them, hence the fixed values; 23 is not in use.
+// The layout ids that the host stores and exchanges; 23 is not used.
 enum class eMixLayout : std::int32_t {
     Mono = 0,
     Stereo = 1,
@@ -28,7 +28,7 @@ enum class eMixLayout : std::int32_t {
     Kest_11_1_740 = 17,
     Kest_13_1_751 = 18,
     Atmos_9_1 = 19,
-    Kest_13_1_661 = 20, // only a speaker list: in neither layout map
+    Kest_13_1_661 = 20, // has a speaker list only, and is in neither layout map
     Kest_11_1_Cinema = 21,
     Kest_13_1_Cinema = 22,
     KestMax_20_1 = 24,
@@ -42,10 +42,10 @@ struct MixLayout {
     std::int32_t channels;    // loudspeakers without the LFEs
     std::int32_t lfeChannels; // 0 to 2
     std::int32_t flag;        // 0 or 1; belongs to the host, no meaning in this agent
-    const char* presetName;   // NUL-terminated; null where the layout has no preset
+    const char* presetName;   // NUL-terminated; null if the layout has no preset
 };
 
-// Look up with find: ids that a map does not hold are a normal answer.
+// Look up with find: missing ids are normal.
 extern const std::map<eMixLayout, MixLayout> cMixLayouts;     // ids 0 to 19, 21, 22
 extern const std::map<eMixLayout, MixLayout> cKestMaxLayouts; // ids 24 to 27
 

@@ -40,7 +40,7 @@ inline constexpr Setting kSettings[] = {
 };
 // clang-format on
 
-/// The bus that is always offered.
+/// The bus that is always in the menu.
 inline constexpr char kMainBus[] = "Main Bus";
 
 /// The pipe that encoders report to.

@@ -1,7 +1,7 @@
 #include "tables/SpeakerLabels.h"
 
-// One file on purpose: the maps at the end view the lists before them, and only within a file is the order of
-// construction fixed.
+// All in one file, because the maps at the end refer to the lists before them, and the order of construction
+// is defined only within a file.
 
 namespace LSS {
 
@@ -95,7 +95,7 @@ constexpr std::array<Speaker, 7> cSpeakerLabels_Planar_7_0{{
     {"Rsr",     1, RearRight,            -150,   0, -1},
 }};
 
-// The sides stand at 110 degrees here and at 90 in 7.0: that is how the two are mixed, not a slip.
+// The sides are at 110 degrees here and at 90 in 7.0, as the two are mixed.
 constexpr std::array<Speaker, 8> cSpeakerLabels_Planar_7_1{{
     {"L",       4, Left,                   30,   0, -1},
     {"C",       5, Centre,                  0,   0, -1},
@@ -169,7 +169,7 @@ constexpr std::array<Speaker, 12> cSpeakerLabels_Kest_11_1{{
     {"T",      10, Top,                     0,  90, 10},
 }};
 
-// Only the LFE has a place in the reference order.
+// Only the LFE is in the reference order.
 constexpr std::array<Speaker, 12> cSpeakerLabels_Kest_11_1_740{{
     {"L",       4, Left,                   30,   0, -1},
     {"C",       5, Centre,                  0,   0, -1},
@@ -202,7 +202,7 @@ constexpr std::array<Speaker, 14> cSpeakerLabels_Kest_13_1_751{{
     {"T",      12, Top,                     0,  90, -1},
 }};
 
-// The rears carry no direction; the mixing system expects them so.
+// The rears have no direction, as the mixing system expects.
 constexpr std::array<Speaker, 10> cSpeakerLabels_DolbyAtmos_9_1{{
     {"L",       4, Left,                   30,   0, -1},
     {"C",       5, Centre,                  0,   0, -1},
@@ -216,7 +216,7 @@ constexpr std::array<Speaker, 10> cSpeakerLabels_DolbyAtmos_9_1{{
     {"Rts",     8, TopRight,              -90,  60, -1},
 }};
 
-// 6.1 + 6H + T: labels only, no layout record goes with it.
+// 6.1 + 6H + T: labels only, without a layout record.
 constexpr std::array<Speaker, 14> cSpeakerLabels_Kest_13_1_661{{
     {"L",       3, Left,                   30,   0,  0},
     {"C",       4, Centre,                  0,   0,  4},
@@ -235,7 +235,7 @@ constexpr std::array<Speaker, 14> cSpeakerLabels_Kest_13_1_661{{
 }};
 
 // Channel order of the large layouts: left, centre, right first, then no single rule. The wides and the back top
-// pair have channels behind the LFE's.
+// pair have channels after the LFE's.
 const std::vector<Speaker> cSpeakerLabels_KestMax_20_1{
     {"L",       0, Left,                   30,   0, -1},
     {"C",       1, Centre,                  0,   0, -1},

@@ -11,7 +11,7 @@
 
 namespace LSS {
 
-// Where a loudspeaker belongs. The exact direction varies between layouts and stands in Speaker.
+// The nominal position of a loudspeaker. The exact direction varies between layouts and is in Speaker.
 enum class ePosition : std::int32_t {
     Left = 0,
     Centre = 1,
@@ -60,14 +60,14 @@ enum class ePosition : std::int32_t {
 
 struct Speaker {
     char label[8];             // NUL-terminated, at most 7 characters
-    std::int32_t channelIndex; // place in the layout's channel order, from 0
+    std::int32_t channelIndex; // index in the layout's channel order, from 0
     ePosition position;
     float azimuth;               // degrees, positive to the left
     float elevation;             // degrees, positive upwards
-    std::int32_t referenceIndex; // place in the reference order of the 5.1-based layouts, -1 for none
+    std::int32_t referenceIndex; // index in the reference order of the 5.1-based layouts, -1 for none
 };
 
-// Array order is not channel order: sort by channelIndex where that matters.
+// Array order is not channel order: sort by channelIndex if the order matters.
 extern const std::array<Speaker, 1> cSpeakerLabels_Mono_1_0;
 extern const std::array<Speaker, 2> cSpeakerLabels_Stereo_2_0;
 extern const std::array<Speaker, 3> cSpeakerLabels_LCR_3_0;
@@ -94,7 +94,7 @@ extern const std::vector<Speaker> cSpeakerLabels_KestMax_22_1;
 extern const std::vector<Speaker> cSpeakerLabels_KestMax_26_1;
 extern const std::vector<Speaker> cSpeakerLabels_NHK_22_2;
 
-// All lists. The two cinema layouts share the lists of the layouts they derive from. The views stay valid
+// All lists. The two cinema layouts share the lists of the layouts that they derive from. The views are valid
 // until the process exits. Look up with find.
 extern const std::map<eMixLayout, std::span<const Speaker>> cSpeakerLabels;
 

@@ -1,4 +1,4 @@
-// What the host's status messages say.
+// The texts of the host's status messages.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ inline constexpr StatusMessage kStatusMessages[] = {
     {2, "Linking...", true},
 };
 
-/// Null for a number that says nothing.
+/// Returns null for a number without a text.
 inline const StatusMessage* statusMessage(std::int32_t number)
 {
     const auto* found = std::ranges::find(kStatusMessages, number, &StatusMessage::number);

@@ -1,4 +1,4 @@
-// Lines out of a stream of bytes that arrives in pieces of any size.
+// Splits a stream of bytes, which arrives in pieces of any size, into lines.
 #pragma once
 
 #include <algorithm>
@@ -11,11 +11,11 @@ namespace Kest::Text {
 /// A line ends at a line feed, a carriage return or a NUL byte.
 class LineSplitter {
 public:
-    // Writers of a pipe write lines of up to PIPE_BUF bytes whole; a longer one may be mixed with others'.
+    // PIPE_BUF: a pipe keeps shorter lines whole and may mix longer ones with those of other writers.
     static constexpr std::size_t kLongestLine = 4096;
 
-    /// Calls `take` with each line that ends in these bytes, without its end; empty ones are left out. For
-    /// one of more than 4096 bytes `drop` is called instead, once, with its first 4097. A line is valid
+    /// Calls `take` with each line that ends in these bytes, without its end; skips empty lines. For a line
+    /// of more than 4096 bytes it calls `drop` instead, once, with the first 4097 bytes. A line is valid
     /// during the call.
     template <typename Take, typename Drop>
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
@@ -38,17 +38,17 @@ public:
         }
     }
 
-    /// Returns what has arrived of the line that has not ended yet, at most 4097 bytes of it.
+    /// Returns the beginning of the line that has not ended yet, at most 4097 bytes.
     const std::string& unfinished() const { return begun; }
 
 private:
     static bool isLineEnd(char c)
     {
-        // All but a few bytes need one comparison.
+        // One comparison is enough for almost every byte.
         return static_cast<unsigned char>(c) <= '\r' && (c == '\n' || c == '\r' || c == '\0');
     }
 
-    // One byte more than a line may have marks one that is too long, whatever follows.
+    // One byte more than the maximum marks a line that is too long.
     const std::string& keep(std::string_view piece)
     {
         return begun.append(piece.substr(0, kLongestLine + 1 - begun.size()));

@@ -5,8 +5,8 @@
 namespace Kest::Text {
 namespace {
 
-// The characters of the bytes from 0x80 on, as in Unicode's ROMAN.TXT: 0xDB is the euro sign, 0xF0 the
-// private U+F8FF.
+// The characters of the bytes from 0x80, as in Unicode's ROMAN.TXT: 0xDB is the euro sign, 0xF0 the private
+// U+F8FF.
 // clang-format off
 constexpr std::u16string_view kUpperHalf =
     u"ÄÅÇÉÑÖÜáàâäãåçéè" // 80

@@ -1,4 +1,4 @@
-// Bus names are Mac OS Roman in the host's records and UTF-8 in the menu.
+// Conversion of bus names, which are Mac OS Roman in the host's records and UTF-8 in the menu.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace Kest::Text {
 
-/// Every byte has a character, so the way back gives the same bytes.
+/// Every byte is a character, so `utf8ToMacRoman` returns the same bytes.
 std::string macRomanToUtf8(std::string_view bytes);
 
-/// A character that Mac OS Roman does not have becomes "?".
+/// Replaces a character that Mac OS Roman does not have by "?".
 std::string utf8ToMacRoman(std::string_view text);
 
 } // namespace Kest::Text

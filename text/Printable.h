@@ -1,4 +1,4 @@
-// Text and numbers of other processes as they are printed: in one line, without control characters.
+// Prints text and numbers of other processes in one line, without control characters.
 #pragma once
 
 #include <string>
@@ -6,19 +6,18 @@
 
 namespace Kest::Text {
 
-/// Returns valid UTF-8: "?" in place of each control character, U+FFFD in place of each byte that belongs to
-/// no character.
+/// Returns valid UTF-8, with "?" for each control character and U+FFFD for each invalid byte.
 std::string printable(std::string_view text);
 
-/// Returns valid UTF-8 in which no byte is lost: each byte of a control character, and each that belongs to
-/// no character, becomes \xNN.
+/// Returns valid UTF-8 without losing a byte: each byte of a control character and each invalid byte becomes
+/// \xNN.
 std::string escaped(std::string_view text);
 
-/// Returns ASCII: every byte that is not a printable ASCII character becomes \xNN. For Mac OS Roman, which no
-/// terminal decodes.
+/// Returns ASCII, with \xNN for every byte that is not a printable ASCII character. For Mac OS Roman, which
+/// terminals do not decode.
 std::string escapedBytes(std::string_view text);
 
-/// Returns the shortest decimal that is read back as `value`; a whole number below 1e9 has no decimals.
+/// Returns the shortest decimal that reads back as `value`, without decimals for a whole number below 1e9.
 std::string printable(float value);
 
 } // namespace Kest::Text

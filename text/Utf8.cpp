@@ -72,7 +72,7 @@ void append(std::string& text, char32_t code)
 
 std::size_t wholeCharacters(std::string_view text, std::size_t limit)
 {
-    std::size_t begin = limit; // of the character that the byte behind the limit belongs to
+    std::size_t begin = limit; // of the character that contains the byte at the limit
     while (begin > 0 && limit - begin < kMaxLength - 1 && isContinuation(byteAt(text, begin)))
         --begin;
     return byteAt(text, begin) >= 0xC0 ? begin : limit;

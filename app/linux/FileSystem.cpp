@@ -14,7 +14,7 @@ namespace {
 
 std::int64_t nanoseconds(const statx_timestamp& time) { return time.tv_sec * 1'000'000'000 + time.tv_nsec; }
 
-// The table writes blanks, line breaks and backslashes as a backslash and three octal digits.
+// Decodes blanks, line breaks and backslashes: the table writes a backslash and three octal digits.
 std::string unescaped(const std::string& text)
 {
     constexpr std::size_t kDigits = 3;
@@ -43,7 +43,7 @@ std::optional<FileFacts> examine(int folder, const std::string& name)
         return std::nullopt;
     const auto device = std::uint64_t{found.stx_dev_major} << 32 | found.stx_dev_minor;
     FileFacts facts{.identity = {device, found.stx_ino},
-                    // Before Linux 5.8 bind mounts of the same file system are not told apart.
+                    // Before Linux 5.8, bind mounts of the same file system have equal values.
                     .mount = (found.stx_mask & STATX_MNT_ID) != 0 ? found.stx_mnt_id : device,
                     .mode = found.stx_mode,
                     .owner = found.stx_uid,
@@ -55,7 +55,7 @@ std::optional<FileFacts> examine(int folder, const std::string& name)
     return facts;
 }
 
-// By O_PATH a folder can also be passed that may be entered but not listed, as other users' homes are.
+// With O_PATH, the path may contain folders that may be entered but not listed, like other users' homes.
 Settings::Descriptor openFolder(int parent, const std::string& name)
 {
     return Settings::Descriptor(openat(parent, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

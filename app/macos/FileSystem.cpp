@@ -28,7 +28,7 @@ std::optional<FileFacts> examine(int folder, const std::string& name)
         return std::nullopt;
     const auto device = static_cast<std::uint64_t>(found.st_dev);
     FileFacts facts{.identity = {device, found.st_ino},
-                    .mount = device, // there are no bind mounts
+                    .mount = device, // macOS has no bind mounts
                     .mode = found.st_mode,
                     .owner = found.st_uid,
                     .modified = nanoseconds(found.st_mtimespec),

@@ -21,26 +21,27 @@ namespace {
 
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
 
-// The same numbers on every architecture; older C libraries lack the names.
+// System call numbers, equal on every architecture; older C libraries lack their names.
 constexpr long kPidfdSendSignal = 424;
 constexpr long kPidfdOpen = 434;
 
-// Its folder in /proc stays with the process: the files in it are gone when the process is.
+// Opens the process's folder in /proc. The open folder belongs to this process: reading its files fails after
+// the process has ended, even if the id is used again.
 Descriptor openFolder(std::int32_t pid)
 {
     return Descriptor(open(("/proc/" + std::to_string(pid)).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// Empty, with `errno` set, when it cannot be read.
+// Returns an empty text with `errno` set if the file cannot be read.
 std::string readAll(const Descriptor& folder, const char* name)
 {
     const Descriptor file(openat(folder.get(), name, O_RDONLY | O_CLOEXEC));
-    std::array<char, 8192> bytes{}; // more than the kernel writes into either file in front of what is wanted
+    std::array<char, 8192> bytes{}; // large enough for the required part of either file
     const auto count = file ? read(file.get(), bytes.data(), bytes.size()) : -1;
     return count > 0 ? std::string(bytes.data(), static_cast<std::size_t>(count)) : std::string();
 }
 
-// The number at the given place of a list with blanks or tabs between, counted from 0.
+// Returns the number at an index, from 0, of a list that is separated by blanks or tabs.
 std::uint64_t numberAt(std::string_view text, int index)
 {
     std::uint64_t number = 0;
@@ -55,7 +56,8 @@ std::uint64_t numberAt(std::string_view text, int index)
     return number;
 }
 
-// A number in a line of /proc/PID/status. The first line, which the process can choose, has no line break.
+// Returns a number of a line in /proc/PID/status. The process can choose the name in the first line, but no
+// line break in it.
 std::uint64_t field(std::string_view status, std::string_view label, int index = 0)
 {
     const auto begin = status.find(label);
@@ -71,7 +73,7 @@ ProcessFacts readFacts(const Descriptor& folder, std::int32_t pid)
         return {.state = errno == ESRCH ? ProcessFacts::State::ended : ProcessFacts::State::unreadable};
     if (field(status, "\nTgid:") != static_cast<std::uint64_t>(pid))
         return {.state = ProcessFacts::State::thread};
-    // From the third field on, the state; fields 20 and 22 are the number of threads and the start time.
+    // From the third field, the state; fields 20 and 22 are the number of threads and the start time.
     const auto fields = std::string_view(stat).substr(nameEnd + 1);
     const char state = fields.size() > 1 ? fields[1] : 'X';
     const bool isOver = (state == 'Z' || state == 'X') && numberAt(fields, 17) <= 1;
@@ -84,7 +86,7 @@ ProcessFacts readFacts(const Descriptor& folder, std::int32_t pid)
 
 bool isNobody(std::int32_t pid) { return pid <= 0 || (kill(pid, 0) != 0 && errno == ESRCH); }
 
-// Without asking the disk that the file is on: it may not answer.
+// Compares without a request to the file's disk, which may not answer.
 bool isSameFile(int folder, const char* name, const struct statx& wanted)
 {
     struct statx opened {};

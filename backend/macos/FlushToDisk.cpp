@@ -1,4 +1,4 @@
-// The Mac's way of waiting for the disk.
+// Waiting for the disk on macOS.
 #include "backend/FileText.h"
 
 #include <fcntl.h>
@@ -6,7 +6,7 @@
 
 namespace Kest::Settings {
 
-// Here fsync leaves the bytes in the drive's own memory. Not every file system can do better.
+// On macOS fsync leaves the bytes in the drive's cache. Not every file system supports F_FULLFSYNC.
 bool flushToDisk(int file) { return fcntl(file, F_FULLFSYNC) == 0 || fsync(file) == 0; }
 
 } // namespace Kest::Settings

@@ -29,7 +29,7 @@ std::vector<proc_fdinfo> descriptorsOf(std::int32_t pid)
 
 } // namespace
 
-// Threads have no numbers among those of processes here.
+// On macOS threads have no process ids.
 ProcessFacts processFacts(std::int32_t pid)
 {
     if (pid <= 0)

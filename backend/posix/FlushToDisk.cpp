@@ -1,4 +1,4 @@
-// Systems on which fsync waits for the disk.
+// Waiting for the disk on systems where fsync does so.
 #include "backend/FileText.h"
 
 #include <unistd.h>

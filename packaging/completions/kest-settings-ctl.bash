@@ -18,7 +18,7 @@ _kest_settings_ctl() {
         get,* | choose,*) ;;
         *) return ;;
     esac
-    # What is typed so far, without the shell's quoting; > and blanks break words only where they are not quoted.
+    # The typed text without the shell's quoting; only unquoted > and blanks split words.
     local line=${COMP_LINE:0:COMP_POINT} quote='' typed path
     typed=${line#*"$command" }
     while [[ $typed == --*' '* ]]; do # options before the path

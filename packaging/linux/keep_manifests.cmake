@@ -1,5 +1,5 @@
-# Run by each `cmake --install BUILD`: adds the lists of earlier installations, which CMake is about to replace, to one list
-# of their own. KEST_MANIFESTS is BUILD. uninstall.cmake reads all lists.
+# Run by each `cmake --install BUILD`: merges the lists of earlier installations, which CMake is about to replace, into
+# one separate list. KEST_MANIFESTS is BUILD. uninstall.cmake reads all lists.
 set(earlier "${KEST_MANIFESTS}/install_manifest_earlier.txt")
 file(GLOB manifests "${KEST_MANIFESTS}/install_manifest*.txt")
 set(installed)

@@ -1,4 +1,4 @@
-# The Debian package, by CPack; make_package builds it. Its version is the project's.
+# Settings of CPack for the Debian package, which make_package builds. Its version is the project's.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR Kestronics)
 set(CPACK_PACKAGE_CONTACT ${maintainer})
@@ -22,8 +22,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# A session bus for the tray. Every desktop has xdg-open, for output folders where no file manager is on that bus; asked for
-# by name it would bring half a desktop to a machine without one.
+# Recommends a session bus, for the tray. Only suggests xdg-utils, which opens output folders if no file manager is on
+# that bus: every desktop has xdg-open, and a recommendation would install half a desktop on a machine without one.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "gnome-shell-extension-appindicator, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/conffiles)

@@ -1,6 +1,6 @@
 # cmake -D MANIFESTS=BUILD -P uninstall.cmake
-# Removes what every `cmake --install BUILD` has installed, whatever its prefix, by the lists that they leave in BUILD.
-# DESTDIR is honoured.
+# Removes everything that any `cmake --install BUILD` has installed, with any prefix, by the lists that they leave in
+# BUILD. Honours DESTDIR.
 file(GLOB manifests "${MANIFESTS}/install_manifest*.txt")
 if(NOT manifests)
     message(FATAL_ERROR "Nothing was installed from ${MANIFESTS}.")
@@ -17,7 +17,7 @@ foreach(manifest IN LISTS manifests)
             endif()
             message(STATUS "Removed ${installed}")
         endif()
-        # Of the folders only the project's own are its to remove.
+        # Removes only the project's own folders.
         get_filename_component(folder "${installed}" DIRECTORY)
         file(GLOB others "${folder}/*")
         if(folder MATCHES "/kest-settings$" AND NOT others)

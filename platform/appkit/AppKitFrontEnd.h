@@ -1,4 +1,4 @@
-// The front end of AppKit: the menu in the menu bar.
+// The front end for AppKit, which shows the menu in the menu bar.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -15,7 +15,7 @@ class KestSettingsAppDelegate;
 
 namespace Kest::AppKit {
 
-/// Main thread only, but for `post`. The application object is there before it.
+/// Requires the application object. Main thread only, except `post`.
 class AppKitFrontEnd : public App::FrontEnd, private MenuListener {
 public:
     AppKitFrontEnd();
@@ -23,15 +23,15 @@ public:
     AppKitFrontEnd(const AppKitFrontEnd&) = delete;
     AppKitFrontEnd& operator=(const AppKitFrontEnd&) = delete;
 
-    /// Once, before anything is shown: whose menu it shows and who hears of choices. The application outlives
-    /// the last job.
+    /// Sets the application whose menu is shown and which receives the choices. Call it once, before anything
+    /// is shown. The application must outlive the last job.
     void setApplication(App::KestSettingsAppDelegate& application);
     NSMenu* statusMenu() const { return mirror->statusMenu(); }
 
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
     void menuChanged(const App::MenuChanges& changes) override { mirror->show(changes); }
-    /// The application terminates when the work at hand is done.
+    /// Terminates the application after the current event.
     void quit() override;
 
 private:
@@ -42,7 +42,7 @@ private:
 
     App::KestSettingsAppDelegate* delegate = nullptr;
     KestMenuBridge* const bridge;
-    std::optional<MenuMirror> mirror; // with the delegate
+    std::optional<MenuMirror> mirror; // set with the delegate
     id statusItem = nil;
     Posix::JobQueue jobs;
     const InputWatch wakeUps;

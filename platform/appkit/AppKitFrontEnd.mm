@@ -23,7 +23,7 @@ AppKitFrontEnd::~AppKitFrontEnd()
     [bridge disconnect];
     if (statusItem != nil)
         removeStatusItem(statusItem);
-    [bridge autorelease]; // the items let go of it first
+    [bridge autorelease]; // after the items, which refer to it
 }
 
 void AppKitFrontEnd::setApplication(App::KestSettingsAppDelegate& application)
@@ -42,7 +42,7 @@ void AppKitFrontEnd::post(std::function<void()> job)
     jobs.post([job = std::move(job)] { stopExceptions("a job", job); });
 }
 
-// Later, so that the choice that asks for it comes to its end first.
+// Delayed, so that the choice that requested it is completed first.
 void AppKitFrontEnd::quit()
 {
     [NSApp performSelector:@selector(terminate:) withObject:nil afterDelay:0 inModes:workingModes()];

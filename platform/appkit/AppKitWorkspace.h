@@ -1,4 +1,4 @@
-// The services of AppKit and Foundation.
+// The desktop services, with AppKit and Foundation.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -11,7 +11,7 @@ public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override;
     void selectFile(const std::string& folder) override;
-    /// In front of all other applications.
+    /// Shows the panel in front of all other applications.
     void showAboutPanel(const App::About& about) override;
     void log(const std::string& line) override;
 };

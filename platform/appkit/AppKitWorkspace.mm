@@ -6,7 +6,7 @@
 
 namespace Kest::AppKit {
 
-// A program that is not there or may not be run makes the task throw.
+// The task throws if the program is missing or not executable.
 bool AppKitWorkspace::run(const std::string& program, const std::vector<std::string>& arguments)
 {
     NSMutableArray* words = [NSMutableArray array];
@@ -26,7 +26,7 @@ bool AppKitWorkspace::run(const std::string& program, const std::vector<std::str
 }
 
 #pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations" // what came after takes a block
+#pragma clang diagnostic ignored "-Wdeprecated-declarations" // the replacements take a block
 
 bool AppKitWorkspace::launchApplication(const std::string& path)
 {

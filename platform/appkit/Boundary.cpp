@@ -1,4 +1,4 @@
-// C++ on purpose: with GNUstep's runtime, Objective-C++ catches no exceptions of C++.
+// This file is C++ because Objective-C++ with GNUstep's runtime does not catch C++ exceptions.
 #include "platform/appkit/Boundary.h"
 
 #include "log/Log.h"

@@ -1,4 +1,4 @@
-// The row of an encoding: its name, its percentage and a bar.
+// The row of an encoding: name, percentage and progress bar.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -6,32 +6,32 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// A name and a percentage, below them a bar that is filled as far, and the arrow of a submenu, which AppKit
-/// draws for no item with a view.
+/// Contains a name, a percentage, a progress bar below them, and the arrow of a submenu, which AppKit does
+/// not draw for an item with a view.
 @interface KestEncodingRow : NSView {
     CGFloat progress;
 }
-/// How much of the bar is filled, 0 to 1; a copy of the row starts with 0.
+/// The filled part of the bar, 0 to 1; 0 in a copy of the row.
 @property(nonatomic) CGFloat progress;
 - (NSTextField*)nameLabel;
 - (NSTextField*)percentageLabel;
-/// The whole bar, filled or not, and the arrow, in the row's coordinates.
+/// The frames of the whole bar and of the arrow, in the row's coordinates.
 - (NSRect)bar;
 - (NSRect)arrow;
-/// Whether the item that it is the view of is highlighted.
+/// Returns whether the item that has this view is highlighted.
 - (BOOL)isSelected;
-/// Gives the labels the colour that goes with `isSelected`.
+/// Sets the labels' colour, which depends on `isSelected`.
 - (void)colorLabels;
 @end
 
-/// Draws the bar and the arrow of the row that it is in, above the row's selection.
+/// Draws the bar and the arrow of its superview, a row, above the row's selection.
 @interface KestEncodingBar : NSView
 @end
 
 namespace Kest::AppKit {
 
-/// A deep copy of the one row that is the template, with these labels, and what it says to those who cannot
-/// see it. Main thread only. Autoreleased.
+/// Returns a deep copy of the template row with these labels; `spoken` is its accessibility label.
+/// Autoreleased. Main thread only.
 KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& spoken);
 
 } // namespace Kest::AppKit

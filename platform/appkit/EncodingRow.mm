@@ -7,11 +7,11 @@
 
 namespace {
 
-// In points. The row begins where titles of other items do, behind the place of the check mark.
+// In points. The row begins where the titles of other items do, after the column of check marks.
 constexpr CGFloat kWidth = 280;
 constexpr CGFloat kHeight = 34;
 constexpr CGFloat kLeft = 20;
-constexpr CGFloat kRight = 24; // with the arrow
+constexpr CGFloat kRight = 24; // includes the arrow
 constexpr CGFloat kLabelHeight = 18;
 constexpr CGFloat kLabelBottom = 12;
 constexpr CGFloat kPercentageWidth = 48;
@@ -57,9 +57,9 @@ KestEncodingRow* makeTemplate()
 }
 
 #pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations" // on the Mac, for what GNUstep does not have yet
+#pragma clang diagnostic ignored "-Wdeprecated-declarations" // on the Mac; GNUstep lacks the replacements
 
-// Nil where a system's views are archived no more.
+// Returns nil on systems that no longer archive views.
 KestEncodingRow* deepCopy(KestEncodingRow* row)
 {
     @try {
@@ -79,7 +79,7 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 
 } // namespace
 
-// On the Mac only: the menu item that a view is the row of.
+// Methods of the Mac only: the menu item of a view, and whether it is highlighted.
 @protocol KestRowOfAnItem
 - (id)enclosingMenuItem;
 - (BOOL)isHighlighted;

@@ -37,7 +37,7 @@ NSImage* roundedMask()
 {
     [super viewWillDraw];
     [self colorLabels];
-    NSView* selection = [[self subviews] objectAtIndex:0]; // by addSelection
+    NSView* selection = [[self subviews] objectAtIndex:0]; // added by addSelection
     const BOOL hidden = ![self isSelected];
     if ([selection isHidden] == hidden)
         return;

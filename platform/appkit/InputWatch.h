@@ -1,4 +1,4 @@
-// A descriptor in AppKit's loop.
+// Watches a descriptor in AppKit's main loop.
 #pragma once
 
 #include <functional>
@@ -8,7 +8,7 @@
 namespace Kest::AppKit {
 
 /// Calls `readable` whenever the descriptor has something to read, also while a menu or a panel is open. The
-/// descriptor stays open as long as the watch lives. Main thread only.
+/// descriptor must stay open while this object exists. Main thread only.
 class InputWatch {
 public:
     InputWatch(int descriptor, std::function<void()> readable);

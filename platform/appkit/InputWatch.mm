@@ -24,7 +24,7 @@
 
 - (void)inputIsReadable:(NSNotification*)notification
 {
-    @autoreleasepool { // the loop's own one may be drained only with the next event
+    @autoreleasepool { // the loop may drain its own pool only with the next event
         Kest::AppKit::stopExceptions("the main loop", readable);
     }
     [self wait];

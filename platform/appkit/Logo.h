@@ -5,8 +5,8 @@
 
 namespace Kest::AppKit {
 
-/// The image of that name in the bundle, or else the logo itself under that name: black on nothing, 19 points
-/// square, drawn at whatever resolution is asked for. Autoreleased.
+/// Returns the bundle's image of that name, or else the drawn logo under that name: black on transparent, 19
+/// points square, drawn at any resolution. Autoreleased.
 NSImage* logoNamed(NSString* name);
 
 } // namespace Kest::AppKit

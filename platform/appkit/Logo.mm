@@ -10,7 +10,7 @@
 + (void)draw:(NSCustomImageRep*)image
 {
     const CGFloat scale = [image size].width / Kest::App::kLogoCanvas;
-    const auto place = [scale](Kest::App::LogoPoint p) { // AppKit's y goes up
+    const auto place = [scale](Kest::App::LogoPoint p) { // AppKit's y axis points up
         return NSMakePoint(p.x * scale, (Kest::App::kLogoCanvas - p.y) * scale);
     };
     NSBezierPath* path = [NSBezierPath bezierPath];
@@ -19,7 +19,7 @@
     for (const auto& stroke : Kest::App::kLogoStrokes) {
         [path moveToPoint:place(stroke.from)];
         NSPoint end = place(stroke.to);
-        end.x += 0.01; // a stroke of no length has no ends to round
+        end.x += 0.01; // a stroke of length 0 has no round ends
         [path lineToPoint:end];
     }
     [[NSColor blackColor] set];
@@ -30,7 +30,7 @@
 namespace Kest::AppKit {
 namespace {
 
-constexpr CGFloat kSide = 19; // points, as the image's name says
+constexpr CGFloat kSide = 19; // points, as in the image's name
 
 } // namespace
 

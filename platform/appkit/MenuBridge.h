@@ -1,4 +1,4 @@
-// What AppKit's menus call.
+// The target and the delegate of AppKit's menus.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -7,22 +7,22 @@
 
 namespace Kest::AppKit {
 
-/// Hears what happens in the menu. Main thread only.
+/// Receives the events of the menus. Main thread only.
 class MenuListener {
 public:
     virtual ~MenuListener() = default;
     virtual void itemChosen(App::ItemId id) = 0;
-    /// The menu may be about to open; the only one of the three in which items may change.
+    /// The menu may be about to open. Items may change in this call, but not in the two below.
     virtual void menuNeedsUpdate(App::ItemId id) = 0;
     virtual void menuWillOpen(App::ItemId id) = 0;
-    /// The action of an item that was chosen from the menu follows.
+    /// The action of an item chosen from the menu follows.
     virtual void menuDidClose(App::ItemId id) = 0;
 };
 
-/// An item carries its id as the object that it represents.
+/// The id of an item is stored as its represented object.
 void setId(NSMenuItem* item, App::ItemId id);
 App::ItemId idOf(NSMenuItem* item);
-/// A submenu has the id of its item; a menu that is in none, that of the status menu.
+/// Returns the id of the item that the submenu belongs to; `kStatusMenuId` for a menu without a parent.
 App::ItemId idOf(NSMenu* menu);
 
 } // namespace Kest::AppKit
@@ -33,12 +33,12 @@ App::ItemId idOf(NSMenu* menu);
 @private
     Kest::AppKit::MenuListener* listener;
 }
-/// The listener is asked nothing more once `disconnect` has been called.
+/// The listener is not called after `disconnect`.
 - (id)initWithListener:(Kest::AppKit::MenuListener*)menuListener;
 - (void)disconnect;
 
 - (void)chooseItem:(NSMenuItem*)item;
-/// NO: no item has a key equivalent. Without it AppKit would send `menuNeedsUpdate:` for each key.
+/// Returns NO: no item has a key equivalent. Without it AppKit would send `menuNeedsUpdate:` for each key.
 - (BOOL)menuHasKeyEquivalent:(NSMenu*)menu forEvent:(NSEvent*)event target:(id*)target action:(SEL*)action;
 - (void)menuNeedsUpdate:(NSMenu*)menu;
 - (void)menuWillOpen:(NSMenu*)menu;

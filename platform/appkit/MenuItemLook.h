@@ -1,11 +1,11 @@
-// How one item looks.
+// Applies the properties of an item to an NSMenuItem.
 #pragma once
 
 #include "app/MenuModel.h"
 
 #import <AppKit/AppKit.h>
 
-// What an NSMenuItem of the Mac has and one of GNUstep lacks; asked for by `instancesRespondToSelector:`.
+// Methods of NSMenuItem on the Mac that GNUstep lacks; test with `instancesRespondToSelector:`.
 @protocol KestMenuItemAbilities
 - (void)setHidden:(BOOL)hidden;
 - (BOOL)isHidden;
@@ -15,13 +15,13 @@
 
 namespace Kest::AppKit {
 
-/// Where they cannot, the menu does without its hidden items.
+/// If false, the menu omits hidden items.
 bool itemsCanHide();
-/// Where they cannot, an encoding's title tells its progress.
+/// If false, an encoding's title contains its progress.
 bool itemsCanHaveViews();
 
-/// Gives an item everything that is seen of it but its submenu. The row of an encoding is a fresh view each
-/// time. Main thread only.
+/// Applies all visible properties of an item, except its submenu. An encoding gets a new view each time. Main
+/// thread only.
 void applyLook(NSMenuItem* item, const App::ItemProperties& look);
 
 } // namespace Kest::AppKit

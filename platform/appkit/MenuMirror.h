@@ -1,4 +1,4 @@
-// The model's menu as AppKit's menus.
+// Mirrors the model's menu in AppKit's menus.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -12,13 +12,14 @@
 
 namespace Kest::AppKit {
 
-/// Changes only what has changed. In an open menu items change in place, a removed item stays greyed where it
-/// is, and new ones are appended, so that an item's index does not change. The menu keeps that shape when it
-/// closes, because the action of the item that was chosen is still to come: `applyDeferredShapes` and
-/// `menuNeedsUpdate` give it the model's. Main thread only.
+/// Updates only what has changed. In an open menu items change in place, a removed item stays, greyed, and
+/// new ones are appended, so that no item's index changes. The menu keeps this layout when it closes, because
+/// AppKit sends the action of the chosen item later; `applyDeferredShapes` and `menuNeedsUpdate` then apply
+/// the model's layout. Main thread only.
 class MenuMirror {
 public:
-    /// The bridge outlives it; the model is used by `show`, `menuNeedsUpdate` and `applyDeferredShapes` only.
+    /// The bridge must outlive this object. Only `show`, `menuNeedsUpdate` and `applyDeferredShapes` use the
+    /// model.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
@@ -26,17 +27,17 @@ public:
 
     NSMenu* statusMenu() const { return root; }
 
-    /// Shows what has changed in the model; needs all changes, the first ones included.
+    /// Shows the changes of the model; requires all of them, including the first ones.
     void show(const App::MenuChanges& changes);
 
-    /// Gives a menu that has closed the model's shape now. An open menu keeps its shape.
+    /// Applies the model's layout to a menu that has closed; an open menu keeps its layout.
     void menuNeedsUpdate(App::ItemId id);
-    /// Only records it, as `menuClosed` does: AppKit forbids changing items while it reports either.
+    /// Only records the event, as does `menuClosed`: AppKit forbids changing items while it reports either.
     void menuOpened(App::ItemId id);
     void menuClosed(App::ItemId id);
-    /// Gives all menus that have closed, and have not opened again, the model's shape.
+    /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredShapes();
-    /// While items are added and removed GNUstep sends `menuNeedsUpdate:`.
+    /// Returns whether items are being added or removed, during which GNUstep sends `menuNeedsUpdate:`.
     bool isChanging() const { return changing; }
 
 private:
@@ -56,8 +57,8 @@ private:
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
     std::set<App::ItemId> openMenus;
-    std::set<App::ItemId> closedMenus; // of the open ones: their shape is still to be applied
-    std::set<App::ItemId> gone;        // still there, in open menus
+    std::set<App::ItemId> closedMenus; // those of openMenus whose layout is still to be applied
+    std::set<App::ItemId> gone;        // removed from the model, still in open menus
     bool changing = false;
 };
 

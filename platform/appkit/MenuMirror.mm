@@ -10,7 +10,7 @@ namespace {
 
 bool isLeftOut(const App::MenuItem& item) { return item.properties().hidden && !itemsCanHide(); }
 
-// Null when no item with a submenu has the id.
+// Returns null if no item with a submenu has the id.
 const App::Menu* modelsMenu(const App::MenuModel& model, App::ItemId owner)
 {
     if (owner == App::kStatusMenuId)
@@ -33,7 +33,7 @@ MenuMirror::MenuMirror(const App::MenuModel& ofModel, const std::string& title, 
 MenuMirror::~MenuMirror()
 {
     [root setDelegate:nil];
-    while ([root numberOfItems] > 0) { // the system may hold on to the menu, but not to what is in it
+    while ([root numberOfItems] > 0) { // the system may retain the menu, but must not retain its items
         forget([root itemAtIndex:0]);
         [root removeItemAtIndex:0];
     }
@@ -87,7 +87,7 @@ void MenuMirror::menuNeedsUpdate(App::ItemId id)
 
 void MenuMirror::applyDeferredShapes()
 {
-    while (!closedMenus.empty()) // a menu that goes with its item leaves the set
+    while (!closedMenus.empty()) // a menu that is removed with its item leaves the set
         menuNeedsUpdate(*closedMenus.begin());
 }
 
@@ -104,14 +104,14 @@ void MenuMirror::applyItem(NSMenuItem* item, const App::MenuItem& now)
     applyLook(item, now.properties());
     if ((now.submenu() != nullptr) == static_cast<bool>([item hasSubmenu]))
         return;
-    if (now.submenu() == nullptr) { // one like it has taken its place
+    if (now.submenu() == nullptr) { // replaced by an equal item without a submenu
         forgetBelow(item);
         [item setSubmenu:nil];
         aim(item, now.properties());
         return;
     }
     NSMenu* submenu = makeMenu([item title]);
-    [item setSubmenu:submenu]; // which aims it at its submenu
+    [item setSubmenu:submenu]; // also sets its target and action
     [submenu release];
     applyShape(now.id());
 }
@@ -135,7 +135,7 @@ NSMenuItem* MenuMirror::makeItem(const App::ItemProperties& look) const
 NSMenuItem* MenuMirror::itemFor(const App::MenuItem& item)
 {
     if (const auto known = items.find(item.id()); known != items.end()) {
-        if (gone.erase(item.id()) != 0) { // and is back
+        if (gone.erase(item.id()) != 0) { // added again
             applyItem(known->second, item);
             applyShape(item.id());
         }
@@ -187,7 +187,7 @@ void MenuMirror::removeGone(NSMenu* menu, const App::Menu& wanted, bool isOpen)
             gone.insert(idOf(item));
         } else {
             forget(item);
-            [[item retain] autorelease]; // it may be one of its own items that has it removed
+            [[item retain] autorelease]; // an item of its submenu may have caused the removal
             [menu removeItemAtIndex:index];
         }
     }

@@ -5,24 +5,25 @@
 
 namespace Kest::AppKit {
 
-/// Main thread, before all else of AppKit. False, with one line on standard error, when there is no screen.
+/// Returns false, with one line on standard error, if there is no screen. Call it before any other part of
+/// AppKit. Main thread.
 bool connectToScreen();
-/// Main thread. Runs the application until it terminates, which ends the process. On the Mac it holds an
-/// activity: App Nap would delay the timers of an agent without windows, and with them the monitor's pass
-/// each second. The Mac may still sleep.
+/// Runs the application until it terminates, which ends the process. Main thread. On the Mac it begins an
+/// activity: App Nap would delay the timers of an agent without windows, and so the monitor's pass each
+/// second. The Mac may still sleep.
 int runApplication(int argc, const char** argv);
 
-/// Main thread. Shows the menu where the system has such menus, until `removeStatusItem`.
+/// Shows the menu at the system's position for such menus, until `removeStatusItem`. Main thread.
 [[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
-/// Main thread. Removes and releases it.
+/// Removes and releases the item. Main thread.
 void removeStatusItem(id item);
 
-/// NSMenuItem, or a subclass that adds what GNUstep's lacks.
+/// Returns NSMenuItem, or a subclass that adds what GNUstep's lacks.
 Class menuItemClass();
-/// NSMenu, or a subclass that sends its delegate what GNUstep's does not.
+/// Returns NSMenu, or a subclass that sends its delegate the messages that GNUstep's does not send.
 Class menuClass();
 
-/// The run-loop modes in which the main thread works: also while a menu or a panel is open.
+/// Returns the run-loop modes in which the main thread runs jobs: also while a menu or a panel is open.
 inline NSArray* workingModes()
 {
     return [NSArray

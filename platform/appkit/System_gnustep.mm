@@ -1,6 +1,6 @@
-// GNUstep: a screen that may be missing, no bundle, and no status bar. A menu item forgets its attributed
-// title at once, and would not draw it. A menu sends its delegate `menuNeedsUpdate:` before it is displayed,
-// but nothing when it has opened or closed.
+// The parts for GNUstep: the screen may be missing, and there is no bundle and no status bar. GNUstep's menu
+// items do not keep an attributed title and would not draw it. Its menus send their delegate
+// `menuNeedsUpdate:` before they are displayed, but nothing when they have opened or closed.
 #include "log/Output.h"
 #import "platform/appkit/MenuBridge.h"
 #import "platform/appkit/System.h"
@@ -94,14 +94,14 @@ bool connectToScreen()
     }
 }
 
-// NSApplicationMain would read the bundle's description first.
+// Not NSApplicationMain, which first reads the bundle's description.
 int runApplication(int, const char**)
 {
     [NSApp run];
     return 0;
 }
 
-// The menu is the application's main menu.
+// Shows the menu as the application's main menu.
 id showStatusItem(NSMenu* menu, NSImage* logo)
 {
     [NSApp setApplicationIconImage:logo];

@@ -1,4 +1,4 @@
-// The Mac's bundle, status bar and menus.
+// The parts for the Mac: bundle, status bar and menus.
 #import "platform/appkit/System.h"
 
 namespace Kest::AppKit {
@@ -14,7 +14,7 @@ int runApplication(int argc, const char** argv)
 
 id showStatusItem(NSMenu* menu, NSImage* logo)
 {
-    [logo setTemplate:YES]; // the menu bar gives it its colour
+    [logo setTemplate:YES]; // the menu bar sets its colour
     NSStatusItem* item =
         [[[NSStatusBar systemStatusBar] statusItemWithLength:NSVariableStatusItemLength] retain];
     [item setMenu:menu];

@@ -1,4 +1,4 @@
-// Text on its way into AppKit.
+// Converts text for AppKit.
 #pragma once
 
 #include "text/Utf8.h"
@@ -8,7 +8,7 @@
 
 namespace Kest::AppKit {
 
-/// Autoreleased, never nil: what is not UTF-8 comes with replacement characters.
+/// Returns the text with U+FFFD for each invalid byte, never nil. Autoreleased.
 inline NSString* toNSString(const std::string& text)
 {
     return [NSString stringWithUTF8String:Text::toUtf8(text).c_str()];

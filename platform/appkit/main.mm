@@ -12,7 +12,7 @@
 #include <cstring>
 #include <vector>
 
-// Passes AppKit's events of the application's life to the agent.
+// Passes the application's start and end, as AppKit reports them, to the agent.
 @interface KestApplicationDelegate : NSObject {
 @public
     Kest::App::KestSettingsAppDelegate* agent;
@@ -39,7 +39,7 @@ namespace {
 
 using namespace Kest;
 
-// Everything here lives until the process ends, within AppKit's loop.
+// All its objects exist until the process ends, in AppKit's loop.
 int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv)
 {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
@@ -59,8 +59,8 @@ int runInMenuBar(const Settings::SystemPaths& paths, int argc, const char** argv
     return AppKit::runApplication(argc, argv);
 }
 
-// Without what macOS and Xcode add: -psn_0_12345, and user defaults as -NSShowAllViews YES. AppKit reads
-// those itself.
+// Returns the arguments without those that macOS and Xcode add: -psn_0_12345, and user defaults such as
+// -NSShowAllViews YES, which AppKit reads itself.
 std::vector<const char*> ownArguments(int argc, const char** argv)
 {
     std::vector<const char*> own;

@@ -17,7 +17,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Returns whether the descriptor is ready; false at the deadline.
+// Waits until the descriptor is ready. Returns false at the deadline.
 bool waitFor(int descriptor, short events, Client::Deadline deadline)
 {
     for (;;) {
@@ -28,7 +28,7 @@ bool waitFor(int descriptor, short events, Client::Deadline deadline)
         pollfd one{descriptor, events, 0};
         const int ready = poll(&one, 1, left);
         if (ready > 0 || (ready < 0 && errno != EINTR))
-            return true; // the call that follows reports an error
+            return true; // the next call reports an error
         if (ready == 0)
             return false;
     }

@@ -1,4 +1,4 @@
-// The other end of the control socket: what a program connects with.
+// The client's end of the control socket.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -13,17 +13,17 @@ namespace Kest::Control {
 /// One thread only.
 class Client {
 public:
-    using Deadline = std::optional<std::chrono::steady_clock::time_point>; // none: for ever
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>; // nullopt: no limit
 
-    /// Connects to the agent of this user that has its socket in one of the folders, the first that answers.
-    /// nullopt when there is none.
+    /// Connects to the first agent of this user that accepts at its socket in one of the folders. nullopt if
+    /// there is none.
     static std::optional<Client> connect(const std::vector<std::string>& folders);
 
-    /// Sends one line, which has no line feed. False when the agent has closed the connection.
+    /// Sends one line, given without its line feed. Returns false if the agent has closed the connection.
     bool send(const std::string& line);
 
     enum class Received { line, end, timeout };
-    /// Waits for the next line; `line` is without its line feed.
+    /// Waits for the next line and stores it in `line` without its line feed.
     Received receive(std::string& line, Deadline deadline);
 
 private:

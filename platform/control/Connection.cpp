@@ -71,7 +71,7 @@ bool Connection::hasTooLongLine() const
     return input.size() > kMaxRequestBytes && input.find('\n') > kMaxRequestBytes;
 }
 
-// A client that has only closed its own direction still gets its replies, and changes.
+// A client that has closed only its own direction still gets its replies and events.
 bool Connection::isOver() const
 {
     const bool isIdle = !awaitsReply && unsentBytes() == 0;

@@ -1,4 +1,4 @@
-// One client, as the server's thread knows it.
+// The connection of one client, on the server's thread.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -18,30 +18,30 @@ public:
     Connection(ClientId clientId, Settings::Descriptor opened) : id(clientId), socket(std::move(opened)) {}
 
     int descriptor() const { return socket.get(); }
-    /// What poll should wait for.
+    /// Returns the events to poll for.
     short events() const;
 
-    /// Adds to what is sent.
+    /// Appends to the unsent output.
     void send(const std::string& text);
-    /// Sends what the client takes at once.
+    /// Writes as much output as the socket accepts at once.
     void write();
-    /// Reads what has arrived.
+    /// Reads available input, at most 4096 bytes.
     void read();
-    /// Returns the next whole line, without its end, while the client may ask: one request at a time, and the
-    /// next when its reply has been taken.
+    /// Returns the next complete line, without its end; nullopt if there is none or the reply to the previous
+    /// request is not sent yet.
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
-    /// Since when the client has taken nothing of what is sent; nullopt when all is sent.
+    /// Returns since when the client has read no output; nullopt when all is sent.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     bool hasTooLongLine() const;
-    /// Whether nothing will happen any more.
+    /// Returns whether the connection can be dropped.
     bool isOver() const;
 
     const ClientId id;
     bool awaitsReply = false;
     bool watches = false;
-    bool isClosing = false; // after what is unsent
+    bool isClosing = false; // after the unsent output
     bool isDead = false;    // at once
 
 private:

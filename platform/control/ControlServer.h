@@ -1,4 +1,4 @@
-// Lets other programs of the user read the menu and choose, by a socket.
+// The server of the control socket: other programs of the user read the menu and choose items through it.
 #pragma once
 
 #include "app/MenuObserver.h"
@@ -19,7 +19,7 @@ namespace Kest::Control {
 
 class MenuCommands;
 
-/// Main thread only; application and front end outlive it. Replies that are ready are sent before its end.
+/// Main thread only; application and front end outlive it. The destructor sends the replies that are ready.
 class ControlServer final : public App::MenuObserver {
 public:
     ControlServer(App::KestSettingsAppDelegate& application, App::FrontEnd& frontEnd, ListeningSocket socket,
@@ -33,12 +33,11 @@ public:
 
 private:
     Outbox outbox;
-    const std::shared_ptr<MenuCommands> commands; // jobs that are posted ask whether it still lives
-    ServerThread thread;                          // ends first
+    const std::shared_ptr<MenuCommands> commands; // posted jobs check that it exists
+    ServerThread thread;                          // destroyed first
 };
 
-/// Starts a server at the user's socket. Null, with one log line, when it cannot be made: the agent runs
-/// without it.
+/// Starts a server at the user's socket. Null, with one log line, on failure: the agent runs without it.
 std::unique_ptr<App::MenuObserver> startServer(App::KestSettingsAppDelegate& application,
                                                App::FrontEnd& frontEnd, const Settings::SystemPaths& paths);
 

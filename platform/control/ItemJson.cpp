@@ -12,8 +12,8 @@ namespace {
 
 using Paths = std::unordered_map<const App::ItemSnapshot*, std::string>;
 
-/// A JSON object that is written as text: as a tree of values, thousands of encodings take ten times the
-/// memory. Texts must be printable UTF-8.
+/// A JSON object written directly as text: a tree of values takes ten times the memory for thousands of
+/// encodings. Texts must be printable UTF-8.
 class Object {
 public:
     Object& text(const char* name, std::string_view value)

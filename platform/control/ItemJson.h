@@ -1,4 +1,4 @@
-// What clients get: one JSON object in one line, in UTF-8, whatever the texts are.
+// The lines sent to clients: one JSON object each, always valid UTF-8.
 #pragma once
 
 #include "app/ItemPath.h"
@@ -8,13 +8,13 @@
 
 namespace Kest::Control {
 
-// Each returns a line with its line feed.
+// Each returns one line, including its line feed.
 
 /// The first line of each connection.
 std::string greeting();
 /// A reply with the whole menu.
 std::string menuReply(const App::ItemSnapshot& statusMenu);
-/// A reply with an item, and with those of its submenu.
+/// A reply with an item and the items of its submenu.
 std::string itemReply(const App::ItemSnapshot& item, const std::string& path);
 /// A reply without an item.
 std::string doneReply();

@@ -18,7 +18,7 @@ namespace {
 constexpr int kWaitingConnections = 16;
 constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
 
-// Each of these returns what is wrong; an empty text when nothing is.
+// Each of these returns the reason of a failure; an empty text on success.
 
 std::string prepareFolder(const std::string& folder)
 {
@@ -33,7 +33,7 @@ std::string prepareFolder(const std::string& folder)
     return {};
 }
 
-// The settings are locked, so a socket of this user that nobody answers was left by a killed agent.
+// Removes a socket of this user that refuses connections: the settings are locked, so its agent was killed.
 std::string removeStale(const std::string& path, const sockaddr_un& address)
 {
     struct stat status {};
@@ -94,7 +94,7 @@ ListeningSocket::~ListeningSocket()
     struct stat status {};
     if (socket && lstat(path.c_str(), &status) == 0 && status.st_dev == device && status.st_ino == inode) {
         unlink(path.c_str());
-        rmdir(path.substr(0, path.rfind('/')).c_str()); // fails where it contains anything else
+        rmdir(path.substr(0, path.rfind('/')).c_str()); // fails if it is not empty
     }
 }
 

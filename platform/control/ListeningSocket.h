@@ -10,12 +10,12 @@
 
 namespace Kest::Control {
 
-/// Listens until it is destroyed, which removes the socket, and its folder if that is empty.
+/// Listens until destroyed; the destructor removes the socket, and its folder if empty.
 class ListeningSocket {
 public:
-    /// Makes the socket with mode 0600 in the first folder whose path is short enough; makes that folder with
-    /// mode 0700. Replaces the socket that a killed agent has left, and follows or removes nothing else that
-    /// is there. Never blocks. nullopt, with one log line, on failure.
+    /// Creates the socket with mode 0600 in the first folder whose path is short enough; creates that folder
+    /// with mode 0700. Replaces the socket of a killed agent, but follows or removes no other file. Never
+    /// blocks. nullopt, with one log line, on failure.
     static std::optional<ListeningSocket> open(const std::vector<std::string>& folders);
     ~ListeningSocket();
     ListeningSocket(ListeningSocket&&) = default;

@@ -12,7 +12,7 @@ namespace {
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
-// Why an item cannot be chosen; empty when it can.
+// Returns why an item cannot be chosen; empty if it can.
 std::string refusal(const App::FoundItem& found, bool confirmed)
 {
     if (found.item == nullptr)
@@ -44,7 +44,7 @@ void MenuCommands::run(const Request& request, ClientId client)
     }
 }
 
-// As a user who reads the whole menu: some submenus are filled when they open.
+// Opens all submenus, since some are filled when they open.
 void MenuCommands::openAll()
 {
     for (const auto id : submenusBelow(takeSnapshot(delegate.menu())))
@@ -58,7 +58,7 @@ void MenuCommands::openMenusOf(App::ItemId id)
         delegate.menuWillOpen(item->id());
 }
 
-// The submenu of the item is filled as it is now; all are where nothing is found.
+// Finds an item after opening its menus and submenu, which may fill them; opens all menus if it is not found.
 App::FoundItem MenuCommands::find(App::ItemSnapshot& menu, const std::string& path)
 {
     menu = takeSnapshot(delegate.menu());

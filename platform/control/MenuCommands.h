@@ -1,4 +1,4 @@
-// Carries out what clients ask for.
+// Executes the requests of clients.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -15,21 +15,21 @@ struct FoundItem;
 
 namespace Kest::Control {
 
-/// Main thread only, but for `watchers`. All references outlive it.
+/// Main thread only, except `watchers`. All references outlive it.
 class MenuCommands {
 public:
     MenuCommands(App::KestSettingsAppDelegate& application, Outbox& replies)
         : delegate(application), outbox(replies)
     {}
 
-    /// Carries a request out and replies once. The reply to a choice follows what the choice did: the
-    /// settings file is saved and the host informed, and an abort has ended.
+    /// Executes a request and replies once. The reply to `choose` is sent after its effects: the settings
+    /// file is saved and the host informed, or an abort has ended.
     void run(const Request& request, ClientId client);
 
     void menuChanged(const App::MenuChanges& changes);
     void abortEnded(int pid, const std::string& failure);
 
-    /// How many clients watch. Counted up here, and down by who drops a connection.
+    /// The number of watching clients: incremented here, decremented by the server's thread.
     std::atomic<int>& watchers() { return watching; }
 
 private:
@@ -39,12 +39,12 @@ private:
     };
     App::FoundItem find(App::ItemSnapshot& menu, const std::string& path);
     void openAll();
-    /// The menus that the item is in; some are filled when they open.
+    /// Opens the menus that contain the item, since some are filled when they open.
     void openMenusOf(App::ItemId id);
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Why the abort of the item's encoding is not running after it was chosen; else an empty text.
+    /// Returns why the abort of the item's encoding is not running after it was chosen; empty if it is.
     std::string whyNotAborting(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

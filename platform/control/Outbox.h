@@ -1,4 +1,4 @@
-// What the main thread has for the clients, on its way to the thread of the socket.
+// A queue of replies and events from the main thread to the server's thread.
 #pragma once
 
 #include "backend/Guarded.h"
@@ -12,14 +12,14 @@
 
 namespace Kest::Control {
 
-/// Identifies a connection; never given again.
+/// Identifies a connection; never reused.
 using ClientId = std::uint64_t;
 constexpr ClientId kAllWatching = 0;
 
 struct Message {
     ClientId client = kAllWatching;
     std::string text;         // whole lines
-    bool startsWatch = false; // a reply: changes follow from here on
+    bool startsWatch = false; // the reply to `watch`: events follow
 };
 
 /// Any thread.
@@ -39,7 +39,7 @@ public:
         const MutexLock lock(mutex);
         return std::exchange(messages, {});
     }
-    /// Readable while messages wait.
+    /// Returns a descriptor that is readable while messages wait.
     int descriptor() const { return wakeUp.descriptor(); }
 
 private:

@@ -15,7 +15,7 @@ const std::map<std::string_view, Request::Command> kCommands = {
     {"watch", Request::Command::watch},
 };
 
-// Nested values have no meaning, and are dropped as they are read: no depth costs memory.
+// Drops nested values, which have no meaning, while parsing: no nesting depth uses memory.
 Json parse(std::string_view line)
 {
     const auto isShallow = [](int depth, Json::parse_event_t event, const Json&) {

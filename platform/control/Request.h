@@ -1,4 +1,4 @@
-// What a client may ask for: one JSON object in one line.
+// The requests of clients: one JSON object per line.
 #pragma once
 
 #include <cstddef>
@@ -14,16 +14,16 @@ constexpr std::size_t kMaxRequestBytes = 65'536;
 struct Request {
     enum class Command { menu, get, choose, watch };
     Command command = Command::menu;
-    std::string path;       // of `get` and `choose`, UTF-8
-    bool confirmed = false; // "yes": an item that deletes files may be chosen
+    std::string path;       // for `get` and `choose`, UTF-8
+    bool confirmed = false; // "yes": the item may delete files
 };
 
 struct ParsedRequest {
     std::optional<Request> request;
-    std::string error; // without a request
+    std::string error; // if there is no request
 };
 
-/// Parses a line without its line feed; it may be any bytes. Members with other names are ignored.
+/// Parses a line of any bytes, without its line feed. Ignores members with other names.
 ParsedRequest parseRequest(std::string_view line);
 
 } // namespace Kest::Control

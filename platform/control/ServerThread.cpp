@@ -12,7 +12,7 @@ namespace Kest::Control {
 namespace {
 
 constexpr auto kRetryAccept = std::chrono::seconds(1);
-constexpr std::size_t kWakeUp = 0; // indices of what is polled
+constexpr std::size_t kWakeUp = 0; // indices of polled descriptors
 constexpr std::size_t kListener = 1;
 constexpr std::size_t kFirstClient = 2;
 
@@ -25,7 +25,7 @@ ServerThread::ServerThread(ListeningSocket listening, Outbox& replies, std::atom
     : socket(std::move(listening)), outbox(replies), watchers(watching), handler(std::move(requestHandler)),
       limits(std::move(serverLimits))
 {
-    const SignalsBlocked blocked; // also SIGPIPE, of a client that has gone
+    const SignalsBlocked blocked; // includes SIGPIPE of a closed connection
     thread = std::thread([this] { run(); });
 }
 
@@ -65,7 +65,7 @@ std::vector<pollfd> ServerThread::polled() const
     return all;
 }
 
-// Only a client that does not read what it was sent, or a lack of descriptors, wakes the thread by time.
+// Returns the timeout for poll, in ms; -1 unless a client does not read or the system lacks descriptors.
 int ServerThread::timeout() const
 {
     std::optional<Clock::time_point> end = acceptAfter;
@@ -124,7 +124,7 @@ void ServerThread::deliver(const Message& message)
         return;
     }
     auto& client = found->second;
-    watchers -= message.startsWatch && client.watches ? 1 : 0; // it watched already
+    watchers -= message.startsWatch && client.watches ? 1 : 0; // was watching already
     client.watches |= message.startsWatch;
     client.awaitsReply = false;
     client.send(message.text);
@@ -132,7 +132,7 @@ void ServerThread::deliver(const Message& message)
     takeRequest(client);
 }
 
-// Of a client that has gone, what it sent last is still read.
+// Reads the remaining input of a disconnected client before dropping it.
 void ServerThread::serve(Connection& client, short ready)
 {
     if ((ready & POLLOUT) != 0)

@@ -1,4 +1,4 @@
-// The thread that serves the socket. It waits for nobody: neither for a client nor for the main thread.
+// The thread that serves the socket. It never waits for a client or for the main thread.
 #pragma once
 
 #include "platform/control/Connection.h"
@@ -20,21 +20,21 @@ namespace Kest::Control {
 
 struct ServerLimits {
     std::size_t clients = 16;
-    std::size_t unreadBytes = 1'048'576;          // of changes, for a client that watches
-    std::chrono::milliseconds unreadTime{10'000}; // in which a client takes nothing of what it is sent
+    std::size_t unreadBytes = 1'048'576;          // unsent events of a watching client
+    std::chrono::milliseconds unreadTime{10'000}; // during which a client reads none of its output
     std::function<std::optional<uid_t>(int)> peerUser = Control::peerUser;
 };
 
-/// Main thread only. Sleeps in poll while nobody is connected.
+/// Main thread only. The thread waits in poll while no client is connected.
 class ServerThread {
 public:
-    /// Called on the thread with each request; a reply must follow in the outbox, from any thread.
+    /// Called on the server's thread with each request. A reply must be added to the outbox, from any thread.
     using Handler = std::function<void(ClientId, const Request&)>;
 
-    /// Throws std::system_error where the system has no thread left. `replies` and `watching` outlive it.
+    /// Throws std::system_error if the thread cannot be started. `replies` and `watching` outlive it.
     ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
                  Handler requestHandler, ServerLimits serverLimits);
-    /// Sends what clients take at once, and disconnects them.
+    /// Sends as much as the sockets accept at once, and disconnects the clients.
     ~ServerThread();
     ServerThread(const ServerThread&) = delete;
     ServerThread& operator=(const ServerThread&) = delete;
@@ -44,7 +44,7 @@ private:
 
     void run();
     std::vector<pollfd> polled() const;
-    int timeout() const; // as poll takes it
+    int timeout() const; // milliseconds; -1: none
     void acceptClients();
     void deliver(const std::deque<Message>& messages);
     void deliver(const Message& message);
@@ -60,7 +60,7 @@ private:
     std::atomic<bool> stopping = false;
     ClientId lastClient = kAllWatching;
     Connections clients;
-    std::optional<Clock::time_point> acceptAfter; // while the system has no descriptors left
+    std::optional<Clock::time_point> acceptAfter; // set while the system is out of descriptors
     std::thread thread;
 };
 

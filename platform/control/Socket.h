@@ -1,4 +1,4 @@
-// What systems differ in about Unix-domain sockets.
+// Platform-specific functions for Unix-domain sockets.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -9,18 +9,18 @@
 
 namespace Kest::Control {
 
-/// Returns a stream socket that does not block, which programs that the agent starts do not inherit. None,
-/// with errno, on failure.
+/// Returns a non-blocking stream socket, which is not inherited by programs that the agent starts. Returns an
+/// empty descriptor, with `errno` set, on failure.
 Settings::Descriptor makeSocket();
 
-/// The same for the next waiting connection of a listening socket.
+/// Accepts the next waiting connection of a listening socket; returns as `makeSocket` does.
 Settings::Descriptor acceptConnection(int listener);
 
-/// Returns the user whose process made the other end; nullopt when the system does not report it.
+/// Returns the user whose process created the other end; nullopt if the system does not report it.
 std::optional<uid_t> peerUser(int connection);
 
-/// Returns the user's folder for sockets, as the environment names it and where the system keeps it by
-/// default: the first that exists, belongs to the user and can be written by nobody else. Empty without one.
+/// Returns the user's folder for sockets: of the environment's and the system's default, the first that
+/// exists, belongs to the user and is not writable by others. Empty if there is none.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

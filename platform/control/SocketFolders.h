@@ -1,4 +1,4 @@
-// Where the control socket is.
+// The path of the control socket.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -10,14 +10,13 @@
 
 namespace Kest::Control {
 
-/// Returns the folders in which an agent of this user may have its socket, the preferred one first.
+/// Returns the folders that may contain the socket of this user's agent, the preferred one first.
 std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
 
 /// Returns the path of the socket in a folder.
 std::string socketPath(const std::string& folder);
 
-/// Returns the address of a socket; nullopt when the path does not fit, which is 107 bytes on Linux and 103
-/// on macOS.
+/// Returns the address of a socket; nullopt if the path is longer than 107 bytes on Linux or 103 on macOS.
 std::optional<sockaddr_un> socketAddress(const std::string& path);
 
 } // namespace Kest::Control

@@ -15,11 +15,11 @@ namespace Kest::Posix {
 namespace {
 
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
-constexpr unsigned kEndsWithin = 5; // seconds, for a main thread that waits for a disk, a terminal or a bus
+constexpr unsigned kEndsWithin = 5; // seconds, for a main thread blocked by a disk, a terminal or a bus
 
-// What a signal handler may touch.
+// Accessed by signal handlers.
 std::atomic<const Settings::WakeUp*> signalWakeUp = nullptr;
-std::atomic<std::uint32_t> arrivedSignals = 0; // as `bit` has them
+std::atomic<std::uint32_t> arrivedSignals = 0; // combined by `bit`
 std::atomic<int> endingSignal = 0;             // the first one
 std::atomic<void (*)()> emergencyCleanup = nullptr;
 
@@ -57,7 +57,7 @@ void handle(int signal, void (*handler)(int))
     sigaction(signal, &action, nullptr);
 }
 
-// Whoever has started the program may have blocked them.
+// The parent process may have blocked them.
 void unblockSignals()
 {
     sigset_t needed;
@@ -84,14 +84,14 @@ JobQueue::JobQueue()
     for (const int signal : kEndingSignals)
         handle(signal, onEndingSignal);
     unblockSignals();
-    handle(SIGPIPE, SIG_IGN); // a reader of our output that goes away is no reason to end
+    handle(SIGPIPE, SIG_IGN); // the end of a reader of the output does not end the agent
 }
 
 JobQueue::~JobQueue()
 {
     for (const auto& [signal, arrived] : signals)
         handle(signal, SIG_DFL);
-    if (endingSignal == 0) { // else the five seconds are for all that is left to do, too
+    if (endingSignal == 0) { // otherwise the five seconds include the rest of the shutdown
         for (const int signal : kEndingSignals)
             handle(signal, SIG_DFL);
         handle(SIGALRM, SIG_DFL);
@@ -104,7 +104,7 @@ void JobQueue::post(std::function<void()> job)
 {
     const MutexLock lock(jobsMutex);
     jobs.push_back(std::move(job));
-    if (jobs.size() == 1) // else somebody has woken the loop for these
+    if (jobs.size() == 1) // otherwise the loop has been woken
         wakeUp.raise();
 }
 
@@ -125,7 +125,7 @@ void JobQueue::dispatchWakeUps()
             job();
 }
 
-// An ending signal goes before all others, so that nothing is begun at the end.
+// Handles ending signals before all others, so that no other handler runs at the end.
 void JobQueue::handleSignals()
 {
     const auto arrived = arrivedSignals.exchange(0);

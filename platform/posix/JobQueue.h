@@ -1,4 +1,4 @@
-// Jobs for the main thread and the process's signals, behind one descriptor.
+// A queue of jobs for the main thread, and the process's signals, with one descriptor to poll.
 #pragma once
 
 #include "backend/Guarded.h"
@@ -10,10 +10,9 @@
 
 namespace Kest::Posix {
 
-/// One for each process: while it lives, SIGTERM, SIGINT and SIGHUP call `quit`. A second one ends the
-/// process at once, and so does the first one by SIGALRM when the process still runs five seconds later. To
-/// embed the queue in an event loop: poll `wakeUpDescriptor` for input, call `dispatchWakeUps`, check
-/// `isQuitting`.
+/// One per process. While it exists, SIGTERM, SIGINT and SIGHUP call `quit`. A second one ends the process at
+/// once; after the first one, SIGALRM does so if the process still runs five seconds later. To embed the
+/// queue in an event loop: poll `wakeUpDescriptor` for input, call `dispatchWakeUps`, check `isQuitting`.
 class JobQueue {
 public:
     JobQueue();
@@ -21,19 +20,20 @@ public:
     JobQueue(const JobQueue&) = delete;
     JobQueue& operator=(const JobQueue&) = delete;
 
-    /// Any thread. Jobs run in order on the main thread; those left when it quits are dropped.
+    /// Adds a job. Jobs run in order on the main thread; those left when it quits are dropped. Any thread.
     void post(std::function<void()> job);
-    /// Main thread. Calls `arrived` from `dispatchWakeUps` when the signal has come; several at once may
-    /// count as one. Not for the ending signals. The signal has its default effect again after the queue.
+    /// Calls `arrived` from `dispatchWakeUps` after the signal; several signals may cause one call. Not for
+    /// the ending signals. The destructor restores the signal's default action. Main thread.
     void watchSignal(int signal, std::function<void()> arrived);
-    /// Main thread. Called when an ending signal ends the process at once; must be async-signal-safe.
+    /// Sets a function that is called when an ending signal ends the process at once; must be
+    /// async-signal-safe. Main thread.
     static void setEmergencyCleanup(void (*cleanup)());
-    /// Main thread. No further job runs.
+    /// Requests the end: no further job runs. Main thread.
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }
 
     int wakeUpDescriptor() const { return wakeUp.descriptor(); }
-    /// Main thread. Handles the signals that have arrived, then runs the jobs that are waiting.
+    /// Handles the signals that have arrived, then runs the waiting jobs. Main thread.
     void dispatchWakeUps();
 
 private:

@@ -43,14 +43,14 @@ std::vector<pollfd> MainLoop::watched() const
     return all;
 }
 
-// What comes first may end the loop, or the watch of what comes later.
+// A callback may end the loop, or the watch of a later descriptor.
 void MainLoop::runReady(const std::vector<pollfd>& polled)
 {
     for (std::size_t i = 1; i < polled.size() && !isQuitting(); ++i) {
         const auto watch = watches.find(polled[i].fd);
         if (polled[i].revents == 0 || watch == watches.end())
             continue;
-        const auto ready = watch->second.ready; // lives on while it ends its own watch
+        const auto ready = watch->second.ready; // a copy: the callback may end its own watch
         ready();
     }
 }

@@ -1,4 +1,4 @@
-// A main loop for front ends that bring none of their own.
+// A main loop for front ends whose toolkit has none.
 #pragma once
 
 #include "platform/posix/JobQueue.h"
@@ -11,18 +11,17 @@ struct pollfd;
 
 namespace Kest::Posix {
 
-/// A job queue that runs by itself: sleeps in poll until there is something to do. Main thread only, but for
-/// `post`.
+/// A job queue with a loop, which waits in poll. Main thread only, except `post`.
 class MainLoop : public JobQueue {
 public:
-    /// Calls `readable` whenever the descriptor has something to read or is at its end.
+    /// Calls `readable` whenever the descriptor is readable or at its end.
     void watchInput(int descriptor, std::function<void()> readable);
-    /// The same for a descriptor that can be written to.
+    /// Calls `writable` whenever the descriptor is writable.
     void watchOutput(int descriptor, std::function<void()> writable);
-    /// Ends either watch; does nothing when there is none.
+    /// Ends either watch; does nothing if there is none.
     void unwatch(int descriptor) { watches.erase(descriptor); }
-    /// Returns after `quit`, when the work at hand is done. False, with one line printed, when waiting for
-    /// events fails.
+    /// Runs until `quit`, and finishes the current callback. Returns false, with one line printed, if waiting
+    /// for events fails.
     bool run();
 
 private:
@@ -30,7 +29,7 @@ private:
     void runReady(const std::vector<pollfd>& polled);
 
     struct Watch {
-        short events = 0; // as poll takes them
+        short events = 0; // for poll
         std::function<void()> ready;
     };
     std::map<int, Watch> watches; // by descriptor

@@ -14,10 +14,10 @@ extern char** environ; // NOLINT(readability-redundant-declaration): macOS decla
 namespace Kest::Posix {
 namespace {
 
-// Restart commands and launch agents are missing on many systems.
+// Such failures are not logged: many systems have no restart command and no launch agent.
 bool isNotInstalled(int failure) { return failure == ENOENT || failure == ENOTDIR || failure == EACCES; }
 
-// The program starts with default signal handling. Returns an errno, 0 when started.
+// Starts a program with default signal handling. Returns an errno; 0 on success.
 int spawn(const char* program, char* const* arguments, Streams streams)
 {
     posix_spawnattr_t attributes;

@@ -1,4 +1,4 @@
-// Starting programs on a system without a desktop's services.
+// Starts programs without the services of a desktop.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -7,16 +7,16 @@
 
 namespace Kest::Posix {
 
-/// What a started program has for input, output and errors: the agent's own, or nothing, where the agent's
-/// own belong to a full screen and end with it.
+/// The standard streams of a started program: the agent's own, or none if the agent's own belong to a full
+/// screen and end with it.
 enum class Streams { inherited, none };
 
-/// Main thread only. What shows something to the user is left to the front end.
+/// Main thread only. Front ends implement the functions that show something to the user.
 class PosixWorkspace : public App::Workspace {
 public:
     explicit PosixWorkspace(Streams streams = Streams::inherited) : programStreams(streams) {}
 
-    /// In a session of its own, so that the program outlives the agent's terminal. From the first program on
+    /// Starts the program in a new session, so that it outlives the agent's terminal. From the first call on,
     /// the process ignores SIGCHLD: the system removes ended children, and nothing can wait for them.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }

@@ -16,12 +16,12 @@
 namespace Kest::Posix {
 namespace {
 
-// The lock, the wake-ups, the bus, the pipe's ends, the settings files, and what a library opens for a while.
+// For the lock, the wake-ups, the bus, the pipe's ends, the settings files and temporary ones of libraries.
 constexpr std::size_t kNeededDescriptors = 32;
 constexpr int kLastOutputMilliseconds = 200;
 
-/// Opens /dev/null in place of a closed standard stream. Otherwise the next file that is opened takes its
-/// number, and everything that is printed goes into that file.
+/// Opens /dev/null for a closed standard stream. Otherwise the next opened file gets its number, and all
+/// output is written to that file.
 bool openStandardStreams()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)

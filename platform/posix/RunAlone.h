@@ -1,4 +1,4 @@
-// How every agent program of this kind of system begins and ends.
+// The start and the end of every agent program on POSIX systems.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -11,16 +11,16 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Posix {
 
-/// Runs an agent with the default paths and returns its exit status. Where another agent of this user runs,
-/// prints one line and returns `statusIfRunning`. Where the system gives too few descriptors, prints one line
+/// Runs an agent with the default paths and returns its exit status. If another agent of this user runs,
+/// prints one line and returns `statusIfRunning`. If the system allows too few descriptors, prints one line
 /// and returns 1.
 int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
-/// Calls `awakeFromNib`. False, with one line printed, when the application cannot start.
+/// Calls `awakeFromNib`. Returns false, with one line printed, if the application cannot start.
 bool startApplication(App::KestSettingsAppDelegate& application);
 
-/// Runs the application from its start to its end; `loop` is the front end's, false on failure. Returns the
-/// exit status: 1 after a failure.
+/// Runs the application from start to end; `loop` is the front end's and returns false on failure. Returns
+/// the exit status: 1 after a failure.
 int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop);
 
 } // namespace Kest::Posix

@@ -9,7 +9,7 @@ constexpr char kSubmenu[] = "children-display";
 
 bool isNested(const App::MenuItem& item) { return item.parentItem() != nullptr; }
 
-// Only the first underscore that another character follows is doubled.
+// Doubles only the first underscore that another character follows.
 std::string withOneMnemonic(const std::string& escaped)
 {
     std::string label;

@@ -1,4 +1,4 @@
-// A panel that draws every submenu inside the one menu, between its rows: GNOME's extension.
+// Support for a panel that draws every submenu inside the one menu, between its rows: GNOME's extension.
 #pragma once
 
 #include "platform/statusnotifier/MenuMessages.h"
@@ -8,9 +8,9 @@
 
 namespace Kest::StatusNotifier {
 
-/// Such a panel scrolls a submenu that is too tall, and then draws nothing of a submenu inside it. So it gets
-/// one level of submenus: an entry of a submenu that leads to a submenu is a plain row, and choosing it puts
-/// the rows of that submenu into the top level. At most one panel. Main thread only.
+/// Such a panel scrolls a submenu that is too tall, and then does not draw submenus inside it. So it gets one
+/// level of submenus: an entry of a submenu that has a submenu is a plain row, and choosing it adds the rows
+/// of that submenu to the top level. At most one panel. Main thread only.
 class AccordionPanel {
 public:
     /// Recognises the panel by the properties that it requests.
@@ -19,15 +19,15 @@ public:
     bool is(const std::string& client) const { return !name.empty() && name == client; }
     const char* busName() const { return name.c_str(); }
 
-    /// The whole menu, with one level of submenus.
+    /// Returns the whole menu, with one level of submenus.
     Layout layout(const App::MenuModel& menu) const;
     static Properties properties(const App::MenuItem& item);
 
-    /// Updates for this panel alone, after the same ones for all panels: labels that it shows differently.
+    /// Returns the labels that this panel needs in another form, to be sent after the updates for all panels.
     std::vector<ItemUpdate> corrections(const std::vector<ItemUpdate>& updates) const;
 
-    /// Puts the rows of the item's submenu into the top level. Returns false for an item that the panel draws
-    /// with its submenu, or that has none.
+    /// Adds the rows of the item's submenu to the top level. Returns false if the panel draws the submenu
+    /// itself or the item has none.
     bool choose(const App::MenuItem& item);
 
 private:

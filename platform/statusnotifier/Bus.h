@@ -1,4 +1,4 @@
-// sd-bus with owners and with messages that are checked at each step.
+// Owners of sd-bus objects, and functions that append to messages and check each step.
 #pragma once
 
 #include "platform/statusnotifier/MenuProperties.h"
@@ -19,7 +19,7 @@ using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
-/// An argument for a function that stores a new object; the owner has it after the call.
+/// An output argument for a function that creates an object; the owner has it after the call.
 template <typename Owner>
 class Into {
 public:
@@ -34,7 +34,7 @@ private:
     typename Owner::pointer made = nullptr;
 };
 
-// Each returns sd-bus's result: negative on failure (an errno), and then the message must not be sent.
+// Each returns sd-bus's result: a negative errno on failure. The message must not be sent then.
 
 /// Calls `append` with each element, up to the first failure.
 template <typename Range, typename Append>
@@ -49,7 +49,7 @@ int appendEach(const Range& range, Append append)
     return result;
 }
 
-/// Appends a container with whatever `append` appends. `type` and `contents` are as for sd-bus.
+/// Appends a container with the elements that `append` appends. `type` and `contents` are as for sd-bus.
 template <typename Append>
 int appendContainer(sd_bus_message* message, char type, const char* contents, Append append)
 {

@@ -15,7 +15,7 @@ int onFileManagerAnswered(sd_bus_message* answer, void* workspace, sd_bus_error*
     return 0;
 }
 
-// A path as a "file:" address; everything but letters, digits and "-._~/" is escaped.
+// Returns a path as a "file:" URI; escapes everything except letters, digits and "-._~/".
 std::string fileUri(const std::string& path)
 {
     constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";

@@ -1,4 +1,4 @@
-// The services of a Linux desktop, asked for on the session bus.
+// The services of a Linux desktop, called on the session bus.
 #pragma once
 
 #include "platform/posix/PosixWorkspace.h"
@@ -11,8 +11,8 @@ class DesktopWorkspace final : public Posix::PosixWorkspace {
 public:
     explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
 
-    /// In the desktop's file manager; with whatever opens folders if there is none on the bus, or it does
-    /// not answer within 2 s.
+    /// Shows the folder in the desktop's file manager; with the default program for folders if there is none
+    /// on the bus or it does not reply within 2 s.
     void selectFile(const std::string& folder) override;
     bool hasAboutPanel() const override { return false; } // the agent shows no dialogs
     void showAboutPanel(const App::About&) override {}

@@ -31,7 +31,7 @@ double distanceToLogo(Point p)
     return nearest;
 }
 
-// Returns how much of a pixel is covered, 0 to 1, by what reaches `beyond` its centre.
+// Returns how much of a pixel is covered, 0 to 1, by a shape that extends `beyond` its centre.
 double coverage(double beyond, double pixel) { return std::clamp(beyond / pixel + 0.5, 0.0, 1.0); }
 
 } // namespace

@@ -8,7 +8,7 @@ namespace Kest::StatusNotifier {
 
 struct Pixmap {
     int side;                       // pixels; the picture is square
-    std::vector<std::uint8_t> argb; // four bytes a pixel from the top left, alpha first, not premultiplied
+    std::vector<std::uint8_t> argb; // four bytes per pixel from the top left, alpha first, not premultiplied
 };
 
 /// Returns the logo in a light colour with a dark outline: one of them contrasts with the panel.

@@ -11,9 +11,9 @@ namespace {
 
 constexpr char kInterface[] = "com.canonical.dbusmenu";
 constexpr std::uint32_t kVersion = 3;
-constexpr std::uint64_t kMaxQueued = 16; // messages; the socket takes hundreds before one is queued
+constexpr std::uint64_t kMaxQueued = 16; // messages; the socket accepts hundreds before one is queued
 
-// Some panels give a whole method up for good after an error of the general kind.
+// Replies InvalidArgs: after UnknownMethod-like errors some panels never call the method again.
 int unknownId(sd_bus_message* call, App::ItemId id)
 {
     return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_INVALID_ARGS, "no menu item %d", id);
@@ -65,7 +65,7 @@ const sd_bus_vtable kMethods[] = {
 };
 // clang-format on
 
-// To all clients when `destination` is null.
+// Sends a signal to one client, or to all if `destination` is null.
 template <typename Append>
 int sendSignal(sd_bus* bus, const char* signal, const char* destination, Append append)
 {
@@ -119,7 +119,7 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
     sendLayoutsUpdated(layouts);
 }
 
-// Once too much is queued, nothing more is until all of it is sent.
+// Returns false once too much is queued, until all of it is sent.
 bool MenuExporter::isReading()
 {
     isStale = isStale || queuedMessages() > kMaxQueued;
@@ -132,7 +132,7 @@ std::uint64_t MenuExporter::queuedMessages() const
     return sd_bus_get_n_queued_write(bus, &queued) < 0 ? kMaxQueued + 1 : queued;
 }
 
-// Some panels read only the menu that a signal names, and not its submenus.
+// Sends a signal for each top-level submenu: some panels read only the menu that a signal names.
 void MenuExporter::catchUp()
 {
     if (!isStale || queuedMessages() > 0)
@@ -199,7 +199,7 @@ int MenuExporter::getLayout(sd_bus_message* call)
     return result;
 }
 
-// Without ids, all items. Unknown ids are left out.
+// Returns all items if no ids are given; omits unknown ids.
 int MenuExporter::getGroupProperties(sd_bus_message* call)
 {
     std::vector<App::ItemId> ids;
@@ -253,7 +253,7 @@ int MenuExporter::event(sd_bus_message* call)
     return sd_bus_reply_method_return(call, "");
 }
 
-// Each distinct event is handled once, however often a group contains it. A malformed group has no effect.
+// Handles each distinct event once, however often a group contains it. A malformed group has no effect.
 int MenuExporter::eventGroup(sd_bus_message* call)
 {
     MenuEvents events;
@@ -269,8 +269,8 @@ int MenuExporter::eventGroup(sd_bus_message* call)
     });
 }
 
-// The answer is that nothing has changed: what opening changes is sent before. A panel that gets the other
-// answer reads the menu, and may then ignore the next LayoutUpdated.
+// Always replies that nothing has changed: changes by opening are sent before the reply. After the other
+// reply a panel reads the menu and may then ignore the next LayoutUpdated.
 int MenuExporter::aboutToShow(sd_bus_message* call)
 {
     App::ItemId id = 0;
@@ -303,8 +303,7 @@ bool MenuExporter::prepare(App::ItemId id)
     return true;
 }
 
-// With the whole menu all its submenus are prepared: an update while a submenu is open comes late for some
-// panels.
+// Prepares all submenus with the whole menu: an update while a submenu is open is too late for some panels.
 void MenuExporter::open(App::ItemId id) const
 {
     ask.menuWillOpen(id);
@@ -316,7 +315,7 @@ void MenuExporter::open(App::ItemId id) const
             ask.menuWillOpen(item.id);
 }
 
-// Returns false for an unknown item. One that was removed can still be closed.
+// Returns false for an unknown item. A removed one can still be closed.
 bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 {
     if (kind == MenuEvent::closed)
@@ -332,7 +331,7 @@ bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
     return true;
 }
 
-// The panel gets its reply before anything is done that takes time.
+// Posts the choice, so that the panel gets its reply before any slow operation.
 void MenuExporter::click(const char* client, App::ItemId id)
 {
     const auto* item = accordion.is(client) ? ask.menu.itemWithId(id) : nullptr;
@@ -343,7 +342,7 @@ void MenuExporter::click(const char* client, App::ItemId id)
     ask.post([this, id] { choose(id); });
 }
 
-// Some panels tick what is clicked by themselves: when nothing has changed, the state is sent again.
+// Sends the state again if nothing has changed, since some panels tick a clicked item by themselves.
 void MenuExporter::choose(App::ItemId id)
 {
     const auto before = revision;

@@ -1,4 +1,4 @@
-// The menu on the session bus: com.canonical.dbusmenu, version 3.
+// Exports the menu on the session bus: com.canonical.dbusmenu, version 3.
 #pragma once
 
 #include "platform/statusnotifier/AccordionPanel.h"
@@ -10,13 +10,13 @@
 
 namespace Kest::StatusNotifier {
 
-/// What the exporter asks of the application.
+/// The functions of the application that the exporter calls.
 struct MenuQuestions {
     const App::MenuModel& menu; // outlives the exporter
-    // These tell of changes by `menuChanged` before they return.
+    // `choose` and `menuWillOpen` report changes by `menuChanged` before they return.
     std::function<void(App::ItemId)> choose;
     std::function<void(App::ItemId)> menuWillOpen;
-    std::function<void(std::function<void()>)> post; // a job for later
+    std::function<void(std::function<void()>)> post; // runs a job later
 };
 
 constexpr char kMenuPath[] = "/MenuBar";
@@ -28,16 +28,17 @@ public:
     MenuExporter(const MenuExporter&) = delete;
     MenuExporter& operator=(const MenuExporter&) = delete;
 
-    /// Negative when the object could not be put on the bus (an errno).
+    /// Returns a negative errno if the object could not be put on the bus.
     int failure() const { return exportResult; }
 
-    /// Sends the changes to panels: at most one signal of properties, and one of layout for each menu whose
-    /// items were added, removed or moved. While the bus does not read, nothing is queued beyond a bound.
+    /// Sends the changes to panels: at most one signal of properties to all, one to the accordion panel, and
+    /// one of layout for each menu whose items were added, removed or moved. While the bus does not read, the
+    /// queue is bounded.
     void menuChanged(const App::MenuChanges& changes);
-    /// Sends the whole menu's state if changes were left out and the bus has read all that was queued. For
-    /// the end of each event that the main loop handles; costs nothing otherwise.
+    /// Sends the whole menu's state if changes were omitted and the queue is empty, otherwise does nothing.
+    /// Called after each event of the main loop.
     void catchUp();
-    /// The panel starts again: it gets all that a new one gets.
+    /// Called when a panel starts again: discards what is known about panels, and sends the held layouts.
     void forgetPanels();
 
     // Called by sd-bus.
@@ -68,7 +69,7 @@ private:
     sd_bus* bus;
     MenuQuestions ask;
     std::uint32_t revision = 1;
-    bool isStale = false; // panels were not informed of everything
+    bool isStale = false; // changes were not sent
     Panels panels;
     AccordionPanel accordion;
     SlotPtr slot;

@@ -16,12 +16,12 @@ using MenuEvents = std::vector<std::pair<App::ItemId, MenuEvent>>;
 struct LayoutRequest {
     App::ItemId parent = App::kStatusMenuId;
     int depth = 0;                    // levels below the parent; -1: all
-    std::set<std::string> properties; // that the client names; empty: all
+    std::set<std::string> properties; // requested by the client; empty: all
 };
 
-// Each returns sd-bus's result: negative on failure (an errno), as when a message is malformed.
+// Each returns sd-bus's result: a negative errno on failure, for example for a malformed message.
 
-/// ai: ascending and each id once, however often it was sent.
+/// ai: stores each id once, in ascending order.
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
 int readLayoutRequest(sd_bus_message* message, LayoutRequest& request); // iias
 /// isvu: adds the event to `events`.

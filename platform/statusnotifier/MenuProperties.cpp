@@ -10,7 +10,7 @@ namespace {
 using App::ItemSnapshot;
 using App::Mark;
 
-// A panel keeps an old tick when the state is taken away, so it is always told, as 0 or 1.
+// Always includes the state, as 0 or 1: panels keep an old tick if the state is removed.
 void addMark(const App::ItemProperties& item, Properties& properties)
 {
     if (item.mark == Mark::none)

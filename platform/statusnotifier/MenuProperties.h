@@ -1,5 +1,4 @@
-// Menu items as a desktop's panel knows them: the properties and layout of com.canonical.dbusmenu, without a
-// bus.
+// The properties and the layout of menu items in com.canonical.dbusmenu, without a bus.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -16,21 +15,22 @@ namespace Kest::StatusNotifier {
 using Value = std::variant<std::string, bool, std::int32_t>;
 using Properties = std::map<std::string, Value>;
 
-/// UTF-8 without U+FDD0..U+FDEF and U+nFFFE, U+nFFFF, which sd-bus refuses: one U+FFFD for each character or
-/// byte that is none.
+/// Returns UTF-8 that sd-bus accepts: with U+FFFD for each of U+FDD0..U+FDEF, U+nFFFE and U+nFFFF, and for
+/// each invalid byte.
 std::string busText(std::string_view text);
 
-/// A label in which no character is taken for a mnemonic or a control character.
+/// Returns a label in which underscores, the marks of mnemonics, are doubled and ASCII control characters are
+/// blanks.
 std::string escapedLabel(const std::string& text);
 
-/// All that a panel is told of an item; what is at its default may be left out, but a label and the state of
-/// an item that has one never are.
+/// Returns the properties of an item for panels. Omits defaults, except the label and the state of an item
+/// with a mark.
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// The current value of each property that can change while the item exists, defaults included.
+/// Returns the current value of each property that can change while the item exists, defaults included.
 Properties changeableProperties(const App::ItemSnapshot& item);
 
-/// An item with its submenu, as deep as the snapshot is.
+/// An item with its submenu, to the depth of the snapshot.
 struct Layout {
     App::ItemId id = App::kStatusMenuId;
     Properties properties;
@@ -45,7 +45,7 @@ struct ItemUpdate {
     std::vector<std::string> removed; // back to their defaults
 };
 
-/// What a panel must be told of the items that have changed; of what it does not see, nothing.
+/// Returns the updates of changed items for panels; omits items without a change that panels see.
 std::vector<ItemUpdate> itemUpdates(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::StatusNotifier

@@ -8,7 +8,7 @@ namespace Kest::StatusNotifier {
 
 std::set<App::ItemId> Panels::unannounced(const std::string& panel, const App::ItemSnapshot& menu)
 {
-    constexpr std::size_t kMaxMenus = 64; // two of each panel; more only if clients come and go
+    constexpr std::size_t kMaxMenus = 64; // two per panel; exceeded only if clients change
     std::set<App::ItemId> submenus;
     for (const auto& item : menu.items)
         if (item.hasSubmenu)

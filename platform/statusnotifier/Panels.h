@@ -12,35 +12,34 @@ namespace Kest::StatusNotifier {
 
 /// A panel reads the menu in one of two ways.
 ///
-/// One level at a time, as Qt does: it reads a submenu when the user opens it, too late to place it on the
-/// screen by its size. The next LayoutUpdated for a submenu that was read this way is lost. So each submenu
-/// is announced to the panel before.
+/// One level at a time, as Qt does: it reads a submenu when the user opens it, too late to position it by its
+/// size. The next LayoutUpdated for a submenu that was read this way is lost. So each submenu is announced to
+/// the panel before.
 ///
-/// The whole menu, as GTK and GNOME do: a submenu that gets rows while it is open does not show them. GTK
-/// hides other rows instead, MATE and GNOME close the submenu. So layouts are held while such a panel has a
-/// menu open.
+/// The whole menu, as GTK and GNOME do: rows added to an open submenu are not shown. GTK hides other rows
+/// instead, MATE and GNOME close the submenu. So layouts are held while such a panel has a menu open.
 ///
 /// Main thread only.
 class Panels {
 public:
-    /// Returns the submenus in `menu`, which `panel` reads alone, that were not announced to it yet. They
-    /// count as announced.
+    /// Returns the submenus in `menu` that were not announced to `panel` yet, and records them as announced.
+    /// `panel` has read `menu` without its submenus.
     std::set<App::ItemId> unannounced(const std::string& panel, const App::ItemSnapshot& menu);
 
-    // As panels report. Some report the whole menu only, others its submenus only; a panel that is killed
-    // reports no closing. Each returns the layouts to send now, of those that were held.
+    // Events that panels report: some only of the whole menu, others only of its submenus; a killed panel
+    // reports no closing. Each returns the held layouts to send now.
     std::set<App::ItemId> aboutToShow(App::ItemId menu);
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
     std::set<App::ItemId> closed(App::ItemId menu);
-    std::set<App::ItemId> forget(); // other panels follow
+    std::set<App::ItemId> forget(); // before other panels
 
-    /// Returns whether the menu's layout is held.
+    /// Returns whether the menu's layout must be held back, and records it if so.
     bool holds(App::ItemId menu);
 
 private:
     std::set<App::ItemId> allClosed();
 
-    // By panel and menu; holds only submenus that the menu had when it was read last.
+    // By panel and menu: the submenus that the menu had when it was last read.
     std::map<std::pair<std::string, App::ItemId>, std::set<App::ItemId>> announced;
     std::set<App::ItemId> open;
     std::set<App::ItemId> held;

@@ -12,7 +12,7 @@
 namespace Kest::StatusNotifier {
 namespace {
 
-constexpr char kId[] = "com.kestronics.kest-settings"; // of the desktop entry and the icons too
+constexpr char kId[] = "com.kestronics.kest-settings"; // also of the desktop entry and the icons
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr char kWatcherPath[] = "/StatusNotifierWatcher";
@@ -22,7 +22,7 @@ constexpr char kOwnerMatch[] =
 constexpr char kUnregisteredMatch[] =
     "type='signal',sender='org.kde.StatusNotifierWatcher',path='/StatusNotifierWatcher',"
     "interface='org.kde.StatusNotifierWatcher',member='StatusNotifierItemUnregistered'";
-constexpr int kMaxRegistrations = 10; // with one watcher: one that keeps removing the item is left alone
+constexpr int kMaxRegistrations = 10; // with one watcher, which may keep removing the item
 constexpr int kPixmapSides[] = {16, 22, 24, 32, 44, 48, 64};
 
 int appendPixmap(sd_bus_message* reply, int side)
@@ -48,8 +48,8 @@ int getProperty(sd_bus*, const char*, const char*, const char* property, sd_bus_
     return static_cast<const StatusItem*>(item)->getProperty(property, reply);
 }
 
-// No Activate: a panel that finds one waits for a double click, or calls it in place of opening the menu.
-// Those that are empty are there because some panels complain of each that is missing.
+// No Activate: panels that find one wait for a double click, or call it instead of opening the menu. The
+// empty properties exist because some panels report each missing one.
 // clang-format off
 const sd_bus_vtable kProperties[] = {
     SD_BUS_VTABLE_START(0),
@@ -110,7 +110,7 @@ int onSetUpAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
 
 int onNameAnswered(sd_bus_message* answer, void* item, sd_bus_error*)
 {
-    constexpr std::uint32_t kOwner = 1; // the bus's answer
+    constexpr std::uint32_t kOwner = 1; // the bus's reply
     std::uint32_t answered = kOwner;
     int result = -sd_bus_message_get_errno(answer);
     if (result == 0)
@@ -182,7 +182,7 @@ void StatusItem::unregistered(std::string_view removedItem)
         registerItem();
 }
 
-// Watchers put the path, or a separator and the path, behind the bus name.
+// Watchers append the path, or a separator and the path, to the bus name.
 bool StatusItem::isThisItem(std::string_view registeredName) const
 {
     const char* uniqueName = nullptr;
@@ -205,7 +205,7 @@ int StatusItem::registerItem()
                                     kItemPath);
 }
 
-// A lost connection answers every call with an error; whoever runs the loop reports it.
+// A lost connection fails every call; the event loop reports it.
 bool StatusItem::isLost() const { return sd_bus_is_open(bus) <= 0; }
 
 void StatusItem::registrationAnswered(bool accepted)

@@ -9,27 +9,26 @@
 
 namespace Kest::StatusNotifier {
 
-/// Registered by path: GNOME's extension loses some items that are registered by bus name. Cinnamon opens the
-/// menu of an item below this folder with the left button too.
+/// Registered by path: GNOME's extension loses some items that are registered by bus name. Cinnamon also
+/// opens the menu of an item below this folder with the left button.
 constexpr char kItemPath[] = "/org/ayatana/NotificationItem/kest_settings";
 
 /// Main thread only. The bus outlives it. Registers with the current watcher, with each new one, and again
-/// when a watcher removes the item, so that the item appears when a panel starts late and is back when it
-/// restarts.
+/// when a watcher removes the item: it appears in panels that start later or restart.
 class StatusItem {
 public:
-    /// What the item reports, from a callback of the bus.
+    /// Called from a callback of the bus.
     struct Callbacks {
         std::function<void()> noTray;         // once, if there is no watcher at the start
-        std::function<void()> registering;    // a panel is about to read the item and its menu from the start
+        std::function<void()> registering;    // a panel is about to read the item and its whole menu
         std::function<void(int)> notAccepted; // the bus refused the item; a negative errno
     };
-    /// Waits for nothing: the item appears when the bus has answered.
+    /// Does not wait: the item appears when the bus has replied.
     StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
 
-    /// Negative when the item could not be put on the bus (an errno).
+    /// Returns a negative errno if the item could not be put on the bus.
     int failure() const { return exportResult; }
 
     // Called by sd-bus.

@@ -10,7 +10,7 @@
 namespace Kest::StatusNotifier {
 namespace {
 
-// Beside the program, where it is installed and where it is built: bin/kest-settings and share/icons.
+// Returns the folder share/icons beside the folder of the program, in an installation and in a build.
 std::string iconThemePath()
 {
     std::error_code failure;
@@ -34,7 +34,7 @@ TrayFrontEnd::TrayFrontEnd()
     Lct::printError("No session bus; kest-settings-terminal shows the same menu in a terminal.\n");
 }
 
-// The bus daemon answers or ends, so calls have no time limit by default: a stopped one answers later.
+// Calls have no timeout by default: the bus daemon replies or ends, and a stopped one replies later.
 int TrayFrontEnd::connect()
 {
     int result = sd_event_new(Into(event));
@@ -58,10 +58,10 @@ bool TrayFrontEnd::run(App::KestSettingsAppDelegate& application)
     return reason == kQuit;
 }
 
-// A signal may have asked to quit before.
+// Quits if a signal has requested it before.
 void TrayFrontEnd::start(App::KestSettingsAppDelegate& application)
 {
-    wakeUps.dispatchWakeUps(); // what start-up has posted: a panel finds the menu whole
+    wakeUps.dispatchWakeUps(); // jobs of the start-up, so that panels read the complete menu
     if (wakeUps.isQuitting())
         return quit();
     openAll(application);
@@ -87,7 +87,7 @@ int TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
     return result < 0 ? result : sd_event_add_post(event.get(), nullptr, onDispatched, this);
 }
 
-// An attached bus would be flushed at the end, which waits for as long as the bus does not read.
+// Detaches the bus: an attached one is flushed at the end, which waits while the bus does not read.
 void TrayFrontEnd::end(int reason)
 {
     sd_bus_detach_event(sessionBus.get());
@@ -100,7 +100,7 @@ void TrayFrontEnd::fail(int result)
     end(kFailed);
 }
 
-// Panels fetch the menu long before it opens, and some close a submenu that was empty when it fills.
+// Fills all submenus: panels read the menu long before it opens, and some close an empty submenu on a change.
 void TrayFrontEnd::openAll(App::KestSettingsAppDelegate& application)
 {
     for (const auto& item : application.menu().statusMenu().itemArray())

@@ -1,4 +1,4 @@
-// The front end of Linux desktops: an item in the panel with the menu behind it.
+// The front end of Linux desktops: an item in the panel that opens the menu.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -15,17 +15,17 @@ class KestSettingsAppDelegate;
 
 namespace Kest::StatusNotifier {
 
-/// Main thread only, but for `post`.
+/// Main thread only, except `post`.
 class TrayFrontEnd final : public App::FrontEnd {
 public:
-    /// Begins to connect to the user's session bus; waits for nothing. On failure prints one line to standard
+    /// Starts to connect to the user's session bus, without waiting. On failure prints one line to standard
     /// error, and `bus()` is null.
     TrayFrontEnd();
 
     sd_bus* bus() const { return sessionBus.get(); }
 
-    /// Shows the item and runs until asked to quit. Returns false, with one line on standard error, when the
-    /// item could not be put on the bus or the bus has ended.
+    /// Shows the item and runs until `quit`. Returns false, with one line on standard error, if the item
+    /// could not be put on the bus or the bus has ended.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // the item appears with its menu, in `run`
@@ -34,10 +34,10 @@ public:
     void quit() override { end(kQuit); }
 
 private:
-    // What the event loop returns; sd-bus ends it with 1 when the connection is lost.
+    // Results of the event loop; sd-bus ends it with 1 when the connection is lost.
     static constexpr int kQuit = 0;
     static constexpr int kBusLost = 1;
-    static constexpr int kFailed = 2; // and reported
+    static constexpr int kFailed = 2; // already reported
 
     int connect();
     void start(App::KestSettingsAppDelegate& application);

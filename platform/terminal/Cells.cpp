@@ -13,7 +13,7 @@ namespace {
 using Text::Character;
 using Text::forEachCharacter;
 
-// -1 for what the locale lacks.
+// Returns -1 for a character that the locale lacks.
 int widthOf(const Character& character) { return wcwidth(static_cast<wchar_t>(character.code)); }
 
 } // namespace

@@ -1,13 +1,13 @@
-// Text in the cells of a terminal.
+// Measures, cuts and pads text for the cells of a terminal.
 #pragma once
 
 #include <string>
 
 namespace Kest::Terminal {
 
-/// What a screen can draw.
+/// The symbols that a screen can draw.
 struct Glyphs {
-    bool isUnicode = true; // otherwise ASCII alone
+    bool isUnicode = true; // false: ASCII only
     const char* separator() const { return isUnicode ? "\u2500" : "-"; }
     const char* below() const { return isUnicode ? "\u25B8" : ">"; }
     const char* done() const { return isUnicode ? "\u2588" : "#"; }
@@ -15,19 +15,20 @@ struct Glyphs {
     const char* cut() const { return isUnicode ? "\u2026" : "~"; }
 };
 
-/// Any text as it may be drawn: `printable`, and "?" for each character that the screen or the locale lacks.
+/// Returns the text as `printable` does, with "?" for each character that the screen or the locale lacks.
 std::string drawable(const std::string& text, Glyphs glyphs);
 
-/// How many cells drawable text takes, by the process's locale: two for a wide character, none for an accent.
+/// Returns the width of drawable text in cells, by the process's locale: 2 for a wide character, 0 for a
+/// combining accent.
 int cells(const std::string& text);
 
-/// Drawable text cut or filled up with blanks to exactly that many cells.
+/// Returns drawable text cut or padded with blanks to exactly `width` cells; empty for a width below 1.
 std::string fitted(const std::string& text, int width, Glyphs glyphs);
 
-/// A text so often.
+/// Returns `text` repeated `times` times.
 std::string repeated(const char* text, int times);
 
-/// For comparing without regard to case.
+/// Returns the text in lower case, for comparisons that ignore case.
 std::u32string folded(const std::string& text);
 
 } // namespace Kest::Terminal

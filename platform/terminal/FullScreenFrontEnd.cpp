@@ -25,7 +25,7 @@ bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     watchSignals();
-    drawLater(); // behind what start-up has posted, so that the menu is whole
+    drawLater(); // after the jobs of the start-up, so that the menu is complete
     loop.watchInput(STDIN_FILENO, [this] { readKeys(); });
     const bool succeeded = loop.run();
     delegate = nullptr;
@@ -48,7 +48,7 @@ void FullScreenFrontEnd::watchSignals()
     loop.watchSignal(SIGTSTP, [this] { screen.suspend(); });
     loop.watchSignal(SIGCONT, [this] {
         if (!screen.isInForeground()) {
-            kill(0, SIGTTOU); // stops the process group, as the terminal does to one in the background
+            kill(0, SIGTTOU); // stops the process group, as the terminal does in the background
             return;
         }
         screen.resume();
@@ -62,7 +62,7 @@ void FullScreenFrontEnd::readKeys()
         return loop.quit();
     while (const auto input = screen.nextInput()) {
         if (input->key == Key::suspend)
-            return screen.suspend(); // what was typed behind it is for the shell
+            return screen.suspend(); // the shell reads what was typed after it
         takeMenu();
         obey(menu.press(*input));
         if (loop.isQuitting())
@@ -87,7 +87,7 @@ void FullScreenFrontEnd::takeMenu()
         menu.show(takeSnapshot(delegate->menu()), std::time(nullptr));
 }
 
-// However much happens at once, it is drawn once.
+// Several calls cause one drawing.
 void FullScreenFrontEnd::drawLater()
 {
     if (!std::exchange(isDrawingDue, true))

@@ -1,4 +1,4 @@
-// The menu on the whole of a terminal's screen.
+// The front end that shows the menu on the full screen of a terminal.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -15,19 +15,21 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Terminal {
 
-/// Main thread only, but for `post`. What the process prints meanwhile stands in a line of the screen.
+/// While it exists, text that the process prints is shown in a line of the screen. Main thread only, except
+/// `post`.
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
-    /// The screen outlives it.
+    /// The screen must outlive this object.
     explicit FullScreenFrontEnd(Screen& onScreen);
     ~FullScreenFrontEnd() override;
     FullScreenFrontEnd(const FullScreenFrontEnd&) = delete;
     FullScreenFrontEnd& operator=(const FullScreenFrontEnd&) = delete;
 
-    /// Shows the menu and takes keys until it is asked to quit. False after a failure, which is printed.
+    /// Shows the menu and handles keys until `quit` is called. Returns false after a failure, which is
+    /// printed.
     bool run(App::KestSettingsAppDelegate& application);
 
-    void showStatusItem(const std::string&) override {} // the screen is the handle
+    void showStatusItem(const std::string&) override {} // the screen shows the menu
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
     void hostChanged() override { drawLater(); }

@@ -1,4 +1,4 @@
-// Finds items by a part of their text.
+// Finds items by a substring of their name.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -13,8 +13,8 @@ struct SearchMatch {
     std::string path; // "Speaker Configuration > Stereo"
 };
 
-/// Items at any depth that can be seen and whose name holds `part`, from the top down, without regard to
-/// case. Every item matches an empty part.
+/// Returns the listed items at any depth whose name contains `part`, from the top down, ignoring case. Every
+/// listed item matches an empty `part`.
 std::vector<SearchMatch> findItems(const App::ItemSnapshot& statusMenu, const std::string& part);
 
 } // namespace Kest::Terminal

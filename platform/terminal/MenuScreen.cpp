@@ -43,7 +43,7 @@ std::string withoutDateAndLevel(const std::string& line)
 
 } // namespace
 
-// A line counts as soon as it begins: some are never ended.
+// A line is shown as soon as it begins, because some lines are never ended.
 void MenuScreen::note(const std::string& printed)
 {
     const auto text = unfinishedNote + printed;
@@ -78,7 +78,7 @@ Request MenuScreen::press(const Input& input)
         return pressInMenu(input);
     case Mode::search:
         return pressInSearch(input);
-    case Mode::help: // any key ends it
+    case Mode::help: // any known key closes it
         mode = input.key == Key::other ? Mode::help : Mode::menu;
         break;
     }
@@ -137,7 +137,7 @@ Request MenuScreen::pressCharacter(char letter)
         mode = Mode::search;
         searched.clear();
         searchAgain();
-        return {.opened = submenusBelow(navigator.statusMenu())}; // what is searched is looked at
+        return {.opened = submenusBelow(navigator.statusMenu())}; // fills submenus before the search
     default:
         return {};
     }
@@ -150,7 +150,7 @@ Request MenuScreen::activate(App::ItemId id)
         return {};
     if (item->hasSubmenu)
         return open(id);
-    // Elsewhere a choice closes the menu, and one sees what came of it on opening it again.
+    // A panel closes its menu after a choice; this menu stays open, so it is reported as opened again.
     return {.chosen = id, .opened = {navigator.menu().id}};
 }
 
@@ -232,7 +232,7 @@ Request MenuScreen::goToMatch()
     return request;
 }
 
-// The selected match stays selected when the menu changes under the search.
+// When the menu changes during a search, the selected match stays selected, unless it is the first one.
 void MenuScreen::searchAgain()
 {
     const auto before = matches.empty() ? App::kStatusMenuId : matches[static_cast<std::size_t>(match)].id;

@@ -1,4 +1,4 @@
-// The full-screen menu without a terminal: what keys do to it and what it looks like.
+// The full-screen menu without a terminal: handles keys and returns the lines to draw.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -26,24 +26,24 @@ enum class Key : std::uint8_t {
     enter,
     escape,
     backspace,
-    character, // with its text
-    click,     // with its line
+    character, // `text` contains it
+    click,     // at `line`
     wheelUp,
     wheelDown,
-    suspend, // nothing for the menu
+    suspend, // ignored by the menu
     other,
 };
 
 struct Input {
     Key key = Key::other;
-    std::string text{}; // UTF-8
-    int line = 0;       // of the screen, from 0
+    std::string text{}; // in the locale's encoding
+    int line = 0;       // of the screen, counted from 0
 };
 
-/// What the application is to be told of an input, in this order.
+/// What the front end does after an input: chooses an item, then reports the opened submenus; or quits.
 struct Request {
     App::ItemId chosen = App::kStatusMenuId;
-    std::vector<App::ItemId> opened; // submenus that are looked at now
+    std::vector<App::ItemId> opened; // submenus that are now displayed or part of a search
     bool quit = false;
 };
 
@@ -62,24 +62,25 @@ struct ScreenLine {
     bool selected = false;
 };
 
-/// An item as one row of `width` cells: a pointer when it is the selected one, mark and title, an arrow when
-/// there is something below it. An encoding has its progress as a bar behind its name.
+/// Returns an item as one row of `width` cells: a pointer if it is selected, mark and title, and an arrow if
+/// it has a submenu. The row of an encoding has a progress bar after the name.
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
 
-/// A title, the rows of the open menu, what was printed last, and what is known of the host and its buses.
+/// Displays a title, the rows of the open menu, the last printed line, and the state of the host and its
+/// buses.
 class MenuScreen {
 public:
     explicit MenuScreen(Glyphs ofScreen) : glyphs(ofScreen) {}
 
-    /// The menu is this since `now`, in seconds since 1970.
+    /// Replaces the menu; `now` is in seconds since 1970.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// Text that was printed, whole lines or parts of one. Its last line that is not blank is shown, of a log
-    /// line without the date and the level.
+    /// Takes printed text, in pieces of any size. Its last line that is not blank is shown; a log line is
+    /// shown without date and level.
     void note(const std::string& printed);
     void showHost(Settings::HostPresence presence) { host = presence; }
     Request press(const Input& input);
 
-    /// The screen from the top, as many lines as it has; scrolls to what is selected.
+    /// Returns all lines of the screen from the top; scrolls to the selected row.
     std::vector<ScreenLine> lines(Size size);
 
 private:
@@ -106,15 +107,15 @@ private:
     const Glyphs glyphs;
     Navigator navigator;
     std::vector<std::string> buses;
-    std::time_t busesChanged = 0; // 0: not since the first list
+    std::time_t busesChanged = 0; // 0: never since the first list
     Settings::HostPresence host = Settings::HostPresence::absent;
     std::string lastNote;
     std::string unfinishedNote;
     Mode mode = Mode::menu;
     std::string searched;
     std::vector<SearchMatch> matches;
-    int match = 0; // the selected one
-    // As drawn last, for clicks and pages.
+    int match = 0; // index of the selected match
+    // Of the last drawing, for clicks and page keys.
     int drawnTop = 0;
     int drawnHeight = 1;
 };

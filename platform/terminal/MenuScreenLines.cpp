@@ -1,4 +1,4 @@
-// How the full-screen menu looks.
+// The lines of the full-screen menu.
 #include "platform/terminal/MenuScreen.h"
 #include "platform/terminal/TextMenu.h"
 
@@ -23,7 +23,7 @@ constexpr const char* kHelp[] = {
     "  q                    quit",
 };
 
-// For windows that the list above does not fit in: it fits in the smallest one.
+// For windows that are too small for kHelp; it fits in the smallest window.
 constexpr const char* kShortHelp[] = {
     "  Up Down k j PgUp PgDn Home End  move", "  Enter Space Right l  choose, open",
     "  Left h Esc  back     /  find an item", "  Mouse: click chooses, wheel moves",
@@ -35,7 +35,7 @@ Look lookOf(const App::ItemProperties& item)
     return item.red ? Look::red : item.enabled ? Look::plain : Look::greyed;
 }
 
-// Two texts at the ends of a line; the left one gives way.
+// Returns a line with a text at each end; the left one is cut to fit.
 std::string atBothEnds(const std::string& left, const std::string& right, int width, Glyphs glyphs)
 {
     return fitted(left, width - cells(right), glyphs) + right;
@@ -51,7 +51,7 @@ std::vector<ScreenLine> helpLines(int height, int width, Glyphs glyphs)
     return drawn;
 }
 
-// "4-20 of 40", or nothing when all is seen.
+// Returns "4-20 of 40"; empty if all rows are visible.
 std::string rangeText(int top, int height, int count)
 {
     if (count <= height)
@@ -63,7 +63,7 @@ std::string rangeText(int top, int height, int count)
 constexpr int kShortestBar = 8;
 constexpr int kLongestBar = 40;
 
-// " [####......]  42%"; `width` is that of the bar's inside. Empty for no percentage.
+// Returns " [####......]  42%" with `width` cells in the brackets; empty without a percentage.
 std::string progressBar(const std::optional<int>& percent, int width, Glyphs glyphs)
 {
     if (!percent)
@@ -151,7 +151,7 @@ std::string MenuScreen::statusText() const
     return "K3DHost: " + busText();
 }
 
-// "2 buses, changed 14:03:07" in local time.
+// Returns "2 buses, changed 14:03:07", in local time.
 std::string MenuScreen::busText() const
 {
     const auto count = std::to_string(buses.size()) + (buses.size() == 1 ? " bus" : " buses");

@@ -10,7 +10,8 @@ namespace {
 using App::ItemId;
 using App::ItemSnapshot;
 
-// The ids from the status menu's item down to the parent of the item; false when the item is not seen there.
+// Appends the ids of the items whose submenus contain the item, outermost first. Returns false if the item is
+// not visible in the menu.
 bool collectPath(const ItemSnapshot& menu, ItemId id, std::vector<ItemId>& path)
 {
     for (const auto& item : menu.items) {

@@ -1,4 +1,4 @@
-// Where one is in the menu: the submenus that are open and what is selected in each.
+// The position in the menu: the open submenus and the selected item of each.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -7,36 +7,37 @@
 
 namespace Kest::Terminal {
 
-/// Holds on to items by their ids, so that a change of the menu moves nothing under the user's hand: what is
-/// gone is left, upwards, and of a selected row that is gone the nearest one is selected.
+/// Refers to items by their ids, so that a change of the menu does not move the selection. When an open
+/// submenu is removed, its parent becomes the innermost open menu; when the selected row is removed, the
+/// nearest row is selected.
 class Navigator {
 public:
-    /// The menu is this now.
+    /// Replaces the menu.
     void show(App::ItemSnapshot statusMenu);
     const App::ItemSnapshot& statusMenu() const { return shown; }
 
-    /// The innermost open menu, and those that it is in, from the status menu on. Valid until the next
-    /// `show`.
+    /// The innermost open menu, and all open menus from the status menu on. Valid until the next `show`.
     const App::ItemSnapshot& menu() const;
     std::vector<const App::ItemSnapshot*> openMenus() const;
-    /// What is seen of the open menu, separators too. Valid until the next `show`.
+    /// Returns the visible items of the open menu, with separators. Valid until the next `show`.
     std::vector<const App::ItemSnapshot*> rows() const;
 
-    /// `kStatusMenuId` when there is nothing to select.
+    /// Returns `kStatusMenuId` if there is nothing to select.
     App::ItemId selected() const { return levels.back().selected; }
     void select(App::ItemId id);
-    /// Down by so many rows that can be selected, up when negative; stops at the ends.
+    /// Moves down by `steps` selectable rows, up if negative; stops at the ends.
     void moveBy(int steps);
 
-    /// Opens the submenu of an item of the open menu: what is on is selected in it, or its first row.
+    /// Opens the submenu of an item in the open menu and selects its first item that is on, or else its first
+    /// row.
     void enter(App::ItemId submenu);
-    /// Back to the menu above. False at the top.
+    /// Closes the innermost submenu. Returns false if none is open.
     bool leave();
-    /// Selects an item at any depth, with all submenus on the way open; does nothing when there is none.
+    /// Selects an item at any depth and opens all submenus that contain it; does nothing if there is none.
     void goTo(App::ItemId id);
 
-    /// The first row to draw of the open menu in a window of `height` rows: moves only as far as it must for
-    /// the selected one to be seen.
+    /// Returns the first row of the open menu to draw in a window of `height` rows; scrolls only as far as
+    /// the selected row requires.
     int firstRow(int height);
 
 private:
@@ -44,7 +45,7 @@ private:
         App::ItemId menu = App::kStatusMenuId;
         App::ItemId selected = App::kStatusMenuId;
         int row = 0; // of the selected item
-        int top = 0; // the first row that is drawn
+        int top = 0; // the first drawn row
     };
 
     bool isOpenable(const App::ItemSnapshot& in, App::ItemId submenu) const;

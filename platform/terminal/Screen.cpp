@@ -17,7 +17,7 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr int kEscapeDelay = 50; // milliseconds: what follows an Esc later is a key of its own
+constexpr int kEscapeDelay = 50; // milliseconds; what follows an Esc later is a separate key
 constexpr short kRedPair = 1;
 
 std::string_view valueOf(const char* variable)
@@ -33,8 +33,9 @@ bool canBeDrawnOn()
            canPlaceCursor(STDOUT_FILENO);
 }
 
-// Until the main loop handles and unblocks them: an agent that is killed here leaves the terminal's modes
-// set. Not while the terminal is stopped, where opening the screen would wait.
+// Blocks the ending signals until the main loop handles and unblocks them: an agent that is killed before
+// leaves the terminal's modes set. First waits until the terminal takes output, because opening the screen
+// would wait while it is stopped.
 void holdEndingSignals()
 {
     pollfd terminal{STDOUT_FILENO, POLLOUT, 0};
@@ -65,8 +66,8 @@ attr_t attributesOf(const ScreenLine& line, bool hasColours)
     return A_NORMAL;
 }
 
-// The library's mouse version 1, which macOS has, knows four buttons and reports the wheel's downward step as
-// a position.
+// Mouse version 1 of ncurses, as on macOS, has four buttons and reports a downward step of the wheel as a
+// position.
 constexpr mmask_t kWheelDown = NCURSES_MOUSE_VERSION > 1 ? NCURSES_MOUSE_MASK(5, NCURSES_BUTTON_PRESSED)
                                                          : REPORT_MOUSE_POSITION;
 
@@ -170,12 +171,13 @@ bool Screen::start()
     takeSuspendKey();
     startColours();
     mousemask(kMouseEvents, nullptr);
-    mouseinterval(0); // a press is a press at once
+    mouseinterval(0); // reports a press at once, not after a possible click
     return true;
 }
 
-// The terminal would stop the whole process group at once. A shell that then takes the terminal stops this
-// process while it leaves the screen, and it would stop a second time when it is continued.
+// Disables the terminal's suspend key, which would stop the whole process group at once. A shell that then
+// takes the terminal stops this process while it leaves the screen, and so it would stop a second time when
+// it is continued.
 void Screen::takeSuspendKey() const
 {
     termios modes{};
@@ -186,7 +188,7 @@ void Screen::takeSuspendKey() const
     def_prog_mode();
 }
 
-// Terminals send their cursor keys in one of two ways, and not always in the one that they were asked for.
+// Terminals send cursor keys as one of two sequences, and not always as the requested one.
 void Screen::defineKeys()
 {
     const struct {
@@ -210,7 +212,7 @@ Screen::~Screen()
 {
     if (curses->screen != nullptr) {
         leave();
-        if (isInForeground()) // else the modes are somebody else's
+        if (isInForeground()) // otherwise the modes are those of another program
             tcsetattr(fileno(output), TCSANOW, &modesBefore);
         guard.reset();
         delscreen(curses->screen);
@@ -218,10 +220,10 @@ Screen::~Screen()
     if (canDraw())
         std::fclose(output);
     else
-        close(fileno(output)); // what the library has not written yet is dropped
+        close(fileno(output)); // drops what ncurses has not written yet
 }
 
-// Both of the library's ways to leave wait for the terminal.
+// endwin would wait for a terminal that takes no output.
 void Screen::leave() const
 {
     if (!isendwin() && canDraw())
@@ -291,15 +293,15 @@ void Screen::suspend()
     stop.sa_handler = SIG_DFL;
     struct sigaction before {};
     sigaction(SIGTSTP, &stop, &before);
-    kill(0, SIGTSTP); // returns when continued, or at once where nothing could continue the process group
+    kill(0, SIGTSTP); // returns when continued, or at once if nothing could continue the process group
     sigaction(SIGTSTP, &before, nullptr);
-    raise(SIGCONT); // for both cases
+    raise(SIGCONT); // makes the loop call `resume` in both cases
 }
 
 void Screen::resume()
 {
     if (!isendwin())
-        endwin(); // somebody else may have set other modes: all are set anew with the next drawing
+        endwin(); // another program may have set other modes; the next drawing sets all of them
     TerminalGuard::setActive(true);
     resize();
 }

@@ -1,4 +1,4 @@
-// The terminal as a screen: the only part that knows ncurses.
+// Draws on a terminal and reads its keys, with ncurses.
 #pragma once
 
 #include "platform/terminal/MenuScreen.h"
@@ -13,18 +13,18 @@
 
 namespace Kest::Terminal {
 
-/// A typed character, control characters too.
+/// Converts a typed character, which may be a control character.
 Input inputOfCharacter(std::wint_t character);
-/// A KEY_ code of the library.
+/// Converts a KEY_ code of ncurses.
 Input inputOfKey(int code);
-/// A button's state, and the line of the screen that it is on.
+/// Converts the button state of a mouse event; `line` is its line of the screen.
 Input inputOfMouse(unsigned long buttons, int line);
 
-/// One for each process, main thread only. Has a descriptor of its own to the terminal, so that standard
-/// output may go elsewhere meanwhile. The terminal is in order again when it is gone.
+/// A terminal's screen; one per process. Has its own descriptor of the terminal, so that standard output can
+/// be redirected. Its destructor restores the terminal. Main thread only.
 class Screen {
 public:
-    /// Null unless standard input and output are a terminal that can be drawn on.
+    /// Returns null unless standard input and output are a terminal that can be drawn on.
     static std::unique_ptr<Screen> open();
     ~Screen();
     Screen(const Screen&) = delete;
@@ -32,27 +32,28 @@ public:
 
     Glyphs glyphs() const;
     Size size() const;
-    /// False while the terminal is stopped or stalled: then `draw` would block. Poll `descriptor` for output.
+    /// Returns false while the terminal is stopped or stalled: `draw` would then block. Poll `descriptor` for
+    /// output.
     bool canDraw() const;
     int descriptor() const;
     void draw(const std::vector<ScreenLine>& lines);
-    /// What has been pressed; nothing when there is no more for now. May take 50 ms after an Esc.
+    /// Returns the next key or click; nullopt if none is waiting. May take 50 ms after an Esc.
     std::optional<Input> nextInput();
-    /// Whether nothing more can come: the terminal has gone.
+    /// Returns whether the terminal has hung up, so that no more input will arrive.
     static bool hasHungUp();
 
-    /// The window may have another size. To be drawn anew afterwards, as after `resume`.
+    /// Adopts the size of the window, which may have changed. Call `draw` afterwards, as after `resume`.
     void resize();
-    /// Gives the terminal back, then stops the process group, as Ctrl-Z does in other programs: a shell
-    /// script that waits for this process is stopped with it. The process gets a SIGCONT when it is
-    /// continued, or at once where nothing could continue it.
+    /// Releases the terminal, then stops the process group, as Ctrl-Z does in other programs: a shell script
+    /// that waits for this process is stopped with it. The process gets a SIGCONT when it is continued, or at
+    /// once if nothing could continue it.
     void suspend();
-    /// Takes the terminal again, to be called on SIGCONT in the foreground.
+    /// Acquires the terminal again. Call it on SIGCONT, in the foreground.
     void resume();
     bool isInForeground() const;
 
 private:
-    struct Curses; // the library's screen
+    struct Curses; // the screen of ncurses
 
     Screen(FILE* terminal, const termios& modes);
     bool start();

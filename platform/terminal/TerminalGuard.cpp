@@ -12,14 +12,14 @@ namespace {
 
 constexpr int kCrashes[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 
-// All that a signal handler needs, made ready beforehand.
+// All data of the signal handler, prepared in advance.
 std::atomic<bool> active = false;
 int descriptor = -1;
 char farewellBytes[512];
 std::size_t farewellSize = 0;
 termios modesBefore{};
 struct sigaction actionsBefore[std::size(kCrashes)];
-// A stack that has run full has no room for a handler.
+// After a stack overflow, the handler needs a separate stack.
 constexpr std::size_t kHandlerStackBytes = 65536;
 alignas(16) char handlerStack[kHandlerStackBytes];
 stack_t stackBefore{};

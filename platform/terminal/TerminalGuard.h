@@ -1,4 +1,4 @@
-// Leaves the terminal in order when the process is killed by its own fault.
+// Restores the terminal when the process crashes.
 #pragma once
 
 #include <string>
@@ -10,26 +10,27 @@ namespace Kest::Terminal {
 /// stalled. Any thread, signal handlers too.
 bool takesOutput(int terminal);
 
-/// Whether the terminal that TERM names is known and can be drawn on.
+/// Returns whether the terminal type in TERM is known and can be drawn on.
 bool canPlaceCursor(int terminal);
 
-/// What ends drawing on the terminal that is drawn on now: text to write to it as it is.
+/// Returns the bytes that end drawing on the current terminal; to be written unchanged.
 std::string farewell();
 
-/// One for each process. While it lives, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL put the terminal back
-/// and then have the effect that they had before. Main thread only, but for `restore`.
+/// While it exists, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL restore the terminal and then have their
+/// previous effect. One per process. Main thread only, except `restore`.
 class TerminalGuard {
 public:
-    /// `terminal` stays open as long as the guard lives; `farewell` is what to write to it.
+    /// `terminal` must stay open while the guard exists. `farewell` is written to it, `before` are its modes
+    /// to restore.
     TerminalGuard(int terminal, const std::string& farewell, const termios& before);
     ~TerminalGuard();
     TerminalGuard(const TerminalGuard&) = delete;
     TerminalGuard& operator=(const TerminalGuard&) = delete;
 
-    /// Off while somebody else has the terminal.
+    /// Set to false while another program has the terminal.
     static void setActive(bool isActive);
-    /// Puts the terminal back, once; its modes only where it takes no output. Never blocks. Any thread,
-    /// signal handlers too.
+    /// Restores the terminal, once; if it takes no output, only its modes. Never blocks. Any thread, signal
+    /// handlers too.
     static void restore();
 };
 

@@ -1,4 +1,4 @@
-// Apart from all else, for the library's header takes many names for its macros.
+// Control sequences of the terminal. A separate file, because term.h defines many names as macros.
 #include "platform/terminal/TerminalGuard.h"
 
 #include <cstdint>
@@ -16,7 +16,7 @@ int collect(int byte)
     return byte;
 }
 
-// Null for what the terminal lacks.
+// Returns null for a capability that the terminal lacks.
 const char* capability(const char* name)
 {
     std::string changeable = name; // macOS declares the parameter without const
@@ -40,7 +40,7 @@ std::string farewell()
 {
     collected.clear();
     if (capability("kmous") != nullptr)
-        collected = "\x1B[?1006l\x1B[?1000l"; // no more mouse
+        collected = "\x1B[?1006l\x1B[?1000l"; // ends mouse reports
     for (const char* name : {"sgr0", "op", "rmkx", "cnorm", "rmcup"})
         if (const char* const text = capability(name))
             tputs(text, 1, collect);

@@ -39,7 +39,7 @@ bool TextFrontEnd::hasScript()
 bool TextFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
-    post([this] { // behind what start-up has posted, so that the menu is whole
+    post([this] { // after the jobs of the start-up, so that the menu is complete
         printMenu();
         printsChanges = true;
     });
@@ -77,7 +77,7 @@ void TextFrontEnd::takeInput(std::string_view bytes)
         });
 }
 
-// A service, which has no commands at all, goes on.
+// A service, whose input has no commands, keeps running.
 void TextFrontEnd::inputEnded()
 {
     loop.unwatch(STDIN_FILENO);
@@ -153,8 +153,7 @@ void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
         Lct::print("%s\n", line.c_str());
 }
 
-// What is printed is looked at, so submenus that are made up on opening are; the print shows what has
-// changed.
+// Fills submenus that are filled on opening. Prints no changes meanwhile: the printed menu contains them.
 void TextFrontEnd::announceOpening(const App::ItemSnapshot& menu)
 {
     const bool before = std::exchange(printsChanges, false);

@@ -1,4 +1,4 @@
-// The menu as lines on standard output, with choices as lines on standard input.
+// The front end that prints the menu as lines and reads commands from standard input.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -15,18 +15,18 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Terminal {
 
-/// Main thread only, but for `post`.
+/// Main thread only, except `post`.
 class TextFrontEnd final : public App::FrontEnd {
 public:
-    /// Whether commands can come from a script: standard input is a file, a pipe or a socket.
+    /// Returns whether commands can come from a script: standard input is a file, a pipe or a socket.
     static bool hasScript();
 
-    /// Prints the menu, then takes commands and prints changes until it is asked to quit, or standard input
-    /// ends behind a command. False when a command of a script failed, or the loop; one line is printed for
-    /// each.
+    /// Prints the menu, then executes commands and prints changes until `quit` is called or standard input
+    /// ends; without any command, only the end of a terminal counts. Returns false if a command of a script
+    /// or the loop failed; each failure prints one line.
     bool run(App::KestSettingsAppDelegate& application);
 
-    void showStatusItem(const std::string&) override {} // the lines are the handle
+    void showStatusItem(const std::string&) override {} // the lines show the menu
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
     void quit() override { loop.quit(); }
@@ -47,7 +47,7 @@ private:
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     bool printsChanges = false;
     bool hasHadCommand = false;
-    bool hasFailed = false; // a command has
+    bool hasFailed = false; // a command failed
     Text::LineSplitter lines;
 };
 

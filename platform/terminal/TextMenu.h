@@ -1,4 +1,4 @@
-// The menu in plain lines of text.
+// Formats the menu as lines of text.
 #pragma once
 
 #include "app/ItemPath.h"
@@ -15,13 +15,13 @@ using App::itemName;
 using App::kPathSeparator;
 using Text::printable;
 
-/// "(x) " and the like; empty for an item that cannot be on.
+/// Returns "(x) " or a similar mark; empty for an item that cannot be on.
 std::string markText(const App::ItemProperties& item);
 
-/// The items of a menu, a line each, submenus indented below theirs; hidden ones are left out.
+/// Returns one line for each visible item of a menu, those of submenus indented below it.
 std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
 
-/// A line for each item that came, went or looks different, named by its path ("Default Bus > Dialog").
+/// Returns one line for each item that was added, removed or changed, with its path ("Default Bus > Dialog").
 std::vector<std::string> changeLines(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::Terminal

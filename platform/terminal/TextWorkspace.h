@@ -1,4 +1,4 @@
-// The desktop's services where there is only text.
+// The desktop services of an agent in a terminal.
 #pragma once
 
 #include "log/Output.h"
@@ -7,7 +7,7 @@
 
 namespace Kest::Terminal {
 
-/// Says on standard output what a desktop would show.
+/// Prints to standard output what a desktop would show.
 class TextWorkspace final : public Posix::PosixWorkspace {
 public:
     using PosixWorkspace::PosixWorkspace;

@@ -1,4 +1,4 @@
-// The settings agent in a terminal.
+// kest-settings-terminal: the settings agent in a terminal.
 #include "app/KestSettingsAppDelegate.h"
 #include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
@@ -40,6 +40,6 @@ int main(int argc, char** argv)
     if (const auto status = Kest::Posix::answerArguments(
             argc, argv, "Shows the K3DHost mixing system's settings in a terminal, or in plain lines."))
         return *status;
-    std::setlocale(LC_CTYPE, ""); // the terminal's characters; numbers stay as files have them
+    std::setlocale(LC_CTYPE, ""); // for the terminal's characters; numbers keep the format of files
     return Kest::Posix::runAlone(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
 }

@@ -9,7 +9,7 @@ bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& e
     app.formatter_fn([&](const CLI::App*, const std::string&, CLI::AppFormatMode) { return help; });
     app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
         std::string reason = error.what();
-        if (error.get_name() == "ArgumentMismatch") // for CLI11: "--for: 1 required INT missing"
+        if (error.get_name() == "ArgumentMismatch") // CLI11's text: "--for: 1 required INT missing"
             reason = reason.substr(0, reason.find(':')) + ": expected one value";
         return failed->get_name() + ": " + reason + "\n";
     });

@@ -1,4 +1,4 @@
-// The tools' command lines, parsed by CLI11.
+// Parses the tools' command lines, with CLI11.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -8,12 +8,12 @@
 
 namespace CommandLine {
 
-/// Parses the arguments into what the options of `app` are bound to. Returns false when the program is to
-/// end: with `exitStatus` 0 after --help, which prints `help`, and after --version; with 2 after an error,
-/// which is one line on standard error.
+/// Parses the arguments into the variables of the options of `app`. Returns false if the program is to exit
+/// with `exitStatus`: 0 after --help, which prints `help`, and after --version; 2 after an error, which
+/// prints one line on standard error.
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
-/// Accepts a decimal number from `min` to `max`; an error calls it `what`. To be used as a transformation:
+/// Returns a transformation that accepts a decimal number from `min` to `max`, which an error calls `what`.
 /// CLI11 alone would read 010 as 8.
 template <typename Number>
 CLI::Validator number(const std::string& what, Number min, Number max)

@@ -27,7 +27,7 @@ constexpr int kMaxSteps = 1000;
 constexpr int kPercent = 100;
 constexpr double kDay = 24.0 * 60 * 60;
 
-// A line of the report must fit one write to a pipe that is not cut up.
+// Each reported line must fit in one write to a pipe, which is then not split.
 CLI::Validator line(const std::string& what, const char* forbidden, bool isPath)
 {
     return {[=](std::string& text) -> std::string {

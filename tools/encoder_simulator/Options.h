@@ -19,7 +19,7 @@ struct Options {
     bool compact = false;
 };
 
-/// Returns what the program is to do; nullopt when it is to end with `exitStatus`, see CommandLine::parse.
+/// Returns the parsed options; nullopt if the program is to exit with `exitStatus`, see CommandLine::parse.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace EncoderSimulator

@@ -23,7 +23,8 @@ void ProgressPipe::pump()
         const auto& line = unsent.front();
         const auto written = write(descriptor, line.data(), line.size());
         if (written < 0) {
-            // Full, or interrupted: the line is tried again. Otherwise the reader is gone.
+            // Retries if the pipe is full or the write was interrupted; any other error means that the reader
+            // has closed it.
             if (errno != EAGAIN && errno != EINTR)
                 close();
             return;
@@ -34,7 +35,7 @@ void ProgressPipe::pump()
 
 bool ProgressPipe::open()
 {
-    // Fails when there is no pipe, and when there is one without a reader.
+    // Fails if there is no pipe, or no reader of it.
     descriptor = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
     struct stat status {};
     if (descriptor < 0)

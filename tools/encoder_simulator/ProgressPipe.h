@@ -1,4 +1,4 @@
-// The way of an encoder's lines into the named pipe of whoever follows encodings.
+// Writes an encoder's lines into the named pipe of a process that follows encodings.
 #pragma once
 
 #include <deque>
@@ -8,9 +8,9 @@
 
 namespace EncoderSimulator {
 
-/// Sends whole lines, one write each, and never waits: there may be no reader yet, it may read slowly, and it
-/// may go and another may come. The pipe is opened when there is a reader and is never created; anything else
-/// than a pipe in its place is left alone. SIGPIPE must be ignored by the process.
+/// Sends whole lines, one write each, and never blocks: the reader may be missing, slow, or replaced by
+/// another. Opens the pipe when it has a reader and never creates it; does not write to a file of another
+/// type at the path. The process must ignore SIGPIPE.
 class ProgressPipe {
 public:
     explicit ProgressPipe(std::string pipePath) : path(std::move(pipePath)) {}
@@ -18,16 +18,16 @@ public:
     ProgressPipe(const ProgressPipe&) = delete;
     ProgressPipe& operator=(const ProgressPipe&) = delete;
 
-    /// What every new reader is told first.
+    /// Sets the lines that each new reader gets first.
     void setIntroduction(std::vector<std::string> lines) { introduction = std::move(lines); }
 
-    /// Sends a line to the reader that there is. A reader that comes later gets only the last one of them.
+    /// Sends a line to the current reader. A later reader gets only the last of these lines.
     void send(const std::string& line);
 
-    /// Looks for a reader when there is none, and sends what the pipe had no room for. To be called often.
+    /// Connects to a reader if there is none yet, and sends what the pipe had no room for. Call it often.
     void pump();
 
-    /// Whether there is a reader that does not have all lines yet.
+    /// Returns whether there is a reader that has not received all lines.
     bool isBehind() const { return descriptor >= 0 && !unsent.empty(); }
 
 private:
@@ -36,7 +36,7 @@ private:
 
     std::string path;
     std::vector<std::string> introduction;
-    std::string lastLine; // empty as long as none was sent
+    std::string lastLine; // empty until a line was sent
     std::deque<std::string> unsent;
     int descriptor = -1;
 };

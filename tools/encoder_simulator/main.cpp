@@ -1,4 +1,4 @@
-// encoder-simulator: an offline encoder for demonstrations and tests. --help prints its options.
+// encoder-simulator: simulates an offline encoder, for demonstrations and tests. --help lists its options.
 #include "tools/encoder_simulator/Options.h"
 #include "tools/encoder_simulator/ProgressPipe.h"
 
@@ -21,10 +21,10 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kLookForReaderEvery{50};
 constexpr std::chrono::seconds kSlowReaderGets{2};
-constexpr std::size_t kBlock = 65536; // bytes that the output grows by with each progress line
+constexpr std::size_t kBlock = 65536; // bytes added to the output with each progress line
 
-/// Creates the folders on the way and the file, empty. Returns false after a failure, with one line on
-/// standard error.
+/// Creates the parent folders and the empty file. Returns false after a failure, with one line on standard
+/// error.
 bool create(std::ofstream& output, const std::string& path)
 {
     const auto folder = std::filesystem::path(path).parent_path();
@@ -41,7 +41,7 @@ bool create(std::ofstream& output, const std::string& path)
     return output.is_open();
 }
 
-/// A line about this process; `isCompact` leaves out every blank between its parts.
+/// Returns a line about this process; `isCompact` omits all blanks between its parts.
 std::string line(bool isCompact, const char* key, const std::string& value)
 {
     const std::string blank = isCompact ? "" : " ";
@@ -56,7 +56,7 @@ void sleepUntil(Clock::time_point end, ProgressPipe& pipe)
     }
 }
 
-// The last lines are not lost because a pipe is full just now.
+// Waits for a slow reader of a full pipe, so that the last lines are not lost.
 void deliver(ProgressPipe& pipe)
 {
     const auto end = Clock::now() + kSlowReaderGets;
@@ -64,7 +64,7 @@ void deliver(ProgressPipe& pipe)
         sleepUntil(Clock::now() + std::chrono::milliseconds(1), pipe);
 }
 
-/// Reports one encoding, for `options.seconds` or until it is to fail or to fall silent. Returns the exit
+/// Reports one encoding, for `options.seconds` or until the requested failure or silence. Returns the exit
 /// status.
 int encode(const Options& options)
 {
@@ -99,7 +99,7 @@ int main(int argc, char** argv)
     const auto options = parseOptions(argc, argv, exitStatus);
     if (!options)
         return exitStatus;
-    // A reader that goes away ends no encoding.
+    // A reader that closes the pipe must not end the encoding.
     std::signal(SIGPIPE, SIG_IGN);
     return encode(*options);
 }

@@ -21,7 +21,7 @@ Failure CommandSource::readFile(const std::string& path)
     std::string error;
     while (const auto command = parseNext(error))
         commands.push_back(*command);
-    input = -1; // the host goes on after the file's end
+    input = -1; // the host keeps running after the end of the file
     endSeen = false;
     return error.empty() ? std::nullopt : Failure(error);
 }
@@ -64,7 +64,7 @@ std::optional<Command> CommandSource::parseNext(std::string& error)
 
 void CommandSource::sleep(std::chrono::milliseconds atMost)
 {
-    pollfd source{endSeen ? -1 : input, POLLIN, 0}; // a negative descriptor is passed over
+    pollfd source{endSeen ? -1 : input, POLLIN, 0}; // poll ignores a negative descriptor
     if (poll(&source, 1, static_cast<int>(atMost.count())) <= 0 || source.revents == 0)
         return;
     readPiece();

@@ -1,4 +1,4 @@
-// Where a scenario's commands come from: a file that is read and checked at once, or lines as they arrive.
+// The source of a scenario's commands: a file, read and checked at once, or lines as they arrive.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -13,23 +13,22 @@ namespace K3DHostSimulator {
 
 class CommandSource {
 public:
-    /// No command ever comes.
+    /// Creates a source without commands.
     CommandSource() = default;
 
-    /// Takes all commands of a file. Fails when it cannot be read or when one of its lines is wrong.
+    /// Reads all commands of a file. Fails if it cannot be read or a line is invalid.
     Failure readFile(const std::string& path);
-    /// Takes lines from a descriptor as they arrive. The descriptor stays the caller's.
+    /// Reads lines from a descriptor as they arrive. The caller keeps the descriptor.
     void readFrom(int descriptor) { input = descriptor; }
 
-    /// The next command; nothing when there is none at the moment, or when the next line is wrong: then
-    /// `error` says so, and nothing more comes.
+    /// Returns the next command; nullopt if none has arrived, or the next line is invalid: then `error` is
+    /// set.
     std::optional<Command> next(std::string& error);
-    /// Whether the descriptor's end was reached and everything before it was taken.
+    /// Returns whether the end of the descriptor was reached and all commands before it were returned.
     bool hasEnded() const { return endSeen && commands.empty() && unread.empty(); }
-    /// Whether the first command is a start.
     bool beginsWithStart() const;
 
-    /// Sleeps until something arrives, at most for this time.
+    /// Sleeps until input arrives, at most for this time.
     void sleep(std::chrono::milliseconds atMost);
 
 private:
@@ -38,7 +37,7 @@ private:
     std::optional<Command> parseNext(std::string& error);
 
     std::deque<Command> commands; // of a file
-    int input = -1;               // no more is read once its end was seen
+    int input = -1;               // not read after its end
     bool endSeen = false;
     std::string unread;
     int lineNumber = 0;

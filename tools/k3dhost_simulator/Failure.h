@@ -1,4 +1,4 @@
-// How an operation of the simulator says that it failed.
+// The result of an operation of the simulator that can fail.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 namespace K3DHostSimulator {
 
-/// Empty when all is well, otherwise one clear line without a line feed.
+/// nullopt after success, otherwise an error of one line without a line feed.
 using Failure = std::optional<std::string>;
 
 } // namespace K3DHostSimulator

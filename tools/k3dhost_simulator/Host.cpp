@@ -31,7 +31,7 @@ std::string busLine(const std::string& id, std::string_view name)
 
 Host::Host(Print event, Print write) : printEvent(std::move(event)), printWrite(std::move(write)) {}
 
-// Makes one change of a record in the segment and in what the watcher expects there.
+// Applies one change to a record in the segment and in the watcher's expected session.
 template <typename Change>
 void Host::change(int slot, Change apply)
 {
@@ -72,7 +72,7 @@ void Host::stop()
 {
     if (watcher == nullptr)
         return;
-    // A text is reported at the second look.
+    // A text is reported in the second call.
     printAgentWrites();
     printAgentWrites();
     printForeignWrites();

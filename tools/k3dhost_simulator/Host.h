@@ -13,30 +13,29 @@
 
 namespace K3DHostSimulator {
 
-/// Runs or is stopped; stopped at first. Used by one thread. Lines are printed without a line feed, as --help
-/// lists them.
+/// Initially stopped. Prints lines as --help lists them, without line feeds. One thread only.
 class Host {
 public:
     using Print = std::function<void(const std::string& line)>;
 
-    /// `event` prints what the host does, `write` what others wrote into the session.
+    /// `event` prints what the host does, `write` what other processes write into its segments.
     Host(Print event, Print write);
     ~Host() { stop(); }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Makes new segments and registers the clients that are always there. A running host is stopped first.
+    /// Creates new segments and registers the fixed clients. Stops a running host first.
     Failure start(int wordSize, bool withSettings);
-    /// Prints what is left to print and removes the segments; nothing when the host does not run.
+    /// Prints pending lines and removes the segments; does nothing if the host is stopped.
     void stop();
 
-    /// These fail when the host does not run, and as their lines say.
+    /// Each fails if the host is stopped or does not allow the change.
     Failure addBus(const std::string& id, const std::string& name);
     Failure removeBus(const std::string& id);
     Failure renameBus(const std::string& id, const std::string& name);
     Failure postMessage(float number);
 
-    /// Prints what was written since the last look: the agent's fields each time, the rest once a second.
+    /// Prints the writes since the last call: of the agent's fields each time, of all others once a second.
     void watch();
 
 private:

@@ -21,27 +21,26 @@ constexpr const char* kSegmentNames[] = {LIPC::kVersionSegment, LIPC::kSessionSe
 
 std::string systemError() { return std::strerror(errno); }
 
-// A killed process that its parent has not waited for yet still takes signals. Where there is no such file,
-// it counts as alive.
+// A killed process still accepts signals until its parent has waited for it. Without /proc, returns false.
 bool isZombie(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string status;
     std::getline(file, status);
-    const auto name = status.rfind(')'); // the program's name, which may itself hold anything
+    const auto name = status.rfind(')'); // ends the program's name, which may contain any character
     return name != std::string::npos && status.compare(name, 3, ") Z") == 0;
 }
 
 bool isAlive(pid_t process)
 {
-    // A number of our own belongs to an earlier process that had it.
+    // If it is this process's id, an earlier process had the same id.
     if (process <= 0 || process == getpid())
         return false;
     const bool exists = kill(process, 0) == 0 || errno == EPERM;
     return exists && !isZombie(process);
 }
 
-// What stands under a segment's key; an id of -1 when nothing does.
+// The segment with a name's key; `id` is -1 if there is none.
 struct ExistingSegment {
     int id = -1;
     pid_t creator = 0;

@@ -1,4 +1,4 @@
-// The two segments that a host publishes: making them and taking them away.
+// Creates and removes the two segments that a host publishes.
 #pragma once
 
 #include "lipc/SessionBuffer.h"
@@ -9,12 +9,12 @@
 
 namespace K3DHostSimulator {
 
-/// The process whose segments exist and that is still alive; 0 when there is none. A host in another process
-/// namespace cannot be seen.
+/// Returns the live process whose segments exist; 0 if there is none. A host in another process namespace is
+/// not found.
 pid_t runningHost();
 
-/// The segments of one running host, of exactly the documented sizes and filled with zeros. Removed with this
-/// object; a process that is killed leaves them.
+/// The segments of one running host, of exactly the documented sizes, initially zero. The destructor removes
+/// them; a killed process leaves them behind.
 class HostSegments {
 public:
     HostSegments() = default;
@@ -22,13 +22,13 @@ public:
     HostSegments(const HostSegments&) = delete;
     HostSegments& operator=(const HostSegments&) = delete;
 
-    /// Makes both segments or neither. Those that a dead process left are replaced, with one line on standard
-    /// error. Fails when a host is alive already, or when the system refuses.
+    /// Creates both segments or none. Replaces those of an ended process, with one line on standard error.
+    /// Fails if a host is running or the system refuses.
     Failure create();
-    /// Detaches and removes both; nothing when there are none.
+    /// Detaches and removes both segments, if there are any.
     void remove();
 
-    /// Null as long as there are none.
+    /// Null while there are no segments.
     LIPC::VersionBuffer* version() const { return static_cast<LIPC::VersionBuffer*>(versionSegment.address); }
     LIPC::SessionBuffer* session() const { return static_cast<LIPC::SessionBuffer*>(sessionSegment.address); }
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
 
-// The byte that an escape stands for, and how many characters the escape has; 0 characters when it is none.
+// The byte of an escape sequence and the sequence's length; 0 characters if it is invalid.
 struct Escape {
     char byte = 0;
     std::size_t characters = 0;
@@ -21,7 +21,7 @@ Escape readEscape(std::string_view text)
         return {};
     unsigned value = 0;
     const auto result = std::from_chars(text.data() + 2, text.data() + 4, value, 16);
-    // A text of the session ends at its first NUL, so that one cannot be part of it.
+    // NUL is refused, because it ends a text of the session.
     if (result.ptr != text.data() + 4 || value == 0)
         return {};
     return {static_cast<char>(value), 4};

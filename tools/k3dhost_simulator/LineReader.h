@@ -1,4 +1,4 @@
-// Takes one line of the scenario language apart.
+// Parses one line of the scenario language.
 #pragma once
 
 #include <optional>
@@ -7,24 +7,25 @@
 
 namespace K3DHostSimulator {
 
-/// Goes through a line from left to right. Whatever is asked for, blanks before it are passed over.
+/// Reads a line from left to right; blanks before each element are skipped.
 class LineReader {
 public:
     explicit LineReader(std::string_view line);
 
     bool atEnd() const { return rest.empty(); }
-    /// Everything that is left, without blanks at its ends.
+    /// Returns the rest of the line without blanks at its ends.
     std::string_view remainder() const { return rest; }
 
-    /// The next run of characters without a blank; empty at the end.
+    /// Reads the next word, which ends at a blank; empty at the end.
     std::string_view word();
-    /// Passes over these words, one blank between two of them, if they come next as a whole.
+    /// Skips `words`, with one blank between two of them, if they are next and complete. Returns whether they
+    /// were.
     bool accept(std::string_view words);
 
-    /// A word or a text in double quotes. Nothing, with `error` set, when there is none or when it is
+    /// Reads a word or a text in double quotes. Returns nullopt, with `error` set, if there is none or it is
     /// malformed. Within quotes \xNN is a byte, \\ a backslash and \" a quote.
     std::optional<std::string> wordOrQuoted(std::string& error);
-    /// As above, but without quotes the text is all that is left of the line; with quotes nothing may follow.
+    /// Does the same, but without quotes the text is the rest of the line; with quotes nothing may follow.
     std::optional<std::string> lastText(std::string& error);
 
 private:

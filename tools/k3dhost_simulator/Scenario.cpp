@@ -17,7 +17,7 @@ constexpr std::size_t kNameBytes = sizeof(LIPC::ClientEntry::label);
 constexpr milliseconds kWaitForAtMost{10'000};
 constexpr int kLongestWaitMs = 24 * 60 * 60 * 1000;
 
-// The parsers of the commands' arguments return what is wrong, or an empty text.
+// The parsers of the commands' arguments return the error, or an empty text.
 
 std::string quote(std::string_view text) { return "'" + std::string(text) + "'"; }
 

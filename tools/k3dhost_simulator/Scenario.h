@@ -1,4 +1,4 @@
-// The scenario language, as --help describes it: what the simulated host does, one command a line.
+// The scenario language, which --help describes: the actions of the simulated host, one command per line.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -15,16 +15,16 @@ class ScenarioPlayer;
 struct Command {
     int line = 0; // its number in the scenario, from 1
     bool isStart = false;
-    std::function<Failure(ScenarioPlayer&)> play; // carries it out, or begins to wait
+    std::function<Failure(ScenarioPlayer&)> play; // executes it, or begins a wait
 };
 
-/// Neither a command nor an error: a blank line or a comment.
+/// A blank line or a comment has neither a command nor an error.
 struct ParsedLine {
     std::optional<Command> command;
     std::string error; // "line 3: unknown command 'bsu'"
 };
 
-/// `text` is one line without its line feed, `number` its number.
+/// Parses one line without its line feed; `number` is its line number.
 ParsedLine parseLine(std::string_view text, int number);
 
 } // namespace K3DHostSimulator

@@ -57,7 +57,7 @@ bool ScenarioPlayer::isWaiting()
 
 void ScenarioPlayer::hear(const std::string& line)
 {
-    // Nobody waits for what is this far back, and a host that runs for days must not grow.
+    // No wait needs older lines, and a host that runs for days must not use more and more memory.
     constexpr std::size_t kKept = 1000;
     if (heard.size() == kKept)
         heard.pop_front();

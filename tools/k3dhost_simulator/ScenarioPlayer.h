@@ -1,4 +1,4 @@
-// The simulated host as a scenario plays it, with what the scenario waits for.
+// The simulated host, controlled by a scenario, and the scenario's waits.
 #pragma once
 
 #include "tools/k3dhost_simulator/Host.h"
@@ -12,26 +12,26 @@ namespace K3DHostSimulator {
 
 class ScenarioPlayer {
 public:
-    /// `print` gets each line of the host.
+    /// `print` is called with each line of the host.
     explicit ScenarioPlayer(const Host::Print& print);
 
     Host& host() { return played; }
 
-    /// Restarts the host and forgets the lines of an earlier start.
+    /// Restarts the host and discards the lines of earlier starts.
     Failure start(int wordSize, bool withSettings);
     void end();
-    /// Ends the process, so that the segments stay.
+    /// Kills this process, so that the segments remain.
     [[noreturn]] static void killSelf();
 
-    /// Begins to wait until the time is over, or until others have written what prints `line`, unless that is
-    /// empty. Each line is taken by one wait, and may come before it.
+    /// Begins a wait until the time is over or, unless `line` is empty, until a write of another process
+    /// prints `line`. Each printed line ends one wait, which may begin after it.
     void wait(std::chrono::milliseconds atMost, const std::string& line);
-    /// Whether a wait is not over yet.
+    /// Returns whether a wait is not over yet.
     bool isWaiting();
-    /// Set when a wait for a line has ended without it.
+    /// Set after a wait for a line has timed out.
     const Failure& failure() const { return timedOut; }
 
-    /// Whether the scenario has ended the host.
+    /// Returns whether the scenario has ended the host.
     bool hasEnded() const { return ended; }
 
 private:
@@ -41,7 +41,7 @@ private:
     bool takeHeard(const std::string& line);
 
     Host played;
-    std::deque<std::string> heard; // lines that others' writing printed and no wait has taken
+    std::deque<std::string> heard; // lines about writes of other processes that no wait has used
     std::optional<std::string> awaited;
     std::chrono::milliseconds patience{};
     Clock::time_point waitEnds;

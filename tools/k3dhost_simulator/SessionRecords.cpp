@@ -8,10 +8,11 @@
 namespace K3DHostSimulator {
 namespace {
 
-// A text's type word belongs to the process that made it. Ours is no address, so that nobody can use it.
+// A text's type word is valid only in the process that created the text. This one is not an address, so that
+// no process can use it.
 constexpr std::uint64_t kTypeWord = 0x4B33'4448'4F53'5401;
 
-// What the agent's parameters hold before it has written them: none of its values.
+// The initial value of the agent's parameters, which is none of the agent's values.
 constexpr float kNothingWritten = -1.0F;
 
 void fillPattern(unsigned char* bytes, std::size_t count, unsigned seed)
@@ -20,7 +21,7 @@ void fillPattern(unsigned char* bytes, std::size_t count, unsigned seed)
         bytes[i] = static_cast<unsigned char>(seed + i * 31);
 }
 
-// The agent finds its own record by the id alone, so that the id's first character goes in last.
+// Writes the id's first character last, because the agent finds its record by the id alone.
 void publishId(LIPC::ClientID& shared, const std::string& text)
 {
     const LIPC::ClientID id(text.c_str());
@@ -73,7 +74,7 @@ void registerClient(LIPC::ClientEntry& record, const Client& client)
 
 void clearClient(LIPC::ClientEntry& record)
 {
-    // Acquires as well, so that the rest cannot be cleared before it.
+    // With acquire semantics too, so that the rest cannot be cleared before it.
     __atomic_exchange_n(&record.type, 0, __ATOMIC_ACQ_REL);
     std::memset(static_cast<void*>(&record), 0, sizeof record);
 }

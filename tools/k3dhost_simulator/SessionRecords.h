@@ -1,4 +1,4 @@
-// The host's side of the client registry: writing records that others read at the same time.
+// Writes the records of the client registry while other processes read them.
 #pragma once
 
 #include "lipc/SessionBuffer.h"
@@ -13,24 +13,24 @@ constexpr std::int32_t kPannerType = LIPC::clientType("KPAN");
 constexpr std::int32_t kReturnType = LIPC::clientType("KRET");
 constexpr std::int32_t kSettingsType = LIPC::clientType("KSET");
 
-/// `id` and `label` have at most 64 bytes; a label that has them all is stored without a terminator.
+/// `id` and `label` have at most 64 bytes; a label of 64 bytes is stored without a terminator.
 struct Client {
     std::string id;
     std::int32_t type;
     std::string label;
 };
 
-/// Fills what belongs to the host alone: the bytes before and behind the records.
+/// Fills the bytes before and after the records, which only the host writes.
 void fillHostBytes(LIPC::SessionBuffer& session);
 
-/// The lowest slot that no client has; -1 when all are taken.
+/// Returns the lowest slot without a client; -1 if there is none.
 int freeSlot(const LIPC::SessionBuffer& session);
-/// The slot of the registered client with this id; -1 when there is none.
+/// Returns the slot of the registered client with this id; -1 if there is none.
 int slotOf(const LIPC::SessionBuffer& session, std::string_view id);
 
-/// Writes a client into a free record. Nobody finds it, by type or by id, before it is whole.
+/// Writes a client into a free record. Readers do not find it, by type or by id, before it is complete.
 void registerClient(LIPC::ClientEntry& record, const Client& client);
-/// Frees a record. Its type goes first, so that nobody lists what is being taken away.
+/// Frees a record. Clears its type first, so that no reader lists a partly cleared client.
 void clearClient(LIPC::ClientEntry& record);
 void relabelClient(LIPC::ClientEntry& record, std::string_view label);
 

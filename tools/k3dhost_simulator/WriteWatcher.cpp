@@ -21,7 +21,7 @@ constexpr const auto& kFacility = Kest::Settings::setting("Facility");
 constexpr std::string_view kDefaultBus = "default bus ";
 constexpr std::string_view kForeignWrite = "FOREIGN WRITE at offset ";
 
-// Of a text the agent writes the slots and the index, but not the type word before nor the padding behind.
+// The agent writes the slots and the index of a text, but not the type word before or the padding after them.
 constexpr std::size_t kTextStart = 8;
 constexpr std::size_t kTextEnd = 268;
 
@@ -30,7 +30,7 @@ struct Stretch {
     std::size_t end;
 };
 
-// The agent's own fields in the order of their offsets; the last ends with the segment.
+// Returns the agent's own fields in the order of their offsets; the last one ends with the segment.
 std::vector<Stretch> agentStretches(int settingsSlot)
 {
     std::vector<Stretch> fields;

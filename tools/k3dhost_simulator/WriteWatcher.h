@@ -1,4 +1,4 @@
-// Finds out what other processes wrote into the session, by comparing it with what should be there.
+// Detects what other processes wrote into the session by comparing it with its expected content.
 #pragma once
 
 #include "lipc/SessionBuffer.h"
@@ -10,12 +10,12 @@
 
 namespace K3DHostSimulator {
 
-/// A text that another process writes byte by byte.
+/// Debounces a text that another process writes byte by byte.
 class SettledText {
 public:
     const std::string& text() const { return settled; }
 
-    /// Takes what one look saw. True when two looks in a row agree on a new text.
+    /// Takes the text of one reading. Returns true if two readings in a row agree on a new text.
     bool look(std::string_view now)
     {
         const bool agrees = now == seen;
@@ -31,24 +31,24 @@ private:
     std::string seen;
 };
 
-/// Keeps the session as the host left it, plus what was reported already. Every change that the host makes in
-/// the segment must be made in `expected` too.
+/// Keeps the expected content of the session: the host's changes and the reported writes. Each change of the
+/// segment by the host must also be made in `expected`.
 class WriteWatcher {
 public:
     WriteWatcher();
 
     LIPC::SessionBuffer& expected() { return *image; }
 
-    /// One line for each of the agent's own fields that changed since the last look. A text is reported when
-    /// two looks in a row found it, so that it is never one that is half written. Of several writes between
-    /// two looks only the last is seen, and none that left the old value.
+    /// Returns one line for each of the agent's own fields that changed since the last call. A text is
+    /// reported when two calls in a row found it, so that it is never half written. Several writes of a field
+    /// between two calls count as the last one; none is reported if the value is the old one.
     std::vector<std::string> agentWrites(const LIPC::SessionBuffer& session);
 
-    /// "FOREIGN WRITE at offset N" for the first changed byte of each stretch between the agent's own fields.
-    /// What was reported once is expected from then on. Compares all of the 3.4 MB.
+    /// Returns "FOREIGN WRITE at offset N" for the first changed byte of each range between the agent's own
+    /// fields. A reported change is expected from then on. Compares all 3.4 MB.
     std::vector<std::string> foreignWrites(const LIPC::SessionBuffer& session);
 
-    /// Whether a line could come from this class.
+    /// Returns whether this class can report such a line.
     static bool canReport(std::string_view line);
 
 private:

@@ -1,4 +1,5 @@
-// k3dhost-simulator: a host for the settings agent, for demonstrations and tests. --help tells its language.
+// k3dhost-simulator: simulates the settings agent's host, for demonstrations and tests. --help describes its
+// scenario language.
 #include "tools/k3dhost_simulator/CommandSource.h"
 #include "tools/k3dhost_simulator/HostSegments.h"
 #include "tools/k3dhost_simulator/Options.h"
@@ -27,7 +28,7 @@ void handleSignals()
     action.sa_handler = requestStop;
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaction(signal, &action, nullptr);
-    // A reader of our output that goes away is no reason to leave the segments behind.
+    // The segments must be removed even if the reader of the output has ended.
     std::signal(SIGPIPE, SIG_IGN);
 }
 
@@ -53,7 +54,7 @@ int check()
     return 0;
 }
 
-// Until a signal, the end of the input or of the scenario, or a failure.
+// Runs until a signal, the end of the input or of the scenario, or a failure. Returns the exit status.
 int play(CommandSource& source, ScenarioPlayer& player)
 {
     Command current;

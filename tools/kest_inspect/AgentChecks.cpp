@@ -1,4 +1,4 @@
-// The agent itself, and the pipe in which encoders report to it.
+// Checks of the agent, and of the pipe in which encoders report to it.
 #include "lipc/SharedFile.h"
 #include "tools/kest_inspect/Checks.h"
 
@@ -31,7 +31,8 @@ std::string killCommand(const std::vector<Opener>& processes)
     return command;
 }
 
-// For where processes cannot be looked into. An agent notices nothing of it: it holds a writing end itself.
+// For systems that do not list the open files of processes. Running agents do not notice it: they keep a
+// write end open.
 bool hasReader(const std::string& path)
 {
     const int end = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
@@ -77,7 +78,7 @@ bool isAgent(const Surroundings& here, const Opener& reader)
     return std::ranges::find(here.agents, reader.process, &Opener::process) != here.agents.end();
 }
 
-// Each reader gets a part of what the encoders write.
+// An error because each reader gets a part of what the encoders write.
 Finding otherReaders(const Surroundings& here, const std::string& path, const std::vector<Opener>& readers)
 {
     auto others = readers;
@@ -89,7 +90,8 @@ Finding otherReaders(const Surroundings& here, const std::string& path, const st
                  "only the agent may: " + killCommand(others));
 }
 
-// A second agent that waits to replace the pipe again: it still has its own one, which this agent replaced.
+// Returns agents that wait to replace the pipe again: they still have their own pipe open, which this agent
+// replaced.
 std::vector<Opener> secondAgents(const Surroundings& here, const std::string& path)
 {
     auto readers = openersOfRemoved(path);

@@ -68,7 +68,8 @@ void addClients(const Session& before, const Session& now, Changes& changes)
     changes.insert(changes.end(), came.begin(), came.end());
 }
 
-// Of a record that is new, the parameters that have a name, and all that are not 0.
+// Returns whether a parameter has changed; in a new record, whether it has a name or is not 0, but a host
+// message of 0 does not count.
 bool isToTell(const AgentRecord* before, const AgentRecord& now, int number)
 {
     const auto index = static_cast<std::size_t>(number);

@@ -1,4 +1,4 @@
-// What is different between two readings.
+// Finds the differences between two readings of the host's segments.
 #pragma once
 
 #include "tools/kest_inspect/Printed.h"
@@ -7,12 +7,12 @@
 
 namespace KestInspect {
 
-/// What happened from `before` to `now`, each as one line and as an object with an "event", in the order of a
-/// registry: the host, its clients, the agent's record, the default bus. Of a record that was not there
-/// before, all that says something.
+/// Returns the changes from `before` to `now`, each as one line and as an object with an "event", in this
+/// order: the host, its version word, its clients, the agent's record, the default bus. In a new record,
+/// parameters that have a name or are not 0 count as changed, and texts that are not empty.
 std::vector<Printed> changesBetween(const Reading& before, const Reading& now);
 
-/// The same for a first reading: what is there, or that there is no host.
+/// Returns the same for the first reading: its content, or that there is no host.
 std::vector<Printed> changesUpTo(const Reading& now);
 
 } // namespace KestInspect

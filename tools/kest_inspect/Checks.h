@@ -1,4 +1,4 @@
-// The checks of the doctor, one thing each.
+// The checks of `kest-inspect doctor`.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -13,17 +13,17 @@
 
 namespace KestInspect {
 
-/// What several checks ask about.
+/// The data of several checks.
 struct Surroundings {
     Kest::Settings::SystemPaths paths;
     std::optional<Segment> version;
     std::optional<Segment> session;
     Reading reading;
-    bool agentRuns = false;     // one of this user
-    std::vector<Opener> agents; // as far as the system tells
+    bool agentRuns = false;     // an agent of this user
+    std::vector<Opener> agents; // those that the system lists
 };
 
-/// Nothing where there is nothing to look at.
+/// nullopt if there is nothing to check.
 using Check = std::optional<Finding>;
 
 Check checkHost(const Surroundings& here);
@@ -38,14 +38,14 @@ Check checkSettings(const Surroundings& here);
 Check checkFacilities(const Surroundings& here);
 Check checkLastUser(const Surroundings& here);
 
-/// Runs all checks, from the host to the tray, each with a finding where there is something to look at.
-/// Changes nothing.
+/// Runs all checks, from the host to the tray, and returns their findings. Changes nothing.
 std::vector<Finding> examine(const Kest::Settings::SystemPaths& paths);
 
-/// The status of what stands at a path, links not followed; nothing, with `errno` set, when nothing is known.
+/// Returns the status of the file at a path without following a link; nullopt, with `errno` set, after an
+/// error.
 std::optional<struct stat> statusOf(const std::string& path);
 
-/// "a file", "a link", ...
+/// Returns "a file", "a link", ...
 std::string kindOf(const struct stat& status);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// What the agent keeps and finds in files.
+// Checks of the files that the agent reads and writes.
 #include "backend/FileText.h"
 #include "backend/SettingsFileCheck.h"
 #include "backend/SettingsPlace.h"
@@ -27,7 +27,7 @@ FileText read(const std::string& path)
 
 bool isWhole(const FileText& file) { return file.error == 0 && Kest::Settings::isSettingsText(file.text); }
 
-// The folder of a file, or the one above it in which a missing one is to be made.
+// Returns the folder, or its nearest existing parent, in which a missing one would be created.
 fs::path lastExisting(fs::path folder)
 {
     while (!statusOf(folder) && folder.has_relative_path())
@@ -35,7 +35,8 @@ fs::path lastExisting(fs::path folder)
     return folder;
 }
 
-// A save replaces the settings file by a new one, so the file's own mode does not matter.
+// Checks only the folder: a save replaces the settings file by a new one, so the file's own mode does not
+// matter.
 Check checkSaving(const std::string& path)
 {
     const auto folder = lastExisting(fs::path(path).parent_path()).string();

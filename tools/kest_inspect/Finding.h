@@ -1,4 +1,4 @@
-// One line of what the doctor says.
+// One line of the output of `kest-inspect doctor`.
 #pragma once
 
 #include <algorithm>
@@ -10,15 +10,15 @@ namespace KestInspect {
 
 enum class Rank {
     ok,
-    note,  // may well be meant so
-    wrong, // keeps something from working
+    note,  // may be intentional
+    wrong, // prevents something from working
 };
 
 struct Finding {
     Rank rank = Rank::ok;
-    std::string subject; // what was looked at, a few words that stay the same
-    std::string text;    // any bytes: names of files, users and processes are in it
-    std::string remedy;  // empty where all is well
+    std::string subject; // what was checked: a fixed text
+    std::string text;    // any bytes: contains names of files, users and processes
+    std::string remedy;  // empty if there is nothing to do
 };
 
 inline Finding ok(std::string subject, std::string text)

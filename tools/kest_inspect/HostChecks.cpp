@@ -1,4 +1,4 @@
-// The host's side: is it there, and can the agent talk to it?
+// Checks of the host: whether it runs, and whether the agent can use its segments.
 #include "lipc/SessionBuffer.h"
 #include "lipc/ShmKey.h"
 #include "lipc/VersionBuffer.h"

@@ -17,10 +17,10 @@ using Kest::Text::printable;
 
 std::string shownText(std::string_view bytes) { return Kest::Text::escaped(textInUtf8(bytes)); }
 
-// As it is printed: a float of 0.1 is no 0.10000000149.
+// Returns the number as it is printed: 0.1, not 0.10000000149.
 Json jsonNumber(float value) { return std::strtod(printable(value).c_str(), nullptr); }
 
-// Filled up with blanks to a number of characters.
+// Pads with blanks to `width` characters.
 std::string column(std::string utf8, std::ptrdiff_t width)
 {
     const auto length = std::ranges::count_if(utf8, [](char byte) { return (byte & 0xC0) != 0x80; });
@@ -28,7 +28,7 @@ std::string column(std::string utf8, std::ptrdiff_t width)
     return utf8;
 }
 
-// A row of a table that begins with a number, without blanks at its end.
+// Returns a row of a table that begins with a number, without blanks at its end.
 std::string row(int number, const std::string& columns)
 {
     char digits[16];
@@ -60,7 +60,7 @@ void addClients(const Session& session, Printed& out)
     }
 }
 
-// All parameters that the agent or its defaults know, and all others that are not 0.
+// Adds the parameters that have a name or a default, and all others that are not 0.
 void addParameters(const AgentRecord& agent, Printed& out)
 {
     out.text += "  parameters\n";
@@ -78,7 +78,7 @@ void addParameters(const AgentRecord& agent, Printed& out)
     }
 }
 
-// As text only those with a name or a value.
+// The text contains only those with a name or a value.
 void addTexts(const AgentRecord& agent, Printed& out)
 {
     out.text += "  texts\n";
@@ -143,7 +143,7 @@ Printed printed(const std::vector<Finding>& findings)
     return out;
 }
 
-// Texts are UTF-8 by now; what is not would be replaced, not thrown.
+// All texts are UTF-8 already; invalid bytes would be replaced and would not throw.
 std::string jsonDocument(const Json& json)
 {
     return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";

@@ -1,4 +1,4 @@
-// What the tool prints: each thing as a person reads it in a terminal, and as a program does.
+// The output of the tool: each part as text for a terminal and as JSON for programs.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -34,9 +34,9 @@ Printed printedText(int number, const std::string& value);
 Printed printedBus(const std::string& id, const std::string& label); // "none" without an id
 std::string printedVersionWord(std::int32_t bits);
 
-/// A client's id or label for a terminal.
+/// Returns a client's id or label for a terminal.
 std::string printedName(std::string_view bytes);
-/// `meaning` in brackets behind a blank; empty when it is.
+/// Returns a blank and `meaning` in brackets; empty if `meaning` is empty.
 std::string inBrackets(const std::string& meaning);
 Json textOrNull(std::string_view text);
 

@@ -13,7 +13,7 @@ namespace KestInspect {
 namespace {
 
 constexpr int kMostLooks = 5;
-// Time for a host that is in the middle of a name; a name takes it some nanoseconds.
+// Time for the host to finish writing a name, which takes some nanoseconds.
 constexpr std::chrono::milliseconds kWriteTime{1};
 
 AgentRecord agentRecord(int slot, const LIPC::ClientEntry& copy)
@@ -31,7 +31,7 @@ Session readSession(int segment, const LIPC::SessionBuffer& shared)
     session.segment = segment;
     for (int slot = 0; slot < LIPC::SessionBuffer::kSlots; ++slot) {
         const auto& entry = shared.clients[slot];
-        // As the agent finds it: by its id alone, in the lowest slot.
+        // Found as by the agent: by its id alone, in the lowest slot.
         const bool isAgent = !session.agent && entry.id.is(LIPC::kSettingsClientName);
         if (!isAgent && LIPC::loadShared(entry.type) == 0)
             continue;
@@ -58,7 +58,7 @@ Reading look(const Kest::Settings::SystemPaths& paths)
     return reading;
 }
 
-// Numbers are never torn, and may change all the time.
+// Numbers are not compared: they are never half written, and may change all the time.
 bool namesAgree(const Reading& a, const Reading& b)
 {
     if (!a.session || !b.session)

@@ -1,4 +1,4 @@
-// What stands in the host's segments at one moment, as values of our own.
+// A copy of the content of the host's segments.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -30,7 +30,7 @@ struct AgentRecord {
 };
 
 struct Session {
-    int segment = -1;            // the system's number; a host that has started anew has another one
+    int segment = -1;            // the segment's id, which changes when the host restarts
     std::vector<Client> clients; // in slot order: all with a type, and the agent's record
     std::optional<AgentRecord> agent;
     std::string defaultBus; // a client's id
@@ -41,12 +41,11 @@ struct Reading {
     std::optional<Session> session;          // none without a session segment that is long enough
 };
 
-/// Looks without leaving a trace: no marker file is made, nothing is written, nothing stays attached. The
-/// host writes names without a lock, so that a look is repeated until two in a row read the same names, some
-/// times at most.
+/// Reads the host's segments. Creates no key file, writes nothing and keeps nothing attached. The host writes
+/// names without a lock, so it reads up to five times, until two readings in a row have the same names.
 Reading readHost(const Kest::Settings::SystemPaths& paths);
 
-/// The label of the client with this id; empty when there is none.
+/// Returns the label of the client with this id; empty if there is none.
 std::string labelOf(const Session& session, const std::string& id);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// What the system knows of a shared-memory segment, apart from what is in it.
+// The system's data about a shared-memory segment, without its content.
 #pragma once
 
 #include <cstddef>
@@ -10,22 +10,22 @@ namespace KestInspect {
 
 struct Segment {
     int id = -1;
-    int error = 0; // 0, or the system's number of why the rest is not known
+    int error = 0; // the error number if the rest is unknown, otherwise 0
     std::size_t bytes = 0;
     unsigned mode = 0; // permission bits
     uid_t owner = 0;
-    pid_t creator = 0; // 0 when it is in a process namespace that cannot be seen from here
+    pid_t creator = 0; // 0 if it is in a process namespace that is not visible here
     unsigned long attached = 0;
     bool isWritable = false; // by this user
 };
 
-/// Nothing when there is no segment of that name, which goes for one without a marker file too.
+/// Returns nullopt if there is no segment of that name, or no key file for it.
 std::optional<Segment> findSegment(const std::string& name);
 
-/// Whether a process has ended; 0 counts as one that has not.
+/// Returns whether a process has ended; false for 0.
 bool hasEnded(pid_t process);
 
-/// "root", or the number of a user who has no name.
+/// Returns "root", or the number of a user without a name.
 std::string userName(uid_t user);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// What each system tells in a way of its own, a file a system.
+// Platform-specific queries, implemented in one folder for each platform.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -15,26 +15,26 @@ namespace KestInspect {
 struct Opener {
     pid_t process = 0;
     std::string program;
-    bool reads = false;     // through a descriptor that can read
-    bool holdsLock = false; // as a whole file is locked
+    bool reads = false;     // has a descriptor that can read
+    bool holdsLock = false; // has locked the whole file
 };
 
-/// The processes that have the file at a path open, without opening it. Empty where the system does not tell;
-/// those of other users may be missing.
+/// Returns the processes that have the file at a path open, without opening it. Processes of other users may
+/// be missing. Empty if the system does not list open files.
 std::vector<Opener> openersOf(const std::string& path);
 
-/// The same for files that were at this path and are removed.
+/// Returns the same for removed files that were at this path.
 std::vector<Opener> openersOfRemoved(const std::string& path);
 
-/// Whether a process holds the lock of a file, found out without taking it.
+/// Returns whether a process holds the lock of a file, without taking the lock.
 bool isLocked(const std::string& path);
 
-/// A segment that is `bytes` bytes long, less than a page more at most, and has a key, whatever key that is:
-/// its creator, if it lives. For a session whose marker file was removed. Nothing where the system does not
-/// tell.
+/// Returns the live creator of a segment with a key, whatever key that is, and a size from `bytes` to less
+/// than a page more; nullopt if there is none or the system does not list segments. For a session whose key
+/// file was removed.
 std::optional<pid_t> creatorOfSegment(std::size_t bytes);
 
-/// Whether there is a tray to put the menu in; nothing on systems that always have a menu bar.
+/// Checks whether there is a tray for the menu; nullopt on systems that always have a menu bar.
 std::optional<Finding> checkTray();
 
 } // namespace KestInspect

@@ -20,7 +20,7 @@ volatile std::sig_atomic_t stopRequested = 0;
 
 void requestStop(int) { stopRequested = 1; }
 
-/// Lets the ending signals in only while it sleeps, so that none comes just before a sleep and is missed.
+/// Unblocks the ending signals only while it sleeps, so that none arrives just before a sleep and is missed.
 class InterruptibleSleep {
 public:
     InterruptibleSleep()
@@ -35,7 +35,7 @@ public:
         }
         pthread_sigmask(SIG_BLOCK, &ending, &usual);
         for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-            sigdelset(&usual, signal); // whoever started this may have blocked them
+            sigdelset(&usual, signal); // the parent process may have blocked them
     }
 
     void sleep(milliseconds time) const
@@ -70,7 +70,7 @@ std::string timeNow()
 void print(const std::vector<Printed>& changes, bool asJson)
 {
     const auto time = timeNow();
-    constexpr auto kClock = 11; // where the time of day begins
+    constexpr auto kClock = 11; // index of the time of day
     constexpr auto kClockLength = 12;
     for (const auto& [text, json] : changes) {
         auto timed = json;

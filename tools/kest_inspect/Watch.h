@@ -1,4 +1,4 @@
-// Looks at the session again and again, and prints what has changed.
+// Polls the session and prints its changes.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -6,7 +6,8 @@
 
 namespace KestInspect {
 
-/// Until SIGINT, SIGTERM or SIGHUP, the time that the options give, or the end of whoever reads the output.
+/// Runs until SIGINT, SIGTERM or SIGHUP, the end of the time in `options`, or the end of the reader of the
+/// output.
 void watch(const Kest::Settings::SystemPaths& paths, const Options& options);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// What numbers and bytes of the session mean.
+// Formats numbers and bytes of the session: names, meanings and UTF-8 text.
 #pragma once
 
 #include <cstdint>
@@ -7,19 +7,20 @@
 
 namespace KestInspect {
 
-/// The name of a parameter or a text of the agent's record; empty where it has none.
+/// Returns the name of a parameter or a text of the agent's record; empty if it has none.
 std::string_view parameterName(int number);
 std::string_view textName(int number);
 
-/// What a parameter's value stands for, where that is more than a number; else empty.
+/// Returns the meaning of a parameter's value; empty if it is only a number.
 std::string parameterMeaning(int number, float value);
-/// What the host's message says to the agent; empty for a number that says nothing.
+/// Returns the meaning of the host's message; empty if the number has none.
 std::string messageMeaning(std::int32_t number);
 
-/// "KBUS": the four letters of a client's type, or its number where they are none.
+/// Returns the four letters of a client's type, as "KBUS", or its number if they are not printable ASCII.
 std::string typeText(std::int32_t type);
 
-/// A client's id or label, and a text of the agent's record, as UTF-8: any bytes give valid text.
+/// Return a client's id or label, and a text of the agent's record, as valid UTF-8, whatever bytes they
+/// contain.
 std::string nameInUtf8(std::string_view bytes);
 std::string textInUtf8(std::string_view bytes);
 

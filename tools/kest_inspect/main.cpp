@@ -1,4 +1,4 @@
-// kest-inspect: the support engineer's look at the agent and its host. --help tells what it does.
+// kest-inspect: inspects the agent and its host, for support engineers. --help lists its commands.
 #include "backend/HomeFolder.h"
 #include "tools/kest_inspect/Checks.h"
 #include "tools/kest_inspect/Options.h"

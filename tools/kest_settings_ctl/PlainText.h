@@ -1,4 +1,4 @@
-// The agent's replies as lines for people.
+// Formats the agent's replies as lines of text.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -8,17 +8,18 @@ namespace KestSettingsCtl {
 
 using Json = nlohmann::ordered_json;
 
-// Each returns whole lines. Members that are missing or of another type are left out.
+// Each returns whole lines, `errorText` a line without its line feed. Members that are missing or of another
+// type are omitted.
 
-/// The items of a menu, submenus indented below theirs.
+/// Returns the items of a menu, those of submenus indented below it.
 std::string menuText(const Json& items);
-/// "(x) Solo Mode > Latch", with the items of a submenu below.
+/// Returns "(x) Solo Mode > Latch", with the items of a submenu below.
 std::string itemText(const Json& item);
-/// The path of each item that can be chosen.
+/// Returns the path of each item that can be chosen.
 std::string pathsText(const Json& items);
-/// "changed Default Bus > Dialog: on"
+/// Returns "changed Default Bus > Dialog: on".
 std::string eventText(const Json& event);
-/// What is wrong, and the nearest path.
+/// Returns the error and the path of the most similar item.
 std::string errorText(const Json& reply);
 
 } // namespace KestSettingsCtl

@@ -1,4 +1,4 @@
-// kest-settings-ctl: controls the agent that runs, by its socket. --help lists what it does.
+// kest-settings-ctl: controls the running agent through its socket. --help lists its commands.
 #include "backend/HomeFolder.h"
 #include "platform/control/Client.h"
 #include "platform/control/Request.h"
@@ -28,7 +28,7 @@ bool print(const std::string& text)
     return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
 }
 
-/// A connection, and what is wrong with it.
+/// A connection to the agent, and its last error.
 class Agent {
 public:
     explicit Agent(int timeout)
@@ -36,7 +36,7 @@ public:
           client(Client::connect(Kest::Control::socketFolders({})))
     {}
 
-    /// Returns the next object; none, with `problem` set, when there is none.
+    /// Returns the next object; nullopt, with `problem` set, if there is none.
     std::optional<Json> receive(Client::Deadline until)
     {
         switch (client->receive(line, until)) {
@@ -56,7 +56,7 @@ public:
         return std::nullopt;
     }
 
-    /// Returns the reply to a request; none, with `problem` set, when there is none or it is an error.
+    /// Returns the reply to a request; nullopt, with `problem` set, if there is none or it is an error.
     std::optional<Json> ask(const Json& request)
     {
         if (!client) {
@@ -82,8 +82,8 @@ public:
         return reply;
     }
 
-    std::string line;    // as it was received last
-    std::string problem; // of what failed last
+    std::string line;    // the last received line
+    std::string problem; // the last error
 
 private:
     const int seconds;
@@ -108,7 +108,7 @@ std::string textOf(const Options& options, const Json& reply)
     return reply.contains("item") ? itemText(reply["item"]) : "done: " + options.path + "\n";
 }
 
-// Throws what the JSON library does with a reply of another shape.
+// Throws an exception of the JSON library for a reply of unexpected structure.
 int run(const Options& options)
 {
     Agent agent(options.timeout);

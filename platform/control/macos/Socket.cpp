@@ -7,7 +7,7 @@
 namespace Kest::Control {
 namespace {
 
-// There is no call that does all of it at once.
+// Sets the flags one by one: macOS has no call that sets all of them at once.
 Settings::Descriptor configured(Settings::Descriptor socket)
 {
     const int yes = 1;
@@ -39,7 +39,7 @@ std::optional<uid_t> peerUser(int connection)
     return user;
 }
 
-// Temporary folders are cleaned up there while the agent runs.
+// Not used, since macOS cleans up temporary folders while the agent runs.
 std::string runtimeFolder() { return {}; }
 
 } // namespace Kest::Control

@@ -1,4 +1,4 @@
-// Open files and their locks, as /proc tells of them.
+// Open files and their locks, from /proc.
 #include "tools/kest_inspect/SystemLook.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The number that a folder of a process is called by; 0 for another entry.
+// Returns the process id that is the folder's name; 0 for another entry.
 pid_t processOf(const fs::path& folder)
 {
     const auto name = folder.filename().string();
@@ -23,7 +23,7 @@ pid_t processOf(const fs::path& folder)
     return error == std::errc{} && end == name.data() + name.size() ? process : 0;
 }
 
-// Processes come and go, and those of others may not be looked into: what cannot be read is passed over.
+// Skips what cannot be read: processes end, and those of other users may be unreadable.
 template <typename Visit>
 void forEachEntry(const fs::path& folder, const Visit& visit)
 {
@@ -33,7 +33,7 @@ void forEachEntry(const fs::path& folder, const Visit& visit)
         visit(entry->path());
 }
 
-// A writing end does not, and neither does a descriptor that only stands for a path.
+// Returns false for write-only descriptors and for those that only refer to a path.
 bool canRead(unsigned long flags) { return (flags & O_ACCMODE) != O_WRONLY && (flags & O_PATH) == 0; }
 
 void addWhatIsKnown(const fs::path& descriptorInfo, Opener& opener)
@@ -46,7 +46,7 @@ void addWhatIsKnown(const fs::path& descriptorInfo, Opener& opener)
     }
 }
 
-// By its file, as the name that the system keeps is cut after 15 characters.
+// Uses the program's file, because the system cuts the process's name after 15 characters.
 std::string programOf(const fs::path& folder)
 {
     std::error_code failure;
@@ -73,7 +73,7 @@ std::optional<Opener> openerAmong(const fs::path& folder, const IsWanted& isWant
     return opener;
 }
 
-/// `isWanted` decides by the entry of a descriptor in /proc.
+/// `isWanted` is called with the path of a descriptor in /proc.
 template <typename IsWanted>
 std::vector<Opener> openersWith(const IsWanted& isWanted)
 {

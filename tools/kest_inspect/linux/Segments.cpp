@@ -1,4 +1,4 @@
-// All segments of the system, as /proc lists them.
+// Finds a segment in /proc's list of all segments.
 #include "tools/kest_inspect/Segment.h"
 #include "tools/kest_inspect/SystemLook.h"
 

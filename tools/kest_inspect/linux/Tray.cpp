@@ -1,5 +1,4 @@
-// The desktop's tray, queried on the session bus. That ends in time even when the bus or a service is
-// stopped.
+// Queries the desktop's tray on the session bus. Ends in time even if the bus or a service is stopped.
 #include "tools/kest_inspect/SystemLook.h"
 
 #include <algorithm>
@@ -14,12 +13,12 @@ namespace {
 
 constexpr char kTray[] = "tray";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
-constexpr std::chrono::seconds kPatience(2); // for all that is asked of the bus
+constexpr std::chrono::seconds kPatience(2); // for all calls on the bus together
 constexpr char kInTerminal[] = "on a desktop, add a tray or the AppIndicator extension to its panel; "
                                "kest-settings-terminal shows the same menu";
 
-/// All operations of an object together, connecting and closing included, take no longer than its patience. A
-/// failure is a negative error number: -ETIMEDOUT when the time is over.
+/// All operations of an object together, including connecting and closing, take at most its patience. A
+/// failure is a negative error number: -ETIMEDOUT after that time.
 class SessionBus {
 public:
     explicit SessionBus(std::chrono::microseconds patience);
@@ -27,7 +26,7 @@ public:
     /// Returns 1 when the name has an owner, else 0. Starts no service.
     int hasOwner(const char* name);
 
-    /// Returns the value, 0 or 1, of a boolean property of the interface that is called as the service.
+    /// Returns the value, 0 or 1, of a boolean property of the interface that has the service's name.
     int property(const char* service, const char* path, const char* name);
 
 private:
@@ -46,13 +45,14 @@ SessionBus::SessionBus(std::chrono::microseconds patience)
     : deadline(Clock::now() + patience), failure(connect())
 {}
 
-// Opening starts to authenticate. Any call would finish that without regard to its timeout, for up to 90 s.
+// Opening only starts the authentication. Any call would finish it without regard to the call's timeout, for
+// up to 90 s.
 int SessionBus::connect()
 {
     sd_bus* opened = nullptr;
     if (const int result = sd_bus_open_user(&opened); result < 0)
         return result;
-    bus.reset(opened); // closed without a flush, which would wait
+    bus.reset(opened); // closed without a flush, which would block
     for (;;) {
         int result = sd_bus_is_ready(opened);
         if (result != 0)
@@ -91,7 +91,7 @@ int SessionBus::property(const char* service, const char* path, const char* name
     return result < 0 ? result : value;
 }
 
-// The next call takes no longer than the time that is left; no time would mean the default.
+// Limits the next call to the time that is left; 0 would mean the default timeout.
 int SessionBus::prepareCall()
 {
     if (failure < 0 || timeLeft() == 0)
@@ -105,7 +105,7 @@ std::uint64_t SessionBus::timeLeft() const
     return static_cast<std::uint64_t>(std::max<std::int64_t>(left.count(), 0));
 }
 
-// As over ssh, where all may be well.
+// Without a bus it is no error: there is none over ssh, for example.
 Finding noBus(int failure)
 {
     if (failure == -ETIMEDOUT)

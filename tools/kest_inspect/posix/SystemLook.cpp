@@ -1,4 +1,4 @@
-// Systems without /proc, with a menu bar.
+// Queries on systems without /proc, which have a menu bar.
 #include "tools/kest_inspect/SystemLook.h"
 
 #include <fcntl.h>
@@ -9,7 +9,7 @@ namespace KestInspect {
 std::vector<Opener> openersOf(const std::string&) { return {}; }
 std::vector<Opener> openersOfRemoved(const std::string&) { return {}; }
 
-// Where there is no /proc, this question is answered of locks of either kind.
+// On systems without /proc, F_GETLK reports locks of both kinds.
 bool isLocked(const std::string& path)
 {
     const int file = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
