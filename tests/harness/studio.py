@@ -3,6 +3,7 @@
 import os
 import re
 import shutil
+import subprocess
 
 from harness.processes import Program, wait_until
 
@@ -15,6 +16,12 @@ READY = "Quit Kest Settings"  # the last line of the terminal's menu at the star
 def program(name):
     """Returns the path of a program of the build under test. KEST_PROGRAMS is the folder of all of them."""
     return os.path.join(os.environ["KEST_PROGRAMS"], name)
+
+
+def run(name, *arguments, text=""):
+    """Runs a program of the build with `text` as its input: its exit status, output and errors."""
+    ended = subprocess.run([program(name), *arguments], input=text, capture_output=True, text=True, check=False)
+    return ended.returncode, ended.stdout, ended.stderr
 
 
 def fresh_home():
