@@ -2,7 +2,6 @@
 
 import os
 import re
-import shutil
 import subprocess
 
 from harness.processes import Program, wait_until
@@ -10,6 +9,8 @@ from harness.processes import Program, wait_until
 FIFO = "/tmp/kest_settings_enc_progress_fifo"
 SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
 FACILITIES = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts"
+LAST_USER = "/Users/Shared/.kestsettings_lastuser.txt"
+SESSION, VERSION = "/tmp/LIPC_LIPC_SESSION", "/tmp/LIPC_LIPC_VERSION"  # the key files of the host's segments
 READY = "Quit Kest Settings"  # the last line of the terminal's menu at the start
 
 
@@ -25,11 +26,11 @@ def run(name, *arguments, text=""):
 
 
 def fresh_home():
-    """Empties the home folder, and makes one facility."""
+    """Removes what earlier programs have left, and makes one facility."""
     if os.environ["HOME"] != "/tmp/home":
         raise RuntimeError("run this in tools/private_world")
-    for folder in ("/tmp/home", FACILITIES):
-        shutil.rmtree(folder, ignore_errors=True)
+    for left in ("/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION):
+        subprocess.run(["rm", "-rf", left], check=True)
     os.makedirs("/tmp/home")
     os.makedirs(FACILITIES + "/Studio_A")
 

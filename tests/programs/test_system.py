@@ -9,11 +9,9 @@ import subprocess
 import pytest
 
 from harness.processes import Program, wait_until
-from harness.studio import FIFO, SETTINGS, Agent, Host, program, run, setting
+from harness.studio import FIFO, LAST_USER, SESSION, SETTINGS, Agent, Host, program, run, setting
 
 FOLDER = os.path.dirname(SETTINGS)
-LAST_USER = "/Users/Shared/.kestsettings_lastuser.txt"
-MARKER = "/tmp/LIPC_LIPC_SESSION"
 
 
 @pytest.fixture
@@ -50,8 +48,6 @@ def test_choice_reaches_the_file_and_the_host(start, host, agent):
 
 
 def test_host_of_32_bits_is_refused_and_only_the_file_is_written(start):
-    with contextlib.suppress(FileNotFoundError):
-        os.remove(LAST_USER)
     host = start(Host, "start 32")
     agent = start(Agent)
     assert "K3DHost running in wrong architecture (32 bits : should be 64 )" in agent.text
@@ -66,8 +62,8 @@ def test_host_of_32_bits_is_refused_and_only_the_file_is_written(start):
 def test_removed_marker_is_logged_and_a_restart_of_the_host_recovers(host, agent):
     host.command("bus add bus-1 Dialog", "added")
     agent.expect("added Default Bus > Dialog")
-    os.rename(MARKER, "/tmp/removed")  # its inode is not used again
-    agent.expect(MARKER + " was removed while its segment still exists")
+    os.rename(SESSION, "/tmp/removed")  # its inode is not used again
+    agent.expect(SESSION + " was removed while its segment still exists")
     host.command("start", "host started")
     host.command("bus add bus-2 Music", "added")
     agent.expect("added Default Bus > Music")
