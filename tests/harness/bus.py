@@ -9,10 +9,10 @@ from harness.processes import wait_until
 WATCHER = "org.kde.StatusNotifierWatcher"
 FILE_MANAGER = "org.freedesktop.FileManager1"
 MENU = "com.canonical.dbusmenu"
-OBJECTS = {"/StatusNotifierWatcher": f"""
-    <interface name="{WATCHER}"><method name="RegisterStatusNotifierItem"><arg type="s"/></method></interface>""",
-           "/org/freedesktop/FileManager1": f"""
-    <interface name="{FILE_MANAGER}"><method name="ShowItems"><arg type="as"/><arg type="s"/></method></interface>"""}
+NODE = Gio.DBusNodeInfo.new_for_xml(f"""<node>
+    <interface name="{WATCHER}"><method name="RegisterStatusNotifierItem"><arg type="s"/></method></interface>
+    <interface name="{FILE_MANAGER}"><method name="ShowItems"><arg type="as"/><arg type="s"/></method></interface>
+</node>""")
 
 
 class Row:
@@ -44,9 +44,8 @@ class Panel:
         self.updates = []  # ItemsPropertiesUpdated: each as {id: properties}
         self.layouts = []  # LayoutUpdated: the menus' ids
         self.shown_folders = []  # the file manager's
-        for path, interface in OBJECTS.items():
-            description = Gio.DBusNodeInfo.new_for_xml(f"<node>{interface}</node>").interfaces[0]
-            self.bus.register_object(path, description, self._on_call, None, None)
+        for path, interface in zip(("/StatusNotifierWatcher", "/org/freedesktop/FileManager1"), NODE.interfaces):
+            self.bus.register_object(path, interface, self._on_call, None, None)
         self.bus.signal_subscribe(None, MENU, None, None, None, Gio.DBusSignalFlags.NONE, self._on_signal)
 
     def __enter__(self):
@@ -66,8 +65,8 @@ class Panel:
         name = "org.freedesktop.DBus"
         self.bus.call_sync(name, "/" + name.replace(".", "/"), name, method, GLib.Variant(types, arguments), None, 0, -1)
 
-    def _on_call(self, _bus, sender, _path, _interface, _method, arguments, invocation):
-        if invocation.get_interface_name() == WATCHER:
+    def _on_call(self, _bus, sender, _path, interface, _method, arguments, invocation):
+        if interface == WATCHER:
             self.items.append((sender, arguments[0]))
         else:
             self.shown_folders += arguments[0]
@@ -81,22 +80,21 @@ class Panel:
 
     def wait(self, condition):
         """Like wait_until, and receives signals and calls."""
-        def is_so():
-            while GLib.MainContext.default().iteration(False):
-                pass
-            return condition()
-        return wait_until(is_so)
+        return wait_until(lambda: self._receive() or condition())
+
+    def _receive(self):
+        while GLib.MainContext.default().iteration(False):
+            pass
 
     def settle(self):
         """Receives all that the agent has sent by now: the reply to a call comes after it."""
         self.layout()
-        self.wait(lambda: True)
+        self._receive()
 
     def forget(self):
         """Drops the signals so far."""
         self.settle()
-        self.updates.clear()
-        self.layouts.clear()
+        self.updates, self.layouts = [], []
 
     def unregister(self, item):
         """Emits the watcher's signal that an item has been removed."""
