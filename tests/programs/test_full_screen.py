@@ -1,11 +1,11 @@
-"""The agent full screen: keys and mouse events are written to a pseudoterminal, and a terminal emulator draws the output."""
+"""The agent full screen in a pseudoterminal, whose output a terminal emulator draws."""
 
-import fcntl
 import os
 import pty
 import signal
 import termios
 
+import pexpect
 import psutil
 import pyte
 import pytest
@@ -14,57 +14,45 @@ from harness.processes import Program, wait_until
 from harness.studio import program, setting
 
 AGENT = program("kest-settings-terminal")
-CURSOR_KEY_ALONE = 34  # set by terminfo's entry `screen` whenever the cursor is shown
 ALTERNATE_SCREEN = 1049 << 5
-DOWN, HOME, END, ENTER, SUSPEND = "\x1b[B", "\x1b[H", "\x1b[F", "\r", "\x1a"
+CURSOR_SHOWN = 34  # terminfo's `screen` sets this mode too when it shows the cursor
+FRESH_MODES = termios.tcgetattr(pty.openpty()[1])
+DOWN, HOME, END, SUSPEND = "\x1b[B", "\x1b[H", "\x1b[F", "\x1a"
 
 
-class Terminal(Program):
+class Terminal(pexpect.spawn):
     """A program in a terminal of 80x24."""
 
-    def __init__(self, *command, **environment):
+    def __init__(self, command=AGENT, *arguments, shows="Quit Kest Settings", **environment):
         self.screen = pyte.Screen(80, 24)
+        self.modes = set(self.screen.mode)
         self.stream = pyte.ByteStream(self.screen)
-        self.keys, self.tty = pty.openpty()
-        os.set_blocking(self.keys, False)
-        self.resize(80, 24)
-        self.modes = self._modes()
-        super().__init__(command or [AGENT], stdin=self.tty, stdout=self.tty, stderr=self.tty, start_new_session=True,
-                         preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0),
-                         env={**os.environ, "TERM": "screen", "LC_ALL": "C.UTF-8", "PS1": "ready$ ", **environment})
+        environment = {**os.environ, "TERM": "screen", "LC_ALL": "C.UTF-8", "PS1": "ready$ ", **environment}
+        super().__init__(command, list(arguments), dimensions=(24, 80), env=environment)
+        self.delaybeforesend = None
+        self.see(shows)
 
-    def __exit__(self, *_):
-        if self.status(0) is None:
-            for child in psutil.Process(self.pid).children(recursive=True):
-                child.kill()
-        super().__exit__()
-        os.close(self.keys)
-        os.close(self.tty)
+    def __exit__(self, *failure):
+        if self.isalive():
+            for process in [*self.processes(), psutil.Process(self.pid)]:
+                process.kill()
+        super().__exit__(*failure)
 
-    def _modes(self):
-        return termios.tcgetattr(self.tty), self.screen.mode - {CURSOR_KEY_ALONE}
-
-    def press(self, keys):
-        os.write(self.keys, keys.encode())
-
-    def command(self, line):
-        """Has the shell run a line, with the screen empty."""
-        self.draw()
-        self.screen.erase_in_display(2)
-        self.press(line + "\r")
+    def processes(self):
+        """Returns the processes that the program has started."""
+        return psutil.Process(self.pid).children(recursive=True)
 
     def resize(self, columns, lines):
-        termios.tcsetwinsize(self.tty, (lines, columns))
+        self.setwinsize(lines, columns)
         self.screen.resize(lines, columns)
 
     def draw(self):
         """Returns what the screen shows now."""
         try:
-            while output := os.read(self.keys, 65536):
-                self.stream.feed(output)
-        except BlockingIOError:
-            pass
-        return "\n".join(line.rstrip() for line in self.screen.display)
+            while True:
+                self.stream.feed(self.read_nonblocking(65536, timeout=0))
+        except (pexpect.TIMEOUT, pexpect.EOF):
+            return "\n".join(line.rstrip() for line in self.screen.display)
 
     def see(self, text):
         assert wait_until(lambda: text in self.draw()), f"no {text!r} on the screen:\n{self.draw()}"
@@ -73,131 +61,111 @@ class Terminal(Program):
         self.draw()
         return ALTERNATE_SCREEN in self.screen.mode
 
+    def run_line(self, line, shows):
+        """Has the shell run a line, with the screen empty."""
+        self.draw()
+        self.screen.erase_in_display(2)
+        self.sendline(line)
+        self.see(shows)
+
     def is_stopped(self):
         """Waits until all that a shell has started is stopped, and the screen is the shell's."""
-        def is_so():
-            started = psutil.Process(self.pid).children(recursive=True)
-            return started and all(process.status() == psutil.STATUS_STOPPED for process in started)
-        return wait_until(is_so) and not self.is_full_screen()
+        stopped = wait_until(lambda: {process.status() for process in self.processes()} == {psutil.STATUS_STOPPED})
+        return stopped and not self.is_full_screen()
 
-    def is_in_order(self):
-        """Waits for the program's end: cursor, mouse, keys, screen and the terminal's modes are as before."""
-        assert wait_until(lambda: (self.draw(), self.process.poll())[1] is not None)
+    def ends_in_order(self):
+        """Waits for the end: cursor, mouse, keys, screen and the terminal's modes are then as before."""
+        assert wait_until(lambda: self.draw() and not self.isalive())
         self.draw()
-        return self._modes() == self.modes
+        return self.screen.mode - {CURSOR_SHOWN} == self.modes and termios.tcgetattr(self.child_fd) == FRESH_MODES
 
 
 @pytest.fixture
 def terminal(start):
-    agent = start(Terminal)
-    agent.see("Quit Kest Settings")
-    return agent
+    return start(Terminal)
 
 
 @pytest.fixture
 def shell(start):
-    terminal = start(Terminal, "bash", "--norc", "--noprofile")
-    terminal.see("ready$")
-    return terminal
+    return start(Terminal, "bash", "--norc", "--noprofile", shows="ready$")
 
 
 def test_choices_by_keys_and_mouse_reach_the_file_and_the_host(host, terminal):
-    terminal.press(ENTER)
-    terminal.see("> (x) Latch")
-    terminal.press(DOWN + " ")
+    def send(keys, shows):
+        terminal.send(keys)
+        terminal.see(shows)
+
+    send("\r", "> (x) Latch")
+    send(DOWN + " ", "> (x) Exclusive (XOR)")
     host.expect("SoloMode 1")
     assert setting("SoloMode") == "1"
-    terminal.see("> (x) Exclusive (XOR)")
-    terminal.press("\x1b[M &\"")  # column 5, line 1
+    send("\x1b[M &\"", "> (x) Latch")  # a click on column 5, line 1
     host.expect("SoloMode 0")
-    terminal.see("> (x) Latch")
-
-    terminal.press("/dialog")
-    terminal.see("no item holds this")
+    send("/dialog", "no item holds this")
     host.say("bus add bus-1 Dialog")
     terminal.see("> Default Bus > Dialog")
     terminal.see("K3DHost: 2 buses, changed ")
-    terminal.press(ENTER)
-    terminal.see("> ( ) Dialog")
+    send("\r", "> ( ) Dialog")
     terminal.see("\nbus 1 : Dialog\n")  # what is printed has its line on the screen
-    terminal.press(ENTER)
+    terminal.send("\r")
     host.expect("(id bus-1)")
     host.say("stop")
     terminal.see("no K3DHost, 2 buses")
-    terminal.press("q")
-    assert terminal.is_in_order()
+    terminal.send("q")
+    assert terminal.ends_in_order()
 
 
 @pytest.mark.parametrize("end", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGSEGV, signal.SIGABRT, "\x03"])
 def test_terminal_is_in_order_after_each_end(terminal, end):
-    assert terminal.is_full_screen()
-    assert terminal.screen.cursor.hidden
-    if isinstance(end, str):
-        terminal.press(end)
-    else:
-        terminal.signal(end)
-    assert terminal.is_in_order()
+    assert terminal.is_full_screen() and terminal.screen.cursor.hidden
+    (terminal.send if end == "\x03" else terminal.kill)(end)
+    assert terminal.ends_in_order()
 
 
 def test_screen_follows_the_window(terminal):
-    terminal.resize(50, 10)
-    terminal.see(" 1-7 of ")
-    terminal.resize(30, 6)
-    terminal.see("Window too small: 40x8 needed")
-    terminal.resize(80, 24)
-    terminal.see("Quit Kest Settings")
+    for columns, lines, text in ((50, 10, " 1-7 of "), (30, 6, "Window too small: 40x8 needed"), (80, 24, "Quit Kest")):
+        terminal.resize(columns, lines)
+        terminal.see(text)
 
 
-def test_agent_is_suspended_and_continued_or_ended(shell):
-    shell.command(f"'{AGENT}'")
-    shell.see("Quit Kest Settings")
-    shell.press(SUSPEND)
+def test_suspended_agent_is_ended(shell):
+    shell.run_line(f"'{AGENT}'", "Quit Kest Settings")
+    shell.send(SUSPEND)
     shell.see("Stopped")
     assert not shell.is_full_screen()
-    shell.command("fg")
-    shell.see("Quit Kest Settings")
-    assert shell.is_full_screen()
-    shell.press("/default bus\r\r")
-    shell.see("> (x) Main Bus")
-    shell.press(SUSPEND)
-    shell.see("Stopped")
-    shell.command("kill %1")
-    assert wait_until(lambda: not psutil.Process(shell.pid).children())
-    shell.command("exit")
-    assert shell.is_in_order()
+    shell.sendline("kill %1")
+    assert wait_until(lambda: not shell.processes())
+    shell.sendline("exit")
+    assert shell.ends_in_order()
 
 
-def test_script_that_started_the_agent_is_suspended_and_continued_with_it(shell):
+def test_script_that_started_the_agent_is_suspended_and_continued_with_it(shell, tmp_path):
     """As ./run starts it. The script stops at once when the terminal asks it to, the agent only after it has left
     the screen; continued in between, it would stop a second time, unnoticed."""
-    with open("/tmp/start", "w", encoding="utf-8") as script:
-        script.write(f"sleep 1000 &\n'{AGENT}'\nkill $!\n")
-    shell.command("sh /tmp/start")
-    shell.see("> Solo Mode")
+    (tmp_path / "start").write_text(f"sleep 1000 &\n'{AGENT}'\nkill $!\n")
+    shell.run_line(f"sh {tmp_path}/start", "> Solo Mode")
     for key, selected in 2 * [(END, "> Quit Kest Settings"), (HOME, "> Solo Mode")]:
-        shell.press(SUSPEND)
+        shell.send(SUSPEND)
         shell.see("Stopped")
         assert shell.is_stopped()
-        shell.command("fg")
-        shell.press(key)
+        shell.run_line("fg", "Solo Mode")
+        shell.send(key)
         shell.see(selected)
-    shell.press(SUSPEND)
+    shell.send(SUSPEND)
     shell.see("Stopped")
-    shell.command("bg")
+    shell.run_line("bg", "ready$")
     assert shell.is_stopped(), "there is no screen in the background"
-    shell.command("fg")
-    shell.see("> Solo Mode")
-    shell.press("q")
+    shell.run_line("fg", "> Solo Mode")
+    shell.send("q")
     shell.see("ready$")
-    shell.command("exit")
-    assert shell.is_in_order()
+    shell.sendline("exit")
+    assert shell.ends_in_order()
 
 
 def test_progress_moves_while_the_menu_is_open(start, terminal):
-    terminal.press("/encoding history\r\r")
+    terminal.send("/encoding history\r\r")
     terminal.see("Kest Settings > Encoding History")
-    start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Film/Film_Mix_Atm.wav", "--seconds", "2",
-                    "--steps", "4"])
+    start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Film/Film.wav", "--seconds", "1", "--steps", "4"])
     terminal.see("█░")
     terminal.see("█] 100%")
     assert "░" not in terminal.draw()
@@ -207,9 +175,8 @@ def test_progress_moves_while_the_menu_is_open(start, terminal):
                          [({}, True, True), ({"NO_COLOR": "1"}, True, False), ({"LC_ALL": "C"}, False, True)])
 def test_screen_uses_what_the_terminal_can_show_and_the_user_wants(start, environment, unicode, colour):
     terminal = start(Terminal, **environment)
-    terminal.see("Quit Kest Settings")
     assert ("▸" in terminal.draw()) == unicode
-    terminal.press("/standard\r")
+    terminal.send("/standard\r")
     terminal.see("> (x) Standard-Surround (not available)")
     cells = [cell for line in terminal.screen.buffer.values() for cell in line.values()]
     assert any(cell.fg == "red" for cell in cells) == colour
@@ -217,12 +184,9 @@ def test_screen_uses_what_the_terminal_can_show_and_the_user_wants(start, enviro
 
 def test_dumb_terminals_and_pipes_get_plain_text(start):
     terminal = start(Terminal, TERM="dumb")
-    terminal.see("Quit Kest Settings")
     assert not terminal.is_full_screen()
-    terminal.press("choose Solo Mode > Exclusive (XOR)\r")
+    terminal.sendline("choose Solo Mode > Exclusive (XOR)")
     terminal.see("changed Solo Mode > Exclusive (XOR): on")
-    terminal.press("quit\r")
-    assert terminal.is_in_order()
-    terminal = start(Terminal, "sh", "-c", f"echo quit | '{AGENT}' | grep Quit.Kest")
-    terminal.see("Quit Kest Settings")
-    assert terminal.is_in_order()
+    terminal.sendline("quit")
+    assert terminal.ends_in_order()
+    assert start(Terminal, "sh", "-c", f"echo quit | '{AGENT}' | grep Quit.Kest").ends_in_order()
