@@ -19,6 +19,12 @@ def program(name):
     return os.path.join(os.environ["KEST_PROGRAMS"], name)
 
 
+def agents():
+    """Returns the names of the agents that are built."""
+    names = ("kest-settings", "kest-settings-terminal", "kest-settings-appkit")
+    return [name for name in names if os.path.exists(program(name))]
+
+
 def run(name, *arguments, text=""):
     """Runs a program of the build with `text` as its input: its exit status, output and errors."""
     ended = subprocess.run([program(name), *arguments], input=text, capture_output=True, text=True, check=False)
@@ -29,8 +35,7 @@ def fresh_home():
     """Removes what earlier programs have left, and makes one facility."""
     if os.environ["HOME"] != "/tmp/home":
         raise RuntimeError("run this in tools/private_world")
-    for left in ("/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION):
-        subprocess.run(["rm", "-rf", left], check=True)
+    subprocess.run(["rm", "-rf", "/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION, FIFO], check=True)
     os.makedirs("/tmp/home")
     os.makedirs(FACILITIES + "/Studio_A")
 

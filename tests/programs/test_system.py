@@ -3,46 +3,32 @@
 import contextlib
 import os
 import signal
-import stat
 import subprocess
 
 import pytest
 
 from harness.processes import Program, wait_until
-from harness.studio import FIFO, LAST_USER, SESSION, SETTINGS, Agent, Host, program, run, setting
+from harness.studio import FIFO, LAST_USER, SESSION, SETTINGS, Agent, Host, program, report, run, setting
 
 FOLDER = os.path.dirname(SETTINGS)
-
-
-@pytest.fixture
-def encode(start):
-    """Starts an encoder: encode("/out/Film.wav", "--seconds", "1")."""
-    return lambda path, *options: start(Program, [program("encoder-simulator"), "--output", path, *options])
-
-
-def start_with_number(start, pid, command):
-    """Returns the process that has this number, or None where it cannot be chosen."""
-    for _ in range(20):
-        with contextlib.suppress(OSError), open("/proc/sys/kernel/ns_last_pid", "w", encoding="ascii") as last:
-            last.write(str(pid - 1))
-        if (process := start(Program, command)).pid == pid:
-            return process
-    return None
+EXCLUSIVE = "Solo Mode > Exclusive (XOR)"
+STEREO = "Speaker Configuration > Stereo"
 
 
 def test_choice_reaches_the_file_and_the_host(start, host, agent):
-    choices = [("Solo Mode > Exclusive (XOR)", "SoloMode 1", "SoloMode", "1"),
-               ("DAW Link Control", "DAWLinkControl 1", "DAWLinkControlSetting", "1"),
-               ("Monitoring Facility > Studio_A", "Facility Studio_A", "Facility", "Studio_A")]
-    for path, printed, key, stored in choices:
+    for path, printed, key, stored in ((EXCLUSIVE, "SoloMode 1", "SoloMode", "1"),
+                                       ("Monitoring Facility > Studio_A", "Facility Studio_A", "Facility", "Studio_A")):
         agent.choose(path)
         host.expect(printed)
         assert setting(key) == stored
+    report(4711, "path: /tmp/out/Film/Film_Mix.wav", "P: 5")
+    agent.expect("added Encoding History > Film: 5%")
+    agent.choose("Encoding History > Film > Show Output Folder")
+    agent.expect("output folder /tmp/out/Film")
     agent.say("quit")
     assert agent.status() == 0
     text = start(Agent).text
-    for line in ("(x) Exclusive (XOR)", "[x] DAW Link Control", "(x) Studio_A"):
-        assert line in text
+    assert "(x) Exclusive (XOR)" in text and "(x) Studio_A" in text
     host.command("end", "host stopped")
     assert "FOREIGN WRITE" not in host.text
 
@@ -51,17 +37,13 @@ def test_host_of_32_bits_is_refused_and_only_the_file_is_written(start):
     host = start(Host, "start 32")
     agent = start(Agent)
     assert "K3DHost running in wrong architecture (32 bits : should be 64 )" in agent.text
-    agent.choose("Solo Mode > Exclusive (XOR)")
-    agent.expect("changed Solo Mode > Exclusive (XOR): on")
-    assert setting("SoloMode") == "1"
-    assert not os.path.exists(LAST_USER)
+    agent.choose(EXCLUSIVE)
+    agent.expect(f"changed {EXCLUSIVE}: on")
     host.command("end", "host stopped")  # checks once more what was written
-    assert "SoloMode" not in host.text
+    assert setting("SoloMode") == "1" and "SoloMode" not in host.text and not os.path.exists(LAST_USER)
 
 
-def test_removed_marker_is_logged_and_a_restart_of_the_host_recovers(host, agent):
-    host.command("bus add bus-1 Dialog", "added")
-    agent.expect("added Default Bus > Dialog")
+def test_removed_key_file_is_logged_and_a_restart_of_the_host_recovers(host, agent):
     os.rename(SESSION, "/tmp/removed")  # its inode is not used again
     agent.expect(SESSION + " was removed while its segment still exists")
     host.command("start", "host started")
@@ -70,8 +52,6 @@ def test_removed_marker_is_logged_and_a_restart_of_the_host_recovers(host, agent
 
 
 def test_buses_are_added_renamed_chosen_and_removed(start, host, agent):
-    host.command("bus add bus-1 Dialog", "added")
-    agent.expect("added Default Bus > Dialog")
     host.command('bus add bus-2 "Ch\\x8Fur"', "added")  # Mac OS Roman
     agent.expect("added Default Bus > Chèur")
     agent.choose("Default Bus > Chèur")
@@ -82,49 +62,16 @@ def test_buses_are_added_renamed_chosen_and_removed(start, host, agent):
     host.say("kill")  # its segments stay
     assert host.status() == -signal.SIGKILL
     start(Host)
-    agent.expect("removed Default Bus > Dialog")
-
-
-def test_abort_ends_one_encoder_and_deletes_its_folder(agent, encode):
-    film = encode("/tmp/out/Film/Film_Mix_Atm.wav", "--seconds", "100", "--steps", "100")
-    other = encode("/tmp/out/Other/Other.wav", "--seconds", "100", "--steps", "100")
-    assert agent.prints("added Encoding History > Film_Mix") and agent.prints("added Encoding History > Other")
-    agent.choose("Encoding History > Film_Mix > Show Output Folder")
-    agent.expect("output folder /tmp/out/Film")
-    agent.choose("Encoding History > Film_Mix > Abort and Delete Output Folder")
-    agent.expect("removed Encoding History > Film_Mix")
-    assert film.status() == -signal.SIGKILL
-    assert not os.path.exists("/tmp/out/Film")
-    assert os.path.exists("/tmp/out/Other/Other.wav")
-    assert other.status(0) is None
-
-
-def test_encoder_is_not_mistaken_for_one_that_had_its_number_before(start, agent, encode):
-    first = encode("/tmp/out/Film/Film_Mix_Atm.wav", "--seconds", "1", "--silent-at", "50")
-    assert first.status() == 0
-    agent.expect("Encoding History > Film_Mix: 50%")  # its last line
-    script = f"exec 3>{FIFO}; echo pid: $$ , P: 10 >&3; sleep 1; echo pid: $$ , P: 11 >&3; exec sleep 100"
-    second = start_with_number(start, first.pid, ["sh", "-c", script])
-    if second is None:
-        pytest.skip("the next process number cannot be chosen here")
-    title = f"Encoding History > Process {second.pid}"
-    agent.expect(f"added {title}: 10%")
-    agent.choose("Encoding History > Film_Mix > Abort and Delete Output Folder")
-    agent.expect("removed Encoding History > Film_Mix")
-    assert not os.path.exists("/tmp/out/Film")
-    agent.expect(f"changed {title}: 11%")  # it still runs
-    agent.choose(title + " > Abort and Delete Output Folder")
-    agent.expect("removed " + title)
-    assert second.status() == -signal.SIGKILL
+    agent.expect("removed Default Bus > Choir")
 
 
 @pytest.mark.parametrize("script, status, line", [
     ("choose Solo Mode > Exclusive (XOR)", 0, "Quit Kest Settings"),  # no end of the line, no quit
-    ("choose Mono\nchoose Solo Mode > Exclusive (XOR)\n", 1, 'no item "Mono"'),
-    ("choose Encoding History > Clear History\nchoose Solo Mode > Exclusive (XOR)\nquit\n", 1, "is greyed"),
-    ("choose Solo Mode\nchoose Solo Mode > Exclusive (XOR)\n", 1, "is a submenu"),
-    ("open Mono\nchoose Solo Mode > Exclusive (XOR)\n", 1, 'no item "Mono"'),
-    ("chose Mono\nchoose Solo Mode > Exclusive (XOR)\n", 1, "unknown command")])
+    (f"choose Mono\nchoose {EXCLUSIVE}\n", 1, 'no item "Mono"'),
+    (f"choose Encoding History > Clear History\nchoose {EXCLUSIVE}\nquit\n", 1, "is greyed"),
+    (f"choose Solo Mode\nchoose {EXCLUSIVE}\n", 1, "is a submenu"),
+    (f"open Mono\nchoose {EXCLUSIVE}\n", 1, 'no item "Mono"'),
+    (f"chose Mono\nchoose {EXCLUSIVE}\n", 1, "unknown command")])
 def test_script_ends_with_status_1_if_a_choice_fails_and_the_next_one_is_made(script, status, line):
     ended, output, errors = run("kest-settings-terminal", text=script)
     assert ended == status
@@ -132,15 +79,14 @@ def test_script_ends_with_status_1_if_a_choice_fails_and_the_next_one_is_made(sc
     assert setting("SoloMode") == "1"
 
 
-def test_second_agent_ends_and_the_first_goes_on_without_input(start, agent, encode):
+def test_second_agent_ends_and_the_first_goes_on_without_input(start, agent):
     assert os.path.getsize(LAST_USER) > 0
     for arguments, status in (({"stdin": subprocess.DEVNULL}, 0), ({}, 1)):  # a pipe is a script
         second = start(Program, [program("kest-settings-terminal")], **arguments)
         second.expect(f"already running (process {agent.pid}); kest-settings-ctl controls it")
         assert second.status() == status
-    assert stat.S_ISFIFO(os.stat(FIFO).st_mode)
+    start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Late/Late_Film.wav", "--seconds", "1"])
     agent.process.stdin.close()
-    encode("/tmp/out/Late/Late_Film.wav", "--seconds", "1")
     agent.expect("Late_Film: 100%")
     agent.signal()
     assert agent.status() == 0
@@ -159,57 +105,39 @@ class SmallDisk(Agent):
         super().__exit__()
         subprocess.run(["umount", FOLDER], check=True)
 
-    def fill(self):
-        with contextlib.suppress(OSError), open(FOLDER + "/filler", "wb", buffering=0) as filler:
-            while filler.write(bytes(4096)):
-                pass
-
-    def choose_stereo(self):
-        before = len(self.errors())
-        self.choose("Speaker Configuration > Stereo")
-        assert wait_until(lambda: len(self.errors()) > before)
-
     def errors(self):
         """Returns what the log says about settings, without date and time."""
-        return [line.split("<ERRO> ")[1] for line in self.text.splitlines() if "<ERRO> settings " in line]
+        return [line.split("<ERRO> settings ")[1] for line in self.text.splitlines() if "<ERRO> settings " in line]
 
-    def quit(self):
+    def choose_and_quit(self, end=lambda: None):
+        before = len(self.errors())
+        self.choose(STEREO)
+        self.expect(f"changed {STEREO}: on")
+        assert wait_until(lambda: len(self.errors()) > before)
+        end()
         self.say("quit")
         assert self.status() == 0
 
 
-def test_full_disk_is_reported_with_the_choice_and_again_at_the_end(start):
+@pytest.mark.parametrize("space_at_the_end", [False, True])
+def test_choice_on_a_full_disk_is_reported_and_saved_at_the_end_if_there_is_space(start, space_at_the_end):
     agent = start(SmallDisk)
-    agent.fill()
-    before = setting("PhysMonConfig")
-    agent.choose_stereo()
-    agent.expect("changed Speaker Configuration > Stereo: on")
-    agent.quit()
+    with contextlib.suppress(OSError), open(FOLDER + "/filler", "wb", buffering=0) as filler:
+        while filler.write(bytes(4096)):
+            pass
+    agent.choose_and_quit(lambda: space_at_the_end and os.remove(FOLDER + "/filler"))
     reason = "(No space left on device): Speaker Configuration"
-    assert agent.errors() == [
-        f"settings not saved {reason}; in effect until the agent ends; {SETTINGS}",
-        f"settings still not saved {reason}; lost, as the agent ends; {SETTINGS}"]
-    assert setting("PhysMonConfig") == before != "1"
-
-
-def test_choice_for_which_there_is_space_at_the_end_is_saved(start):
-    agent = start(SmallDisk)
-    agent.fill()
-    agent.choose_stereo()
-    os.remove(FOLDER + "/filler")
-    agent.quit()
-    assert len(agent.errors()) == 1
-    assert setting("PhysMonConfig") == "1"
+    lines = [f"not saved {reason}; in effect until the agent ends; {SETTINGS}",
+             f"still not saved {reason}; lost, as the agent ends; {SETTINGS}"]
+    assert agent.errors() == lines[:1 if space_at_the_end else 2]
+    assert (setting("PhysMonConfig") == "1") == space_at_the_end
 
 
 def test_all_settings_that_a_start_cannot_save_are_one_line(start):
     agent = start(SmallDisk, "ro")
-    assert len(agent.errors()) == 1
-    assert agent.errors()[0].startswith("settings not saved (Read-only file system): ")
-    for title in ("HDX Aux Track Delay", "DAW Link Control", "Default Panner Objects", "Latency Compensation",
-                  "Speaker Configuration"):
+    assert len(agent.errors()) == 1 and agent.errors()[0].startswith("not saved (Read-only file system): ")
+    for title in ("HDX Aux Track Delay", "DAW Link Control", "Default Panner Objects", "Latency Compensation"):
         assert title in agent.errors()[0]
-    agent.choose_stereo()
+    agent.choose_and_quit()
     assert "): Speaker Configuration, " in agent.errors()[1]
-    agent.quit()
     assert len(agent.errors()) == 3

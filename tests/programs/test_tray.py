@@ -107,7 +107,7 @@ def test_panel_that_reads_level_by_level_gets_each_submenu_announced(panel, tray
     submenus, first = announced(0)
     assert first == submenus and len(submenus) >= 8
     assert announced(0) == (submenus, []), "announced once"
-    for pid in (11, 12):
+    for pid in (4711, 4712):
         encode(panel, pid)
         encodings, added = announced(panel.at(HISTORY).id)
         assert added == encodings[-1:] != [], "only the encoding that is new"
@@ -119,8 +119,8 @@ def test_panel_that_reads_level_by_level_gets_each_submenu_announced(panel, tray
 
 def test_panel_that_reads_the_whole_menu_gets_no_layout_while_a_menu_is_open(panel, tray):
     history = panel.at(HISTORY).id
-    encode(panel, 11)
-    encode(panel, 12, 100)
+    encode(panel, 4711)
+    encode(panel, 4712, 100)
     clear, _, first, second = (row.id for row in panel.at(HISTORY).rows)
 
     def restart():
@@ -131,7 +131,7 @@ def test_panel_that_reads_the_whole_menu_gets_no_layout_while_a_menu_is_open(pan
              ([(history, "opened")], lambda: panel.call("AboutToShow", "(i)", 0)),  # Xfce its submenus only
              ([(0, "opened"), (first, "opened"), (0, "closed")], lambda: panel.send(first, "closed")),
              ([(0, "opened")], restart)]  # a panel that is killed while its menu is open
-    for pid, (events, close) in enumerate(cases, 13):
+    for pid, (events, close) in enumerate(cases, 4713):
         for event in events:
             panel.send(*event)
         panel.forget()
@@ -149,19 +149,19 @@ def test_panel_that_reads_the_whole_menu_gets_no_layout_while_a_menu_is_open(pan
     panel.layout(0, 1)  # as KDE
     panel.send(history, "opened")
     panel.forget()
-    encode(panel, 17)
+    encode(panel, 4717)
     assert panel.layouts == [history], "a panel that reads by level shows new rows in an open menu"
 
 
 def test_panel_that_scrolls_its_submenus_gets_no_submenu_inside(panel, tray):
     kinds = ("type", "children-display")  # what GNOME's extension requests
-    encode(panel, 11, 7, "/tmp/Größe 1%/My_Long_Film_Mix.wav")
+    encode(panel, 4711, 7, "/tmp/Größe 1%/My_Long_Film_Mix.wav")
     abort = panel.at(HISTORY, "My__Long__Film  7%", "Abort and Delete Output Folder").id
     before = panel.layout(properties=kinds)
     row = before.at(HISTORY, "My__Long_Film  7%")
     assert row.rows == [] and "children-display" not in row.properties
     panel.forget()
-    report(11, "P: 8")
+    report(4711, "P: 8")
     assert panel.wait(lambda: len(panel.updates) == 2)
     labels = [update[row.id]["label"] for update in panel.updates]
     assert labels == ["My__Long__Film  8%", "My__Long_Film  8%"], "the second for this panel alone"
