@@ -1,6 +1,7 @@
 """Real programs under test: their output, their end, and conditions that are waited for."""
 
 import codecs
+import contextlib
 import os
 import re
 import signal
@@ -64,9 +65,7 @@ class Program:
 
     def status(self, seconds=TIMEOUT):
         """Waits for the end and its output: the exit status, negative for a signal; None when it still runs."""
-        try:
+        with contextlib.suppress(subprocess.TimeoutExpired):
             self.process.wait(seconds)
             self._collector.join(1)  # longer only while others write to the same pipe
-            return self.process.returncode
-        except subprocess.TimeoutExpired:
-            return None
+        return self.process.returncode

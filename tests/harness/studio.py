@@ -42,11 +42,10 @@ def fresh_home():
 
 def setting(key):
     """Returns the value of a key in the settings file, or None."""
-    try:
-        with open(SETTINGS, encoding="utf-8") as file:
-            found = re.search(rf'name="{key}" val="(.*?)"', file.read())
-    except OSError:
+    if not os.path.exists(SETTINGS):
         return None
+    with open(SETTINGS, encoding="utf-8") as file:
+        found = re.search(rf'name="{key}" val="(.*?)"', file.read())
     return found and found.group(1)
 
 

@@ -1,5 +1,6 @@
 """kest-inspect beside hosts and agents, well and broken."""
 
+import contextlib
 import ctypes
 import json
 import os
@@ -16,43 +17,41 @@ from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSI
 
 LIBC = ctypes.CDLL(None)
 LIBC.shmat.restype = ctypes.c_void_p
+# A second witness of the layout.
 SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
 SLOT, SLOT_BYTES = 1120, 3376
 RECORD = SLOT + 3 * SLOT_BYTES  # the agent's
 PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
 
 
-class Segment:
-    """A segment of a host as nothing but bytes: its offsets are a second witness of the layout."""
+@contextlib.contextmanager
+def segment(key_file, size):
+    """Makes a segment of a host: its bytes."""
+    with open(key_file, "a", encoding="ascii"):
+        number = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o1666)
+    try:
+        yield (ctypes.c_char * size).from_address(LIBC.shmat(number, None, 0))
+    finally:
+        LIBC.shmctl(number, 0, None)
 
-    def __init__(self, key_file, size, *values):
-        with open(key_file, "a", encoding="ascii"):
-            self.id = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o1666)
-        self.bytes = (ctypes.c_char * size).from_address(LIBC.shmat(self.id, None, 0))
-        for offset, value in values:
-            self.put(offset, value)
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        LIBC.shmctl(self.id, 0, None)
-
-    def put(self, offset, value):
-        """Writes a text with its terminator, or a number."""
+def put(memory, *values):
+    """Writes texts with their terminators, and numbers: put(SEGMENT, (OFFSET, VALUE) ...)."""
+    for offset, value in values:
         data = value + b"\0" if isinstance(value, bytes) else struct.pack("i" if isinstance(value, int) else "f", value)
-        self.bytes[offset:offset + len(data)] = data
+        memory[offset:offset + len(data)] = data
 
-    def put_bus(self, slot, bus, label):
-        for offset, value in ((0, bus), (72, label), (68, 0x4B425553)):
-            self.put(SLOT + slot * SLOT_BYTES + offset, value)
+
+def put_bus(memory, offset, bus, label):
+    put(memory, (offset, bus), (offset + 72, label), (offset + 68, 0x4B425553))
 
 
 @pytest.fixture
 def session(start):
     """A host's session segment, with the agent's record."""
-    start(Segment, VERSION, 8, (4, 64))
-    return start(Segment, SESSION, SESSION_BYTES, (RECORD, b"KestSettings"))
+    memory = start(segment, SESSION, SESSION_BYTES)
+    put(memory, (RECORD, b"KestSettings"))
+    return memory
 
 
 def doctor(subject, *prefix):
@@ -71,10 +70,9 @@ def test_disturbs_nobody(host, agent):
     agent.expect("Good_Film: 50%")
     host.command("end", "host stopped")
     assert "FOREIGN WRITE" not in host.text
-    for key_file in (SESSION, VERSION):
-        os.remove(key_file)
+    os.remove(SESSION)
     assert run("kest-inspect", "session")[0] == 1
-    assert not os.path.exists(SESSION) and not os.path.exists(VERSION)
+    assert not os.path.exists(SESSION)
 
 
 def test_any_bytes_are_printed_as_text_and_as_json(session):
@@ -85,10 +83,9 @@ def test_any_bytes_are_printed_as_text_and_as_json(session):
 
     # With a bell, an escape and a quote, and without a terminator.
     label = bytes(byte if byte % 2 else 256 - byte for byte in range(1, 65))
-    session.put_bus(1023, 64 * b"\x9b", label)
-    for offset, value in ((DEFAULT_BUS, 64 * b"\x9b"), (PARAMETERS + 4 * 39, -6.6), (PARAMETERS + 4 * 40, float("nan")),
-                          (PARAMETERS + 4 * 41, 0.1), (TEXTS + 8, b"a\xc2\x9b\xff"), (TEXTS + 272 + 264, 7)):  # no slot
-        session.put(offset, value)
+    put_bus(session, SLOT + 1023 * SLOT_BYTES, 64 * b"\x9b", label)
+    put(session, (DEFAULT_BUS, 64 * b"\x9b"), (PARAMETERS + 4 * 39, -6.6), (PARAMETERS + 4 * 40, float("nan")),
+        (PARAMETERS + 4 * 41, 0.1), (TEXTS + 8, b"a\xc2\x9b\xff"), (TEXTS + 272 + 264, 7))  # no slot
     text, data = printed()
     assert "No volume information is received" in text and "a\\xC2\\x9B\ufffd" in text
     bus = data["clients"][1]
@@ -96,7 +93,7 @@ def test_any_bytes_are_printed_as_text_and_as_json(session):
     assert data["defaultBus"]["label"] == bus["label"]
     values = {parameter["name"]: parameter["value"] for parameter in data["agent"]["parameters"]}
     assert values["LatencyCompensationControl"] is None and values["PhysMonConfig"] == 0.1
-    session.bytes[:] = random.Random(1).randbytes(SESSION_BYTES)
+    session[:] = random.Random(1).randbytes(SESSION_BYTES)
     assert len(printed()[1]["clients"]) > 1000
 
 
@@ -105,15 +102,13 @@ def test_watch_prints_each_change_once(start, session):
     watch.expect("parameter 41 PhysMonConfig")
     assert "message" not in watch.text
     bus = SLOT + 7 * SLOT_BYTES
-    session.put_bus(7, b"bus-1", b"Dialog")
+    put_bus(session, bus, b"bus-1", b"Dialog")
     watch.expect('client KBUS bus-1 "Dialog" came')
-    for offset, value, *lines in (
-            (PARAMETERS + 4 * 41, float("nan"), "parameter 41 PhysMonConfig: nan (no such configuration)"),
-            (bus + 72, b"Speech", 'client KBUS bus-1 "Speech" renamed, was "Dialog"'),
-            (bus, b"bus-2", 'client KBUS bus-1 "Speech" went', 'client KBUS bus-2 "Speech" came'),
-            (bus + 68, 0, 'client KBUS bus-2 "Speech" went')):
+    for offset, value, *lines in ((bus + 72, b"Speech", 'client KBUS bus-1 "Speech" renamed, was "Dialog"'),
+                                  (bus, b"bus-2", 'client KBUS bus-1 "Speech" went', 'client KBUS bus-2 "Speech" came'),
+                                  (bus + 68, 0, 'client KBUS bus-2 "Speech" went')):
         before = len(watch.text)
-        session.put(offset, value)
+        put(session, (offset, value))
         watch.expect(lines[-1])
         assert [line[14:] for line in watch.text[before:].splitlines()] == lines
     watch.signal(signal.SIGINT)
@@ -122,19 +117,19 @@ def test_watch_prints_each_change_once(start, session):
 
 def test_doctor_examines_the_host(start):
     assert doctor("session segment") is None and doctor("host") == "note none runs"
-    version = start(Segment, VERSION, 8)
-    with Segment(SESSION, 100):
+    version = start(segment, VERSION, 8)
+    with segment(SESSION, 100):
         assert "its version word is not published yet" in doctor("host")
         assert doctor("session segment").startswith("wrong 100 bytes of 3458217")
-    version.put(4, 64)
+    put(version, (4, 64))
     assert "but has no session" in doctor("host")
-    start(Segment, SESSION, SESSION_BYTES)
+    start(segment, SESSION, SESSION_BYTES)
     assert doctor("agent's record").startswith("wrong there is none")
     with open(SESSION, "w", encoding="ascii") as key_file:
         key_file.write("data")
     assert doctor("session marker").startswith("note")
-    for key_file in (SESSION, VERSION):
-        os.rename(key_file, key_file + ".kept")
+    os.remove(VERSION)
+    os.remove(SESSION)
     assert "keeps a session that nobody finds" in doctor("host")
     os.symlink("/dev/null", SESSION)
     assert "is a link" in doctor("session marker")
@@ -152,16 +147,13 @@ def test_doctor_examines_the_pipe(agent):
     os.rename(FIFO, "/tmp/kept")
     finds("wrong the agent runs, but there is no")
     os.mkfifo(FIFO)
-    finds("wrong the agent runs, but nobody reads")
+    with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
+        finds("belongs to process")
+        writer = os.open(FIFO, os.O_WRONLY)
     path_only = os.open(FIFO, os.O_PATH)
-    finds("nobody reads")
-    reader = os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK)
-    finds("belongs to process")
-    writer = os.open(FIFO, os.O_WRONLY)
-    os.close(reader)
-    finds("nobody reads")
-    for descriptor in (path_only, writer):
-        os.close(descriptor)
+    finds("wrong the agent runs, but nobody reads")
+    os.close(writer)
+    os.close(path_only)
     agent.signal(signal.SIGKILL)
     agent.status()
     assert doctor("agent") == "note none of this user runs"
@@ -172,7 +164,7 @@ SAVED = 'mkdir -p "$FOLDER"; cd "$FOLDER"; printf "<PROPERTIES/>" >Kest-Settings
 
 
 @pytest.mark.parametrize("command, subject, finding", [
-    ("true", "settings file", "ok none yet, the defaults hold"),
+    ("true", "settings file", "ok none yet"),
     (SAVED + "touch Kest-Settings.xml.bad", "settings file", "note"),
     (SAVED + "rm *; mkdir Kest-Settings.xml", "settings file", "wrong"),
     (SAVED + "chmod 555 .", "settings file", "wrong /tmp/home/Library/Application Support/Kestronics is not writable"),
