@@ -34,12 +34,12 @@ class Row:
 
 
 class Panel:
-    """A connection to the bus of DBUS_SESSION_BUS_ADDRESS. Signals and calls of others arrive in `wait` and `settle`."""
+    """A connection to the session bus. Signals and calls of others arrive in `wait` and `settle`."""
 
     def __init__(self):
-        flags = Gio.DBusConnectionFlags
-        self.bus = Gio.DBusConnection.new_for_address_sync(
-            os.environ["DBUS_SESSION_BUS_ADDRESS"], flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        address = os.environ["DBUS_SESSION_BUS_ADDRESS"]
+        self.bus = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
         self.items = []  # a pair for each registration: bus name, object path
         self.updates = []  # ItemsPropertiesUpdated: each as {id: properties}
         self.layouts = []  # LayoutUpdated: the menus' ids
@@ -62,8 +62,8 @@ class Panel:
         self._call_bus("ReleaseName", "(s)", WATCHER)
 
     def _call_bus(self, method, types, *arguments):
-        name = "org.freedesktop.DBus"
-        self.bus.call_sync(name, "/" + name.replace(".", "/"), name, method, GLib.Variant(types, arguments), None, 0, -1)
+        name, path = "org.freedesktop.DBus", "/org/freedesktop/DBus"
+        self.bus.call_sync(name, path, name, method, GLib.Variant(types, arguments), None, 0, -1)
 
     def _on_call(self, _bus, sender, _path, interface, _method, arguments, invocation):
         if interface == WATCHER:

@@ -1,4 +1,4 @@
-"""What surrounds the agent: files, the encoders' pipe, the simulated host, encoders. Used in a private world only."""
+"""What surrounds the agent: files, the encoders' pipe, the simulated host and encoders. For a private namespace only."""
 
 import os
 import re
@@ -35,7 +35,8 @@ def fresh_home():
     """Removes what earlier programs have left, and makes one facility."""
     if os.environ["HOME"] != "/tmp/home":
         raise RuntimeError("run this in tools/private_world")
-    subprocess.run(["rm", "-rf", "/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION, FIFO], check=True)
+    left = ("/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION, FIFO)
+    subprocess.run(["rm", "-rf", *left], check=True)
     os.makedirs("/tmp/home")
     os.makedirs(FACILITIES + "/Studio_A")
 

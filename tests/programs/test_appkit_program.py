@@ -59,5 +59,6 @@ def test_agent_ends_in_order(start, end):
 
 def test_agent_without_a_display_names_the_reason(monkeypatch):
     monkeypatch.delenv("DISPLAY")
-    status, output, errors = run("kest-settings-appkit", "-psn_0_4711", "-NSShowAllViews", "YES")  # as macOS and Xcode do
+    arguments = ("-psn_0_4711", "-NSShowAllViews", "YES")  # as macOS and Xcode start it
+    status, output, errors = run("kest-settings-appkit", *arguments)
     assert status == 1 and "No screen" in output + errors

@@ -111,6 +111,12 @@ def test_watch_prints_each_change_once(start, session):
         put(session, (offset, value))
         watch.expect(lines[-1])
         assert [line[14:] for line in watch.text[before:].splitlines()] == lines
+    watch.signal(signal.SIGSTOP)
+    os.remove(SESSION)
+    start(segment, SESSION, SESSION_BYTES)  # of another host
+    watch.signal(signal.SIGCONT)
+    watch.expect("host down")
+    watch.expect("host up")
     watch.signal(signal.SIGINT)
     assert watch.status() == 0
 

@@ -50,8 +50,8 @@ def test_buses_are_shown_and_a_host_without_key_file_is_logged_until_it_restarts
     ("", 0, "Quit Kest Settings"), ("choose Mono\n", 1, 'no item "Mono"'), ("choose Solo Mode\n", 1, "is a submenu"),
     ("choose Encoding History > Clear History\n", 1, "is greyed"), ("open Mono\n", 1, 'no item "Mono"'),
     ("chose Mono\n", 1, "unknown command")])
-def test_script_ends_with_status_1_if_a_line_fails_and_the_next_one_is_run(line, status, printed):
-    ended, output, errors = run("kest-settings-terminal", text=f"{line}choose {EXCLUSIVE}")  # no end of the line, no quit
+def test_script_ends_with_status_1_if_a_line_fails_and_the_unended_last_one_is_run(line, status, printed):
+    ended, output, errors = run("kest-settings-terminal", text=f"{line}choose {EXCLUSIVE}")
     assert ended == status and printed in output + errors
     assert setting("SoloMode") == "1"
 
