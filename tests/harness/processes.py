@@ -1,5 +1,7 @@
 """Real programs under test: their output, their end, and conditions that are waited for."""
 
+import codecs
+import contextlib
 import os
 import re
 import signal
@@ -27,12 +29,13 @@ class Program:
         options = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, **options}
         self.process = subprocess.Popen(command, **options)
         self.pid = self.process.pid
-        if self.process.stdout:
-            threading.Thread(target=self._collect, daemon=True).start()
+        self._collector = threading.Thread(target=self._collect, daemon=True)
+        self._collector.start()
 
     def _collect(self):
-        while piece := os.read(self.process.stdout.fileno(), 65536):
-            self.text += piece.decode(errors="replace")
+        decoder = codecs.getincrementaldecoder("utf-8")("replace")
+        while self.process.stdout and (piece := os.read(self.process.stdout.fileno(), 65536)):
+            self.text += decoder.decode(piece)
 
     def __enter__(self):
         return self
@@ -61,8 +64,8 @@ class Program:
         return self.text[self.text.rfind("\n", 0, found) + 1:].split("\n", 1)[0]
 
     def status(self, seconds=TIMEOUT):
-        """Waits for the end: the exit status, negative for a signal; None when it still runs after the timeout."""
-        try:
-            return self.process.wait(seconds)
-        except subprocess.TimeoutExpired:
-            return None
+        """Waits for the end and its output: the exit status, negative for a signal; None when it still runs."""
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            self.process.wait(seconds)
+            self._collector.join(1)  # longer only while others write to the same pipe
+        return self.process.returncode

@@ -1,14 +1,16 @@
-"""What surrounds the agent: files, the encoders' pipe, the simulated host, encoders. Used in a private world only."""
+"""What surrounds the agent: files, the encoders' pipe, the simulated host and encoders. For a private namespace only."""
 
 import os
 import re
-import shutil
+import subprocess
 
 from harness.processes import Program, wait_until
 
 FIFO = "/tmp/kest_settings_enc_progress_fifo"
 SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
 FACILITIES = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts"
+LAST_USER = "/Users/Shared/.kestsettings_lastuser.txt"
+SESSION, VERSION = "/tmp/LIPC_LIPC_SESSION", "/tmp/LIPC_LIPC_VERSION"  # the key files of the host's segments
 READY = "Quit Kest Settings"  # the last line of the terminal's menu at the start
 
 
@@ -17,23 +19,34 @@ def program(name):
     return os.path.join(os.environ["KEST_PROGRAMS"], name)
 
 
+def agents():
+    """Returns the names of the agents that are built."""
+    names = ("kest-settings", "kest-settings-terminal", "kest-settings-appkit")
+    return [name for name in names if os.path.exists(program(name))]
+
+
+def run(name, *arguments, text=""):
+    """Runs a program of the build with `text` as its input: its exit status, output and errors."""
+    ended = subprocess.run([program(name), *arguments], input=text, capture_output=True, text=True, check=False)
+    return ended.returncode, ended.stdout, ended.stderr
+
+
 def fresh_home():
-    """Empties the home folder, and makes one facility."""
+    """Removes what earlier programs have left, and makes one facility."""
     if os.environ["HOME"] != "/tmp/home":
         raise RuntimeError("run this in tools/private_world")
-    for folder in ("/tmp/home", FACILITIES):
-        shutil.rmtree(folder, ignore_errors=True)
+    left = ("/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION, FIFO)
+    subprocess.run(["rm", "-rf", *left], check=True)
     os.makedirs("/tmp/home")
     os.makedirs(FACILITIES + "/Studio_A")
 
 
 def setting(key):
     """Returns the value of a key in the settings file, or None."""
-    try:
-        with open(SETTINGS, encoding="utf-8") as file:
-            found = re.search(rf'name="{key}" val="(.*?)"', file.read())
-    except OSError:
+    if not os.path.exists(SETTINGS):
         return None
+    with open(SETTINGS, encoding="utf-8") as file:
+        found = re.search(rf'name="{key}" val="(.*?)"', file.read())
     return found and found.group(1)
 
 

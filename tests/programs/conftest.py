@@ -1,4 +1,4 @@
-"""Tests of whole programs. Each file runs in a private world of its own; KEST_PROGRAMS is the folder of the programs."""
+"""Tests of whole programs, in a private namespace for each file. KEST_PROGRAMS is the folder of the programs."""
 
 import contextlib
 

@@ -1,0 +1,207 @@
+"""kest-inspect beside hosts and agents, well and broken."""
+
+import contextlib
+import ctypes
+import json
+import os
+import random
+import re
+import signal
+import struct
+import subprocess
+
+import pytest
+
+from harness.processes import Program
+from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSION, program, report, run
+
+LIBC = ctypes.CDLL(None)
+LIBC.shmat.restype = ctypes.c_void_p
+# A second witness of the layout.
+SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
+SLOT, SLOT_BYTES = 1120, 3376
+RECORD = SLOT + 3 * SLOT_BYTES  # the agent's
+PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
+
+
+@contextlib.contextmanager
+def segment(key_file, size):
+    """Makes a segment of a host: its bytes."""
+    with open(key_file, "a", encoding="ascii"):
+        number = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o1666)
+    try:
+        yield (ctypes.c_char * size).from_address(LIBC.shmat(number, None, 0))
+    finally:
+        LIBC.shmctl(number, 0, None)
+
+
+def put(memory, *values):
+    """Writes texts with their terminators, and numbers: put(SEGMENT, (OFFSET, VALUE) ...)."""
+    for offset, value in values:
+        data = value + b"\0" if isinstance(value, bytes) else struct.pack("i" if isinstance(value, int) else "f", value)
+        memory[offset:offset + len(data)] = data
+
+
+def put_bus(memory, offset, bus, label):
+    put(memory, (offset, bus), (offset + 72, label), (offset + 68, 0x4B425553))
+
+
+@pytest.fixture
+def session(start):
+    """A host's session segment, with the agent's record."""
+    memory = start(segment, SESSION, SESSION_BYTES)
+    put(memory, (RECORD, b"KestSettings"))
+    return memory
+
+
+def doctor(subject, *prefix):
+    """Returns "rank text" of a finding."""
+    ended = subprocess.run([*prefix, program("kest-inspect"), "doctor", "--json"], stdout=subprocess.PIPE, check=False)
+    findings = json.loads(ended.stdout)["findings"]
+    assert ended.returncode == any(found["rank"] == "wrong" for found in findings)
+    assert all((found["remedy"] is None) == (found["rank"] == "ok") for found in findings)
+    return next((f"{found['rank']} {found['text']}" for found in findings if found["subject"] == subject), None)
+
+
+def test_disturbs_nobody(host, agent):
+    assert run("kest-inspect", "session")[0] == 0
+    assert doctor("encoders' pipe").startswith("ok")
+    report(4711, "path: /tmp/out/Good_Film.wav", "P: 50")
+    agent.expect("Good_Film: 50%")
+    host.command("end", "host stopped")
+    assert "FOREIGN WRITE" not in host.text
+    os.remove(SESSION)
+    assert run("kest-inspect", "session")[0] == 1
+    assert not os.path.exists(SESSION)
+
+
+def test_any_bytes_are_printed_as_text_and_as_json(session):
+    def printed():
+        text, data = (run("kest-inspect", "session", *option)[1] for option in ([], ["--json"]))
+        assert not re.search(r"[\x00-\x09\x0b-\x1f\x7f-\x9f]", text) and data.isascii()
+        return text, json.loads(data)["session"]
+
+    # With a bell, an escape and a quote, and without a terminator.
+    label = bytes(byte if byte % 2 else 256 - byte for byte in range(1, 65))
+    put_bus(session, SLOT + 1023 * SLOT_BYTES, 64 * b"\x9b", label)
+    put(session, (DEFAULT_BUS, 64 * b"\x9b"), (PARAMETERS + 4 * 39, -6.6), (PARAMETERS + 4 * 40, float("nan")),
+        (PARAMETERS + 4 * 41, 0.1), (TEXTS + 8, b"a\xc2\x9b\xff"), (TEXTS + 272 + 264, 7))  # no slot
+    text, data = printed()
+    assert "No volume information is received" in text and "a\\xC2\\x9B\ufffd" in text
+    bus = data["clients"][1]
+    assert (bus["slot"], bus["type"], bus["label"]) == (1023, "KBUS", label.decode("mac_roman"))
+    assert data["defaultBus"]["label"] == bus["label"]
+    values = {parameter["name"]: parameter["value"] for parameter in data["agent"]["parameters"]}
+    assert values["LatencyCompensationControl"] is None and values["PhysMonConfig"] == 0.1
+    session[:] = random.Random(1).randbytes(SESSION_BYTES)
+    assert len(printed()[1]["clients"]) > 1000
+
+
+def test_watch_prints_each_change_once(start, session):
+    watch = start(Program, [program("kest-inspect"), "watch", "--interval", "10"])
+    watch.expect("parameter 41 PhysMonConfig")
+    assert "message" not in watch.text
+    bus = SLOT + 7 * SLOT_BYTES
+    put_bus(session, bus, b"bus-1", b"Dialog")
+    watch.expect('client KBUS bus-1 "Dialog" came')
+    for offset, value, *lines in ((bus + 72, b"Speech", 'client KBUS bus-1 "Speech" renamed, was "Dialog"'),
+                                  (bus, b"bus-2", 'client KBUS bus-1 "Speech" went', 'client KBUS bus-2 "Speech" came'),
+                                  (bus + 68, 0, 'client KBUS bus-2 "Speech" went')):
+        before = len(watch.text)
+        put(session, (offset, value))
+        watch.expect(lines[-1])
+        assert [line[14:] for line in watch.text[before:].splitlines()] == lines
+    watch.signal(signal.SIGSTOP)
+    os.remove(SESSION)
+    start(segment, SESSION, SESSION_BYTES)  # of another host
+    watch.signal(signal.SIGCONT)
+    watch.expect("host down")
+    watch.expect("host up")
+    watch.signal(signal.SIGINT)
+    assert watch.status() == 0
+
+
+def test_doctor_examines_the_host(start):
+    assert doctor("session segment") is None and doctor("host") == "note none runs"
+    version = start(segment, VERSION, 8)
+    with segment(SESSION, 100):
+        assert "its version word is not published yet" in doctor("host")
+        assert doctor("session segment").startswith("wrong 100 bytes of 3458217")
+    put(version, (4, 64))
+    assert "but has no session" in doctor("host")
+    start(segment, SESSION, SESSION_BYTES)
+    assert doctor("agent's record").startswith("wrong there is none")
+    with open(SESSION, "w", encoding="ascii") as key_file:
+        key_file.write("data")
+    assert doctor("session marker").startswith("note")
+    os.remove(VERSION)
+    os.remove(SESSION)
+    assert "keeps a session that nobody finds" in doctor("host")
+    os.symlink("/dev/null", SESSION)
+    assert "is a link" in doctor("session marker")
+
+
+def test_doctor_examines_the_pipe(agent):
+    def finds(finding):
+        assert finding in doctor("encoders' pipe")
+
+    agent.signal(signal.SIGSTOP)  # or it would repair the pipe
+    os.chmod(FIFO, 0o600)
+    finds("note")
+    with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
+        finds(f"wrong {FIFO} is read by process")
+    os.rename(FIFO, "/tmp/kept")
+    finds("wrong the agent runs, but there is no")
+    os.mkfifo(FIFO)
+    with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
+        finds("belongs to process")
+        writer = os.open(FIFO, os.O_WRONLY)
+    path_only = os.open(FIFO, os.O_PATH)
+    finds("wrong the agent runs, but nobody reads")
+    os.close(writer)
+    os.close(path_only)
+    agent.signal(signal.SIGKILL)
+    agent.status()
+    assert doctor("agent") == "note none of this user runs"
+    finds("note")
+
+
+SAVED = 'mkdir -p "$FOLDER"; cd "$FOLDER"; printf "<PROPERTIES/>" >Kest-Settings.xml; '
+
+
+@pytest.mark.parametrize("command, subject, finding", [
+    ("true", "settings file", "ok none yet"),
+    (SAVED + "touch Kest-Settings.xml.bad", "settings file", "note"),
+    (SAVED + "rm *; mkdir Kest-Settings.xml", "settings file", "wrong"),
+    (SAVED + "chmod 555 .", "settings file", "wrong /tmp/home/Library/Application Support/Kestronics is not writable"),
+    ("mount -t tmpfs -o ro none .", "settings file", "wrong /tmp/home is on a read-only file system"),
+    ("touch Library", "settings file", "wrong /tmp/home/Library is a file, not a folder"),
+    ("ln -s nothing Library", "settings file", "wrong /tmp/home/Library is a link, not a folder"),
+    ("chmod 755 .; chown nobody .", "settings file", "wrong /tmp/home belongs to nobody"),
+    ('rmdir "$FACILITIES/Studio_A"', "facilities", "note none"),
+    ('rm -r "$FACILITIES"; touch "$FACILITIES"', "facilities", "wrong"),
+    ("printf 'ada\\nsecond line' >$LAST_USER", "last user", "ok ada"),
+    ("ln -s nothing $LAST_USER", "last user", "wrong"),
+    ("touch x; ln x $LAST_USER", "last user", "wrong"),
+    ("touch $FIFO", "encoders' pipe", "note"),
+    ("mkdir $FIFO", "encoders' pipe", "wrong")])
+def test_doctor_examines_files(command, subject, finding):
+    paths = {"FOLDER": os.path.dirname(SETTINGS), "FACILITIES": FACILITIES, "LAST_USER": LAST_USER, "FIFO": FIFO}
+    if subprocess.run(["sh", "-ec", command], cwd="/tmp/home", env={**os.environ, **paths}, check=False).returncode:
+        pytest.skip("in a user namespace no file can be given away")
+    # Without root's right to write everything everywhere.
+    found = doctor(subject, "setpriv", "--bounding-set=-all", "--inh-caps=-all")
+    subprocess.run(["umount", "--quiet", "/tmp/home"], check=False)
+    assert finding in found
+
+
+def test_second_agent_is_found_whichever_has_the_pipe(start, agent):
+    agent.signal(signal.SIGSTOP)  # one of them runs at a time, as each replaces the other's pipe
+    second = start(Program, [program("kest-settings-terminal")], env={**os.environ, "HOME": "/tmp/home2"})
+    second.expect("fifo fd = ")
+    name = f"process {second.pid} (kest-settings-terminal)"
+    assert f"belongs to {name}, not to this agent" in doctor("encoders' pipe")
+    second.signal(signal.SIGSTOP)
+    agent.signal(signal.SIGCONT)
+    agent.expect("was gone and is made again")
+    assert f"{name} reads an earlier pipe of" in doctor("encoders' pipe")

@@ -1,0 +1,120 @@
+"""The terminal agent with plain lines, hosts and encoders as processes that share only the system."""
+
+import contextlib
+import os
+import subprocess
+
+import pytest
+
+from harness.processes import Program, wait_until
+from harness.studio import FIFO, LAST_USER, SESSION, SETTINGS, Agent, program, report, run, setting
+
+FOLDER = os.path.dirname(SETTINGS)
+EXCLUSIVE = "Solo Mode > Exclusive (XOR)"
+STEREO = "Speaker Configuration > Stereo"
+
+
+def test_choice_reaches_the_file_and_the_host(start, host, agent):
+    for path, printed, key, stored in ((EXCLUSIVE, "SoloMode 1", "SoloMode", "1"),
+                                       ("Monitoring Facility > Studio_A", "Facility Studio_A", "Facility", "Studio_A")):
+        agent.choose(path)
+        host.expect(printed)
+        assert setting(key) == stored
+    report(4711, "path: /tmp/out/Film/Film_Mix.wav", "P: 5")
+    agent.expect("added Encoding History > Film: 5%")
+    agent.choose("Encoding History > Film > Show Output Folder")
+    agent.expect("output folder /tmp/out/Film")
+    agent.say("quit")
+    assert agent.status() == 0
+    text = start(Agent).text
+    assert "(x) Exclusive (XOR)" in text and "(x) Studio_A" in text
+    host.command("end", "host stopped")
+    assert "FOREIGN WRITE" not in host.text
+
+
+def test_buses_are_shown_and_a_host_without_key_file_is_logged_until_it_restarts(host, agent):
+    host.command('bus add bus-2 "Ch\\x8Fur"', "added")  # Mac OS Roman
+    agent.expect("added Default Bus > Chèur")
+    agent.choose("Default Bus > Chèur")
+    host.expect("(id bus-2)")
+    host.command("bus rename bus-2 Choir", "renamed")
+    agent.expect("added Default Bus > Choir")
+    agent.expect("changed Default Bus > Main Bus: on")
+    os.rename(SESSION, "/tmp/removed")  # its inode is not used again
+    agent.expect(SESSION + " was removed while its segment still exists")
+    host.command("start", "host started")
+    agent.expect("removed Default Bus > Choir")
+
+
+@pytest.mark.parametrize("line, status, printed", [
+    ("", 0, "Quit Kest Settings"), ("choose Mono\n", 1, 'no item "Mono"'), ("choose Solo Mode\n", 1, "is a submenu"),
+    ("choose Encoding History > Clear History\n", 1, "is greyed"), ("open Mono\n", 1, 'no item "Mono"'),
+    ("chose Mono\n", 1, "unknown command")])
+def test_script_ends_with_status_1_if_a_line_fails_and_the_unended_last_one_is_run(line, status, printed):
+    ended, output, errors = run("kest-settings-terminal", text=f"{line}choose {EXCLUSIVE}")
+    assert ended == status and printed in output + errors
+    assert setting("SoloMode") == "1"
+
+
+def test_second_agent_ends_and_the_first_goes_on_without_input(start, agent):
+    assert os.path.getsize(LAST_USER) > 0
+    for arguments, status in (({"stdin": subprocess.DEVNULL}, 0), ({}, 1)):  # a pipe is a script
+        second = start(Program, [program("kest-settings-terminal")], **arguments)
+        second.expect(f"already running (process {agent.pid}); kest-settings-ctl controls it")
+        assert second.status() == status
+    start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Late/Late_Film.wav", "--seconds", "1"])
+    agent.process.stdin.close()
+    agent.expect("Late_Film: 100%")
+    agent.signal()
+    assert agent.status() == 0
+    assert not os.path.exists(FIFO)
+
+
+class SmallDisk(Agent):
+    """An agent whose settings folder is a file system of 128 KB."""
+
+    def __init__(self, option="rw"):
+        os.makedirs(FOLDER)
+        subprocess.run(["mount", "-t", "tmpfs", "-o", f"size=128k,{option}", "test", FOLDER], check=True)
+        super().__init__(stderr=subprocess.DEVNULL)
+
+    def __exit__(self, *_):
+        super().__exit__()
+        subprocess.run(["umount", FOLDER], check=True)
+
+    def errors(self):
+        """Returns what the log says about settings, without date and time."""
+        return [line.split("<ERRO> settings ")[1] for line in self.text.splitlines() if "<ERRO> settings " in line]
+
+    def choose_and_quit(self, end=lambda: None):
+        before = len(self.errors())
+        self.choose(STEREO)
+        self.expect(f"changed {STEREO}: on")
+        assert wait_until(lambda: len(self.errors()) > before)
+        end()
+        self.say("quit")
+        assert self.status() == 0
+
+
+@pytest.mark.parametrize("space_at_the_end", [False, True])
+def test_choice_on_a_full_disk_is_reported_and_saved_at_the_end_if_there_is_space(start, space_at_the_end):
+    agent = start(SmallDisk)
+    with contextlib.suppress(OSError), open(FOLDER + "/filler", "wb", buffering=0) as filler:
+        while filler.write(bytes(4096)):
+            pass
+    agent.choose_and_quit(lambda: space_at_the_end and os.remove(FOLDER + "/filler"))
+    reason = "(No space left on device): Speaker Configuration"
+    lines = [f"not saved {reason}; in effect until the agent ends; {SETTINGS}",
+             f"still not saved {reason}; lost, as the agent ends; {SETTINGS}"]
+    assert agent.errors() == lines[:1 if space_at_the_end else 2]
+    assert (setting("PhysMonConfig") == "1") == space_at_the_end
+
+
+def test_all_settings_that_a_start_cannot_save_are_one_line(start):
+    agent = start(SmallDisk, "ro")
+    assert len(agent.errors()) == 1 and agent.errors()[0].startswith("not saved (Read-only file system): ")
+    for title in ("HDX Aux Track Delay", "DAW Link Control", "Default Panner Objects", "Latency Compensation"):
+        assert title in agent.errors()[0]
+    agent.choose_and_quit()
+    assert "): Speaker Configuration, " in agent.errors()[1]
+    assert len(agent.errors()) == 3
