@@ -186,7 +186,7 @@ def test_protected_folders(agent, row):
         with encoder_in(folder, title):
             row.expect(agent.abort(title), f"{folder} without a line")
         row.expect(os.path.exists(kept), f"{folder} deleted")
-        row.expect(title in agent.rows(), f"{folder} without a row")
+        row.expect(agent.has_row(title), f"{folder} without a row")
         agent.clear()
 
 
@@ -201,7 +201,7 @@ def test_encoder_of_another_user(start, row):
             subprocess.run([*agent.identity, "sh", "-c", f"mkdir {folder}; >{folder}/{title}.wav"], check=True)
             row.expect(len(agent.abort(title) or []) == 1 and is_running(child), "not one line")
             row.expect(os.path.exists(f"{folder}/{title}.wav"), "deleted")
-            row.expect(title in agent.rows(), "row gone")
+            row.expect(agent.has_row(title), "row gone")
 
 
 @pytest.mark.row("abort: no process to be had", "complete, or the row stays and one log line")
@@ -213,7 +213,7 @@ def test_no_process_left_to_start(start, row):
         with encoder_in(f"{agent.folder}/{title}", title, user=USER, group=USER, extra_groups=[]) as child:
             lines = agent.abort(title)
             done = not is_running(child) and not os.path.exists(f"{agent.folder}/{title}")
-            row.expect(done or (lines and title in agent.rows()), "looked complete and was not")
+            row.expect(done or (lines and agent.has_row(title)), "looked complete and was not")
 
 
 @pytest.mark.row("abort: a slow disk", "the menu works, a second click does nothing, SIGTERM ends it")
