@@ -1,8 +1,4 @@
-#!/usr/bin/python3
-"""A disk that does not answer any more, on which a process has a file open and an encoder writes.
-
-tests/soak/dead_disk [--quick] BUILD_DIR
-"""
+"""A disk that does not answer any more, on which a process has a file open and an encoder writes."""
 
 import ctypes
 import errno
@@ -10,13 +6,13 @@ import os
 import select
 import stat
 import struct
-import subprocess
-import sys
 import threading
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from fixture import FIFO, Part, Program, report, text_agent
+import pytest
+
+from attacks import Agent, Program, encoder
+from harness.studio import report
 
 LOOKUP, GETATTR, OPEN, INIT = 1, 3, 14, 26  # requests of the kernel
 
@@ -29,7 +25,7 @@ class Disk:
         self.device = os.open("/dev/fuse", os.O_RDWR)
         options = f"fd={self.device},rootmode=40755,user_id=0,group_id=0".encode()
         if ctypes.CDLL(None, use_errno=True).mount(b"disk", path.encode(), b"fuse", 0, options) != 0:
-            sys.exit("no file system can be mounted here: " + os.strerror(ctypes.get_errno()))
+            raise OSError(ctypes.get_errno(), "no file system can be mounted here")
         self.answers = True
         self.files = set()
         self.server = threading.Thread(target=self._serve, daemon=True)
@@ -71,44 +67,23 @@ class Disk:
         os.close(self.device)
 
 
-def holder(path):
-    """A process that has a file of the disk open and has never written to the pipe."""
-    return Program(["sh", "-c", f"exec 3<{path}; echo open; exec sleep 1000"])
-
-
-def encoder(path):
-    return Program(["sh", "-c", f'exec 3>{FIFO}; printf "pid: %d , path: {path}\\npid: %d , P: 5\\n" $$ $$ >&3; '
-                    "exec sleep 1000"], stdout=subprocess.DEVNULL)
-
-
-def main():
-    part = Part()
-    runs = part.count(20, 2)
-    heard = killed = chosen = ended = 0
-    for run in range(runs):
+@pytest.mark.row("a disk that does not answer", "lines are read, the encoder is killed, SIGTERM ends the agent")
+def test_dead_disk(row):
+    for run in row.times(20, 2):
         disk = Disk(f"/tmp/disk{run}")
-        with text_agent(part) as agent, holder(f"/tmp/disk{run}/Film.wav") as daw:
-            daw.prints("open")
+        daw = Program(["sh", "-c", f"exec 3</tmp/disk{run}/Film.wav; echo open; exec sleep 1000"])
+        with Agent() as agent, daw:
+            daw.expect("open")
             # After the answer to this one the kernel sends no requests for the end of a file's use.
             os.close(os.open(f"/tmp/disk{run}/Other.wav", os.O_RDONLY))
             disk.die()
             report(daw.pid, "P: 1")
-            with encoder(f"/tmp/disk{run}/Film/Picture.wav") as film:
-                heard += agent.prints("added Encoding History > Picture: 5%", 2)
-                agent.say("choose Encoding History > Picture > Abort and Delete Output Folder")
-                killed += film.ends(2) is not None
-                agent.say("choose Solo Mode > Exclusive (XOR)\nchoose Solo Mode > Latch")
-                chosen += agent.prints("changed Solo Mode > Latch: on", 1)
-                start = time.monotonic()
-                agent.process.terminate()
-                ended += agent.ends(3) == 0 and time.monotonic() - start < 2
+            with encoder(f"/tmp/disk{run}/Film/Picture.wav", "/", "") as film:
+                row.expect(agent.prints("added Encoding History > Picture: 5%", 2), "not read")
+                agent.choose_abort("Picture")
+                row.expect(film.status(2) is not None, "not killed")
+                agent.choose("Solo Mode", "Exclusive (XOR)")
+                agent.choose("Solo Mode", "Latch")
+                row.expect(agent.prints("changed Solo Mode > Latch: on", 1), "no choice meanwhile")
+                row.expect_end(agent, 2)
         disk.end()
-    part.row("a disk that does not answer",
-             f"{runs} runs: lines are read, the encoder is killed, SIGTERM ends the agent",
-             f"{heard} read, {killed} killed, {chosen} choices meanwhile, {ended} ended within 2 s",
-             heard == killed == chosen == ended == runs)
-    part.finish()
-
-
-if __name__ == "__main__":
-    main()

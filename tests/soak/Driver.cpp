@@ -1,0 +1,63 @@
+// What no program of the agent's does by itself, for the tests in Python:
+//
+//   soak settings FOLDER [CHOICE]   a start with one choice of the solo mode, by default the one in the file;
+//                                   prints it. Exit status 0 when saved, 3 when not
+//   soak agent MICROSECONDS         the text agent whose monitor has that period
+#include "app/KestSettingsAppDelegate.h"
+#include "platform/control/ControlServer.h"
+#include "platform/posix/RunAlone.h"
+#include "platform/terminal/TextFrontEnd.h"
+#include "platform/terminal/TextWorkspace.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using namespace Kest;
+
+constexpr char kSoloMode[] = "SoloMode";
+constexpr int kNotSaved = 3;
+
+int changeSettings(const std::string& folder, const char* choice)
+{
+    constexpr char kBegin[] = "begin\n"; // system calls are counted from here
+    [[maybe_unused]] const auto written = write(STDOUT_FILENO, kBegin, std::strlen(kBegin));
+    juce::ApplicationProperties properties;
+    Settings::SystemPaths paths;
+    paths.settingsFolder = folder;
+    Settings::SettingsFile file(properties, paths);
+    const int mode = choice != nullptr ? std::stoi(choice) : file.values().getIntValue(kSoloMode, -1);
+    const bool isSaved = file.keep(kSoloMode, mode) == Settings::SaveResult::saved && file.settle();
+    std::printf("mode %d\n", mode);
+    return isSaved ? 0 : kNotSaved;
+}
+
+int runAgent(const Settings::SystemPaths& paths, std::chrono::microseconds monitorPeriod)
+{
+    Terminal::TextFrontEnd frontEnd;
+    Terminal::TextWorkspace workspace(Posix::Streams::none);
+    App::KestSettingsAppDelegate delegate(frontEnd, workspace, paths, monitorPeriod);
+    return Posix::runApplication(delegate, [&] {
+        delegate.setObserver(Control::startServer(delegate, frontEnd, paths));
+        return frontEnd.run(delegate);
+    });
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    const std::string command = count > 2 ? arguments[1] : "";
+    if (command == "settings")
+        return changeSettings(arguments[2], arguments[3]);
+    if (command != "agent")
+        return 2;
+    return Posix::runAlone(
+        [&](const auto& paths) {
+            return runAgent(paths, std::chrono::microseconds(std::stoi(arguments[2])));
+        },
+        1);
+}

@@ -1,0 +1,259 @@
+"""What the tests share: agents, encoders, strace, and the terms on which an agent ends."""
+
+import collections
+import contextlib
+import fcntl
+import os
+import pty
+import re
+import select
+import subprocess
+import sys
+import termios
+import threading
+import time
+
+import psutil
+
+from harness.processes import Program, wait_until
+from harness.studio import FIFO, READY, SETTINGS, is_pipe_read, program
+
+SOURCES = os.path.abspath(os.path.join(os.path.dirname(__file__), "../.."))
+HOME = "/tmp/home"
+USER = 54321  # who has no other processes
+WORK = HOME + "/work"  # encoders write into folders in it
+LOCK = os.path.join(os.path.dirname(SETTINGS), "Kest-Settings.lock")
+STRACE = ["strace", "-f", "-qq", "-o", "/tmp/trace"]
+ENCODER = """
+exec 3>"$1"; mkdir -p "$3" 2>&-; [ -z "$4" ] || echo audio >"$3/$4"
+printf 'pid: %d , path: %s\\n' $$ "$2" >&3; printf 'pid: %d , type: Main\\npid: %d , P: 5\\n' $$ $$ >&3
+exec sleep 1000"""
+
+
+def driver(*arguments, preset=None):
+    """Returns a command of Driver.cpp, perhaps of another build."""
+    path = os.environ["KEST_SOAK_DRIVER"]
+    return [path.replace("/dev/", f"/{preset}/") if preset else path, *arguments]
+
+
+def encoder(reported, folder, file="out.wav", **options):
+    """Starts a process that reports a path, has the pipe open and has written a file into a folder."""
+    return Program(["sh", "-c", ENCODER, "sh", FIFO, reported, folder, file], stdout=subprocess.DEVNULL, **options)
+
+
+def encoder_in(folder, title, **options):
+    """Starts an encoder whose output is in the folder that it reports."""
+    return encoder(f"{folder}/{title}.wav", folder, title + ".wav", **options)
+
+
+def bystander():
+    """Starts a process that has nothing to do with encoders."""
+    return Program(["sleep", "1000"], stdout=subprocess.DEVNULL)
+
+
+def python(code, *arguments):
+    """Starts a Python program."""
+    return Program([sys.executable, "-c", code, *map(str, arguments)])
+
+
+def is_running(process):
+    return process.status(0) is None
+
+
+def put(path):
+    """Writes a file that is older than every process that starts from now on."""
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w", encoding="ascii") as file:
+        file.write("precious")
+    time.sleep(0.06)
+    return path
+
+
+def process_of(program):
+    """Returns what the system knows of a program."""
+    return psutil.Process(program.pid)
+
+
+def has_ended(process):
+    """Returns whether a process is gone or waits for its parent."""
+    return not process.is_running() or process.status() == psutil.STATUS_ZOMBIE
+
+
+def memory(process):
+    """Returns the resident memory in kB."""
+    return process_of(process).memory_info().rss // 1024
+
+
+def open_pipe():
+    """Opens the encoders' pipe for writing without waiting, as soon as an agent reads it."""
+    assert wait_until(is_pipe_read)
+    return os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK)
+
+
+def remove_pipe():
+    """Removes what an agent that was killed has left."""
+    with contextlib.suppress(FileNotFoundError):
+        os.remove(FIFO)
+
+
+def wrong_end(process, statuses=(0,), seconds=2):
+    """Waits for the end of an agent. Returns what is wrong with it, or nothing; ends and removes what is left."""
+    status = process.status(seconds)
+    left = os.path.exists(FIFO)
+    process.__exit__()
+    remove_pipe()
+    if status not in statuses:
+        return f"status {status}"
+    if left and status in (0, 1):
+        return "the pipe is left"
+    try:
+        with open(LOCK, "rb") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except FileNotFoundError:
+        pass  # it has another home, or had no time for a lock
+    except OSError:
+        return "the lock is held"
+    return ""
+
+
+@contextlib.contextmanager
+def traced(agent, *options):
+    """Runs the block with strace on all threads of the agent."""
+    with Program([*STRACE[:2], *STRACE[3:], "-p", str(agent.pid), *options]) as tracer:
+        assert tracer.prints("attached")
+        yield
+        tracer.signal()  # strace detaches; SIGKILL would leave a thread stopped
+        tracer.status()
+
+
+def traced_calls(begin="", end="$ ^"):
+    """Returns the calls of the last trace from a text to an expression: their names, each with its number among those
+    of its name and thread, from 1 on."""
+    numbers = collections.Counter()
+    calls = []
+    with open("/tmp/trace", encoding="utf-8", errors="replace") as trace:
+        text = re.split(end, trace.read())[0]
+    for call in re.finditer(r"^(?:(\d+) +)?(\w+)\(", text, re.M):
+        numbers[call.groups()] += 1
+        if call.start() >= text.index(begin):
+            calls.append((call[2], numbers[call.groups()]))
+    return calls
+
+
+class Agent(Program):
+    """The agent with plain lines, perhaps started by another command. Its log is read from standard output only."""
+
+    def __init__(self, *within, command=None, **options):
+        command = command or [program("kest-settings-terminal")]
+        super().__init__([*within, *command], **{"stderr": subprocess.DEVNULL, **options})
+        self.expect(READY)
+
+    def __exit__(self, *_):
+        if is_running(self):
+            with contextlib.suppress(BrokenPipeError):
+                self.say("quit")
+            self.status(3)
+        super().__exit__()
+
+    def choose(self, *path):
+        self.say("choose " + " > ".join(path))
+
+    def rows(self):
+        """Returns the titles of the encodings whose Abort is not greyed."""
+        start = len(self.text)
+        self.say("menu")
+        if not wait_until(lambda: READY in self.text[start:]):
+            return []
+        history = re.search(r"Clear History.*?\n    --------\n(.*?)^  \S", self.text[start:], re.S | re.M)
+        return re.findall(r"^    (\S.*?)(?: +\d+%)?\n +Show Output Folder.*\n +Abort and Delete Output Folder$",
+                          history.group(1) if history else "", re.M)
+
+    def has_row(self, title):
+        return wait_until(lambda: title in self.rows(), 10)
+
+    def clear(self):
+        self.choose("Encoding History", "Clear History")
+        wait_until(lambda: not self.rows(), 5)
+
+    def choose_abort(self, title):
+        self.choose("Encoding History", title, "Abort and Delete Output Folder")
+
+    def abort(self, title, meanwhile=lambda: None):
+        """Aborts one row. Returns its log lines when the abort has ended, or None when the row does not appear."""
+        return self.abort_shown(title, meanwhile) if self.has_row(title) else None
+
+    def abort_shown(self, title, meanwhile=lambda: None):
+        """Aborts a row that is in the menu. Returns its log lines when the abort has ended."""
+        start = len(self.text)
+        self.choose_abort(title)
+        meanwhile()
+        wait_until(lambda: f"removed Encoding History > {title}\n" in self.text[start:] or
+                   "<ERRO> abort" in self.text[start:] or not is_running(self))
+        time.sleep(0.01)
+        return re.findall(r"<ERRO> abort (.*)", self.text[start:])
+
+    def abort_all(self):
+        wait_until(self.rows, 5)
+        for title in self.rows():
+            self.abort(title)
+
+
+class UserAgent(Agent):
+    """The text agent of a user without rights, who has a folder. `identity` is a command that others are run by as this
+    user."""
+
+    def __init__(self, **options):
+        self.folder = "/tmp/user/films"
+        self.identity = ["setpriv", f"--reuid={USER}", f"--regid={USER}", "--clear-groups"]
+        os.makedirs(self.folder)
+        for path in ("/tmp/user", self.folder):
+            os.chown(path, USER, USER)
+        super().__init__(*self.identity, env={**os.environ, "HOME": "/tmp/user"}, **options)
+
+
+class Tray(Program):
+    """The tray agent."""
+
+    def __init__(self, **options):
+        super().__init__([program("kest-settings")], **options)
+
+
+class Terminal:
+    """A terminal of 80x24 for a program with these `options`. It is read until `stop_reading`."""
+
+    def __init__(self):
+        self.master, self.slave = pty.openpty()
+        termios.tcsetwinsize(self.slave, (24, 80))
+        self.modes = termios.tcgetattr(self.slave)
+        self.drawn = b""
+        self.is_read = True
+        self.reader = threading.Thread(target=self._read)
+        self.reader.start()
+
+    def _read(self):
+        while self.is_read:
+            if select.select([self.master], [], [], 0.01)[0]:
+                self.drawn += os.read(self.master, 65536)
+
+    def stop_reading(self):
+        self.is_read = False
+        self.reader.join()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop_reading()
+        os.close(self.master)
+        os.close(self.slave)
+
+    def options(self, before_exec=lambda: None):
+        def prepare():
+            fcntl.ioctl(self.slave, termios.TIOCSCTTY, 0)
+            before_exec()
+
+        streams = dict.fromkeys(("stdin", "stdout", "stderr"), self.slave)
+        return {**streams, "start_new_session": True, "preexec_fn": prepare}
+
+    def has_its_modes(self):
+        return termios.tcgetattr(self.slave) == self.modes

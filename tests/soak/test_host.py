@@ -1,0 +1,188 @@
+"""The host is killed, its segments are in any state, calls are interrupted, the clock moves; exits while all work."""
+
+import contextlib
+import ctypes
+import glob
+import os
+import random
+import re
+import signal
+import subprocess
+import time
+
+import pytest
+
+from attacks import Agent, Program, UserAgent, driver, process_of, traced, wait_until
+from harness.studio import FACILITIES, FIFO, Host, is_pipe_read, program, setting
+
+KEY_FILE = "/tmp/LIPC_LIPC_SESSION"
+BYTES = 3458217  # of a session
+SLOTS = range(1120, BYTES, 3376)
+OWN = [(SLOTS[3] + 144, 512 + 272), (3458152, 65)]  # what the agent may change: its record, the default bus
+RECORDS = [(SLOTS[3], b"KestSettings\0"), (SLOTS[9], b"bus-1\0"), (SLOTS[9] + 68, b"SUBKDialog\0")]
+CREATE, REMOVE = 0o3000, 0
+INTERRUPTED = "write,poll,ppoll,fsync,wait4,clock_nanosleep"
+libc = ctypes.CDLL(None)
+libc.shmat.restype = ctypes.c_void_p
+
+
+@pytest.mark.row("host killed", "0 crashes, right at the first operation after each restart")
+def test_host_is_killed(start, row):
+    """It is killed while it starts, or while the agent works."""
+    agent = start(Agent, command=driver("agent", "200"))
+    chance = random.Random(4711)
+    for i in row.times(200, 20):
+        with Program([program("k3dhost-simulator"), "--scenario", "-"]) as host:
+            host.say("start\nbus add bus-1 Dialog")
+            if i % 4:
+                host.expect("Dialog added")
+                agent.choose("Solo Mode", "Exclusive (XOR)")
+                row.expect(host.prints("^SoloMode 1$", 10), "wrong")
+            agent.say("choose Default Bus > Dialog\nchoose DAW Link Control\n" * 20)
+            time.sleep(chance.uniform(0, 0.004))
+            host.signal(signal.SIGKILL)
+            row.expect("FOREIGN" not in host.text, "foreign write")
+        agent.choose("Solo Mode", "Latch")
+        agent.expect("changed Solo Mode > Latch: on" if i % 4 else "DAW Link Control")
+    row.expect_end(agent, 2, (0, 1))
+
+
+class Segment:
+    """A host's session of any size, with the agent's record in slot 3 and a bus in slot 9."""
+
+    def __init__(self, state, size):
+        self.before = bytearray(random.Random(1).randbytes(size) if state == "random bytes" else size)
+        for offset, text in RECORDS if size > SLOTS[10] and state != "all zeros" else []:
+            self.before[offset:offset + len(text)] = text
+        with open(KEY_FILE, "a", encoding="ascii"):
+            key = libc.ftok(KEY_FILE.encode(), 1)
+        self.id = libc.shmget(key, ctypes.c_size_t(size), CREATE | (0o600 if state == "no permission" else 0o666))
+        self.address = libc.shmat(self.id, None, 0)
+        ctypes.memmove(self.address, bytes(self.before), size)
+
+    def is_attached(self):
+        with open("/proc/sysvipc/shm", encoding="ascii") as segments:
+            return any(line.split()[1] == str(self.id) and line.split()[6] != "1" for line in segments)
+
+    def is_right(self):
+        """Returns whether only the agent's bytes have changed, and the agent is not attached."""
+        now = bytearray(ctypes.string_at(self.address, len(self.before)))
+        for begin, length in OWN if len(now) >= BYTES else []:
+            now[begin:begin + length] = self.before[begin:begin + length]
+        return now == self.before and wait_until(lambda: not self.is_attached(), 5)
+
+    def remove(self):
+        libc.shmctl(self.id, REMOVE, None)
+
+
+STATES = {  # the sizes of the sessions that are there one after the other
+    "none": [], "one byte": [1], "one page": [4096], "one byte too small": [BYTES - 1], "exact": [BYTES],
+    "larger": [BYTES + 100000], "all zeros": [BYTES], "random bytes": [BYTES], "removed while attached": [BYTES],
+    "replaced under its key": [BYTES, 1, 4096, BYTES - 1] * 13, "no permission": [BYTES], "marker moved": [BYTES],
+    "marker a link": [BYTES], "marker a folder": [BYTES]}
+
+
+def operate(agent, operations):
+    choices = ["Solo Mode > Exclusive (XOR)", "Monitoring Facility > " + "f" * 199, "Speaker Configuration > Stereo",
+               "Default Bus > Dialog", "Solo Mode > Latch", "Monitoring Facility > " + "f" * 64,
+               "Monitoring Facility > f", "Speaker Configuration > Surround 5.1"]
+    for i in range(operations):
+        agent.choose(choices[i % len(choices)])
+    agent.say("menu")
+    agent.expect("Quit Kest Settings", 60)
+
+
+@pytest.mark.row("segment states", "0 signals, 0 foreign bytes, 0 attachments left")
+def test_segment_states(start, row):
+    for length in (1, 64, 199):
+        os.makedirs(f"{FACILITIES}/{'f' * length}")
+    for _, (state, sizes) in row.times(1, 1, STATES.items()):
+        kind = UserAgent if state == "no permission" else Agent
+        with kind(command=driver("agent", "1000")) as agent:
+            operate(agent, row.count(1000, 40) if not sizes else 1)
+            for size in sizes:
+                segment = Segment(state, size)
+                if state.startswith("marker"):
+                    os.rename(KEY_FILE, KEY_FILE + ".moved")
+                if state == "marker a link":
+                    os.symlink(KEY_FILE + ".moved", KEY_FILE)
+                if state == "marker a folder":
+                    os.mkdir(KEY_FILE)
+                for _ in range(2):
+                    operate(agent, row.count(500, 20) // len(sizes) + 1)
+                    if state == "removed while attached":
+                        segment.remove()
+                row.expect(segment.is_right(), f"{state}: foreign bytes or attachments")
+                segment.remove()
+            row.expect_end(agent, 10, (0, 1))
+        subprocess.run(["rm", "-rf", KEY_FILE, KEY_FILE + ".moved"], check=True)
+
+
+def write_clock(text):
+    with open("/tmp/clock", "w", encoding="ascii") as clock:
+        clock.write(text)
+
+
+@pytest.mark.row("{kind}", "same results as without, no spin")
+@pytest.mark.parametrize("kind", ["interrupted calls", "clock moved"])
+def test_session(start, kind, row):
+    """Every second call of many kinds is interrupted, or the clock moves a day on, then two back."""
+    clock = {"LD_PRELOAD": glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0], "FAKETIME_NO_CACHE": "1",
+             "FAKETIME_TIMESTAMP_FILE": "/tmp/clock", "FAKETIME_DONT_FAKE_MONOTONIC": "1"}
+    clock = clock if kind == "clock moved" else {}
+    write_clock("+0")
+    host = start(Host)
+    agent = start(Agent, env={**os.environ, **clock})
+    with contextlib.nullcontext() if clock else traced(agent, "-e", "trace=" + INTERRUPTED, "-e",
+                                                       f"inject={INTERRUPTED}:error=EINTR:when=1+2"):
+        write_clock("+1d")
+        agent.choose("Solo Mode", "Exclusive (XOR)")
+        host.expect("SoloMode 1")
+        host.command("bus add bus-1 Dialog", "Dialog added")
+        write_clock("-1d")
+        agent.expect("added Default Bus > Dialog")
+        agent.choose("Default Bus", "Dialog")
+        host.expect("(id bus-1)")
+        encoder = start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Film/Film.wav", "--seconds", "60",
+                                  "--steps", "600"])
+        assert wait_until(agent.rows)
+        before = sum(process_of(agent).cpu_times()[:2])
+        time.sleep(1)
+        idle = sum(process_of(agent).cpu_times()[:2]) - before
+        row.expect(agent.abort(agent.rows()[0]) == [] and encoder.status() == -signal.SIGKILL, "not aborted")
+        row.expect(not os.path.exists("/tmp/out/Film"), "folder left")
+        row.expect_end(agent, 3)
+    row.expect(setting("SoloMode") == "1", "not saved")
+    row.expect(len(re.findall("SoloMode|bus-1", host.text)) == 3, "written twice")
+    row.note(f"{idle:.0%} of a core when idle")
+    row.expect(idle <= 0.1, "spins")
+
+
+@pytest.mark.row("exits", "0 reports of sanitizers, all under 300 ms")
+def test_exits(start, row):
+    """Bus plug-ins, encoders and the user are at work at the end; a hundred passes of the monitor fit into an exit."""
+    host = start(Host)
+    chance = random.Random(4711)
+    for preset, full, quick in (("dev", 1000, 40), ("asan", 150, 10), ("tsan", 60, 5)):
+        slowest = 0
+        for i in row.times(full, quick):
+            command = driver("agent", "100", preset=preset)
+            with (open("/tmp/reports", "w+", encoding="utf-8") as reports,
+                  Program(command, stdout=subprocess.DEVNULL, stderr=reports) as agent):
+                if i % 4:  # or it ends while it starts
+                    wait_until(is_pipe_read)
+                end = time.monotonic() + chance.uniform(0, 0.012)
+                while time.monotonic() < end:
+                    host.say("bus add bus-1 Dialog\nbus remove bus-1")
+                    agent.say(chance.choice(["choose Solo Mode > Latch", "choose Solo Mode > Exclusive (XOR)\nmenu"]))
+                    with contextlib.suppress(OSError):
+                        with open(os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK), "wb", buffering=0) as pipe:
+                            pipe.write(b"pid: 4711 , path: /x/Film.wav\npid: 4711 , P: 0.5\npid: 4711")
+                    time.sleep(0.0005)
+                has_begun = os.path.exists(FIFO)
+                seconds = row.expect_end(agent, 2, (0,) if has_begun else (0, -signal.SIGTERM))
+                row.expect(seconds < 0.3, f"{preset}: {seconds:.1f} s")
+                reports.seek(0)
+                row.expect("Sanitizer" not in reports.read(), f"{preset}: report")
+                slowest = max(slowest, seconds)
+        row.note(f"{preset} slowest {slowest * 1000:.0f} ms")
