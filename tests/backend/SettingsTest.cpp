@@ -1,5 +1,7 @@
-// The user's choices: in the settings file first, then in their slot of the host's session.
+// The user's choices: in the settings file first, then in the agent's record of the host's session.
 #include "tests/backend/BackendFixture.h"
+
+#include <fcntl.h>
 
 namespace {
 
@@ -8,7 +10,7 @@ std::string diskCalls; // the renames and flushes so far, in order
 
 } // namespace
 
-// The settings file gets into its place by a rename: this is the moment at which a choice is in the file.
+// A rename puts the settings file at its path: then a choice is in the file.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved names
 extern "C" int rename(const char* from, const char* to) noexcept(noexcept(rename(from, to)))
 {
@@ -28,11 +30,8 @@ extern "C" int fsync(int file)
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace Kest::Test;
 using Kest::Settings::Backend;
-using testing::HasSubstr;
-using namespace std::string_literals;
 
 struct Choice {
     std::string key;
@@ -61,44 +60,29 @@ const Choice kChoices[] = {
 class SettingsStore : public BackendTest {
 protected:
     void TearDown() override { beforeRename = nullptr; }
-
-    /// Makes every choice and finds it in the file and nowhere else.
-    void expectOnlyInFile()
-    {
-        fs::remove(file);
-        const auto before = place.session ? sessionBytes() : "";
-        for (const auto& choice : kChoices) {
-            choice.set(*backend, choice.chosen);
-            EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
-        }
-        backend->setFacility("Studio B");
-        EXPECT_THAT(readFile(file), HasSubstr("\"Studio B\""));
-        EXPECT_TRUE(before == (place.session ? sessionBytes() : "")) << "the session was written";
-    }
-
-    const std::string file = place.paths.settingsFile();
 };
 
-TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsSlotAlone)
+TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsParameterAlone)
 {
     auto& session = place.startHost();
     start();
     for (const auto& choice : kChoices) {
+        SCOPED_TRACE(choice.key);
         const auto slot = agentByte(choice.byte);
         session.putFloat(slot, -99);
         auto wanted = sessionBytes();
         const auto value = static_cast<float>(choice.stored);
         std::memcpy(&wanted[slot], &value, sizeof value);
-        EXPECT_EQ(choice.get(*backend), choice.initial) << choice.key;
-        std::optional<float> slotAtSaving; // the first time: the last good copy comes later
+        EXPECT_EQ(choice.get(*backend), choice.initial);
+        std::optional<float> slotAtSaving; // of the first rename: the backup comes later
         beforeRename = [&] { slotAtSaving = slotAtSaving.value_or(session.floatAt(slot)); };
 
         choice.set(*backend, choice.chosen);
-        EXPECT_EQ(slotAtSaving, -99) << choice.key << " was not saved before the host knew";
+        EXPECT_EQ(slotAtSaving, -99) << "not saved before the host got it";
         EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
-        EXPECT_TRUE(sessionBytes() == wanted) << choice.key;
+        EXPECT_TRUE(sessionBytes() == wanted);
         start();
-        EXPECT_EQ(choice.get(*backend), choice.chosen) << choice.key;
+        EXPECT_EQ(choice.get(*backend), choice.chosen);
     }
     const auto before = sessionBytes();
     for (const int none : {-1, 12, 26})
@@ -110,50 +94,58 @@ TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsSlotAlone)
 TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
 {
     start();
-    expectOnlyInFile();
-    place.startHost().putText(agentByte(0), "AnotherAgent");
-    expectOnlyInFile();
+    for (const bool hasHost : {false, true}) {
+        if (hasHost)
+            place.startHost().putText(agentByte(0), "AnotherAgent");
+        const auto before = hasHost ? sessionBytes() : "";
+        fs::remove(file);
+        for (const auto& choice : kChoices) {
+            choice.set(*backend, choice.chosen);
+            EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
+        }
+        backend->setFacility("Studio B");
+        EXPECT_THAT(readFile(file), HasSubstr("\"Studio B\""));
+        EXPECT_TRUE(before == (hasHost ? sessionBytes() : "")) << "the session was written";
+    }
     for (const int mode : {1, 7}) { // and again after a restart of the host
-        place.stopHost();
         place.startHost();
         backend->setSoloMode(mode);
         EXPECT_EQ(place.session->floatAt(agentByte(160)), static_cast<float>(mode));
     }
 }
 
-TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
-{
-    place.startHost(32).putBus(10, "bus-1", "Dialog");
-    Kest::Test::captureOutput();
-    start();
-    backend->setDefaultKestBus("Dialog");
-    EXPECT_EQ(place.session->textAt(3458152), "");
-    EXPECT_THAT(Kest::Test::capturedOutput(),
-                HasSubstr("K3DHost running in wrong architecture (32 bits : should be 64 )"));
-    expectOnlyInFile();
-    EXPECT_FALSE(fs::exists(place.paths.lastUserMarker));
-}
-
-TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
+TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsBackup)
 {
     start();
     backend->setSoloMode(7);
     const auto whole = readFile(file);
-    for (const auto& damaged :
-         {std::string(), whole.substr(0, whole.find("val=")), whole.substr(0, whole.size() - 4),
-          std::string(whole).replace(whole.find('7'), 1, 1, '\0')}) {
+    for (const auto& damaged : {""s, whole.substr(0, whole.find("val="))}) {
         writeFile(file, damaged);
         start();
-        Kest::Test::captureErrors();
+        captureErrors();
         diskCalls.clear();
         EXPECT_EQ(backend->getSoloMode(), 7);
         EXPECT_EQ(diskCalls, "") << "a getter changes no file";
         backend->setDAW_LinkControl(1);
-        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
+        EXPECT_THAT(capturedErrors(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
         EXPECT_EQ(backend->getDAW_LinkControl(), 1);
         EXPECT_EQ(backend->getSoloMode(), 7);
     }
+    fs::remove(file + ".bad");
+    fs::create_directory(file + ".bad");
+    fs::remove(file + ".last");
+    writeFile(file, "<PROPERTIES><VALUE");
+    captureErrors();
+    {
+        start();
+        const Backend::OneReport report(*backend); // of the choices
+        for (int i = 0; i < 3; ++i)
+            backend->setSoloMode(i);
+    }
+    const auto logged = capturedErrors();
+    EXPECT_EQ(std::ranges::count(logged, '\n'), 2) << logged;
+    EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
 }
 
 TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
@@ -164,20 +156,6 @@ TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
     EXPECT_THAT(diskCalls,
                 testing::EndsWith("rename .xml, flush file, flush folder, flush file, rename .last, "
                                   "flush folder, "));
-}
-
-TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
-{
-    fs::create_directories(file + ".bad");
-    writeFile(file, "<PROPERTIES><VALUE");
-    Kest::Test::captureErrors();
-    start();
-    const Backend::OneReport report(*backend); // of the choices
-    for (int i = 0; i < 3; ++i)
-        backend->setSoloMode(i);
-    const auto logged = Kest::Test::capturedErrors();
-    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
-    EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
 }
 
 TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
@@ -197,22 +175,20 @@ TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
     EXPECT_THAT(readFile(file), HasSubstr("\"SoloMode\" val=\"1\""));
 }
 
-TEST_F(SettingsStore, WritesThroughALinkAndClearsUpAfterADeath)
+TEST_F(SettingsStore, WritesThroughALinkAndRemovesStaleFiles)
 {
-    const auto target = place.folder / "dotfiles.xml";
-    const auto stray = place.paths.settingsFolder + "/Kest-Settings_temp1f.xml";
+    const auto stale = place.folder / "dotfiles_temp1f.xml";
     fs::create_directories(place.paths.settingsFolder);
     fs::create_symlink("../dotfiles.xml", file);
+    writeFile(stale, "<PROP");
     for (const int mode : {7, 1}) {
         start();
         backend->setSoloMode(mode);
-        EXPECT_THAT(readFile(target), HasSubstr("val=\"" + std::to_string(mode) + "\""));
+        EXPECT_THAT(readFile(place.folder / "dotfiles.xml"),
+                    HasSubstr("val=\"" + std::to_string(mode) + "\""));
         EXPECT_TRUE(fs::is_symlink(file));
     }
-    fs::remove(file);
-    writeFile(stray, "<PROP");
-    start();
-    EXPECT_FALSE(fs::exists(stray));
+    EXPECT_FALSE(fs::exists(stale));
 }
 
 } // namespace

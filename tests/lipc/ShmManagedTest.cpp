@@ -9,9 +9,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -21,13 +19,11 @@ using namespace Kest::Test;
 
 class Segment : public testing::Test {
 protected:
-    void TearDown() override { unlink(marker.c_str()); }
-
-    /// Whether a segment of that size is attached. Looks at its attachments meanwhile and afterwards.
+    /// Whether a segment of that size is attached. Counts its attachments meanwhile and afterwards.
     template <typename Layout>
     bool attachesTo(std::size_t bytes)
     {
-        RawSegment raw(name, bytes); // itself an attachment
+        const RawSegment raw(name, bytes); // itself an attachment
         bool attached = false;
         {
             const LIPC::ShmManagedOpen<Layout> open(name.c_str());
@@ -40,13 +36,12 @@ protected:
     }
 
     const std::string name = "TEST_SEGMENT_" + std::to_string(getpid());
-    const std::string marker = "/tmp/LIPC_" + name;
+    const MarkerRemover remover{name};
+    const std::string& marker = remover.marker;
     const TemporaryFolder folder;
 };
 
-using ShmKey = Segment;
-
-TEST_F(ShmKey, RestsOnAMarkerFileThatItEmptiesAndRefreshes)
+TEST_F(Segment, HasAKeyOfAMarkerFileThatIsEmptiedAndRefreshed)
 {
     const key_t key = LIPC::shmKey(name.c_str());
     EXPECT_NE(key, -1);
@@ -55,7 +50,7 @@ TEST_F(ShmKey, RestsOnAMarkerFileThatItEmptiesAndRefreshes)
     EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
     EXPECT_EQ(fs::file_size(marker), 0u);
 
-    const auto secondsOld = [this, key](int before) {
+    const auto secondsOld = [&](int before) {
         const auto now = fs::file_time_type::clock::now();
         fs::last_write_time(marker, now - std::chrono::seconds(before));
         EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
@@ -65,17 +60,17 @@ TEST_F(ShmKey, RestsOnAMarkerFileThatItEmptiesAndRefreshes)
     EXPECT_LT(secondsOld(7200), 60) << "programs that clean /tmp remove it";
 }
 
-TEST_F(ShmKey, HarmsNothingByALinkInTheMarkersPlace)
+TEST_F(Segment, HasNoKeyOfALink)
 {
     writeFile(folder / "target", "kept");
-    testing::internal::CaptureStderr();
+    captureErrors();
     for (const auto* target : {"target", "missing"}) {
         fs::remove(marker);
         fs::create_symlink(folder / target, marker);
         const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
         EXPECT_TRUE(open.key == -1 && open.id == -1 && open.address == nullptr);
     }
-    const auto line = Kest::Test::capturedErrors();
+    const auto line = capturedErrors();
     EXPECT_THAT(line,
                 testing::HasSubstr("shmKey Could not create key for shm object (ftok) (" + name + "): "));
     EXPECT_EQ(std::ranges::count(line, '\n'), 1) << "it fails once a second while the link is there";
@@ -86,19 +81,17 @@ TEST_F(ShmKey, HarmsNothingByALinkInTheMarkersPlace)
     EXPECT_FALSE(fs::exists(folder / "missing"));
 }
 
-using ShmManagedOpen = Segment;
-
-TEST_F(ShmManagedOpen, TakesASegmentThatHoldsItsLayoutAndNoSmallerOneAndMakesNone)
+TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
 {
-    testing::internal::CaptureStderr();
+    captureErrors();
     EXPECT_EQ(LIPC::ShmManagedOpen<LIPC::SessionBuffer>(name.c_str()).address, nullptr);
-    EXPECT_EQ(Kest::Test::capturedErrors(), "");
-    EXPECT_FALSE(attachesTo<LIPC::VersionBuffer>(7)); // fails to make a segment that is there already
-    EXPECT_TRUE(attachesTo<LIPC::VersionBuffer>(8));
-    EXPECT_TRUE(attachesTo<LIPC::VersionBuffer>(10000));
+    EXPECT_EQ(capturedErrors(), "");
+    EXPECT_FALSE(attachesTo<LIPC::VersionBuffer>(7)); // throws if there is a segment already
+    for (const auto bytes : {8, 10000})
+        EXPECT_TRUE(attachesTo<LIPC::VersionBuffer>(bytes));
     EXPECT_FALSE(attachesTo<LIPC::SessionBuffer>(3458216));
-    EXPECT_TRUE(attachesTo<LIPC::SessionBuffer>(3458217));
-    EXPECT_TRUE(attachesTo<LIPC::SessionBuffer>(4000000));
+    for (const auto bytes : {3458217, 4000000})
+        EXPECT_TRUE(attachesTo<LIPC::SessionBuffer>(bytes));
 }
 
 } // namespace

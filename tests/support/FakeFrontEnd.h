@@ -1,9 +1,8 @@
-// A front end and a desktop that only remember what they were asked.
+// A front end and a desktop that only record the calls.
 #pragma once
 
 #include "app/FrontEnd.h"
 
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -27,20 +26,17 @@ public:
     /// Runs what has been posted so far, and returns how much that was.
     int runJobs()
     {
-        std::deque<std::function<void()>> toRun;
-        {
-            const std::lock_guard lock(mutex);
-            toRun.swap(jobs);
-        }
+        std::unique_lock lock(mutex);
+        const auto toRun = std::exchange(jobs, {});
+        lock.unlock();
         for (const auto& job : toRun)
             job();
         return static_cast<int>(toRun.size());
     }
-
-    int pendingJobs()
+    bool hasJobs()
     {
         const std::lock_guard lock(mutex);
-        return static_cast<int>(jobs.size());
+        return !jobs.empty();
     }
 
     std::string imageName;
@@ -50,17 +46,16 @@ public:
 
 private:
     std::mutex mutex;
-    std::deque<std::function<void()>> jobs;
+    std::vector<std::function<void()>> jobs;
 };
 
 class FakeWorkspace final : public App::Workspace {
 public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override
     {
-        std::string words = "run " + program;
+        asked.push_back("run " + program);
         for (const auto& argument : arguments)
-            words += " " + argument;
-        asked.push_back(words);
+            asked.back() += " " + argument;
         whenRun();
         return true;
     }
@@ -74,7 +69,7 @@ public:
 
     std::vector<std::string> asked;
     bool applicationsLaunch = true;
-    std::function<void()> whenRun = [] {}; // looks at the world at the moment when a program is started
+    std::function<void()> whenRun = [] {};
 };
 
 } // namespace Kest::Test
