@@ -30,36 +30,27 @@ TEST(EncodingName, HasNoTag)
 struct FakeAborts {
     std::string abortOne(const AbortOrder& order, const std::atomic<bool>& stop)
     {
-        std::unique_lock lock(mutex);
-        orders.push_back(order);
-        while (blocked && (order.process.pid == stuckPid || !stop)) {
-            lock.unlock();
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            lock.lock();
+        {
+            const std::lock_guard lock(mutex);
+            orders.push_back(order);
         }
+        eventually([&] { return !blocked || (stop && order.process.pid != stuckPid); });
         ++ended;
-        return stop ? "stopped" : result;
-    }
-    void set(bool isBlocked, const std::string& itsResult, int isStuck = 0)
-    {
-        const std::lock_guard lock(mutex);
-        blocked = isBlocked;
-        result = itsResult;
-        stuckPid = isStuck;
+        return stop ? "stopped" : isRefused ? "refused" : "";
     }
 
     std::mutex mutex;
     std::vector<AbortOrder> orders;
-    std::atomic<std::size_t> ended = 0;
-    bool blocked = false; // until a stop is requested
-    int stuckPid = 0;     // blocked even then
-    std::string result;
+    std::atomic<int> ended = 0;
+    std::atomic<bool> blocked = false; // until a stop is requested
+    std::atomic<int> stuckPid = 0;     // blocked even then
+    std::atomic<bool> isRefused = false;
 };
 
 class EncodingHistory : public testing::Test {
 protected:
     EncodingHistory() { agent.start(); }
-    ~EncodingHistory() override { aborts->set(false, ""); }
+    ~EncodingHistory() override { aborts->blocked = false; }
     void receive(int number, int pid, const char* name)
     {
         agent.delegate.receivedMsgFromBackend(number, pid, name);
@@ -80,7 +71,6 @@ protected:
                     return aborts->abortOne(order, stop);
                 }};
     const std::string history = "Encoding History";
-    const std::vector<std::string>& asked = agent.workspace.asked;
 };
 
 TEST_F(EncodingHistory, HasARowForEachRecordOfTheBackendAndNoOther)
@@ -148,7 +138,7 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     ASSERT_TRUE(agent.send("pid: 4711 , path: /Documents/Forged.wav\n"));
     ASSERT_TRUE(agent.report(4713, "", 1)) << "which is read after it";
     EXPECT_TRUE(show(4711) && show(getpid()) && show(4713));
-    EXPECT_THAT(asked, ElementsAre("select /Out/Film", "select /"));
+    EXPECT_THAT(agent.workspace.asked, ElementsAre("select /Out/Film", "select /"));
     ASSERT_TRUE(abort(4711) && isGone(4711) && abort(getpid()) && isGone(getpid()));
     const auto& orders = aborts->orders;
     ASSERT_EQ(orders.size(), 2U);
@@ -159,7 +149,7 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     ASSERT_TRUE(agent.report(4711, "", 51)) << "one that still reports has a row again";
     EXPECT_EQ(view(4711).name, "Forged");
     EXPECT_TRUE(show(4711));
-    EXPECT_EQ(asked.back(), "select /Documents");
+    EXPECT_EQ(agent.workspace.asked.back(), "select /Documents");
     receive(52, 4714, "unknown to the backend");
     ASSERT_TRUE(show(4714) && abort(4714) && isGone(4714));
     EXPECT_TRUE(orders[2].process == (Kest::Settings::ProcessIdentity{4714, 0}) && orders[2].output.empty());
@@ -193,7 +183,7 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
 {
     receive(50, 4711, "Film_Mix_Prt");
     receive(50, 4712, "Other");
-    aborts->set(true, "refused");
+    aborts->blocked = aborts->isRefused = true;
     ASSERT_TRUE(abort(4711));
     EXPECT_FALSE(mayBeAborted(4711) || abort(4711)) << "a second click";
     receive(60, 4711, "Film_Mix_Prt");
@@ -202,22 +192,24 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
     EXPECT_EQ(view(4711).title(), "Film_Mix - Failed");
     EXPECT_TRUE(abort(4712)) << "another one beside it";
     receive(100, 4712, "Other");
-    aborts->set(false, "refused");
+    aborts->blocked = false;
     ASSERT_TRUE(agent.pumpUntil([&] { return aborts->ended == 2 && mayBeAborted(4711); })) << "it failed";
 
-    aborts->set(true, "");
+    aborts->blocked = true;
+    aborts->isRefused = false;
     ASSERT_TRUE(abort(4711) && agent.choose(history + "/Clear History"));
     receive(70, 4711, "Film_Mix_Prt");
     receive(100, 4712, "Other");
     EXPECT_FALSE(mayBeAborted(4711)) << "in a new row";
-    aborts->set(false, "");
+    aborts->blocked = false;
     EXPECT_TRUE(isGone(4711));
     EXPECT_FALSE(mayBeAborted(4712)) << "it has finished";
 }
 
 TEST_F(EncodingHistory, RunsSixteenAbortsAndEndsWithTheAgentWhileADiskHangs)
 {
-    aborts->set(true, "", 4711);
+    aborts->stuckPid = 4711;
+    aborts->blocked = true;
     captureErrors();
     for (int pid = 4711; pid <= 4711 + 16; ++pid) {
         receive(50, pid, "Film_Mix_Prt");

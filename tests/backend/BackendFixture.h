@@ -29,6 +29,7 @@ protected:
         backend = std::make_unique<Settings::Backend>(place.paths, period);
         running = backend.get();
         backend->messageContext = this;
+        backend->hostStateCallback = [](void* context) { ++static_cast<BackendTest*>(context)->hostChanges; };
         backend->messageCallback = [](void* context, int number, int type, const char* description) {
             auto& self = *static_cast<BackendTest*>(context);
             const auto text = description == nullptr ? "null" : "'" + std::string(description) + "'";
@@ -86,6 +87,7 @@ protected:
     std::mutex mutex;
     std::vector<std::string> messages;
     std::vector<int> errorCounts; // of the encoding of each message, as the callback read it
+    std::atomic<int> hostChanges = 0;
     Settings::Backend* running = nullptr;
     std::unique_ptr<Settings::Backend> backend; // ends first: it writes to the messages
 };

@@ -1,21 +1,17 @@
-// How the Backend starts and ends.
+// How the Backend starts and ends, and the processes that it identifies and ends.
 #include "backend/AgentLock.h"
 #include "backend/HomeFolder.h"
-#include "log/Log.h"
+#include "backend/Process.h"
 #include "tests/backend/BackendFixture.h"
+#include "tests/support/Sleeper.h"
 
+#include <future>
 #include <pwd.h>
 
 namespace {
 
+using namespace Kest::Settings;
 using namespace Kest::Test;
-
-/// Returns 0 where threads are not listed in files.
-std::ptrdiff_t threadCount()
-{
-    std::error_code none;
-    return std::distance(fs::directory_iterator("/proc/self/task", none), {});
-}
 
 class Lifecycle : public BackendTest {
 protected:
@@ -35,16 +31,11 @@ protected:
     std::vector<std::thread> writers;
 };
 
-TEST_F(Lifecycle, EndsWithinASecondAndLeavesNoThread)
+TEST_F(Lifecycle, EndsWithinASecond)
 {
-    place.startHost().putBus(10, "bus-1", "Dialog");
     const std::function<void()> states[] = {
-        [] {},   // it has just begun
-        [this] { // both threads wait, one within a line
-            Encoder(fifo).write("pid: 4711 , P:");
-            EXPECT_TRUE(
-                eventually([this] { return busNames().size() == 2 && place.session->attachments() == 1; }));
-        },
+        [] {},                                                            // it has just begun
+        [this] { Encoder(fifo).write("pid: 1 , path: x\npid: 2 , P:"); }, // waits within a line
         [this] { // something else is at the pipe's path
             const Encoder encoder(fifo);
             fs::remove(fifo);
@@ -55,9 +46,7 @@ TEST_F(Lifecycle, EndsWithinASecondAndLeavesNoThread)
             floodWith(2);
         },
     };
-    Lct::Log(Lct::eLogWarning, "test", "starts the threads that print, which never end");
-    std::thread([] {}).join(); // starts a sanitizer's own thread
-    const auto threads = threadCount();
+    place.startHost();
     for (const auto& state : states)
         for (int i = 0; i < 20; ++i) {
             start(1h);
@@ -66,10 +55,8 @@ TEST_F(Lifecycle, EndsWithinASecondAndLeavesNoThread)
             backend.reset();
             // Wanted is less than 100 ms; no scheduler and no sanitizer makes a second of it.
             EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s) << &state - states;
-            for (auto& writer : writers)
+            for (auto& writer : std::exchange(writers, {}))
                 writer.join();
-            writers.clear();
-            EXPECT_TRUE(eventually([&] { return threadCount() == threads; })) << &state - states;
         }
 }
 
@@ -77,30 +64,29 @@ TEST_F(Lifecycle, WritesTheLastUserIntoAFileOfItsOwnThatEverybodyMayOverwrite)
 {
     const auto user = place.paths.lastUserMarker;
     const auto target = place.folder / "target";
-    const auto save = [](const std::string& path) {
+    const auto errorsOf = [](const std::string& path) {
         captureErrors();
-        Kest::Settings::Backend::save_username(path);
+        Backend::save_username(path);
         return capturedErrors();
     };
     const auto umaskBefore = umask(077);
     writeFile(target, "kept");
-    for (const bool isLeftOver : {false, true}) {
-        if (isLeftOver)
-            writeFile(user, "somebody with a very long name\nand another line\n");
-        start();
+    for (const auto* leftOver : {"", "somebody with a very long name\nand another line\n"}) {
+        writeFile(user, leftOver);
+        EXPECT_EQ(errorsOf(user), "");
         EXPECT_EQ(readFile(user), getpwuid(geteuid())->pw_name + "\n"s);
-        EXPECT_EQ(fs::status(user).permissions(), fs::perms(0666));
         fs::remove(user);
     }
-    fs::create_symlink(target, user);
-    EXPECT_EQ(std::ranges::count(save(user), '\n'), 1);
+    EXPECT_EQ(errorsOf(user), "");
+    EXPECT_EQ(fs::status(user).permissions(), fs::perms(0666));
     fs::remove(user);
     fs::create_hard_link(target, user);
-    save(user);
+    errorsOf(user);
     fs::remove(user);
-    EXPECT_EQ(save(place.folder / "absent/lastuser.txt"), "");
-    fs::create_directory(user);
-    EXPECT_THAT(save(user), HasSubstr("not written: Is a directory\n"));
+    fs::create_symlink(target, user);
+    EXPECT_EQ(std::ranges::count(errorsOf(user), '\n'), 1);
+    EXPECT_EQ(errorsOf(place.folder / "absent/lastuser.txt"), "");
+    EXPECT_THAT(errorsOf(place.folder.path()), HasSubstr("not written: Is a directory\n"));
     umask(umaskBefore);
     EXPECT_EQ(readFile(target), "kept");
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
@@ -110,9 +96,8 @@ TEST(AgentLock, IsNotHeldByAnotherInAFolderThatCannotBeMade)
 {
     const TemporaryFolder folder;
     writeFile(folder / "file", "");
-    const Kest::Settings::AgentLock nowhere(folder / "file/in it");
-    EXPECT_FALSE(nowhere.isHeldByAnother());
-    EXPECT_EQ(nowhere.holder(), 0);
+    const AgentLock nowhere(folder / "file/in it");
+    EXPECT_TRUE(!nowhere.isHeldByAnother() && nowhere.holder() == 0);
 }
 
 TEST(HomeFolder, IsAlwaysAnAbsolutePathThatCanBeUsed)
@@ -121,16 +106,90 @@ TEST(HomeFolder, IsAlwaysAnAbsolutePathThatCanBeUsed)
     const std::string own = getpwuid(getuid())->pw_dir;
     for (const auto& unusable : {"~"s, "~/x"s, "here"s, ""s, "/" + std::string(5000, 'a'), "/\xFF"s}) {
         setenv("HOME", unusable.c_str(), 1);
-        EXPECT_THAT(Kest::Settings::repairHome(), HasSubstr(own + " is used")) << unusable;
+        EXPECT_THAT(repairHome(), HasSubstr(own + " is used")) << unusable;
         EXPECT_EQ(std::getenv("HOME"), own) << unusable;
     }
     unsetenv("HOME");
-    EXPECT_EQ(Kest::Settings::repairHome(), "") << "as under a service manager";
+    EXPECT_EQ(repairHome(), "") << "as under a service manager";
     EXPECT_EQ(std::getenv("HOME"), own);
     setenv("HOME", "/tmp/", 1);
-    EXPECT_EQ(Kest::Settings::repairHome(), "");
+    EXPECT_EQ(repairHome(), "");
     EXPECT_STREQ(std::getenv("HOME"), "/tmp/");
     setenv("HOME", before.c_str(), 1);
+}
+
+TEST(ProcessIdentity, IsTheNumberAndTheStartTime)
+{
+    const auto now = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ns; };
+    const TemporaryFolder folder;
+    fs::copy_file("/bin/sleep", folder / ") R 1 (a b"); // the system writes this name in parentheses
+    const auto before = now();
+    Sleeper sleeper(folder / ") R 1 (a b");
+    const auto identity = identifyProcess(sleeper.pid());
+    EXPECT_TRUE(identity.pid == sleeper.pid() && identity == identifyProcess(sleeper.pid()));
+    EXPECT_GE(startedAt(identity).value_or(0), before - 20'000'000);
+    EXPECT_LE(startedAt(identity), now());
+    sleeper.end();
+    for (const int none : {sleeper.pid(), 0, -1, -sleeper.pid()})
+        EXPECT_EQ(identifyProcess(none).startTime, 0U) << none;
+    EXPECT_FALSE(startedAt({4711, 0}).has_value());
+}
+
+TEST_F(Lifecycle, FindsWhoHasAPipeOpenByTheFileNotItsName)
+{
+    const auto self = identifyProcess(getpid());
+    const std::string old = place.folder / "old";
+    mkfifo(fifo.c_str(), 0600);
+    EXPECT_FALSE(hasOpen(self, fifo));
+    const int pipe = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_TRUE(hasOpen(self, fifo));
+    EXPECT_FALSE(hasOpen({self.pid, self.startTime + 1}, fifo)) << "another process's number";
+    fs::rename(fifo, old);
+    mkfifo(fifo.c_str(), 0600);
+    EXPECT_TRUE(!hasOpen(self, fifo) && hasOpen(self, old));
+    close(pipe);
+    EXPECT_FALSE(hasOpen(self, old) || hasOpen(self, place.folder / "none"));
+}
+
+TEST(EndProcess, EndsExactlyThisOne)
+{
+    const Sleeper sleeper;
+    const auto identity = identifyProcess(sleeper.pid());
+    for (const std::uint64_t another : {identity.startTime - 1, identity.startTime + 1, std::uint64_t{0}})
+        EXPECT_EQ(endProcess({identity.pid, another}), "") << "it has ended";
+    std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(sleeper.runs()) << "the process that has its number now";
+    EXPECT_EQ(endProcess(identity), "");
+    EXPECT_FALSE(sleeper.runs());
+    EXPECT_EQ(endProcess(identity), "") << "once more, and nobody has waited for it";
+}
+
+TEST(EndProcess, RefusesTheAgentItsAncestorsAndItsThreads)
+{
+    const pid_t parent = fork();
+    if (parent == 0) {
+        const pid_t agent = fork();
+        if (agent == 0)
+            _exit(endProcess(identifyProcess(getpid())).empty() ||
+                  endProcess(identifyProcess(getppid())).empty());
+        int status = -1;
+        waitpid(agent, &status, 0);
+        _exit(status == 0 ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(parent, &status, 0);
+    EXPECT_EQ(status, 0) << "one of them was killed, or was to be";
+
+    std::promise<void> end;
+    std::thread thread([&] { end.get_future().wait(); });
+    std::error_code none; // where threads have no numbers of their own
+    for (const auto& task : fs::directory_iterator("/proc/self/task", none))
+        if (const int number = std::stoi(task.path().filename()); number != getpid()) {
+            EXPECT_EQ(identifyProcess(number).startTime, 0U);
+            EXPECT_NE(endProcess(identifyProcess(number)), "");
+        }
+    end.set_value();
+    thread.join();
 }
 
 } // namespace

@@ -2,9 +2,7 @@
 // library; offsets in the tests that use it are literal numbers.
 #pragma once
 
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -36,12 +34,11 @@ public:
     /// Makes the segment of that name, all zeros.
     RawSegment(const std::string& name, std::size_t bytes) : id(make("/tmp/LIPC_" + name, bytes))
     {
-        void* attached = id < 0 ? nullptr : shmat(id, freshAddress(bytes), 0);
-        if (reinterpret_cast<std::intptr_t>(attached) == -1) // another thread was faster
-            attached = shmat(id, nullptr, 0);
-        if (id < 0 || reinterpret_cast<std::intptr_t>(attached) == -1)
+        memory = static_cast<unsigned char*>(shmat(id, freshAddress(bytes), 0));
+        if (reinterpret_cast<std::intptr_t>(memory) == -1) // another thread was faster
+            memory = static_cast<unsigned char*>(shmat(id, nullptr, 0));
+        if (reinterpret_cast<std::intptr_t>(memory) == -1)
             throw std::runtime_error("no segment " + name);
-        memory = static_cast<unsigned char*>(attached);
     }
     /// Stays attached until the process ends, so that nothing else gets the address.
     ~RawSegment() { shmctl(id, IPC_RMID, nullptr); }
@@ -101,18 +98,10 @@ private:
         munmap(address, bytes);
         return address;
     }
-    // When a killed test has left a segment with the same key, the key file is made again with another inode.
     static int make(const std::string& marker, std::size_t bytes)
     {
-        const std::string occupied = marker + "_occupied";
-        int made = -1;
-        for (bool isTaken = true, isFirst = true; made < 0 && isTaken; isFirst = false) {
-            std::ofstream(marker, std::ios::app).close();
-            made = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
-            isTaken = isFirst && errno == EEXIST && rename(marker.c_str(), occupied.c_str()) == 0;
-        }
-        unlink(occupied.c_str());
-        return made;
+        std::ofstream(marker, std::ios::app).close();
+        return shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
     }
 
     int id;

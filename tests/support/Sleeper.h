@@ -18,7 +18,7 @@ public:
     {
         char seconds[] = "100";
         char* const arguments[] = {program.data(), seconds, nullptr};
-        posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ);
+        isOurs = posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ) == 0;
     }
     ~Sleeper() { end(); }
     Sleeper(const Sleeper&) = delete;
@@ -28,20 +28,21 @@ public:
     bool runs() const
     {
         siginfo_t ended{};
-        return waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+        return isOurs &&
+               waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
                ended.si_pid == 0;
     }
     void end()
     {
-        if (std::exchange(isWaitedFor, true))
+        if (!std::exchange(isOurs, false))
             return;
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);
     }
 
 private:
-    pid_t process = -1;
-    bool isWaitedFor = false;
+    pid_t process = 0;
+    bool isOurs = false; // started, and not yet waited for
 };
 
 } // namespace Kest::Test

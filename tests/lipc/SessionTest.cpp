@@ -1,20 +1,94 @@
-// The registry: its layout against records written by literal offsets, the lookups, copies of records, the
-// double-buffered texts to the byte, and the numeric functions.
-#include "lipc/SessionBuffer.h"
-
+// Segments and their key files; the registry's layout against records written by literal offsets, the
+// lookups, and the double-buffered texts to the byte.
 #include "lipc/Numeric.h"
+#include "lipc/SessionBuffer.h"
+#include "lipc/ShmKey.h"
 #include "lipc/ShmManaged.h"
+#include "lipc/VersionBuffer.h"
+#include "tests/support/Captured.h"
 #include "tests/support/RawSegment.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cmath>
+#include <map>
 
 namespace {
 
-using Kest::Test::RawSegment;
+namespace fs = std::filesystem;
+using namespace Kest::Test;
+
+class Segment : public testing::Test {
+protected:
+    const std::string name = "TEST_SEGMENT_" + std::to_string(getpid());
+    const MarkerRemover remover{name};
+    const std::string& marker = remover.marker;
+    const TemporaryFolder folder;
+};
+
+TEST_F(Segment, HasAKeyOfAMarkerFileThatIsEmptiedAndRefreshed)
+{
+    const key_t key = LIPC::shmKey(name.c_str());
+    EXPECT_TRUE(key != -1 && key == ftok(marker.c_str(), 1));
+    writeFile(marker, "data");
+    EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
+    EXPECT_EQ(fs::file_size(marker), 0u);
+    const auto secondsOld = [&](int before) {
+        const auto now = fs::file_time_type::clock::now();
+        fs::last_write_time(marker, now - std::chrono::seconds(before));
+        EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
+        return (now - fs::last_write_time(marker)) / std::chrono::seconds(1);
+    };
+    EXPECT_EQ(secondsOld(3000), 3000) << "an empty file was written again";
+    EXPECT_LT(secondsOld(7200), 60) << "programs that clean /tmp remove it";
+}
+
+TEST_F(Segment, HasNoKeyOfALink)
+{
+    writeFile(folder / "target", "kept");
+    captureErrors();
+    for (const auto* target : {"target", "missing"}) {
+        fs::remove(marker);
+        fs::create_symlink(folder / target, marker);
+        const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
+        EXPECT_TRUE(open.key == -1 && open.id == -1 && open.address == nullptr);
+    }
+    EXPECT_THAT(capturedErrors(), // once: it fails each second while the link is there
+                testing::MatchesRegex("[^\n]*shmKey Could not create key for shm object .ftok. ." + name +
+                                      ".: [^\n]*\n"));
+    fs::remove(marker);
+    fs::create_hard_link(folder / "target", marker);
+    EXPECT_NE(LIPC::shmKey(name.c_str()), -1);
+    EXPECT_EQ(readFile(folder / "target"), "kept");
+    EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
+{
+    using Open = LIPC::ShmManagedOpen<LIPC::SessionBuffer>;
+    captureErrors();
+    EXPECT_EQ(Open(name.c_str()).address, nullptr);
+    EXPECT_EQ(capturedErrors(), "");
+    EXPECT_EQ(shmget(LIPC::shmKey(name.c_str()), 0, 0), -1);
+    for (const std::size_t bytes : {3458216, 3458217, 4000000}) {
+        const RawSegment raw(name, bytes); // itself an attachment
+        {
+            const Open open(name.c_str());
+            EXPECT_GE(open.id, 0);
+            EXPECT_EQ(open.contents() != nullptr, bytes >= 3458217) << bytes;
+            EXPECT_EQ(raw.attachments(), bytes >= 3458217 ? 2 : 1) << bytes;
+        }
+        EXPECT_EQ(raw.attachments(), 1) << bytes;
+    }
+    for (const std::size_t bytes : {7, 8}) {
+        const RawSegment raw(name, bytes);
+        const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
+        EXPECT_EQ(open.contents() != nullptr, bytes == 8);
+    }
+}
 
 class SessionBuffer : public testing::Test {
 protected:
@@ -34,9 +108,27 @@ protected:
             raw.putInt(slot + 656 + 272 * k + 264, 1);
         }
     }
-    /// The same by the library's names.
-    static void assign(LIPC::ClientEntry& client)
+    static std::string bytesOf(const LIPC::ClientEntry& client)
     {
+        return {reinterpret_cast<const char*>(&client), 3376};
+    }
+
+    const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
+    const MarkerRemover remover{name};
+    RawSegment raw{name, RawSegment::kSessionBytes};
+    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> open{name.c_str()};
+    LIPC::SessionBuffer& session{*open.contents()};
+};
+
+TEST_F(SessionBuffer, HasTheLayoutOfTheHost)
+{
+    for (const int index : {0, 517, 1023}) {
+        fill(index);
+        auto& client = session.clients[index];
+        EXPECT_EQ(client.labelText(), std::string(64, 'L'));
+        EXPECT_EQ(client.strings[9].text(), "text 9");
+        const auto wanted = bytesOf(client);
+        std::fill_n(raw.bytes() + RawSegment::slot(index), 3376, static_cast<unsigned char>(0));
         client.id = LIPC::ClientID("bus-7");
         client.type = LIPC::kBusType;
         std::ranges::fill(client.label, 'L');
@@ -47,31 +139,8 @@ protected:
             client.params[n] = static_cast<float>(n) + 0.5F;
         for (std::size_t k = 0; k < 10; ++k)
             client.strings[k].put(("text " + std::to_string(k)).c_str(), 6);
+        EXPECT_TRUE(bytesOf(client) == wanted) << index;
     }
-    static std::string bytesOf(const LIPC::ClientEntry& client)
-    {
-        return {reinterpret_cast<const char*>(&client), 3376};
-    }
-
-    const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
-    const Kest::Test::MarkerRemover remover{name};
-    RawSegment raw{name, RawSegment::kSessionBytes};
-    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> open{name.c_str()};
-    LIPC::SessionBuffer& session{*open.contents()};
-};
-
-TEST_F(SessionBuffer, HasTheLayoutOfTheHost)
-{
-    for (const int index : {0, 517, 1023}) {
-        fill(index);
-        const auto wanted = bytesOf(session.clients[index]);
-        std::fill_n(raw.bytes() + RawSegment::slot(index), 3376, static_cast<unsigned char>(0));
-        assign(session.clients[index]);
-        EXPECT_TRUE(bytesOf(session.clients[index]) == wanted) << index;
-    }
-    const auto& client = session.clients[1023];
-    EXPECT_EQ(client.labelText(), std::string(64, 'L'));
-    EXPECT_EQ(client.strings[9].text(), "text 9");
     session.defaultBus = LIPC::ClientID("bus-7");
     EXPECT_EQ(raw.textAt(3458152), "bus-7");
     EXPECT_EQ(LIPC::kMixEngineType, 0x4B4D4958);
@@ -79,19 +148,17 @@ TEST_F(SessionBuffer, HasTheLayoutOfTheHost)
 
 TEST_F(SessionBuffer, FindsTheFirstRecordOfAName)
 {
-    EXPECT_EQ(session.getClientEntry("KestSettings"), nullptr);
     for (const int index : {1023, 4}) {
+        EXPECT_NE(session.getClientEntry("KestSettings"), &session.clients[index]);
         raw.putAgentRecord(index);
         EXPECT_EQ(session.getClientEntry("KestSettings"), &session.clients[index]);
     }
-    EXPECT_EQ(session.getClientEntry("KestSetting"), nullptr);
-    EXPECT_EQ(session.getClientEntry("KestSettings2"), nullptr);
-
     raw.putText(RawSegment::slot(9), std::string(80, 'n')); // no terminator within the field
     for (const auto length : {64u, 65u, 70u})
         EXPECT_EQ(session.getClientEntry(std::string(length, 'n').c_str()), &session.clients[9]) << length;
-    EXPECT_EQ(session.getClientEntry(std::string(63, 'n').c_str()), nullptr);
     EXPECT_EQ(session.clients[9].id.text().size(), 64u);
+    for (const auto& none : {std::string("KestSetting"), std::string("KestSettings2"), std::string(63, 'n')})
+        EXPECT_EQ(session.getClientEntry(none.c_str()), nullptr) << none;
 }
 
 TEST_F(SessionBuffer, CopiesTheRecordsOfATypeInSlotOrderWithoutLeavingTheirFields)
@@ -153,9 +220,9 @@ TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)
         }
 }
 
-TEST(SHMString, IsCutAtAWholeCharacter)
+TEST(SHMString, IsCutAtAWholeCharacterAndReadWithinItsSlot)
 {
-    for (const std::string character : {"x", "\xc3\xa9", "\xe4\xb8\x83", "\xf0\x9f\x8e\xa7"})
+    for (const std::string character : {"x", "\xc3\xa9", "\xe4\xb8\x83", "\xf0\x9f\x8e\xa7", "\x80"})
         for (std::size_t before = 120; before < 130; ++before) {
             auto text = std::string(before, 'a');
             while (text.size() < 140)
@@ -165,26 +232,19 @@ TEST(SHMString, IsCutAtAWholeCharacter)
             field.text().put(text.c_str(), 100);
             EXPECT_EQ(field.text().text(), text.substr(0, fitting));
         }
-    Field field(0);
-    field.text().put(std::string(200, '\x80').c_str(), 200);
-    EXPECT_EQ(field.text().text(), std::string(127, '\x80')) << "not UTF-8";
-}
-
-TEST(SHMString, IsReadWithinItsSlotAndAsEmptyWithoutASlot)
-{
     for (const int current : {0, 1})
         EXPECT_EQ(Field(current).text().text(), std::string(128, '\xEE')) << current;
-    for (const int current : {2, -1, INT_MAX, INT_MIN})
-        EXPECT_EQ(Field(current).text().text(), "") << current;
+    for (const int none : {2, -1, INT_MAX, INT_MIN})
+        EXPECT_EQ(Field(none).text().text(), "") << none;
 }
 
 TEST(Numeric, RoundsHalvesAwayFromZeroAndIsSilentAtMinus144Decibels)
 {
-    const std::pair<float, int> cases[] = {{0.5F, 1},      {-0.5F, -1}, {0.49999997F, 0}, {2.5F, 3},
-                                           {-2.5F, -3},    {2.6F, 3},   {-7.0F, -7},      {3e9F, 0},
-                                           {-INFINITY, 0}, {NAN, 0}};
-    for (const auto& [value, rounded] : cases)
-        EXPECT_EQ(LIPC::round(value), rounded) << value;
+    const std::map<float, int> rounded{{0.5F, 1},   {-0.5F, -1}, {0.49999997F, 0}, {2.5F, 3},
+                                       {-2.6F, -3}, {3e9F, 0},   {-INFINITY, 0}};
+    for (const auto& [value, wanted] : rounded)
+        EXPECT_EQ(LIPC::round(value), wanted) << value;
+    EXPECT_EQ(LIPC::round(NAN), 0);
     EXPECT_EQ(LIPC::db2amplitude(0.0F), 1.0F);
     EXPECT_FLOAT_EQ(LIPC::db2amplitude(-20.0F), 0.1F);
     EXPECT_GT(LIPC::db2amplitude(-143.9F), 0.0F);
