@@ -33,7 +33,9 @@ protected:
         backend->messageCallback = [](void* context, int number, int type, const char* description) {
             auto& self = *static_cast<BackendTest*>(context);
             const auto text = description == nullptr ? "null" : "'" + std::string(description) + "'";
-            const auto errors = self.running->getEncodingStatus(type).errorCount; // allowed in a callback
+            std::vector<std::string> names;
+            self.running->getKestBusNamesList(names); // queries are allowed in a callback
+            const auto errors = self.running->getEncodingStatus(type).errorCount;
             const std::lock_guard lock(self.mutex);
             self.messages.push_back(std::to_string(number) + " " + std::to_string(type) + " " + text);
             self.errorCounts.push_back(errors);

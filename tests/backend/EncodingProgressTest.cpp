@@ -76,12 +76,10 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
     EXPECT_EQ(std::ranges::count(capturedErrors(), '\n'), 1) << "once a minute";
 
     captureErrors();
-    const auto longest = "/x/" + std::string(1020, 'p');
-    for (const auto& tooLong : {longest + "p", std::string(5000, '/')})
-        encoder.write("pid: 8 , path: " + longest + "\npid: 8 , enc_type: " + longest + "p\n" + line(8, 5) +
-                      "pid: 8 , path: " + tooLong + "\n" + line(8, 6));
-    const auto named = "5 8 '" + longest.substr(3) + "'";
-    EXPECT_THAT(heard(7), testing::IsSupersetOf({named, "6 8 null"s, named, "6 8 null"s}));
+    for (const auto length : {1024u, 5000u})
+        encoder.write("pid: 8 , path: /x/Film\npid: 8 , enc_type: " + std::string(1024, 'x') + "\n" +
+                      line(8, 5) + "pid: 8 , path: " + std::string(length, '/') + "\n" + line(8, 6));
+    EXPECT_THAT(heard(7), testing::IsSupersetOf({"5 8 'Film'", "6 8 null", "5 8 'Film'", "6 8 null"}));
     EXPECT_EQ(backend->getEncodingStatus(8).path + backend->getEncodingStatus(8).name, "");
     EXPECT_EQ(std::ranges::count(capturedErrors(), '\n'), 1) << "once a minute";
 }
