@@ -99,4 +99,22 @@ TEST_P(MenuChangesOf, LeadFromEachStateOfTheMenuToTheNext)
 
 INSTANTIATE_TEST_SUITE_P(Ids, MenuChangesOf, testing::Values(std::numeric_limits<ItemId>::max(), 300));
 
+TEST(MenuModel, GivesNoIdThatIsInUseWhenAllWereGiven)
+{
+    MenuModel model(3);
+    const auto add = [](Menu& menu, const char* title) -> MenuItem& {
+        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title}));
+    };
+    auto& kept = add(model.statusMenu(), "Kept");
+    kept.setSubmenu(std::make_unique<Menu>(model));
+    const auto taken = add(*kept.submenu(), "Refilled").id();
+    kept.submenu()->removeAllItems();
+    for (auto* other = &add(model.statusMenu(), "New"); other->id() != taken;) {
+        ASSERT_NE(other->id(), kept.id());
+        model.statusMenu().removeItem(*other);
+        other = &add(model.statusMenu(), "New");
+    }
+    EXPECT_NE(add(*kept.submenu(), "Refilled").id(), taken);
+}
+
 } // namespace

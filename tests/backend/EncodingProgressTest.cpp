@@ -119,7 +119,9 @@ TEST_F(EncodingProgress, HasItsPipeWhateverIsAtItsPath)
     EXPECT_EQ(readFile(place.folder / "target"), "kept");
 
     start(1h);
-    const Encoder waited(fifo);
+    forget();
+    Encoder(fifo).write(line(1, 5));
+    heard(1);
     fs::remove(fifo);
     writeFile(fifo, "another's");
     backend.reset();

@@ -73,7 +73,7 @@ TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
     EXPECT_EQ(Open(name.c_str()).address, nullptr);
     EXPECT_EQ(capturedErrors(), "");
     EXPECT_EQ(shmget(LIPC::shmKey(name.c_str()), 0, 0), -1);
-    for (const std::size_t bytes : {3458216, 3458217, 4000000}) {
+    for (const std::size_t bytes : {3458216u, 3458217u, 4000000u}) {
         const RawSegment raw(name, bytes); // itself an attachment
         {
             const Open open(name.c_str());
@@ -83,7 +83,7 @@ TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
         }
         EXPECT_EQ(raw.attachments(), 1) << bytes;
     }
-    for (const std::size_t bytes : {7, 8}) {
+    for (const std::size_t bytes : {7u, 8u}) {
         const RawSegment raw(name, bytes);
         const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
         EXPECT_EQ(open.contents() != nullptr, bytes == 8);
