@@ -1,21 +1,84 @@
-// The whole application on a front end, a desktop and places that are the test's own.
+// The whole application with a front end, a desktop and paths of the test's own.
 #pragma once
 
 #include "app/KestSettingsAppDelegate.h"
 #include "app/MenuSnapshot.h"
 #include "tests/support/Captured.h"
-#include "tests/support/Eventually.h"
-#include "tests/support/FakeFrontEnd.h"
+#include "tests/support/Encoder.h"
 #include "tests/support/TestPlace.h"
 
 #include <gmock/gmock.h>
 
-#include <fcntl.h>
+#include <functional>
 #include <map>
+#include <mutex>
 
 namespace Kest::Test {
 
-/// Notes what the notification hook gets.
+// A front end and a desktop that only record the calls.
+
+class FakeFrontEnd final : public App::FrontEnd {
+public:
+    void showStatusItem(const std::string& name) override { imageName = name; }
+    void post(std::function<void()> job) override
+    {
+        const std::lock_guard lock(mutex);
+        jobs.push_back(std::move(job));
+    }
+    void menuChanged(const App::MenuChanges&) override { ++changes; }
+    void hostChanged() override { ++hostChanges; }
+    void quit() override { hasQuit = true; }
+
+    /// Runs what has been posted so far, and returns how much that was.
+    int runJobs()
+    {
+        std::unique_lock lock(mutex);
+        const auto toRun = std::exchange(jobs, {});
+        lock.unlock();
+        for (const auto& job : toRun)
+            job();
+        return static_cast<int>(toRun.size());
+    }
+    bool hasJobs()
+    {
+        const std::lock_guard lock(mutex);
+        return !jobs.empty();
+    }
+
+    std::string imageName;
+    int changes = 0;
+    int hostChanges = 0;
+    bool hasQuit = false;
+
+private:
+    std::mutex mutex;
+    std::vector<std::function<void()>> jobs;
+};
+
+class FakeWorkspace final : public App::Workspace {
+public:
+    bool run(const std::string& program, const std::vector<std::string>& arguments) override
+    {
+        asked.push_back("run " + program);
+        for (const auto& argument : arguments)
+            asked.back() += " " + argument;
+        whenRun();
+        return true;
+    }
+    bool launchApplication(const std::string& path) override
+    {
+        asked.push_back("launch " + path);
+        return applicationsLaunch;
+    }
+    void selectFile(const std::string& folder) override { asked.push_back("select " + folder); }
+    void showAboutPanel(const App::About& about) override { asked.push_back("about " + about.name); }
+
+    std::vector<std::string> asked;
+    bool applicationsLaunch = true;
+    std::function<void()> whenRun = [] {};
+};
+
+/// Records what the notification hook gets.
 class NotingDelegate final : public App::KestSettingsAppDelegate {
 public:
     using KestSettingsAppDelegate::KestSettingsAppDelegate;
@@ -28,21 +91,21 @@ public:
     std::function<void()> whenNoted = [] {};
 };
 
-/// On any front end that can be told to run what has been posted.
+/// With any front end that has `runJobs`, which runs what was posted.
 template <typename FrontEnd>
 class AgentOn {
 public:
-    /// With a settings file that holds these values; with none there is no file.
+    /// With a settings file of these values; without values there is no file.
     explicit AgentOn(const std::map<std::string, std::string>& settings = {},
                      App::AbortJobs::Abort abortOne = App::abortEncoder)
         : delegate(frontEnd, workspace, place.paths, std::chrono::milliseconds(5), std::move(abortOne))
     {
-        std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n\n<PROPERTIES>\n";
+        std::string values;
         for (const auto& [key, value] : settings)
-            text.append("  <VALUE name=\"").append(key).append("\" val=\"").append(value).append("\"/>\n");
+            values.append("<VALUE name=\"").append(key).append("\" val=\"").append(value).append("\"/>");
         std::filesystem::create_directories(place.paths.settingsFolder);
         if (!settings.empty())
-            writeFile(place.paths.settingsFile(), text + "</PROPERTIES>\n");
+            writeFile(place.paths.settingsFile(), "<PROPERTIES>" + values + "</PROPERTIES>");
     }
     void start()
     {
@@ -83,13 +146,13 @@ public:
         return found;
     }
 
-    /// Runs the jobs that come until the condition holds.
+    /// Runs jobs as they are posted until the condition holds.
     bool pumpUntil(const std::function<bool()>& condition)
     {
         return eventually([&] { return frontEnd.runJobs(), condition(); });
     }
 
-    /// As it stands in the settings file; "absent" when it does not.
+    /// The text in the settings file; "absent" when the key is not there.
     std::string stored(const std::string& key) const
     {
         const auto text = readFile(place.paths.settingsFile());
@@ -99,7 +162,8 @@ public:
         return found == std::string::npos ? "absent" : text.substr(value, text.find('"', value) - value);
     }
 
-    /// As an encoder: names its output file, unless it is "", and its progress. The menu shows it on return.
+    /// As an encoder: reports its output file, unless it is "", and its progress. The menu shows it on
+    /// return.
     bool report(int pid, const std::string& path, int percentage = 50)
     {
         const auto begin = "pid: " + std::to_string(pid) + " , ";
@@ -112,12 +176,7 @@ public:
     }
     bool send(const std::string& lines) const
     {
-        int fifo = -1;
-        const char* name = place.paths.encodingProgressFifo.c_str();
-        const bool sent = eventually([&] { return (fifo = ::open(name, O_WRONLY | O_NONBLOCK)) >= 0; }) &&
-                          write(fifo, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size());
-        close(fifo);
-        return sent;
+        return Encoder(place.paths.encodingProgressFifo).write(lines);
     }
     const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
 

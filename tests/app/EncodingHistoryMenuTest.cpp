@@ -2,59 +2,49 @@
 #include "app/EncodingHistoryMenu.h"
 
 #include "tests/app/Agent.h"
-#include "tests/backend/BackendFixture.h"
 
 namespace {
 
 using namespace Kest::App;
-using Kest::Settings::ProcessIdentity;
-using Kest::Test::eventually;
+using namespace Kest::Test;
+using Kest::Settings::identifyProcess;
 using testing::ElementsAre;
 
 TEST(EncodingName, HasNoTag)
 {
-    EXPECT_EQ(encodingName("Film_Mix_Print"), "Film_Mix");
-    EXPECT_EQ(encodingName("Film_Print_Mix"), "Film_Print");
-    EXPECT_EQ(encodingName("a_xyz"), "a");
-    EXPECT_EQ(encodingName("é_äöü"), "é") << "characters, not bytes";
-    EXPECT_EQ(encodingName("七人の侍"), "七人の侍") << "its length is counted in bytes";
-    EXPECT_EQ(encodingName("七人"), "七人");
+    const std::pair<const char*, const char*> cases[] = {
+        {"Film_Mix_Print", "Film_Mix"},
+        {"Film_Print_Mix", "Film_Print"},
+        {"a_xyz", "a"},
+        {"é_äöü", "é"}, // characters, not bytes
+        {"七人の侍", "七人の侍"},
+        {"七人", "七人"}, // its length is counted in bytes
+    };
+    for (const auto& [description, name] : cases)
+        EXPECT_EQ(encodingName(description), name);
     EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), 0}}), "Process 7  0%");
     EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), {}, true}}), " - Failed");
 }
 
-// What takes the place of ending encoders and deleting folders. Its threads may outlive the test.
+// In place of ending encoders and deleting folders. Its threads may outlive the test.
 struct FakeAborts {
     std::string abortOne(const AbortOrder& order, const std::atomic<bool>& stop)
     {
-        const bool isStuck = order.process.pid == stuckPid;
         {
             const std::lock_guard lock(mutex);
             orders.push_back(order);
         }
-        while (blocked && (isStuck || !stop))
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        const std::lock_guard lock(mutex);
+        eventually([&] { return !blocked || (stop && order.process.pid != stuckPid); });
         ++ended;
-        return stop ? "stopped" : result;
-    }
-    std::size_t count()
-    {
-        const std::lock_guard lock(mutex);
-        return orders.size();
-    }
-    void setResult(const std::string& text)
-    {
-        const std::lock_guard lock(mutex);
-        result = text;
+        return stop ? "stopped" : isRefused ? "refused" : "";
     }
 
-    std::atomic<bool> blocked = false; // until a stop is requested
-    std::atomic<int> stuckPid = 0;     // even then
-    std::atomic<int> ended = 0;
     std::mutex mutex;
     std::vector<AbortOrder> orders;
-    std::string result;
+    std::atomic<int> ended = 0;
+    std::atomic<bool> blocked = false; // until a stop is requested
+    std::atomic<int> stuckPid = 0;     // blocked even then
+    std::atomic<bool> isRefused = false;
 };
 
 class EncodingHistory : public testing::Test {
@@ -77,11 +67,10 @@ protected:
     bool mayBeCleared() { return agent.seen(history + "/Clear History").enabled; }
 
     const std::shared_ptr<FakeAborts> aborts = std::make_shared<FakeAborts>();
-    Kest::Test::Agent agent{{}, [aborts = aborts](const AbortOrder& order, const std::atomic<bool>& stop) {
-                                return aborts->abortOne(order, stop);
-                            }};
+    Agent agent{{}, [aborts = aborts](const AbortOrder& order, const std::atomic<bool>& stop) {
+                    return aborts->abortOne(order, stop);
+                }};
     const std::string history = "Encoding History";
-    const std::vector<std::string>& asked = agent.workspace.asked;
 };
 
 TEST_F(EncodingHistory, HasARowForEachRecordOfTheBackendAndNoOther)
@@ -89,18 +78,23 @@ TEST_F(EncodingHistory, HasARowForEachRecordOfTheBackendAndNoOther)
     const int first = 5'000'000; // no process has such an id
     const int finished = first + 5000;
     const int count = 10'500; // the table evicts 1001 of them
-    const Kest::Test::Encoder encoder(agent.place.paths.encodingProgressFifo);
+    const Encoder encoder(agent.place.paths.encodingProgressFifo);
     const auto report = [&](int pid, int percentage) {
-        encoder.write("pid: " + std::to_string(pid) + " , P: " + std::to_string(percentage) + "\n");
+        const auto begin = "pid: " + std::to_string(pid);
+        encoder.write(begin + " , path: /Volumes/Out/" + begin + "/Reel_Mix_Print.wav\n" + begin +
+                      " , enc_type: Main\n" + begin + " , P: " + std::to_string(percentage) + "\n");
+    };
+    const auto showsRow = [&](int pid) {
+        return agent.pumpUntil([&] { return agent.entry(pid) != nullptr; });
     };
     receive(50, 4711, "no record at all");
     for (int pid = first; pid < first + count; ++pid) {
         report(pid, pid == finished ? 100 : 50);
         if (pid == first + 100) { // shown before it is evicted
-            ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(pid) != nullptr; }));
+            ASSERT_TRUE(showsRow(pid));
         }
     }
-    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(first + count - 1) != nullptr; }));
+    ASSERT_TRUE(showsRow(first + count - 1));
     EXPECT_EQ(agent.ids(history).size(), 2U + count - 1001U);
     EXPECT_TRUE(agent.entry(4711) == nullptr && agent.entry(finished) == nullptr &&
                 agent.entry(first + 999) == nullptr && agent.entry(first + 1000) != nullptr);
@@ -109,13 +103,13 @@ TEST_F(EncodingHistory, HasARowForEachRecordOfTheBackendAndNoOther)
 
     ASSERT_TRUE(agent.choose(history + "/Clear History"));
     report(first + 2000, 60);
-    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(first + 2000) != nullptr; }));
+    ASSERT_TRUE(showsRow(first + 2000));
     EXPECT_EQ(agent.ids(history).size(), 3U) << "what was cleared is not shown again";
 }
 
 TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
 {
-    EXPECT_FALSE(mayBeCleared());
+    EXPECT_FALSE(mayBeCleared() || agent.choose(history + "/Clear History"));
     receive(50, 4711, "Film_Mix_Prt");
     receive(0, 4712, "Other");
     EXPECT_THAT(agent.items(history), ElementsAre("Clear History 0", "- 0", "Film_Mix 4711", "Other 4712"));
@@ -135,7 +129,6 @@ TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
     EXPECT_TRUE(agent.choose(history + "/Clear History"));
     EXPECT_THAT(agent.items(history), ElementsAre("Clear History 0", "- 0"));
     EXPECT_FALSE(mayBeCleared());
-    EXPECT_THAT(asked, ElementsAre());
 }
 
 TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
@@ -145,28 +138,27 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     ASSERT_TRUE(agent.send("pid: 4711 , path: /Documents/Forged.wav\n"));
     ASSERT_TRUE(agent.report(4713, "", 1)) << "which is read after it";
     EXPECT_TRUE(show(4711) && show(getpid()) && show(4713));
-    EXPECT_THAT(asked, ElementsAre("select /Out/Film", "select /"));
+    EXPECT_THAT(agent.workspace.asked, ElementsAre("select /Out/Film", "select /"));
     ASSERT_TRUE(abort(4711) && isGone(4711) && abort(getpid()) && isGone(getpid()));
-    ASSERT_EQ(aborts->count(), 2U);
-    EXPECT_EQ(aborts->orders[0].output, "/Out/Film/Film_1.wav");
-    EXPECT_EQ(aborts->orders[1].output, "/Other.wav");
-    EXPECT_EQ(aborts->orders[1].process, Kest::Settings::identifyProcess(getpid()));
+    const auto& orders = aborts->orders;
+    ASSERT_EQ(orders.size(), 2U);
+    EXPECT_EQ(orders[0].output + " " + orders[1].output, "/Out/Film/Film_1.wav /Other.wav");
+    EXPECT_TRUE(orders[1].process == identifyProcess(getpid()) && orders[1].wroteToPipe);
+    EXPECT_FALSE(orders[0].wroteToPipe) << "no process has this number";
 
     ASSERT_TRUE(agent.report(4711, "", 51)) << "one that still reports has a row again";
     EXPECT_EQ(view(4711).name, "Forged");
     EXPECT_TRUE(show(4711));
-    EXPECT_EQ(asked.back(), "select /Documents");
+    EXPECT_EQ(agent.workspace.asked.back(), "select /Documents");
     receive(52, 4714, "unknown to the backend");
     ASSERT_TRUE(show(4714) && abort(4714) && isGone(4714));
-    EXPECT_EQ(aborts->orders[2].process, (ProcessIdentity{4714, 0}));
-    EXPECT_EQ(aborts->orders[2].output, "");
+    EXPECT_TRUE(orders[2].process == (Kest::Settings::ProcessIdentity{4714, 0}) && orders[2].output.empty());
 }
 
-TEST_F(EncodingHistory, ShowsEncodingsWhoseMessagesGaveWayToNewerOnes)
+TEST_F(EncodingHistory, ShowsEncodingsWhoseMessagesWereReplacedByNewerOnes)
 {
     ASSERT_TRUE(agent.send("pid: 4711 , path: /Out/A/First.wav\npid: 4711 , P: 10\n"
                            "pid: 4712 , path: /Out/B/Second.wav\npid: 4712 , ERROR:\npid: 4713 , P: 30\n"));
-    ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }));
     EXPECT_TRUE(agent.pumpUntil([&] { return agent.entry(4713) != nullptr; }));
     EXPECT_EQ(view(4711), (EntryView{"First", 10}));
     EXPECT_EQ(view(4712), (EntryView{"Second", {}, true}));
@@ -179,21 +171,19 @@ TEST_F(EncodingHistory, DoesNotAbortWhatHasJustFinished)
 {
     ASSERT_TRUE(agent.report(4711, "/Out/Film/Film_1.wav", 99));
     ASSERT_TRUE(agent.send("pid: 4711 , P: 100\n"));
-    ASSERT_TRUE(eventually([&] { return agent.frontEnd.pendingJobs() > 0; }))
-        << "the row does not show it yet";
+    ASSERT_TRUE(eventually([&] { return agent.frontEnd.hasJobs(); })) << "the row does not show it yet";
     EXPECT_TRUE(abort(4711));
     EXPECT_EQ(view(4711), (EntryView{"Film_1", 100}));
     EXPECT_FALSE(mayBeAborted(4711));
     agent.delegate.applicationWillTerminate();
-    EXPECT_EQ(aborts->count(), 0U);
+    EXPECT_TRUE(aborts->orders.empty());
 }
 
 TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
 {
     receive(50, 4711, "Film_Mix_Prt");
     receive(50, 4712, "Other");
-    aborts->blocked = true;
-    aborts->setResult("refused");
+    aborts->blocked = aborts->isRefused = true;
     ASSERT_TRUE(abort(4711));
     EXPECT_FALSE(mayBeAborted(4711) || abort(4711)) << "a second click";
     receive(60, 4711, "Film_Mix_Prt");
@@ -202,11 +192,11 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
     EXPECT_EQ(view(4711).title(), "Film_Mix - Failed");
     EXPECT_TRUE(abort(4712)) << "another one beside it";
     receive(100, 4712, "Other");
-
     aborts->blocked = false;
     ASSERT_TRUE(agent.pumpUntil([&] { return aborts->ended == 2 && mayBeAborted(4711); })) << "it failed";
+
     aborts->blocked = true;
-    aborts->setResult("");
+    aborts->isRefused = false;
     ASSERT_TRUE(abort(4711) && agent.choose(history + "/Clear History"));
     receive(70, 4711, "Film_Mix_Prt");
     receive(100, 4712, "Other");
@@ -216,44 +206,27 @@ TEST_F(EncodingHistory, KeepsARowUntilItsAbortIsComplete)
     EXPECT_FALSE(mayBeAborted(4712)) << "it has finished";
 }
 
-TEST_F(EncodingHistory, EndsWithTheAgentWhileADiskHangs)
+TEST_F(EncodingHistory, RunsSixteenAbortsAndEndsWithTheAgentWhileADiskHangs)
 {
-    receive(50, 4711, "Film_Mix_Prt");
-    receive(50, 4712, "Other");
     aborts->stuckPid = 4711;
     aborts->blocked = true;
-    ASSERT_TRUE(abort(4711) && abort(4712) && eventually([&] { return aborts->count() == 2; }));
-    Kest::Test::captureErrors();
+    captureErrors();
+    for (int pid = 4711; pid <= 4711 + 16; ++pid) {
+        receive(50, pid, "Film_Mix_Prt");
+        ASSERT_TRUE(abort(pid));
+        EXPECT_EQ(mayBeAborted(pid), pid == 4711 + 16);
+    }
+    ASSERT_TRUE(eventually([&] {
+        const std::lock_guard lock(aborts->mutex);
+        return aborts->orders.size() == 16;
+    }));
     const auto begin = std::chrono::steady_clock::now();
     agent.delegate.applicationWillTerminate();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
-    const auto log = Kest::Test::capturedErrors();
-    EXPECT_THAT(log, testing::HasSubstr("encoding 4711: not complete when the agent ended"));
-    EXPECT_THAT(log, testing::HasSubstr("encoding 4712: stopped"));
-}
-
-TEST(AbortJobs, AreBoundedAndRunBesideEachOther)
-{
-    Kest::Test::FakeFrontEnd frontEnd;
-    std::atomic<int> ended = 0;
-    std::atomic<bool> go = false;
-    AbortJobs jobs(
-        frontEnd, [&](const ProcessIdentity&, const std::string&) { ++ended; },
-        [&](const AbortOrder&, const std::atomic<bool>&) {
-            eventually([&] { return go.load(); });
-            return std::string();
-        });
-    const auto orderOf = [](int pid) {
-        return AbortOrder{.process = {pid, 1}, .output = {}, .pipe = {}, .settingsFolder = {}};
-    };
-    const int most = static_cast<int>(AbortJobs::kMaxRunning);
-    for (int pid = 1; pid <= most; ++pid)
-        EXPECT_TRUE(jobs.start(orderOf(pid)).empty() && jobs.start(orderOf(pid)).empty());
-    EXPECT_FALSE(jobs.start(orderOf(100)).empty());
-    go = true;
-    EXPECT_TRUE(eventually([&] { return frontEnd.runJobs(), ended == most; }));
-    EXPECT_FALSE(jobs.isRunning({1, 1}));
-    EXPECT_EQ(jobs.start(orderOf(100)), "");
+    const auto log = capturedErrors();
+    for (const auto* line : {"encoding 4727: 16 aborts are running; try again when one has ended",
+                             "encoding 4711: not complete when the agent ended", "encoding 4712: stopped"})
+        EXPECT_THAT(log, testing::HasSubstr(line));
 }
 
 } // namespace

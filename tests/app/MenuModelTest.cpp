@@ -1,4 +1,4 @@
-// What the model notes of its changes, and its ids.
+// What the model records of its changes, and its ids.
 #include "app/MenuSnapshot.h"
 #include "tests/support/RandomHand.h"
 
@@ -10,13 +10,16 @@ namespace {
 
 using namespace Kest::App;
 
+// An item's title and action never change.
+using Identities = std::map<ItemId, std::pair<std::string, Action>>;
+
 const ItemSnapshot* child(const ItemSnapshot& menu, ItemId id)
 {
     const auto found = std::ranges::find(menu.items, id, &ItemSnapshot::id);
     return found == menu.items.end() ? nullptr : &*found;
 }
 
-// The items of a menu in their order now; those that stayed look as they did.
+// The items of a menu in their order now; those that stayed as they were shown.
 std::vector<ItemSnapshot> reshaped(const ItemSnapshot& shown, const ItemSnapshot& now,
                                    const MenuReshape& reshape)
 {
@@ -25,14 +28,15 @@ std::vector<ItemSnapshot> reshaped(const ItemSnapshot& shown, const ItemSnapshot
     for (const auto id : reshape.came)
         EXPECT_TRUE(child(shown, id) == nullptr && child(now, id) != nullptr) << id;
     EXPECT_EQ(shown.items.size() + reshape.came.size(), now.items.size() + reshape.went.size());
-    std::vector<ItemSnapshot> items;
-    for (const auto& item : now.items)
-        items.push_back(child(shown, item.id) != nullptr ? *child(shown, item.id) : item);
+    auto items = now.items;
+    for (auto& item : items)
+        if (const auto* before = child(shown, item.id))
+            item = *before;
     return items;
 }
 
-// What a front end does: redraws what the model has noted, and leaves everything else as it is. Returns how
-// many of the notes it has found.
+// As a front end, redraws what the model has recorded and leaves everything else as it is. Returns how many
+// of the records it has found.
 std::size_t apply(const MenuChanges& changes, const ItemSnapshot& now, ItemSnapshot& shown)
 {
     std::size_t found = 0;
@@ -54,31 +58,28 @@ std::size_t apply(const MenuChanges& changes, const ItemSnapshot& now, ItemSnaps
     return found;
 }
 
-// An item's title and action never change.
-using Identities = std::map<ItemId, std::pair<std::string, Action>>;
-
-// All items of a menu by their ids, none of which may be there twice.
 void collect(const ItemSnapshot& menu, Identities& items)
 {
     for (const auto& item : menu.items) {
         EXPECT_TRUE(items.try_emplace(item.id, item.properties->title, item.properties->action).second)
-            << item.id;
+            << item.id << " is there twice";
         collect(item, items);
     }
 }
 
+class MenuChangesOf : public testing::TestWithParam<ItemId> {};
+
 // Few ids are used again and again; of many each is used once.
-void playAtRandom(ItemId maxId)
+TEST_P(MenuChangesOf, LeadFromEachStateOfTheMenuToTheNext)
 {
-    SCOPED_TRACE(maxId);
-    MenuModel model(maxId);
-    Kest::Test::RandomHand hand{model};
+    MenuModel model(GetParam());
+    Kest::Test::RandomHand edits{model};
     auto shown = takeSnapshot(model);
     Identities ever;
     int reused = 0; // by an item that is not the same
-    for (int round = 0; round < 1500 && !testing::Test::HasFailure(); ++round) {
-        for (int acts = hand.upTo(3); acts >= 0; --acts)
-            hand.change();
+    for (int round = 0; round < 1500 && !HasFailure(); ++round) {
+        for (int count = edits.upTo(3); count >= 0; --count)
+            edits.change();
         const auto now = takeSnapshot(model);
         const auto changes = model.takeChanges();
         EXPECT_EQ(apply(changes, now, shown), changes.items.size() + changes.menus.size());
@@ -91,34 +92,29 @@ void playAtRandom(ItemId maxId)
         for (const auto& [id, is] : ever)
             EXPECT_EQ(model.itemWithId(id) != nullptr, items.contains(id)) << round << " " << id;
     }
-    const bool reuses = maxId < 1'000;
-    EXPECT_GT(ever.size(), reuses ? 250U : 500U) << "too little has happened to prove anything";
+    const bool reuses = GetParam() < 1'000;
+    EXPECT_GT(ever.size(), reuses ? 250U : 500U) << "too few edits to prove anything";
     EXPECT_EQ(reused > 0, reuses) << ever.size();
 }
 
-TEST(MenuChanges, LeadFromEachStateOfTheMenuToTheNext)
-{
-    playAtRandom(std::numeric_limits<ItemId>::max());
-    playAtRandom(300);
-}
+INSTANTIATE_TEST_SUITE_P(Ids, MenuChangesOf, testing::Values(std::numeric_limits<ItemId>::max(), 300));
 
 TEST(MenuModel, GivesNoIdThatIsInUseWhenAllWereGiven)
 {
-    MenuModel model(5);
-    const auto add = [](Menu& menu, const std::string& title) {
-        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title})).id();
+    MenuModel model(3);
+    const auto add = [](Menu& menu, const char* title) -> MenuItem& {
+        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title}));
     };
-    auto& root = model.statusMenu();
-    const auto kept = add(root, "Kept");
-    model.itemWithId(kept)->setSubmenu(std::make_unique<Menu>(model));
-    auto& refilled = *model.itemWithId(kept)->submenu();
-    const auto taken = add(refilled, "Refilled");
-    refilled.removeAllItems();
-    for (auto id = add(root, "New"); id != taken; id = add(root, "New")) {
-        ASSERT_NE(id, kept);
-        root.removeItem(*model.itemWithId(id));
+    auto& kept = add(model.statusMenu(), "Kept");
+    kept.setSubmenu(std::make_unique<Menu>(model));
+    const auto taken = add(*kept.submenu(), "Refilled").id();
+    kept.submenu()->removeAllItems();
+    for (auto* other = &add(model.statusMenu(), "New"); other->id() != taken;) {
+        ASSERT_NE(other->id(), kept.id());
+        model.statusMenu().removeItem(*other);
+        other = &add(model.statusMenu(), "New");
     }
-    EXPECT_NE(add(refilled, "Refilled"), taken);
+    EXPECT_NE(add(*kept.submenu(), "Refilled").id(), taken);
 }
 
 } // namespace

@@ -6,39 +6,26 @@
 namespace {
 
 using namespace Kest::App;
+using namespace Kest::Test;
 using testing::ElementsAre;
 
-// Handed on in place of an older message, and once.
-std::string handedOn(const char* description)
+TEST(MessageSlot, ReturnsTheLastMessageOnceWithATextCutAtACharacter)
 {
     MessageSlot slot;
-    EXPECT_TRUE(slot.queueMsgFromBackend(1, 10, "older"));
-    EXPECT_FALSE(slot.queueMsgFromBackend(2, 20, description));
+    for (const auto* description : {"\xC3", "Zażółć €😀"})
+        EXPECT_EQ(slot.queueMsgFromBackend(2, 20, description), *description == '\xC3');
     const auto message = slot.take().value();
-    EXPECT_TRUE(message.number == 2 && message.type == 20);
+    EXPECT_TRUE(message.number == 2 && message.type == 20 && message.description == "Zażółć €😀");
     EXPECT_FALSE(slot.take());
-    return message.description;
+    EXPECT_EQ(descriptionText(nullptr) + descriptionText("name \xC3"), "");
+    for (std::size_t letters = 1017; letters <= 1023; ++letters) {
+        const auto text = std::string(letters, 'a') + "€bcdefg";
+        const auto kept = letters <= 1019 ? 1022 : std::min<std::size_t>(letters, 1022);
+        EXPECT_EQ(descriptionText(text.c_str()), text.substr(0, kept)) << letters;
+    }
 }
 
-TEST(MessageSlot, TakesInvalidTextForNoneAndCutsLongTextAtACharacter)
-{
-    EXPECT_EQ(handedOn("Zażółć €😀"), "Zażółć €😀");
-    EXPECT_EQ(handedOn(nullptr), "");
-    for (const char* text : {"\xFF", "name \xC3", "name \xE2\x82", "\x80", // no such byte, cut, no beginning
-                             "\xC0\xAF", "\xC1\x81", "\xE0\x80\xAF",       // longer than need be
-                             "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80"}) // no characters
-        EXPECT_EQ(handedOn(text), "") << testing::PrintToString(text);
-
-    for (std::size_t letters = 1012; letters <= 1024; ++letters)
-        for (const std::string character : {"é", "€", "😀"}) {
-            const auto text = std::string(letters, 'a') + character + "bcdefghijklm";
-            const bool fits = letters + character.size() <= 1022;
-            const auto kept = std::min<std::size_t>(fits ? text.size() : letters, 1022);
-            EXPECT_EQ(handedOn(text.c_str()), text.substr(0, kept)) << letters << character;
-        }
-}
-
-TEST(MessageSlot, LosesNoWakeUpAndHandsNothingOutTwice)
+TEST(MessageSlot, LosesNoWakeUpAndReturnsNothingTwice)
 {
     constexpr int kMessages = 20000;
     MessageSlot slot;
@@ -53,7 +40,7 @@ TEST(MessageSlot, LosesNoWakeUpAndHandsNothingOutTwice)
     const auto handle = [&] {
         while (const auto message = slot.take()) {
             last = message->number;
-            EXPECT_GT(last, std::exchange(newest[message->type], last)) << "handed out twice";
+            EXPECT_GT(last, std::exchange(newest[message->type], last)) << "returned twice";
             EXPECT_EQ(message->description, std::to_string(last * message->type)) << "of two messages";
         }
     };
@@ -71,23 +58,30 @@ TEST(MessageSlot, LosesNoWakeUpAndHandsNothingOutTwice)
 
 class BackendMessages : public testing::Test {
 protected:
-    BackendMessages() { agent.start(); }
-    void call(int number) { msg_from_backend_callback(&agent.delegate, number, 0, nullptr); }
+    BackendMessages()
+    {
+        agent.start();
+        changes = agent.frontEnd.changes;
+    }
+    void call(const std::vector<int>& numbers, int pid = 0)
+    {
+        for (const int number : numbers)
+            msg_from_backend_callback(&agent.delegate, number, pid, nullptr);
+    }
 
-    Kest::Test::Agent agent;
+    Agent agent;
     const std::vector<std::string>& notes = agent.delegate.notes;
+    int changes = 0;
 };
 
-TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatComesMeanwhile)
+TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatArrivesMeanwhile)
 {
-    const auto changes = agent.frontEnd.changes;
     agent.delegate.whenNoted = [&] {
         agent.choose(notes.size() == 1 ? "DAW Link Control" : "Solo Mode/Exclusive (XOR)");
         if (notes.size() == 1)
-            call(2);
+            call({2});
     };
-    for (const int number : {-5, -2, -7})
-        call(number);
+    call({-5, -2, -7});
     msg_from_backend_callback(nullptr, -2, 0, "");
     EXPECT_EQ(agent.frontEnd.runJobs(), 1);
     EXPECT_THAT(notes, ElementsAre("No volume information is received", "Linking..."));
@@ -96,19 +90,16 @@ TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatComesMeanwhile)
     EXPECT_EQ(notes.size(), 2U) << "handled twice";
 }
 
-TEST_F(BackendMessages, LeaveTheirStatusNumberBehindForOneAboutSomethingElse)
+TEST_F(BackendMessages, LeaveTheirStatusNumberForAMessageOfAnotherKind)
 {
-    for (const int number : {-5, -2})
-        call(number);
-    msg_from_backend_callback(&agent.delegate, 50, 4711, "Film_Mix");
+    call({-5, -2});
+    call({50}, 4711);
     agent.frontEnd.runJobs();
     EXPECT_THAT(notes, ElementsAre("Press play to relink")) << "the newest one of them";
     EXPECT_NE(agent.entry(4711), nullptr);
-    for (const int number : {-5, 3})
-        call(number);
+    call({-5, 3});
     agent.frontEnd.runJobs();
-    for (const int number : {-5, 3, 100})
-        call(number);
+    call({-5, 3, 100});
     agent.frontEnd.runJobs();
     EXPECT_THAT(notes,
                 ElementsAre("Press play to relink", "Audio is received on the Kest-Mixing Engine input bus"));
@@ -123,12 +114,10 @@ TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
             return host.presence == presence && host.message == message;
         });
     };
-    const auto changes = agent.frontEnd.changes;
     auto& host = agent.place.startHost();
     ASSERT_TRUE(becomes(HostPresence::present, 0));
-    host.putFloat(Kest::Test::RawSegment::slot(Kest::Test::TestPlace::kAgentSlot) + 300, 5);
-    ASSERT_TRUE(agent.send("pid: 4711 , P: 10\n"));
-    ASSERT_TRUE(agent.pumpUntil([&] { return agent.entry(4711) != nullptr; }));
+    host.putFloat(RawSegment::slot(TestPlace::kAgentSlot) + 300, 5);
+    ASSERT_TRUE(agent.report(4711, ""));
     ASSERT_TRUE(becomes(HostPresence::present, 5));
     EXPECT_EQ(agent.frontEnd.hostChanges, 2);
     agent.place.stopHost();
@@ -137,16 +126,15 @@ TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
     EXPECT_LE(agent.frontEnd.changes, changes + 1) << "for the encoding, and none for the host";
 }
 
-TEST_F(BackendMessages, ReachTheNotificationHookOnlyWhereTheyAreForTheUser)
+TEST_F(BackendMessages, ReachTheNotificationHookOnlyWhenTheyAreForTheUser)
 {
-    const auto changes = agent.frontEnd.changes;
     for (int number = -12; number <= 120; ++number)
         agent.delegate.receivedMsgFromBackend(number, number == 3 ? -1 : 0, "ignored");
     agent.delegate.receivedMsgFromBackend(2, -1, "of a negative type");
     EXPECT_THAT(notes, ElementsAre("No volume information is received",
                                    "Audio is received on the Kest-Mixing Engine input bus",
                                    "Press play to relink", "Linking..."));
-    EXPECT_EQ(agent.frontEnd.changes, changes) << "none leaves a trace in the menu";
+    EXPECT_EQ(agent.frontEnd.changes, changes) << "none changes the menu";
 }
 
 } // namespace

@@ -1,16 +1,17 @@
-// How the Backend begins and, above all, how it ends: promptly, and without a trace.
+// How the Backend starts and ends, and the processes that it identifies and ends.
 #include "backend/AgentLock.h"
 #include "backend/HomeFolder.h"
-#include "log/Log.h"
+#include "backend/Process.h"
 #include "tests/backend/BackendFixture.h"
+#include "tests/support/Sleeper.h"
 
+#include <future>
 #include <pwd.h>
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace Kest::Settings;
 using namespace Kest::Test;
-using namespace std::chrono_literals;
 
 class Lifecycle : public BackendTest {
 protected:
@@ -27,21 +28,15 @@ protected:
         EXPECT_TRUE(eventually([&] { return backend->getEncodingStatus(pid).pid == pid; }));
     }
 
-    const std::string marker = place.paths.lastUserMarker;
     std::vector<std::thread> writers;
 };
 
-TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
+TEST_F(Lifecycle, EndsWithinASecond)
 {
-    place.startHost().putBus(10, "bus-1", "Dialog");
     const std::function<void()> states[] = {
-        [] {},   // it has just begun
-        [this] { // both threads wait, one within a line
-            Encoder(fifo).write("pid: 4711 , P:");
-            EXPECT_TRUE(
-                eventually([this] { return busNames().size() == 2 && place.session->attachments() == 1; }));
-        },
-        [this] { // the pipe's place is taken
+        [] {},                                                            // it has just begun
+        [this] { Encoder(fifo).write("pid: 1 , path: x\npid: 2 , P:"); }, // waits within a line
+        [this] { // something else is at the pipe's path
             const Encoder encoder(fifo);
             fs::remove(fifo);
             writeFile(fifo, "another's");
@@ -51,100 +46,150 @@ TEST_F(Lifecycle, EndsAtOnceAndLeavesNoThread)
             floodWith(2);
         },
     };
-    Lct::Log(Lct::eLogWarning, "test", "starts the threads that print, which live on");
-    const auto threads = threadCount();
-    for (const auto& state : states) {
+    place.startHost();
+    for (const auto& state : states)
         for (int i = 0; i < 20; ++i) {
             start(1h);
             state();
             const auto begin = std::chrono::steady_clock::now();
             backend.reset();
-            // Wanted is less than 100 ms; a second is what no scheduler and no sanitizer makes of it.
+            // Wanted is less than 100 ms; no scheduler and no sanitizer makes a second of it.
             EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s) << &state - states;
-            for (auto& writer : writers)
+            for (auto& writer : std::exchange(writers, {}))
                 writer.join();
-            writers.clear();
-            EXPECT_TRUE(eventually([&] { return threadCount() == threads; })) << &state - states;
         }
-    }
 }
 
-TEST_F(Lifecycle, NamesTheLastUserInAFileOfItsOwnThatEverybodyMayOverwrite)
+TEST_F(Lifecycle, WritesTheLastUserIntoAFileOfItsOwnThatEverybodyMayOverwrite)
 {
+    const auto user = place.paths.lastUserMarker;
     const auto target = place.folder / "target";
-    const std::function<void()> others[] = {
-        [] {},
-        [&] { writeFile(marker, "somebody with a very long name\nand another line\n"); },
-        [&] { fs::create_symlink(target, marker); },
-        [&] { fs::create_hard_link(target, marker); },
+    const auto errorsOf = [](const std::string& path) {
+        captureErrors();
+        Backend::save_username(path);
+        return capturedErrors();
     };
     const auto umaskBefore = umask(077);
     writeFile(target, "kept");
-    for (const auto& putOther : others) {
-        putOther();
-        start();
-        if (&putOther - others < 2) {
-            EXPECT_EQ(readFile(marker), std::string(getpwuid(geteuid())->pw_name) + "\n");
-            EXPECT_EQ(statusOf(marker).st_mode & 0777, 0666u);
-        }
-        EXPECT_TRUE(fs::remove(marker));
+    for (const auto* leftOver : {"", "somebody with a very long name\nand another line\n"}) {
+        writeFile(user, leftOver);
+        EXPECT_EQ(errorsOf(user), "");
+        EXPECT_EQ(readFile(user), getpwuid(geteuid())->pw_name + "\n"s);
+        fs::remove(user);
     }
+    EXPECT_EQ(errorsOf(user), "");
+    EXPECT_EQ(fs::status(user).permissions(), fs::perms(0666));
+    fs::remove(user);
+    fs::create_hard_link(target, user);
+    errorsOf(user);
+    fs::remove(user);
+    fs::create_symlink(target, user);
+    EXPECT_EQ(std::ranges::count(errorsOf(user), '\n'), 1);
+    EXPECT_EQ(errorsOf(place.folder / "absent/lastuser.txt"), "");
+    EXPECT_THAT(errorsOf(place.folder.path()), HasSubstr("not written: Is a directory\n"));
     umask(umaskBefore);
     EXPECT_EQ(readFile(target), "kept");
-    EXPECT_EQ(statusOf(target).st_mode & 0777, 0600u);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
 }
 
-TEST_F(Lifecycle, LogsAMarkerThatCannotBeWrittenButNotAMissingFolder)
+TEST(AgentLock, IsNotHeldByAnotherInAFolderThatCannotBeMade)
 {
-    const auto linesOf = [](const std::string& path) {
-        Kest::Test::captureErrors();
-        Kest::Settings::Backend::save_username(path);
-        return Kest::Test::capturedErrors();
-    };
-    EXPECT_EQ(linesOf(place.folder / "absent/lastuser.txt"), "");
-    fs::create_directory(marker);
-    EXPECT_THAT(linesOf(marker), testing::HasSubstr("not written: Is a directory\n"));
-    fs::remove(marker);
-    fs::create_symlink(place.folder / "target", marker);
-    EXPECT_EQ(std::ranges::count(linesOf(marker), '\n'), 1);
-    fs::remove(marker);
-}
-
-TEST(AgentLock, IsHeldByOneAndNamesItsProcess)
-{
-    const Kest::Test::TemporaryFolder folder;
-    {
-        const Kest::Settings::AgentLock first(folder.path());
-        const Kest::Settings::AgentLock second(folder.path());
-        EXPECT_FALSE(first.isHeldByAnother());
-        EXPECT_TRUE(second.isHeldByAnother());
-        EXPECT_EQ(second.holder(), getpid());
-    }
-    const Kest::Settings::AgentLock next(folder.path());
-    EXPECT_FALSE(next.isHeldByAnother());
+    const TemporaryFolder folder;
     writeFile(folder / "file", "");
-    const Kest::Settings::AgentLock nowhere(folder / "file/in it");
-    EXPECT_FALSE(nowhere.isHeldByAnother()) << "a folder that cannot be made keeps no agent from running";
-    EXPECT_EQ(nowhere.holder(), 0);
+    const AgentLock nowhere(folder / "file/in it");
+    EXPECT_TRUE(!nowhere.isHeldByAnother() && nowhere.holder() == 0);
 }
 
 TEST(HomeFolder, IsAlwaysAnAbsolutePathThatCanBeUsed)
 {
     const std::string before = std::getenv("HOME") == nullptr ? "/" : std::getenv("HOME");
     const std::string own = getpwuid(getuid())->pw_dir;
-    for (const auto& unusable : {std::string("~"), std::string("~/x"), std::string("here"), std::string(),
-                                 "/" + std::string(5000, 'a'), std::string("/\xFF")}) {
+    for (const auto& unusable : {"~"s, "~/x"s, "here"s, ""s, "/" + std::string(5000, 'a'), "/\xFF"s}) {
         setenv("HOME", unusable.c_str(), 1);
-        EXPECT_THAT(Kest::Settings::repairHome(), testing::HasSubstr(own + " is used")) << unusable;
+        EXPECT_THAT(repairHome(), HasSubstr(own + " is used")) << unusable;
         EXPECT_EQ(std::getenv("HOME"), own) << unusable;
     }
     unsetenv("HOME");
-    EXPECT_EQ(Kest::Settings::repairHome(), "") << "as under a service manager";
+    EXPECT_EQ(repairHome(), "") << "as under a service manager";
     EXPECT_EQ(std::getenv("HOME"), own);
     setenv("HOME", "/tmp/", 1);
-    EXPECT_EQ(Kest::Settings::repairHome(), "");
+    EXPECT_EQ(repairHome(), "");
     EXPECT_STREQ(std::getenv("HOME"), "/tmp/");
     setenv("HOME", before.c_str(), 1);
+}
+
+TEST(ProcessIdentity, IsTheNumberAndTheStartTime)
+{
+    const auto now = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ns; };
+    const TemporaryFolder folder;
+    fs::copy_file("/bin/sleep", folder / ") R 1 (a b"); // the system writes this name in parentheses
+    const auto before = now();
+    Sleeper sleeper(folder / ") R 1 (a b");
+    const auto identity = identifyProcess(sleeper.pid());
+    EXPECT_TRUE(identity.pid == sleeper.pid() && identity == identifyProcess(sleeper.pid()));
+    EXPECT_GE(startedAt(identity).value_or(0), before - 20'000'000);
+    EXPECT_LE(startedAt(identity), now());
+    sleeper.end();
+    for (const int none : {sleeper.pid(), 0, -1, -sleeper.pid()})
+        EXPECT_EQ(identifyProcess(none).startTime, 0U) << none;
+    EXPECT_FALSE(startedAt({4711, 0}).has_value());
+}
+
+TEST_F(Lifecycle, FindsWhoHasAPipeOpenByTheFileNotItsName)
+{
+    const auto self = identifyProcess(getpid());
+    const std::string old = place.folder / "old";
+    mkfifo(fifo.c_str(), 0600);
+    EXPECT_FALSE(hasOpen(self, fifo));
+    const int pipe = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_TRUE(hasOpen(self, fifo));
+    EXPECT_FALSE(hasOpen({self.pid, self.startTime + 1}, fifo)) << "another process's number";
+    fs::rename(fifo, old);
+    mkfifo(fifo.c_str(), 0600);
+    EXPECT_TRUE(!hasOpen(self, fifo) && hasOpen(self, old));
+    close(pipe);
+    EXPECT_FALSE(hasOpen(self, old) || hasOpen(self, place.folder / "none"));
+}
+
+TEST(EndProcess, EndsExactlyThisOne)
+{
+    const Sleeper sleeper;
+    const auto identity = identifyProcess(sleeper.pid());
+    for (const std::uint64_t another : {identity.startTime - 1, identity.startTime + 1, std::uint64_t{0}})
+        EXPECT_EQ(endProcess({identity.pid, another}), "") << "it has ended";
+    std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(sleeper.runs()) << "the process that has its number now";
+    EXPECT_EQ(endProcess(identity), "");
+    EXPECT_FALSE(sleeper.runs());
+    EXPECT_EQ(endProcess(identity), "") << "once more, and nobody has waited for it";
+}
+
+TEST(EndProcess, RefusesTheAgentItsAncestorsAndItsThreads)
+{
+    const pid_t parent = fork();
+    if (parent == 0) {
+        const pid_t agent = fork();
+        if (agent == 0)
+            _exit(endProcess(identifyProcess(getpid())).empty() ||
+                  endProcess(identifyProcess(getppid())).empty());
+        int status = -1;
+        waitpid(agent, &status, 0);
+        _exit(status == 0 ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(parent, &status, 0);
+    EXPECT_EQ(status, 0) << "one of them was killed, or was to be";
+
+    std::promise<void> end;
+    std::thread thread([&] { end.get_future().wait(); });
+    std::error_code none; // where threads have no numbers of their own
+    for (const auto& task : fs::directory_iterator("/proc/self/task", none))
+        if (const int number = std::stoi(task.path().filename()); number != getpid()) {
+            EXPECT_EQ(identifyProcess(number).startTime, 0U);
+            EXPECT_NE(endProcess(identifyProcess(number)), "");
+        }
+    end.set_value();
+    thread.join();
 }
 
 } // namespace

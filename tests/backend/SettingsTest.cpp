@@ -1,4 +1,6 @@
-// The user's choices: in the settings file first, then in their slot of the host's session.
+// The user's choices: in the settings file first, then in the agent's record of the host's session; and the
+// forms of a settings file that other programs and users write.
+#include "backend/SettingsFileCheck.h"
 #include "tests/backend/BackendFixture.h"
 
 namespace {
@@ -8,7 +10,7 @@ std::string diskCalls; // the renames and flushes so far, in order
 
 } // namespace
 
-// The settings file gets into its place by a rename: this is the moment at which a choice is in the file.
+// A rename puts the settings file at its path: then a choice is in the file.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved names
 extern "C" int rename(const char* from, const char* to) noexcept(noexcept(rename(from, to)))
 {
@@ -28,11 +30,8 @@ extern "C" int fsync(int file)
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace Kest::Test;
 using Kest::Settings::Backend;
-using testing::HasSubstr;
-using namespace std::string_literals;
 
 struct Choice {
     std::string key;
@@ -60,45 +59,37 @@ const Choice kChoices[] = {
 
 class SettingsStore : public BackendTest {
 protected:
-    void TearDown() override { beforeRename = nullptr; }
+    SettingsStore() { start(); }
+    ~SettingsStore() override { beforeRename = nullptr; }
 
-    /// Makes every choice and finds it in the file and nowhere else.
-    void expectOnlyInFile()
+    std::string errorsOfAChoice() const
     {
-        fs::remove(file);
-        const auto before = place.session ? sessionBytes() : "";
-        for (const auto& choice : kChoices) {
-            choice.set(*backend, choice.chosen);
-            EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
-        }
-        backend->setFacility("Studio B");
-        EXPECT_THAT(readFile(file), HasSubstr("\"Studio B\""));
-        EXPECT_TRUE(before == (place.session ? sessionBytes() : "")) << "the session was written";
+        captureErrors();
+        backend->setDAW_LinkControl(1);
+        return capturedErrors();
     }
-
-    const std::string file = place.paths.settingsFile();
 };
 
-TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsSlotAlone)
+TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsParameterAlone)
 {
     auto& session = place.startHost();
-    start();
     for (const auto& choice : kChoices) {
+        SCOPED_TRACE(choice.key);
         const auto slot = agentByte(choice.byte);
         session.putFloat(slot, -99);
         auto wanted = sessionBytes();
         const auto value = static_cast<float>(choice.stored);
         std::memcpy(&wanted[slot], &value, sizeof value);
-        EXPECT_EQ(choice.get(*backend), choice.initial) << choice.key;
-        std::optional<float> slotAtSaving; // the first time: the last good copy comes later
+        EXPECT_EQ(choice.get(*backend), choice.initial);
+        std::optional<float> slotAtSaving; // of the first rename: the backup comes later
         beforeRename = [&] { slotAtSaving = slotAtSaving.value_or(session.floatAt(slot)); };
 
         choice.set(*backend, choice.chosen);
-        EXPECT_EQ(slotAtSaving, -99) << choice.key << " was not saved before the host knew";
+        EXPECT_EQ(slotAtSaving, -99) << "not saved before the host got it";
         EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
-        EXPECT_TRUE(sessionBytes() == wanted) << choice.key;
+        EXPECT_TRUE(sessionBytes() == wanted);
         start();
-        EXPECT_EQ(choice.get(*backend), choice.chosen) << choice.key;
+        EXPECT_EQ(choice.get(*backend), choice.chosen);
     }
     const auto before = sessionBytes();
     for (const int none : {-1, 12, 26})
@@ -109,56 +100,41 @@ TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsSlotAlone)
 
 TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
 {
-    start();
-    expectOnlyInFile();
-    place.startHost().putText(agentByte(0), "AnotherAgent");
-    expectOnlyInFile();
+    for (const bool hasHost : {false, true}) {
+        if (hasHost)
+            place.startHost().putText(agentByte(0), "AnotherAgent");
+        const auto before = hasHost ? sessionBytes() : "";
+        fs::remove(file);
+        for (const auto& choice : kChoices) {
+            choice.set(*backend, choice.chosen);
+            EXPECT_THAT(readFile(file), HasSubstr(choice.row()));
+        }
+        EXPECT_TRUE(before == (hasHost ? sessionBytes() : "")) << "the session was written";
+    }
     for (const int mode : {1, 7}) { // and again after a restart of the host
-        place.stopHost();
         place.startHost();
         backend->setSoloMode(mode);
         EXPECT_EQ(place.session->floatAt(agentByte(160)), static_cast<float>(mode));
     }
 }
 
-TEST_F(SettingsStore, WritesOnlyTheFileWithAHostOf32Bits)
+TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsBackup)
 {
-    place.startHost(32).putBus(10, "bus-1", "Dialog");
-    Kest::Test::captureOutput();
-    start();
-    backend->setDefaultKestBus("Dialog");
-    EXPECT_EQ(place.session->textAt(3458152), "");
-    EXPECT_THAT(Kest::Test::capturedOutput(),
-                HasSubstr("K3DHost running in wrong architecture (32 bits : should be 64 )"));
-    expectOnlyInFile();
-    EXPECT_FALSE(fs::exists(place.paths.lastUserMarker));
-}
-
-TEST_F(SettingsStore, SetsADamagedFileAsideAndUsesItsLastGoodCopy)
-{
-    start();
     backend->setSoloMode(7);
-    const auto whole = readFile(file);
-    for (const auto& damaged :
-         {std::string(), whole.substr(0, whole.find("val=")), whole.substr(0, whole.size() - 4),
-          std::string(whole).replace(whole.find('7'), 1, 1, '\0')}) {
+    for (const auto& damaged : {""s, readFile(file).substr(0, 80)}) {
         writeFile(file, damaged);
         start();
-        Kest::Test::captureErrors();
         diskCalls.clear();
         EXPECT_EQ(backend->getSoloMode(), 7);
         EXPECT_EQ(diskCalls, "") << "a getter changes no file";
-        backend->setDAW_LinkControl(1);
-        EXPECT_THAT(Kest::Test::capturedErrors(), HasSubstr(file + " is damaged"));
+        EXPECT_THAT(errorsOfAChoice(), HasSubstr(file + " is damaged"));
         EXPECT_EQ(readFile(file + ".bad"), damaged);
-        EXPECT_EQ(backend->getDAW_LinkControl(), 1);
-        EXPECT_EQ(backend->getSoloMode(), 7);
+        EXPECT_TRUE(backend->getDAW_LinkControl() == 1 && backend->getSoloMode() == 7);
     }
 }
 
 TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
 {
-    start();
     diskCalls.clear();
     backend->setSoloMode(7);
     EXPECT_THAT(diskCalls,
@@ -166,53 +142,216 @@ TEST_F(SettingsStore, FlushesTheFolderAfterEachRename)
                                   "flush folder, "));
 }
 
-TEST_F(SettingsStore, LogsOnceWhyADamagedFileCannotBeSetAside)
-{
-    fs::create_directories(file + ".bad");
-    writeFile(file, "<PROPERTIES><VALUE");
-    Kest::Test::captureErrors();
-    start();
-    const Backend::OneReport report(*backend); // of the choices
-    for (int i = 0; i < 3; ++i)
-        backend->setSoloMode(i);
-    const auto logged = Kest::Test::capturedErrors();
-    EXPECT_EQ(std::ranges::count(logged, '\n'), 1) << logged;
-    EXPECT_THAT(logged, HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
-}
-
 TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
 {
-    start();
     backend->setSoloMode(7);
-    const auto whole = readFile(file);
+    fs::rename(file, file + ".moved");
+    writeFile(file, "<PROPERTIES><VALUE");
+    fs::create_directory(file + ".bad");
+    EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
+    EXPECT_THAT(errorsOfAChoice(), testing::Not(HasSubstr("is damaged"))) << "once";
     fs::remove(file);
     fs::create_directory(file); // exists, and cannot be read
     backend->setSoloMode(1);
     EXPECT_EQ(backend->getSoloMode(), 1);
     EXPECT_TRUE(fs::is_directory(file));
-
     fs::remove(file);
-    writeFile(file, whole);
+    fs::rename(file + ".moved", file);
     backend->setDAW_LinkControl(1);
     EXPECT_THAT(readFile(file), HasSubstr("\"SoloMode\" val=\"1\""));
 }
 
-TEST_F(SettingsStore, WritesThroughALinkAndClearsUpAfterADeath)
+TEST_F(SettingsStore, WritesThroughALinkAndRemovesStaleFiles)
 {
     const auto target = place.folder / "dotfiles.xml";
-    const auto stray = place.paths.settingsFolder + "/Kest-Settings_temp1f.xml";
-    fs::create_directories(place.paths.settingsFolder);
+    const auto stale = place.folder / "dotfiles_temp1f.xml";
     fs::create_symlink("../dotfiles.xml", file);
+    writeFile(stale, "<PROP");
     for (const int mode : {7, 1}) {
         start();
         backend->setSoloMode(mode);
         EXPECT_THAT(readFile(target), HasSubstr("val=\"" + std::to_string(mode) + "\""));
-        EXPECT_TRUE(fs::is_symlink(file));
     }
-    fs::remove(file);
-    writeFile(stray, "<PROP");
-    start();
-    EXPECT_FALSE(fs::exists(stray));
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_FALSE(fs::exists(stale));
+}
+
+const auto kSolo = "<VALUE name=\"SoloMode\" val=\"1\"/>"s;
+const auto kOther = "<VALUE name=\"Other\" val=\"Caf\xc3\xa9 &amp; &lt;B&gt;\"/>"s;
+const auto kBoth = kSolo + kOther;
+
+std::string root(const std::string& content) { return "<PROPERTIES>" + content + "</PROPERTIES>"; }
+std::string other(const std::string& value) { return "<VALUE name='Other' val='" + value + "'/>"; }
+
+std::string declared(const std::string& encoding, const std::string& text)
+{
+    return "<?xml version='1.0' encoding='" + encoding + "'?>\n" + text;
+}
+
+std::string utf16(const std::string& ascii)
+{
+    std::string wide = "\xff\xfe";
+    for (const char c : ascii)
+        wide += {c, '\0'};
+    return wide;
+}
+
+std::string nested(int depth)
+{
+    std::string text;
+    for (int i = 0; i < depth; ++i)
+        text.insert(0, "<a>").append("</a>");
+    return text;
+}
+
+struct Form {
+    std::string text;
+    std::string other = "Caf\xc3\xa9 & <B>"; // the value of a key that the agent does not know
+};
+
+const Form kForms[] = {
+    {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + root("\n  " + kBoth + "\n") + "\n"},
+    {root("<VALUE val=\"1\" name=\"SoloMode\"/>" + kOther)},
+    {root("<VALUE name='SoloMode' val='1' />" + kOther)},
+    {declared("utf-8", root(kBoth))},
+    {declared("utf8", root(kBoth))}, // no standard has it
+    {declared("us-ascii", root(kSolo + other("Caf&#233; &amp; &lt;B&gt;")))},
+    {declared("UTF-8' standalone='yes", root(kBoth))},
+    {root(kBoth)},
+    {"\xef\xbb\xbf<?xml version=\"1.0\" encoding=\"UTF-8\"?>" + root(kBoth)},
+    {utf16(root(kSolo + other("Coffee"))), "Coffee"},
+    {"<PROPERTIES version='2'><VALUE name='SoloMode' type='int' val='1'/>" + kOther + "</PROPERTIES>"},
+    {root("<META><a b='c'>text</a></META>" + kBoth)},
+    {root("mine: " + kBoth)},
+    {root("<value name=\"SoloMode\" val=\"1\"/>" + kOther)},
+    {root("<VALUE name=\"SoloMode\" val=\"1\"></VALUE>" + kOther)},
+    {"<!-- mine -->\n\n" + root("\n<!-- 1 --> " + kSolo + " <!-- 2\n-->" + kOther + "\n") + "<!-- end -->"},
+    {"<PROPERTIES\n>\r\n\t<VALUE\r\n\tname = \"SoloMode\"\n\tval = \"1\"\n/>" + kOther +
+     "\r\n</PROPERTIES >"},
+    {root("<VALUE name=\"Solo&#77;ode\" val=\"&#x31;\"/>" + other("Caf&#xE9; &#38; &#60;B&#62;"))},
+    {root("<VALUE name=\"SoloMode\" val=\"0\"/>" + kBoth)}, // the last one counts
+    {root("<VALUE name=\"SoloMode\">1</VALUE>" + kOther)},
+    {root("<VALUE name=\"SoloMode\"><![CDATA[1]]></VALUE>" + kOther)},
+    {root(kSolo + other("a\nb")), "a\nb"},
+    // values that are XML: as elements, as an attribute, with text
+    {root(kSolo + "\n<VALUE name=\"Other\">\n  <a b=\"&lt;\">\n    <c/>x &amp; y</a>\n</VALUE>"),
+     "<a b=\"&lt;\"><c/>x &amp; y</a>"},
+    {root(kSolo + other("&lt;a  b=\"1\"/&gt;")), "<a b=\"1\"/>"},
+    {root("<VALUE name=\"Other\"><p>a <b c=\"d\">e</b>.</p></VALUE>" + kSolo), "<p>a <b c=\"d\">e</b>.</p>"},
+};
+
+const std::string kDamaged[] = {
+    "",
+    root(kBoth).substr(0, 60),
+    root(kBoth) + "x",
+    "<SETTINGS>" + kBoth + "</SETTINGS>",
+    "<properties>" + kBoth + "</properties>",
+    root("<VALUE name=\"a\" name=\"b\" val=\"1\"/>"),
+    // no such entity or character in XML
+    root(other("&b;")),
+    root(other("&AMP;")),
+    root(other("&#1;")),
+    // a document type; processing instructions, on which the store hangs
+    "<!DOCTYPE PROPERTIES [<!ENTITY b SYSTEM \"c\">]>" + root(kBoth),
+    root("<?a?>" + kBoth),
+    root("<?a?>text"),
+    root(kBoth) + "<?a?>",
+    // too deep, too large, and a root that the store does not find
+    root(kBoth + nested(16)),
+    root(kBoth) + std::string(70000, ' '),
+    "<!--" + std::string(9000, ' ') + "-->" + root(kBoth),
+    // other encodings, also such that the store reads as UTF-8
+    root(other("\xe9")),
+    declared("ISO-8859-1", root(other("\xe9"))),
+    declared("ISO-8859-1", root(other("\xc3\xa9"))),
+    utf16(root(kSolo)) + "x",
+    root(kSolo + "\0"s),
+    // what the store reads otherwise or crashes on
+    root(other("&#x0000000031;")),
+    root("<VALUE name=\"Other\"><a>b<c><d/></c></a></VALUE>" + kSolo),
+};
+
+// All releases of the store write the same bytes: users exchange files between systems.
+TEST_F(SettingsStore, WritesOneForm)
+{
+    writeFile(file, root("<VALUE name=\"Other\" val=\"Caf\xc3\xa9 &amp; &lt;B&gt; &quot;'&#10;\"/>"
+                         "<VALUE name=\"Nested\"><a b=\"c\"><d/>text</a></VALUE>"));
+    backend->setSoloMode(1);
+    backend->setFacility(juce::String::fromUTF8("<Studio> & S\xc3\xb6hne"));
+    EXPECT_EQ(readFile(file), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n\r\n"
+                              "<PROPERTIES>\r\n"
+                              "  <VALUE name=\"Other\" val=\"Caf&#233; &amp; &lt;B&gt; &quot;'&#10;\"/>\r\n"
+                              "  <VALUE name=\"Nested\">\r\n"
+                              "    <a b=\"c\">\r\n"
+                              "      <d/>text</a>\r\n"
+                              "  </VALUE>\r\n"
+                              "  <VALUE name=\"SoloMode\" val=\"1\"/>\r\n"
+                              "  <VALUE name=\"Facility\" val=\"&lt;Studio&gt; &amp; S&#246;hne\"/>\r\n"
+                              "</PROPERTIES>\r\n");
+}
+
+TEST_F(SettingsStore, ReadsAndKeepsEveryFormOfAWholeFile)
+{
+    for (const auto& form : kForms) {
+        SCOPED_TRACE(form.text);
+        fs::remove_all(place.paths.settingsFolder);
+        start();
+        writeFile(file, form.text);
+        EXPECT_EQ(backend->getSoloMode(), 1);
+        EXPECT_EQ(errorsOfAChoice(), "");
+        start();
+        EXPECT_TRUE(backend->getSoloMode() == 1 && backend->getDAW_LinkControl() == 1);
+        EXPECT_EQ(Kest::Settings::readSettingsText(readFile(file)).value().getValue("Other"),
+                  juce::String::fromUTF8(form.other.c_str()));
+        EXPECT_FALSE(fs::exists(file + ".bad"));
+    }
+}
+
+TEST_F(SettingsStore, SetsEveryDamagedFileAside)
+{
+    for (const auto& text : kDamaged) {
+        fs::remove_all(place.paths.settingsFolder);
+        start();
+        writeFile(file, text);
+        EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged: set aside as .bad")) << text;
+        EXPECT_EQ(readFile(file + ".bad"), text);
+    }
+}
+
+// The store cuts this value when it writes it, and would hang on the other one.
+TEST_F(SettingsStore, SavesNoFileWithAValueThatTheStoreCannotWrite)
+{
+    for (const auto* value : {"&lt;a/>b", "&lt;a>&lt;?b?>c"}) {
+        const auto text = root(other(value) + kSolo);
+        writeFile(file, text);
+        EXPECT_THAT(errorsOfAChoice(),
+                    HasSubstr("not saved (the store cannot write the value of Other): DAW Link Control; "));
+        EXPECT_EQ(readFile(file), text);
+        EXPECT_EQ(backend->getSoloMode(), 1);
+    }
+}
+
+TEST_F(SettingsStore, KeepsAFacilityUnlessTheFileCannotContainIt)
+{
+    const auto& session = place.startHost();
+    int count = 0; // of texts in the host's record, which has two buffers for them
+    for (const auto* name : {"<Studio>", "<Studio & Sons>", "<Studio> B", "<a/>", "a<b>&\"' \xc3\xa8\n"}) {
+        backend->setFacility(juce::String::fromUTF8(name));
+        EXPECT_EQ(session.textAt(agentByte(656) + 8 + (count++ % 2 == 0 ? 128 : 0)), name);
+        start();
+        EXPECT_EQ(backend->getFacility(), juce::String::fromUTF8(name));
+    }
+    const auto before = sessionBytes() + readFile(file);
+    const auto kept = backend->getFacility();
+    for (const auto& name : {"<a />"s, "<Studio"s, "< 3"s, " <b"s, "<a/>b"s, "<a><?x?>b"s, "<a b=\"&#x"s,
+                             "a\x01"s, std::string(70000, 'x'), nested(40), nested(15)}) {
+        captureErrors();
+        backend->setFacility(name);
+        EXPECT_THAT(capturedErrors(), HasSubstr("not saved (the file cannot contain this text): "
+                                                "Monitoring Facility; the choice before stays in effect; "));
+        EXPECT_EQ(backend->getFacility(), kept);
+        EXPECT_TRUE(sessionBytes() + readFile(file) == before) << name;
+    }
 }
 
 } // namespace

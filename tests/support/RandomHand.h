@@ -1,10 +1,9 @@
-// Changes of a menu at random, of every kind that the application makes.
+// Random changes of a menu, of every kind that the application makes.
 #pragma once
 
 #include "app/MenuModel.h"
 
 #include <algorithm>
-#include <functional>
 #include <random>
 
 namespace Kest::Test {
@@ -16,7 +15,7 @@ public:
 
     static constexpr int kMostItems = 20; // of each menu, so that its submenus get items too
 
-    int upTo(int most) { return std::uniform_int_distribution(0, most)(random); }
+    int upTo(int maximum) { return std::uniform_int_distribution(0, maximum)(random); }
     void change() { changeIn(model.statusMenu()); }
 
 private:
@@ -28,8 +27,8 @@ private:
         return std::make_unique<App::MenuItem>(App::ItemProperties{
             .title = title, .action = action, .red = upTo(4) == 0, .separator = separator});
     }
-    // As the bus menu is: gone and made anew, with most of its items the same.
-    void rebuild(App::Menu& menu)
+    // As the bus menu is refilled, with most of its items the same.
+    void refill(App::Menu& menu)
     {
         std::vector<App::SharedProperties> kept;
         for (const auto& item : menu.itemArray())
@@ -46,30 +45,26 @@ private:
         if (count == 0 || (count < kMostItems && upTo(3) == 0))
             return (void)menu.insertItem(newItem(), upTo(count));
         auto& item = *menu.itemArray()[static_cast<std::size_t>(upTo(count - 1))];
-        if (item.submenu() != nullptr && upTo(3) > 0)
+        const bool isLeaf = item.submenu() == nullptr;
+        if (!isLeaf && upTo(3) > 0)
             return changeIn(*item.submenu());
-        const std::function<void()> acts[] = {
-            [&] { menu.removeItem(item); },
-            [&] {
-                if (item.submenu() == nullptr) // nothing moves a menu with its item
-                    menu.insertItem(menu.removeItem(item), upTo(count - 1));
-            },
-            [&] {
-                if (item.properties().action == App::Action::none && !item.properties().separator)
-                    item.setSubmenu(std::make_unique<App::Menu>(model));
-            },
-            [&] { item.setState(upTo(1) == 0); },
-            [&] { item.setEnabled(upTo(1) == 0); },
-            [&] { item.setHidden(upTo(1) == 0); },
-            [&] {
-                item.setView({"Film é", upTo(2)});
-            },
-            [&] {
-                if (upTo(9) == 0) // seldom: with each one the submenus go
-                    rebuild(menu);
-            },
-        };
-        acts[upTo(7)]();
+        const int act = upTo(7);
+        if (act == 0)
+            menu.removeItem(item);
+        else if (act == 1 && isLeaf) // the application moves no submenus
+            menu.insertItem(menu.removeItem(item), upTo(count - 1));
+        else if (act == 2 && item.properties().action == App::Action::none && !item.properties().separator)
+            item.setSubmenu(std::make_unique<App::Menu>(model));
+        else if (act == 3)
+            item.setState(upTo(1) == 0);
+        else if (act == 4)
+            item.setEnabled(upTo(1) == 0);
+        else if (act == 5)
+            item.setHidden(upTo(1) == 0);
+        else if (act == 6)
+            item.setView({"Film é", upTo(2)});
+        else if (act == 7 && upTo(9) == 0) // seldom: it removes the submenus
+            refill(menu);
     }
 
     App::MenuModel& model;

@@ -3,18 +3,15 @@
 #include "text/Printable.h"
 #include "text/Utf8.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 
 using namespace Kest::Text;
-using testing::ElementsAre;
 
 TEST(Utf8, EveryCharacterIsReadAsItIsWritten)
 {
-    for (char32_t code = 0; code <= 0x10FFFF; ++code) {
-        if (code == 0xD800)
-            code = 0xE000;
+    for (char32_t code = 0; code <= 0x10FFFF; code += code == 0xD7FF ? 0x801 : 1) {
         std::string text;
         append(text, code);
         const auto followed = text + "\x80";
@@ -43,8 +40,8 @@ TEST(Printable, HasNoControlCharactersAndOneFormOfEachNumber)
     EXPECT_EQ(printable(text + "\xC2"), "a?[31m?? ?2J?é\u00A0€😀\uFFFD");
     EXPECT_EQ(escaped(text + "\xC2"), "a\\x1B[31m\\x0A\\x7F \\xC2\\x9B2J\\xC2\\x85é\u00A0€😀\\xC2");
     EXPECT_EQ(escapedBytes("~\x7F\xE9\n"), "~\\x7F\\xE9\\x0A");
-    EXPECT_THAT((std::vector{printable(26), printable(-0.1F), printable(1234567.5F), printable(3e9F)}),
-                ElementsAre("26", "-0.1", "1234567.5", "3e+09"));
+    EXPECT_EQ(printable(26) + " " + printable(-0.1F) + " " + printable(1234567.5F) + " " + printable(3e9F),
+              "26 -0.1 1234567.5 3e+09");
 }
 
 TEST(MacRoman, EachByteIsOneCharacterAndBack)

@@ -1,0 +1,255 @@
+// Segments and their key files; the registry's layout against records written by literal offsets, the
+// lookups, and the double-buffered texts to the byte.
+#include "lipc/Numeric.h"
+#include "lipc/SessionBuffer.h"
+#include "lipc/ShmKey.h"
+#include "lipc/ShmManaged.h"
+#include "lipc/VersionBuffer.h"
+#include "tests/support/Captured.h"
+#include "tests/support/RawSegment.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <map>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace Kest::Test;
+
+class Segment : public testing::Test {
+protected:
+    const std::string name = "TEST_SEGMENT_" + std::to_string(getpid());
+    const MarkerRemover remover{name};
+    const std::string& marker = remover.marker;
+    const TemporaryFolder folder;
+};
+
+TEST_F(Segment, HasAKeyOfAMarkerFileThatIsEmptiedAndRefreshed)
+{
+    const key_t key = LIPC::shmKey(name.c_str());
+    EXPECT_TRUE(key != -1 && key == ftok(marker.c_str(), 1));
+    writeFile(marker, "data");
+    EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
+    EXPECT_EQ(fs::file_size(marker), 0u);
+    const auto secondsOld = [&](int before) {
+        const auto now = fs::file_time_type::clock::now();
+        fs::last_write_time(marker, now - std::chrono::seconds(before));
+        EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
+        return (now - fs::last_write_time(marker)) / std::chrono::seconds(1);
+    };
+    EXPECT_EQ(secondsOld(3000), 3000) << "an empty file was written again";
+    EXPECT_LT(secondsOld(7200), 60) << "programs that clean /tmp remove it";
+}
+
+TEST_F(Segment, HasNoKeyOfALink)
+{
+    writeFile(folder / "target", "kept");
+    captureErrors();
+    for (const auto* target : {"target", "missing"}) {
+        fs::remove(marker);
+        fs::create_symlink(folder / target, marker);
+        const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
+        EXPECT_TRUE(open.key == -1 && open.id == -1 && open.address == nullptr);
+    }
+    EXPECT_THAT(capturedErrors(), // once: it fails each second while the link is there
+                testing::MatchesRegex("[^\n]*shmKey Could not create key for shm object .ftok. ." + name +
+                                      ".: [^\n]*\n"));
+    fs::remove(marker);
+    fs::create_hard_link(folder / "target", marker);
+    EXPECT_NE(LIPC::shmKey(name.c_str()), -1);
+    EXPECT_EQ(readFile(folder / "target"), "kept");
+    EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
+{
+    using Open = LIPC::ShmManagedOpen<LIPC::SessionBuffer>;
+    captureErrors();
+    EXPECT_EQ(Open(name.c_str()).address, nullptr);
+    EXPECT_EQ(capturedErrors(), "");
+    EXPECT_EQ(shmget(LIPC::shmKey(name.c_str()), 0, 0), -1);
+    for (const std::size_t bytes : {3458216u, 3458217u, 4000000u}) {
+        const RawSegment raw(name, bytes); // itself an attachment
+        {
+            const Open open(name.c_str());
+            EXPECT_GE(open.id, 0);
+            EXPECT_EQ(open.contents() != nullptr, bytes >= 3458217) << bytes;
+            EXPECT_EQ(raw.attachments(), bytes >= 3458217 ? 2 : 1) << bytes;
+        }
+        EXPECT_EQ(raw.attachments(), 1) << bytes;
+    }
+    for (const std::size_t bytes : {7u, 8u}) {
+        const RawSegment raw(name, bytes);
+        const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
+        EXPECT_EQ(open.contents() != nullptr, bytes == 8);
+    }
+}
+
+class SessionBuffer : public testing::Test {
+protected:
+    /// Writes a record with a value of its own in every field, by offset.
+    void fill(int index)
+    {
+        const auto slot = 1120 + 3376 * static_cast<std::size_t>(index);
+        raw.putText(slot, "bus-7");
+        raw.putInt(slot + 68, 0x4B425553);
+        raw.putText(slot + 72, std::string(64, 'L')); // its terminator is overwritten: it has none
+        raw.putInt(slot + 136, 0x11223344);
+        raw.putInt(slot + 140, 0x77885566);
+        for (std::size_t n = 0; n < 128; ++n)
+            raw.putFloat(slot + 144 + 4 * n, static_cast<float>(n) + 0.5F);
+        for (std::size_t k = 0; k < 10; ++k) {
+            raw.putText(slot + 656 + 272 * k + 8 + 128, "text " + std::to_string(k));
+            raw.putInt(slot + 656 + 272 * k + 264, 1);
+        }
+    }
+    static std::string bytesOf(const LIPC::ClientEntry& client)
+    {
+        return {reinterpret_cast<const char*>(&client), 3376};
+    }
+
+    const std::string name = "TEST_REGISTRY_" + std::to_string(getpid());
+    const MarkerRemover remover{name};
+    RawSegment raw{name, RawSegment::kSessionBytes};
+    const LIPC::ShmManagedOpen<LIPC::SessionBuffer> open{name.c_str()};
+    LIPC::SessionBuffer& session{*open.contents()};
+};
+
+TEST_F(SessionBuffer, HasTheLayoutOfTheHost)
+{
+    for (const int index : {0, 517, 1023}) {
+        fill(index);
+        auto& client = session.clients[index];
+        EXPECT_EQ(client.labelText(), std::string(64, 'L'));
+        EXPECT_EQ(client.strings[9].text(), "text 9");
+        const auto wanted = bytesOf(client);
+        std::fill_n(raw.bytes() + RawSegment::slot(index), 3376, static_cast<unsigned char>(0));
+        client.id = LIPC::ClientID("bus-7");
+        client.type = LIPC::kBusType;
+        std::ranges::fill(client.label, 'L');
+        client.aux32 = 0x11223344;
+        client.auxA16 = 0x5566;
+        client.auxB16 = 0x7788;
+        for (int n = 0; n < 128; ++n)
+            client.params[n] = static_cast<float>(n) + 0.5F;
+        for (std::size_t k = 0; k < 10; ++k)
+            client.strings[k].put(("text " + std::to_string(k)).c_str(), 6);
+        EXPECT_TRUE(bytesOf(client) == wanted) << index;
+    }
+    session.defaultBus = LIPC::ClientID("bus-7");
+    EXPECT_EQ(raw.textAt(3458152), "bus-7");
+    EXPECT_EQ(LIPC::kMixEngineType, 0x4B4D4958);
+}
+
+TEST_F(SessionBuffer, FindsTheFirstRecordOfAName)
+{
+    for (const int index : {1023, 4}) {
+        EXPECT_NE(session.getClientEntry("KestSettings"), &session.clients[index]);
+        raw.putAgentRecord(index);
+        EXPECT_EQ(session.getClientEntry("KestSettings"), &session.clients[index]);
+    }
+    raw.putText(RawSegment::slot(9), std::string(80, 'n')); // no terminator within the field
+    for (const auto length : {64u, 65u, 70u})
+        EXPECT_EQ(session.getClientEntry(std::string(length, 'n').c_str()), &session.clients[9]) << length;
+    EXPECT_EQ(session.clients[9].id.text().size(), 64u);
+    for (const auto& none : {std::string("KestSetting"), std::string("KestSettings2"), std::string(63, 'n')})
+        EXPECT_EQ(session.getClientEntry(none.c_str()), nullptr) << none;
+}
+
+TEST_F(SessionBuffer, CopiesTheRecordsOfATypeInSlotOrderWithoutLeavingTheirFields)
+{
+    raw.putBus(1023, "last", "");
+    raw.putInt(RawSegment::slot(7) + 68, 0x4B4D4958); // of another type
+    fill(2);
+    fill(3);
+    const auto text = RawSegment::slot(3) + 656;
+    std::fill_n(raw.bytes() + text + 8, 128, 't'); // slot 0 of text 0, without a terminator
+    raw.putInt(text + 264, 0);
+    raw.putInt(text + 272 + 264, 99); // the index of text 1
+
+    std::deque<LIPC::ClientEntry> buses(5); // is replaced
+    ASSERT_EQ(session.getClientEntries(LIPC::kBusType, buses), 3);
+    ASSERT_EQ(buses.size(), 3u);
+    EXPECT_TRUE(bytesOf(buses[0]) == bytesOf(session.clients[2])) << "slot 1 has each text";
+    EXPECT_EQ(buses[1].strings[0].text(), std::string(128, 't'));
+    EXPECT_EQ(buses[1].strings[1].text(), "");
+    EXPECT_EQ(buses[2].id.text(), "last");
+    EXPECT_EQ(session.getClientEntries(-1, buses), 0);
+}
+
+/// A text in the memory of another process, with guards on both sides; all that is not set is 0xEE.
+struct Field {
+    explicit Field(std::int32_t current)
+    {
+        std::memset(bytes, 0xEE, sizeof bytes);
+        std::memcpy(&bytes[16 + 264], &current, sizeof current);
+    }
+    LIPC::SHMString& text() { return *reinterpret_cast<LIPC::SHMString*>(&bytes[16]); }
+    std::string all() const { return {bytes, sizeof bytes}; }
+
+    alignas(8) char bytes[16 + 272 + 16] = {};
+};
+
+TEST(SHMString, PublishesIntoTheOtherSlotAndTouchesNothingElse)
+{
+    const struct {
+        std::size_t characters;
+        int length; // as the caller counts
+        std::size_t published;
+    } texts[] = {{0, 0, 0},       {20, 20, 20},    {127, 127, 127}, {128, 128, 128},
+                 {128, 129, 127}, {129, 129, 127}, {200, 200, 127}, {200, 100, 127}};
+    for (const int before : {0, 1, 2, 7, -1, -2, INT_MAX, INT_MIN})
+        for (const auto& [characters, length, published] : texts) {
+            const std::string text(characters, 'x');
+            const int after = before % 2 == 0 ? 1 : 0;
+            Field field(before);
+            Field wanted(after);
+            // The terminator of 128 characters falls behind the slot: into the other one, or where the index
+            // is.
+            const auto end = published + (after == 1 && published == 128 ? 0 : 1);
+            std::memcpy(&wanted.bytes[16 + 8 + 128 * after], text.substr(0, published).c_str(), end);
+
+            field.text().put(text.c_str(), length);
+            EXPECT_EQ(field.all(), wanted.all()) << before << ' ' << characters << ' ' << length;
+            EXPECT_EQ(field.text().text(), text.substr(0, published));
+        }
+}
+
+TEST(SHMString, IsCutAtAWholeCharacterAndReadWithinItsSlot)
+{
+    for (const std::string character : {"x", "\xc3\xa9", "\xe4\xb8\x83", "\xf0\x9f\x8e\xa7", "\x80"})
+        for (std::size_t before = 120; before < 130; ++before) {
+            auto text = std::string(before, 'a');
+            while (text.size() < 140)
+                text += character;
+            const auto fitting = before > 127 ? 127 : 127 - (127 - before) % character.size();
+            Field field(0);
+            field.text().put(text.c_str(), 100);
+            EXPECT_EQ(field.text().text(), text.substr(0, fitting));
+        }
+    for (const int current : {0, 1})
+        EXPECT_EQ(Field(current).text().text(), std::string(128, '\xEE')) << current;
+    for (const int none : {2, -1, INT_MAX, INT_MIN})
+        EXPECT_EQ(Field(none).text().text(), "") << none;
+}
+
+TEST(Numeric, RoundsHalvesAwayFromZeroAndIsSilentAtMinus144Decibels)
+{
+    const std::map<float, int> rounded{{0.5F, 1},   {-0.5F, -1}, {0.49999997F, 0}, {2.5F, 3},
+                                       {-2.6F, -3}, {3e9F, 0},   {-INFINITY, 0}};
+    for (const auto& [value, wanted] : rounded)
+        EXPECT_EQ(LIPC::round(value), wanted) << value;
+    EXPECT_EQ(LIPC::round(NAN), 0);
+    EXPECT_EQ(LIPC::db2amplitude(0.0F), 1.0F);
+    EXPECT_FLOAT_EQ(LIPC::db2amplitude(-20.0F), 0.1F);
+    EXPECT_GT(LIPC::db2amplitude(-143.9F), 0.0F);
+    for (const float silent : {-144.0F, -1e9F, NAN})
+        EXPECT_EQ(LIPC::db2amplitude(silent), 0.0F) << silent;
+}
+
+} // namespace

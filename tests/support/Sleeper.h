@@ -1,0 +1,48 @@
+// A process that only waits, to be identified, examined and killed.
+#pragma once
+
+#include <csignal>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+extern char** environ;
+
+namespace Kest::Test {
+
+class Sleeper {
+public:
+    explicit Sleeper(std::string program = "/bin/sleep")
+    {
+        char seconds[] = "100";
+        char* const arguments[] = {program.data(), seconds, nullptr};
+        isOurs = posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ) == 0;
+    }
+    ~Sleeper() { end(); }
+    Sleeper(const Sleeper&) = delete;
+    Sleeper& operator=(const Sleeper&) = delete;
+
+    int pid() const { return process; }
+    bool runs() const
+    {
+        siginfo_t ended{};
+        return isOurs &&
+               waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               ended.si_pid == 0;
+    }
+    void end()
+    {
+        if (!std::exchange(isOurs, false))
+            return;
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+
+private:
+    pid_t process = 0;
+    bool isOurs = false; // started, and not yet waited for
+};
+
+} // namespace Kest::Test
