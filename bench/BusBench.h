@@ -1,33 +1,37 @@
-// The agent as a client on the session bus sees it. Each mode starts the agent, prints a name and a number a
-// line, and gives an exit status.
+// The parts of a measurement that need exact times; bench/whole_programs.py does the rest. Each prints lines
+// and returns an exit status; std::runtime_error when it cannot measure.
 #pragma once
 
-#include "bench/Watcher.h"
-
+#include <chrono>
 #include <string>
+#include <systemd/sd-bus.h>
 #include <vector>
 
 namespace Kest::Bench {
 
-using Command = std::vector<std::string>;
+using Clock = std::chrono::steady_clock; // the same in all processes, and in Python's time.monotonic_ns
 
-/// From an encoder's line in the pipe to the signal with its percentage, while eight encoders write a
-/// thousand lines a second; beside plain signals of another process to the same client, sent meanwhile.
-int lineToSignal(int seconds, const Command& agent);
+inline double milliseconds(Clock::duration time)
+{
+    return std::chrono::duration<double, std::milli>(time).count();
+}
 
-/// From a bus's new name in the host's segment to the signal after which the menu has it.
-int hostToSignal(int seconds, const Command& agent);
+constexpr char kPlain[] = "com.kestronics.bench.Plain";
 
-/// From a click, and from a request at the control socket, to the choice in the host's segment; beside an
-/// attachment and the saving of one file, which
-/// is what a choice cannot do without.
-int choiceToHost(int choices, const Command& agent);
+sd_bus* connect();
 
-/// From an encoder's line in the pipe to the event at a client that watches the control socket; and the
-/// private memory that four such clients cost.
-int controlSocket(int lines, const Command& agent);
+/// Starts a program beside a watcher of tray items, and prints "item MILLISECONDS NAME PID" when it
+/// registers: the time since its start, its bus name, its process. Then prints each signal when it arrives,
+/// with the clock's nanoseconds: "label TIME TEXT" for a changed row, "menu TIME" for any signal of a menu,
+/// "plain TIME SENT" for one of sendPlainSignals. Returns when the program has ended.
+int watch(const std::vector<std::string>& command);
 
-/// The agent's time for one more message when its history holds so many encodings.
-int longHistory(int encodings, const Command& agent);
+/// Sends `count` signals at random intervals around 8 ms, with the time at which each was sent.
+int sendPlainSignals(int count);
+
+/// Prints, `count` times, the milliseconds from a click on a row of an item to the choice in the host's
+/// segment, from a request at the control socket to it, and of what a choice consists of: "choice 1.5",
+/// "request", "attach", "save", "unflushed".
+int choiceToHost(int count, const std::string& item, int row);
 
 } // namespace Kest::Bench

@@ -10,7 +10,6 @@
 #include <string>
 #include <sys/ipc.h>
 #include <sys/shm.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -19,12 +18,13 @@ using LIPC::SessionBuffer;
 
 constexpr std::size_t kPageBytes = 4096;
 
-/// A session of the benchmark's own, with the agent's record in its tenth slot and some buses behind it.
+constexpr char kName[] = "BENCH";
+
+/// A session of the benchmark, with the agent's record in its tenth slot and some buses behind it.
 class Session {
 public:
     explicit Session(int buses)
-        : name("BENCH_" + std::to_string(getpid())), key(LIPC::shmKey(name.c_str())),
-          id(shmget(key, SessionBuffer::kSegmentBytes, IPC_CREAT | IPC_EXCL | 0600)),
+        : id(shmget(LIPC::shmKey(kName), SessionBuffer::kSegmentBytes, IPC_CREAT | IPC_EXCL | 0600)),
           contents(static_cast<SessionBuffer*>(shmat(id, nullptr, 0)))
     {
         if (id < 0)
@@ -42,13 +42,10 @@ public:
     {
         shmdt(contents);
         shmctl(id, IPC_RMID, nullptr);
-        unlink(LIPC::markerPath(name.c_str()).c_str());
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    const std::string name;
-    const key_t key;
     const int id;
     SessionBuffer* const contents;
 };
@@ -58,7 +55,7 @@ void naivePass(benchmark::State& state)
 {
     const Session session(8);
     for (auto _ : state) {
-        const auto key = LIPC::shmKey(session.name.c_str());
+        const auto key = LIPC::shmKey(kName);
         const auto* bytes = static_cast<const unsigned char*>(shmat(shmget(key, 0, 0), nullptr, 0));
         unsigned sum = 0;
         for (std::size_t i = 0; i < SessionBuffer::kSegmentBytes; i += kPageBytes)
@@ -73,7 +70,7 @@ void monitorPass(benchmark::State& state)
 {
     const Session session(8);
     for (auto _ : state) {
-        const LIPC::ShmManagedOpen<SessionBuffer> attached(session.name.c_str());
+        const LIPC::ShmManagedOpen<SessionBuffer> attached(kName);
         attached.populate();
         benchmark::DoNotOptimize(attached.contents()->getClientEntry(LIPC::kSettingsClientName));
         std::deque<LIPC::ClientEntry> buses;

@@ -48,6 +48,8 @@ if(KEST_LEAN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     endif()
 endif()
 
+set(KEST_ONLY "" CACHE STRING "Regular expression of the programs that are built by default; empty for all")
+
 # kest_library(NAME SOURCES a.cpp ... [USES other ...] [LINKS target ...] [HEADERS_ARE cpp|mm])
 #
 # Defines a static library from one folder. Only targets with `USES NAME`, directly or through another library, can
@@ -63,6 +65,9 @@ function(kest_library name)
     file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${name} SYMBOLIC)
 
     add_library(${target} STATIC ${ARG_SOURCES})
+    if(KEST_ONLY) # those that its programs use
+        set_target_properties(${target} PROPERTIES EXCLUDE_FROM_ALL ON)
+    endif()
     target_include_directories(${target} PUBLIC ${root})
     target_link_libraries(${target} PRIVATE kest_options PUBLIC ${ARG_LINKS})
     foreach(used IN LISTS ARG_USES)
@@ -76,9 +81,17 @@ function(kest_library name)
 endfunction()
 
 # `cmake --build ... --target check_headers` checks that every header compiles alone, with what its library may use.
+# Headers that a source includes first are skipped: the build has checked them.
 add_custom_target(check_headers)
 function(kest_check_headers target name suffix)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *.h)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        file(STRINGS ${source} first REGEX "^#(include|import)" LIMIT_COUNT 1)
+        if(first MATCHES "\"${name}/([^/]+)\"")
+            list(REMOVE_ITEM headers ${CMAKE_MATCH_1})
+        endif()
+    endforeach()
     if(NOT headers)
         return()
     endif()
@@ -98,6 +111,9 @@ endfunction()
 function(kest_program name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES;LINKS")
     add_executable(${name} ${ARG_SOURCES})
+    if(KEST_ONLY AND NOT name MATCHES "${KEST_ONLY}")
+        set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    endif()
     target_link_libraries(${name} PRIVATE kest_options ${ARG_LINKS})
     foreach(used IN LISTS ARG_USES)
         string(REPLACE "/" "_" used "kest_${used}")

@@ -1,0 +1,92 @@
+"""The manual pages, and what is installed and removed from a build."""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+
+import pytest
+
+SOURCE = pathlib.Path(__file__).parents[2]
+BUILD = pathlib.Path(os.environ["KEST_BUILD"])
+COMPLETIONS = ("bash-completion/completions/kest-settings-ctl", "zsh/site-functions/_kest-settings-ctl",
+               "fish/vendor_completions.d/kest-settings-ctl.fish")
+
+
+def output(*command):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=True).stdout
+
+
+def test_manual_pages():
+    os.environ.update(LC_ALL="C.UTF-8", MANWIDTH="200")
+    pages = list((BUILD / "packaging/linux/man").iterdir())
+    show = ("man", "--warnings", "--encoding=UTF-8", "--local-file")
+    for page in pages:
+        assert not subprocess.run([*show, page], capture_output=True, check=True).stderr, page
+        assert not re.search("@[A-Za-z_]+@", page.read_text()), f"{page} has a name that was not filled in"
+    text = output(*show, BUILD / "packaging/linux/man/kest-settings.5")
+    for table, row in (("Settings.h", r'^ *\{"([^"]*)", \d'), ("KestSettingsTables.cpp", r'^ *\{[ \d]*, "(.*)"\},$')):
+        names = re.findall(row, (SOURCE / "tables" / table).read_text(), re.M)
+        assert names and not [name for name in names if " " + name not in text], table
+
+
+@pytest.fixture
+def root(tmp_path):
+    """Where files are installed. The lists of what is installed for real from this build are kept."""
+    lists = list(BUILD.glob("install_manifest*.txt"))
+    (tmp_path / "lists").mkdir()
+    for file in lists:
+        shutil.move(file, tmp_path / "lists")
+    os.environ["DESTDIR"] = str(tmp_path / "root")
+    yield tmp_path / "root"
+    for file in BUILD.glob("install_manifest*.txt"):
+        file.unlink()
+    for file in lists:
+        shutil.move(tmp_path / "lists" / file.name, file)
+
+
+def files_in(folder):
+    return [file for file in folder.rglob("*") if file.is_symlink() or not file.is_dir()]
+
+
+def install(prefix, *options):
+    output("cmake", "--install", BUILD, "--prefix", prefix, *options)
+
+
+def uninstall():
+    output("cmake", "--build", BUILD, "--target", "uninstall")
+
+
+def test_installed_files_work_from_any_folder(root):
+    install("/opt/kest")
+    install("/opt/kest", "--component", "autostart")
+    assert (root / "etc/xdg/autostart/com.kestronics.kest-settings.desktop").is_file()
+    kest = root / "opt/kest"
+    programs = {file.name: file for file in (kest / "bin").iterdir()}
+    assert programs and not set(programs) - {"kest-settings", "kest-settings-terminal", "kest-settings-ctl", "kest-inspect"}
+    for name, program in programs.items():
+        assert not re.search(r"R(UN)?PATH", output("readelf", "-d", program)), name
+        assert (kest / f"share/man/man1/{name}.1.gz").is_file()
+    assert not [name for name in COMPLETIONS if not (kest / "share" / name).is_file()]
+    for file in files_in(root):
+        content = file.read_bytes()
+        named = [path for path in (SOURCE, BUILD) if b"\0" not in content and os.fsencode(path) in content]
+        assert not named, f"{file} names {named}"
+    if shutil.which("appstreamcli"):
+        output("appstreamcli", "validate-tree", "--no-net", kest)
+
+
+def test_uninstalls_every_prefix_and_only_own_files(root):
+    install("/opt/kest")
+    install("/opt/kest", "--component", "autostart")
+    install("/opt/second")
+    install("/opt/second")
+    assert (root / "opt/second/bin/kest-settings-terminal").is_file()
+    others = [root / "opt/kest/bin/other", root / "opt/kest/share/doc/kest-settings/notes"]
+    for file in others:
+        file.touch()
+    uninstall()
+    assert sorted(files_in(root)) == others
+    with pytest.raises(subprocess.CalledProcessError):
+        uninstall()  # nothing is left to remove
