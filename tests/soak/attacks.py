@@ -26,7 +26,7 @@ LOCK = os.path.join(os.path.dirname(SETTINGS), "Kest-Settings.lock")
 STRACE = ["strace", "-f", "-qq", "-o", "/tmp/trace"]
 ENCODER = """
 exec 3>"$1"; mkdir -p "$3" 2>&-; [ -z "$4" ] || echo audio >"$3/$4"
-printf 'pid: %d , path: %s\\n' $$ "$2" >&3; printf 'pid: %d , type: Main\\npid: %d , P: 5\\n' $$ $$ >&3
+printf 'pid: %d , path: %s\\n' $$ "$2" >&3; printf 'pid: %d , enc_type: Main\\npid: %d , P: 5\\n' $$ $$ >&3
 exec sleep 1000"""
 
 
