@@ -39,7 +39,8 @@ void awaitHost(const float& soloMode, float wanted, Clock::time_point begin)
 }
 
 // To a file beside it, with or without waiting for the disk, which is then renamed.
-void save(const std::string& path, bool flushes)
+// Prints the time under `name`; null for a save that is not measured.
+void save(const std::string& path, bool flushes, const char* name)
 {
     const std::string text(std::filesystem::file_size(path), 'x');
     const auto saved = path + ".bench";
@@ -50,7 +51,8 @@ void save(const std::string& path, bool flushes)
         (flushes && fsync(file) != 0) || close(file) != 0 ||
         std::rename(temporary.c_str(), saved.c_str()) != 0)
         throw std::runtime_error("cannot save beside the settings");
-    print(flushes ? "save" : "unflushed", begin);
+    if (name != nullptr)
+        print(name, begin);
 }
 
 void attach()
@@ -89,7 +91,7 @@ int choiceToHost(int count, const std::string& item, int row)
         awaitHost(soloMode, 1, begin);
         print("choice", begin);
         std::this_thread::sleep_for(kRest);
-        save(path, true); // or the request would wait for the click's writes
+        save(path, true, nullptr); // or the request would wait for the click's writes
         begin = Clock::now();
         client->send(R"({"command":"choose","path":"Solo Mode > Latch"})");
         awaitHost(soloMode, 0, begin);
@@ -99,8 +101,9 @@ int choiceToHost(int count, const std::string& item, int row)
         while (sd_bus_process(bus, nullptr) > 0) {
         }
         attach();
-        save(path, false);
-        save(path, true); // or the next click would wait for what is left to be written
+        save(path, true, "save");
+        save(path, false, "unflushed");
+        save(path, true, nullptr); // or the next click would wait for what is left to be written
     }
     sd_bus_flush_close_unref(bus);
     return 0;
