@@ -1,4 +1,4 @@
-// A Backend with paths and segments of its own, and all messages that it has sent.
+// A Backend with private paths and segments, and all messages that it has sent.
 #pragma once
 
 #include "backend/Backend.h"

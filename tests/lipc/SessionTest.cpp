@@ -92,7 +92,7 @@ TEST_F(Segment, IsAttachedIfItHoldsItsLayoutAndIsNotMade)
 
 class SessionBuffer : public testing::Test {
 protected:
-    /// Writes a record with a value of its own in every field, by offset.
+    /// Writes a record with a different value in every field, by offset.
     void fill(int index)
     {
         const auto slot = 1120 + 3376 * static_cast<std::size_t>(index);

@@ -1,7 +1,6 @@
 """Faults by the thousand: each test is a row of the table that is printed at the end, @pytest.mark.row(FAULT, GOAL)."""
 
 import collections
-import contextlib
 import os
 import resource
 import subprocess
@@ -107,13 +106,6 @@ def end_leftovers():
 def _home():
     end_leftovers()
     fresh_home()
-
-
-@pytest.fixture
-def start():
-    """Starts programs, start(Agent), that end with the test."""
-    with contextlib.ExitStack() as running:
-        yield lambda kind, *arguments, **options: running.enter_context(kind(*arguments, **options))
 
 
 @pytest.fixture

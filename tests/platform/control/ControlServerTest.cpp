@@ -142,7 +142,7 @@ TEST_F(ControlTest, RequestsSentAtOnceAreAnsweredInOrderAndAWatcherGetsEachChang
 {
     const auto peer = connected();
     peer.send(get("Solo Mode") + "\nx\n" + kWatch + "\n" + kWatch + "\n");
-    peer.endInput(); // of its own direction only
+    peer.endInput(); // of one direction only
     EXPECT_THAT(line(peer), HasSubstr("\"item\""));
     EXPECT_THAT(line(peer), HasSubstr("\"error\""));
     EXPECT_EQ(line(peer), kDone);

@@ -1,0 +1,12 @@
+"""What all tests of programs share."""
+
+import contextlib
+
+import pytest
+
+
+@pytest.fixture
+def start():
+    """Starts programs, start(Host) or start(Agent), that end with the test."""
+    with contextlib.ExitStack() as running:
+        yield lambda kind, *arguments, **options: running.enter_context(kind(*arguments, **options))
