@@ -198,13 +198,14 @@ TEST(DefaultBusMenu, PassesMacRomanNamesOfTwoCharactersOnAndPrintsThem)
 {
     HostedAgent agent;
     captureOutput();
-    agent.putBuses({"Caf\x8E \xF0", "X", "\x80", "A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9"});
-    ASSERT_TRUE(agent.pumpUntil([&] { return agent.items("Default Bus").size() == 7; }));
+    agent.putBuses({"Caf\x8E \xF0", "X", "\x80", "A \x1B[31m\n\xC2\x9B", "Caf\xC3\xA9", "AB"});
+    ASSERT_TRUE(agent.pumpUntil([&] { return agent.items("Default Bus").size() == 8; }));
     for (const auto* name : {"Café \uF8FF", "X", "Ä"}) // the others are one character, whatever its bytes
         EXPECT_EQ(agent.chooseBus(name), "bus-5");
+    EXPECT_EQ(agent.chooseBus("AB"), "bus-10");
     EXPECT_THAT(capturedOutput(),
-                testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : Café \uF8FF\n"
-                                  "bus 3 : Café\nbus 4 : X\nbus 5 : Ä\n\n"))
+                testing::EndsWith("bus 0 : Main Bus\nbus 1 : A ?[31m??\nbus 2 : AB\nbus 3 : Café \uF8FF\n"
+                                  "bus 4 : Café\nbus 5 : X\nbus 6 : Ä\n\n"))
         << "UTF-8 as it is, other bytes as the menu shows them";
 }
 

@@ -7,7 +7,7 @@ import signal
 import pytest
 
 from harness.processes import Program, wait_until
-from harness.studio import SETTINGS, SessionBus, agents, program, report, run, setting
+from harness.studio import FACILITIES, SETTINGS, SessionBus, agents, program, report, run, setting
 
 SOCKET = pathlib.Path(SETTINGS).parent / "Control/socket"
 NO_AGENT = (1, "", "kest-settings-ctl: no agent of this user is running\n")
@@ -29,6 +29,7 @@ def start_agent(start, request):
 
 
 def test_each_command_has_its_effect(start, host, start_agent):
+    os.makedirs(FACILITIES + "/STUDIO_A")
     agent = start_agent()
     assert "Solo Mode\n  (x) Latch\n  ( ) Exclusive (XOR)\n" in ctl("menu")[1]
     assert ctl("menu", "--json")[1].startswith('{"ok":true,"items":[{')
@@ -46,6 +47,8 @@ def test_each_command_has_its_effect(start, host, start_agent):
 
     for path, error in (("Speaker Configuration > Sterio", 'no item "Sterio" in Speaker Configuration; the nearest is '
                          '"Speaker Configuration > Stereo"'),
+                        ("Monitoring Facility > studio_a", 'several items "Monitoring Facility > studio_a" but for the '
+                         'case of letters; the nearest is "Monitoring Facility > STUDIO_A"'),
                         ("Encoding History > Clear History", '"Encoding History > Clear History" is greyed')):
         assert ctl("choose", path) == (1, "", f"kest-settings-ctl: {error}\n")
     assert ctl("choose", "Quit Kest Settings") == (0, "Quit Kest Settings\n", "")

@@ -79,6 +79,13 @@ def has_ended(process):
     return not process.is_running() or process.status() == psutil.STATUS_ZOMBIE
 
 
+def load(process):
+    """Returns the share of a processor that a program uses in the next second."""
+    before = sum(process_of(process).cpu_times()[:2])
+    time.sleep(1)
+    return sum(process_of(process).cpu_times()[:2]) - before
+
+
 def memory(process):
     """Returns the resident memory in kB."""
     return process_of(process).memory_info().rss // 1024

@@ -12,7 +12,7 @@ import time
 
 import pytest
 
-from attacks import Agent, Program, UserAgent, driver, process_of, traced, wait_until
+from attacks import Agent, Program, UserAgent, driver, load, traced, wait_until
 from harness.studio import FACILITIES, FIFO, Host, is_pipe_read, program, setting
 
 KEY_FILE = "/tmp/LIPC_LIPC_SESSION"
@@ -146,9 +146,7 @@ def test_session(start, kind, row):
         encoder = start(Program, [program("encoder-simulator"), "--output", "/tmp/out/Film/Film.wav", "--seconds", "60",
                                   "--steps", "600"])
         assert wait_until(agent.rows)
-        before = sum(process_of(agent).cpu_times()[:2])
-        time.sleep(1)
-        idle = sum(process_of(agent).cpu_times()[:2]) - before
+        idle = load(agent)
         row.expect(agent.abort(agent.rows()[0]) == [] and encoder.status() == -signal.SIGKILL, "not aborted")
         row.expect(not os.path.exists("/tmp/out/Film"), "folder left")
         row.expect_end(agent, 3)

@@ -8,7 +8,7 @@ import stat
 
 import pytest
 
-from attacks import memory, process_of, python, wait_until
+from attacks import load, memory, process_of, python, wait_until
 from harness.studio import FIFO, READY, is_pipe_read, report
 
 WRITER = f"""
@@ -30,7 +30,7 @@ def is_shown(agent, begin, pids=itertools.count(1)):
     return re.search(r"added Encoding History > Process \d{1,4}: 5%", agent.text[begin:])
 
 
-@pytest.mark.row("FIFO lost or replaced", "back within 2 s")
+@pytest.mark.row("FIFO lost or replaced", "back within 2 s, no spin")
 def test_lost_or_replaced(agent, row):
     def replace(kind):
         os.remove(FIFO)
@@ -48,6 +48,7 @@ def test_lost_or_replaced(agent, row):
         begin = len(agent.text)
         replace(kind)
         row.expect(wait_until(lambda: is_shown(agent, begin), 2), f"{kind} too late")
+    row.expect(load(agent) <= 0.1, "spins")
 
 
 @pytest.mark.row("hostile writer: {kind}", "at most {megabytes} MB more memory, 100 ms of a processor for a full pipe")

@@ -93,6 +93,16 @@ TEST_F(MenuScreenTest, ClicksBesideItemsAskForNothing)
     for (const int line : {0, 2, 5, 7, -1, 100})
         EXPECT_TRUE(screen->press({.key = Key::click, .line = line}).opened.empty()) << line;
     EXPECT_EQ(screen->press({.key = Key::click, .line = 3}).opened, std::vector<ItemId>{3});
+
+    Items items;
+    for (ItemId id = 1; id < 30; ++id)
+        items.push_back(plainLeaf(id, "Item " + std::to_string(id)));
+    screen->show(statusMenu(items), 0);
+    screen->press({.key = Key::end});
+    const auto drawn = line(1);
+    const auto chosen = screen->press({.key = Key::click, .line = 1}).chosen;
+    EXPECT_GT(chosen, 20);
+    EXPECT_THAT(drawn, HasSubstr("Item " + std::to_string(chosen))) << "the menu is scrolled";
 }
 
 TEST_F(MenuScreenTest, TheMatchThatIsSelectedStaysSoWhenTheMenuChanges)
