@@ -1,6 +1,6 @@
 #include "app/AbortJobs.h"
 
-#include "backend/Guarded.h"
+#include "backend/Mutex.h"
 #include "backend/SignalsBlocked.h"
 
 #include <algorithm>
@@ -29,10 +29,10 @@ void log(const ProcessIdentity& process, const std::string& text)
 struct AbortJobs::Shared {
     Shared(FrontEnd& mainLoop, AbortJobs& jobs) : frontEnd(&mainLoop), owner(&jobs) {}
 
-    /// Waits at most `patience` until all aborts have ended. Returns false on timeout.
-    bool waitForAll(std::chrono::milliseconds patience)
+    /// Waits at most `timeout` until all aborts have ended. Returns false on timeout.
+    bool waitForAll(std::chrono::milliseconds timeout)
     {
-        const auto end = Clock::now() + patience;
+        const auto end = Clock::now() + timeout;
         const MutexLock lock(mutex);
         while (!active.empty())
             if (ended.wait_until(mutex, end) == std::cv_status::timeout)
@@ -66,26 +66,26 @@ void AbortJobs::end()
         log(process, "not complete when the agent ended");
 }
 
-std::string AbortJobs::start(const AbortOrder& order)
+std::string AbortJobs::start(const AbortRequest& request)
 {
-    if (isRunning(order.process))
+    if (isRunning(request.process))
         return {};
     if (running.size() >= kMaxRunning)
         return std::to_string(kMaxRunning) + " aborts are running; try again when one has ended";
-    running.push_back(order.process);
+    running.push_back(request.process);
     {
         const MutexLock lock(shared->mutex);
-        shared->active.push_back(order.process);
+        shared->active.push_back(request.process);
     }
     try {
         const SignalsBlocked blocked;
-        std::thread(run, shared, abortOne, order).detach();
+        std::thread(run, shared, abortOne, request).detach();
         return {};
     } catch (const std::system_error& failure) {
         running.pop_back();
         const MutexLock lock(shared->mutex);
         shared->active.pop_back();
-        return std::string("no thread for it: ") + failure.what();
+        return std::string("cannot start a thread: ") + failure.what();
     }
 }
 
@@ -94,17 +94,17 @@ bool AbortJobs::isRunning(const ProcessIdentity& process) const
     return std::ranges::find(running, process) != running.end();
 }
 
-void AbortJobs::run(const std::shared_ptr<Shared>& shared, const Abort& abortOne, const AbortOrder& order)
+void AbortJobs::run(const std::shared_ptr<Shared>& shared, const Abort& abortOne, const AbortRequest& request)
 {
-    const auto failure = abortOne(order, shared->stop);
+    const auto failure = abortOne(request, shared->stop);
     const MutexLock lock(shared->mutex);
     if (shared->frontEnd == nullptr)
         return; // logged as not complete
     if (!failure.empty())
-        log(order.process, failure);
-    shared->active.erase(std::ranges::find(shared->active, order.process));
+        log(request.process, failure);
+    shared->active.erase(std::ranges::find(shared->active, request.process));
     shared->ended.notify_all();
-    shared->frontEnd->post([shared, process = order.process, failure] {
+    shared->frontEnd->post([shared, process = request.process, failure] {
         if (shared->owner != nullptr)
             shared->owner->finish(process, failure);
     });

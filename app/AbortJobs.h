@@ -18,7 +18,7 @@ class AbortJobs {
 public:
     static constexpr std::size_t kMaxRunning = 16;
 
-    using Abort = std::function<std::string(const AbortOrder&, const std::atomic<bool>& stop)>;
+    using Abort = std::function<std::string(const AbortRequest&, const std::atomic<bool>& stop)>;
     /// Called on the main thread when an abort has ended; `failure` is empty when it is complete.
     using Finished =
         std::function<void(const Settings::ProcessIdentity& process, const std::string& failure)>;
@@ -35,13 +35,14 @@ public:
 
     /// Starts an abort unless one of the same process is running. Returns an empty text, or the reason for
     /// not starting. A failure of the abort itself is logged in one line.
-    std::string start(const AbortOrder& order);
+    std::string start(const AbortRequest& request);
     /// Returns whether an abort of the process was started and its end has not been handled yet.
     bool isRunning(const Settings::ProcessIdentity& process) const;
 
 private:
     struct Shared;
-    static void run(const std::shared_ptr<Shared>& shared, const Abort& abortOne, const AbortOrder& order);
+    static void run(const std::shared_ptr<Shared>& shared, const Abort& abortOne,
+                    const AbortRequest& request);
     void finish(const Settings::ProcessIdentity& process, const std::string& failure);
 
     const Finished finished;

@@ -9,7 +9,7 @@
 namespace Kest::App {
 namespace {
 
-constexpr std::size_t kLongestBusName = 255; // bytes in Mac OS Roman
+constexpr std::size_t kMaxBusNameLength = 255; // bytes in Mac OS Roman
 
 // Returns the host's bytes if they are UTF-8; otherwise converts them from Mac OS Roman, as for the menu.
 std::string printableName(const std::string& name)
@@ -21,20 +21,20 @@ std::string printableName(const std::string& name)
 
 void DefaultBusMenu::refreshBusList()
 {
-    const auto names = takeBusList();
+    const auto names = fetchBusList();
     for (std::size_t i = 0; i < names.size(); ++i)
         Lct::print("bus %d : %s\n", static_cast<int>(i), printableName(names[i]).c_str());
     Lct::print("\n");
     updateKestBusMenu();
 }
 
-void DefaultBusMenu::fillFirst()
+void DefaultBusMenu::fillAtLaunch()
 {
-    takeBusList();
+    fetchBusList();
     updateKestBusMenu();
 }
 
-std::vector<std::string> DefaultBusMenu::takeBusList()
+std::vector<std::string> DefaultBusMenu::fetchBusList()
 {
     std::vector<std::string> names;
     backend.getKestBusNamesList(names);
@@ -76,16 +76,16 @@ void DefaultBusMenu::setDefaultKestBus(Sender sender)
     const auto index = static_cast<std::size_t>(sender.tag());
     if (sender.tag() >= 0 && index < kestBusNamesList.size()) {
         currentDefaultKestBus = kestBusNamesList[index];
-        tellBackend(currentDefaultKestBus);
+        setBackendBus(currentDefaultKestBus);
     }
     updateKestBusMenu();
 }
 
-void DefaultBusMenu::tellBackend(const std::string& name)
+void DefaultBusMenu::setBackendBus(const std::string& name)
 {
     const auto bytes = Text::utf8ToMacRoman(name);
     if (bytes.size() >= 2) // one byte is one character in Mac OS Roman
-        backend.setDefaultKestBus(bytes.substr(0, kLongestBusName).c_str());
+        backend.setDefaultKestBus(bytes.substr(0, kMaxBusNameLength).c_str());
 }
 
 } // namespace Kest::App

@@ -24,7 +24,7 @@ public:
     /// printable form and rebuilds the menu.
     void refreshBusList();
     /// Does the same at launch, without printing: only message 3 prints the names.
-    void fillFirst();
+    void fillAtLaunch();
 
     /// Rebuilds the menu from the names read last. If the current bus is not among them, selects the main
     /// bus.
@@ -34,8 +34,8 @@ public:
     void setDefaultKestBus(Sender sender);
 
 private:
-    std::vector<std::string> takeBusList();
-    void tellBackend(const std::string& name);
+    std::vector<std::string> fetchBusList();
+    void setBackendBus(const std::string& name);
 
     const Outlets& outlets;
     Settings::Backend& backend;

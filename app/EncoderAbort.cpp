@@ -7,10 +7,10 @@ namespace Kest::App {
 namespace {
 
 // Identifies an encoder by its own actions, since any process can write any number into the pipe.
-bool isEncoder(const AbortOrder& order, const std::vector<ProtectedFolder>& protectedOnes)
+bool isEncoder(const AbortRequest& request, const std::vector<ProtectedFolder>& protectedOnes)
 {
-    return order.wroteToPipe || hasOpen(order.process, order.pipe) ||
-           isOutputOf(order.process, openOutputFolder(order.output, protectedOnes), order.output);
+    return request.wroteToPipe || hasOpen(request.process, request.pipe) ||
+           isOutputOf(request.process, openOutputFolder(request.output, protectedOnes), request.output);
 }
 
 bool hasEnded(const Settings::ProcessIdentity& process)
@@ -18,33 +18,33 @@ bool hasEnded(const Settings::ProcessIdentity& process)
     return process.startTime == 0 || Settings::identifyProcess(process.pid) != process;
 }
 
-std::string abortInOrder(const AbortOrder& order, const std::atomic<bool>& stop)
+std::string runAbort(const AbortRequest& request, const std::atomic<bool>& stop)
 {
-    const auto protectedOnes = protectedFolders(order.settingsFolder);
-    if (!hasEnded(order.process) && !isEncoder(order, protectedOnes))
-        return "process " + std::to_string(order.process.pid) +
+    const auto protectedOnes = protectedFolders(request.settingsFolder);
+    if (!hasEnded(request.process) && !isEncoder(request, protectedOnes))
+        return "process " + std::to_string(request.process.pid) +
                " was not seen writing to the pipe, and the output is not its own";
-    if (auto failure = Settings::endProcess(order.process); !failure.empty())
+    if (auto failure = Settings::endProcess(request.process); !failure.empty())
         return failure;
     // Opened again: the encoder may have created it since.
-    const auto folder = openOutputFolder(order.output, protectedOnes);
+    const auto folder = openOutputFolder(request.output, protectedOnes);
     if (!folder.refusal.empty())
         return "output folder refused: " + folder.refusal;
     if (!folder.folder)
         return {};
-    if (order.process.startTime == 0)
-        return "output folder refused: no process had this number when it reported";
-    if (!isOutputOf(order.process, folder, order.output))
-        return "output folder refused: the output is older than the encoder, or another user's";
+    if (request.process.startTime == 0)
+        return "output folder refused: no process had this id at the time of its report";
+    if (!isOutputOf(request.process, folder, request.output))
+        return "output folder refused: the output is older than the encoder or belongs to another user";
     const auto failure = removeFolder(folder, stop);
     return failure.empty() ? failure : "output folder not deleted: " + failure;
 }
 
 } // namespace
 
-std::string abortEncoder(const AbortOrder& order, const std::atomic<bool>& stop)
+std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop)
 {
-    return Text::printable(abortInOrder(order, stop)); // a file's name may contain escape sequences
+    return Text::printable(runAbort(request, stop)); // a file's name may contain escape sequences
 }
 
 } // namespace Kest::App

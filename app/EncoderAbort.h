@@ -10,7 +10,7 @@
 namespace Kest::App {
 
 /// The arguments of one abort: the state that the row showed when the user chose it.
-struct AbortOrder {
+struct AbortRequest {
     Settings::ProcessIdentity process; // identified at the encoding's first line
     bool wroteToPipe = false;          // the process was once seen with the progress pipe open
     std::string output;                // path of the output file; empty when none was reported
@@ -21,6 +21,6 @@ struct AbortOrder {
 /// Ends the encoder, then deletes its output folder. Returns an empty text when complete, also if there was
 /// nothing left to end or delete; otherwise one line with what was refused or failed. Stops between two files
 /// when `stop` becomes true. Any thread; blocks as long as the disk does.
-std::string abortEncoder(const AbortOrder& order, const std::atomic<bool>& stop);
+std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

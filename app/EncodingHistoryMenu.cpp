@@ -105,8 +105,8 @@ void EncodingHistoryMenu::update(Row& row, const Settings::encodingStatus& statu
 
 EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::newestRow(std::int32_t pid)
 {
-    const auto behind = rows.upper_bound(pid);
-    return behind != rows.begin() && std::prev(behind)->first == pid ? std::prev(behind) : rows.end();
+    const auto next = rows.upper_bound(pid);
+    return next != rows.begin() && std::prev(next)->first == pid ? std::prev(next) : rows.end();
 }
 
 EncodingHistoryMenu::Rows::iterator EncodingHistoryMenu::rowOf(const MenuItem* item)

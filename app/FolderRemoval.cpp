@@ -27,7 +27,7 @@ public:
     {
         if (!enter(top.folder.get(), ".", top.name))
             return failure;
-        while (!levels.empty() && mayGoOn()) {
+        while (!levels.empty() && mayContinue()) {
             auto& folders = levels.back().folders;
             if (folders.empty()) {
                 leave();
@@ -57,7 +57,7 @@ private:
     }
     bool failBySystem(const std::string& name) { return fail(name, std::generic_category().message(errno)); }
 
-    bool mayGoOn()
+    bool mayContinue()
     {
         if (failure.empty() && stopped)
             fail(levels.back().name, "stopped before everything was deleted");
@@ -74,7 +74,7 @@ private:
         if (!levels.empty() && facts->mount != levels.front().facts.mount)
             return fail(name, "is a mount point");
         levels.push_back({name, *facts});
-        return open(std::move(opened)) && empty();
+        return open(std::move(opened)) && deleteEntries();
     }
 
     bool open(Settings::Descriptor folder)
@@ -87,17 +87,17 @@ private:
     }
 
     // Deletes the entries of the current folder except folders, which it adds to the level.
-    bool empty()
+    bool deleteEntries()
     {
         auto& level = levels.back();
         if (level.passes++ == kMaxPasses)
-            return fail(level.name, "something is still being added to it");
+            return fail(level.name, "files are still being added to it");
         std::vector<std::string> names;
         if (!list(names))
             return false;
         const int folder = dirfd(current.get());
         for (auto& name : names) {
-            if (!mayGoOn())
+            if (!mayContinue())
                 return false;
             const auto facts = examine(folder, name);
             if (facts && S_ISDIR(facts->mode))
@@ -124,34 +124,34 @@ private:
     void leave()
     {
         const bool isTop = levels.size() == 1;
-        Settings::Descriptor above;
-        if (!isTop && !openAbove(above))
+        Settings::Descriptor parentFolder;
+        if (!isTop && !openParent(parentFolder))
             return;
-        const int parent = isTop ? top.parent.get() : above.get();
+        const int parent = isTop ? top.parent.get() : parentFolder.get();
         const auto& name = levels.back().name;
         const auto named = examine(parent, name);
         if (!named && errno != ENOENT) {
             failBySystem(name);
         } else if (named && named->identity != levels.back().facts.identity) {
-            fail(name, "was exchanged meanwhile");
+            fail(name, "was replaced meanwhile");
         } else if (named && unlinkat(parent, name.c_str(), AT_REMOVEDIR) != 0 && errno != ENOENT) {
             if (errno == ENOTEMPTY || errno == EEXIST)
-                empty();
+                deleteEntries();
             else
                 failBySystem(name);
         } else {
             levels.pop_back();
             if (!isTop)
-                open(std::move(above));
+                open(std::move(parentFolder));
         }
     }
 
-    bool openAbove(Settings::Descriptor& above)
+    bool openParent(Settings::Descriptor& parentFolder)
     {
         const auto& name = levels.back().name;
-        above = Settings::Descriptor(
+        parentFolder = Settings::Descriptor(
             openat(dirfd(current.get()), "..", O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        const auto facts = above ? examine(above.get()) : std::nullopt;
+        const auto facts = parentFolder ? examine(parentFolder.get()) : std::nullopt;
         if (!facts)
             return failBySystem(name);
         return facts->identity == levels[levels.size() - 2].facts.identity ||

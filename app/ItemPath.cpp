@@ -124,7 +124,7 @@ std::string nearestPath(const std::vector<NamedItem>& items, const std::string& 
     return nearest;
 }
 
-void addNamedItems(const ItemSnapshot& menu, const std::string& above, std::vector<NamedItem>& found)
+void addNamedItems(const ItemSnapshot& menu, const std::string& prefix, std::vector<NamedItem>& found)
 {
     const auto total = countNames(menu);
     Counts seen;
@@ -133,7 +133,7 @@ void addNamedItems(const ItemSnapshot& menu, const std::string& above, std::vect
             continue;
         const auto name = Text::printable(itemName(*item.properties));
         const int number = ++seen[name];
-        const auto path = above + name + (total.at(name) > 1 ? " #" + std::to_string(number) : "");
+        const auto path = prefix + name + (total.at(name) > 1 ? " #" + std::to_string(number) : "");
         found.push_back({&item, path});
         addNamedItems(item, path + std::string(kPathSeparator), found);
     }
@@ -164,7 +164,7 @@ FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path)
     if (matches.size() == 1)
         return {.item = matches.front()->item, .path = matches.front()->path};
     if (matches.size() > 1)
-        return {.error = "several items \"" + std::string(path) + "\" but for the case of letters",
+        return {.error = "several items \"" + std::string(path) + "\" differ only in case",
                 .nearest = matches.front()->path};
     if (wanted.size() <= kMaxComparedBytes)
         exact.nearest = nearestPath(items, wanted);

@@ -4,22 +4,25 @@
 
 namespace Kest::App {
 
-class KestSettingsAppDelegate::Job {
+class KestSettingsAppDelegate::ChangeBatch {
 public:
-    explicit Job(KestSettingsAppDelegate& ofDelegate) : delegate(ofDelegate) { ++delegate.openJobs; }
-    ~Job()
+    explicit ChangeBatch(KestSettingsAppDelegate& ofDelegate) : delegate(ofDelegate)
     {
-        if (--delegate.openJobs == 0)
-            delegate.tellChanges();
+        ++delegate.openBatches;
     }
-    Job(const Job&) = delete;
-    Job& operator=(const Job&) = delete;
+    ~ChangeBatch()
+    {
+        if (--delegate.openBatches == 0)
+            delegate.flushChanges();
+    }
+    ChangeBatch(const ChangeBatch&) = delete;
+    ChangeBatch& operator=(const ChangeBatch&) = delete;
 
 private:
     KestSettingsAppDelegate& delegate;
 };
 
-void KestSettingsAppDelegate::tellChanges()
+void KestSettingsAppDelegate::flushChanges()
 {
     if (const auto changes = model.takeChanges(); !changes.isEmpty()) {
         frontEnd.menuChanged(changes);
@@ -28,8 +31,8 @@ void KestSettingsAppDelegate::tellChanges()
     }
 }
 
-KestSettingsAppDelegate::Parts::Parts(const Outlets& outlets, Settings::Backend& backend,
-                                      Workspace& workspace, AbortJobs& aborts)
+KestSettingsAppDelegate::Controllers::Controllers(const Outlets& outlets, Settings::Backend& backend,
+                                                  Workspace& workspace, AbortJobs& aborts)
     : settings(outlets, backend), facilities(outlets, backend), buses(outlets, backend),
       encodings(outlets, backend, workspace, aborts), services(workspace, backend.paths())
 {}
@@ -50,7 +53,7 @@ KestSettingsAppDelegate::~KestSettingsAppDelegate() = default;
 
 void KestSettingsAppDelegate::awakeFromNib()
 {
-    const Job job(*this);
+    const ChangeBatch batch(*this);
     outlets = loadInterface(model, workspace.hasAboutPanel());
     frontEnd.showStatusItem("Kestronics_Logo_19px");
 
@@ -59,11 +62,11 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend->messageCallback = msg_from_backend_callback;
     mBackend->hostStateCallback = host_state_callback;
 
-    parts.emplace(outlets, *mBackend, workspace, aborts);
+    controllers.emplace(outlets, *mBackend, workspace, aborts);
     const Settings::Backend::OneReport report(*mBackend);
-    parts->settings.showStoredChoices();
-    parts->buses.updateKestBusMenu();
-    parts->settings.showStoredSpeakerConfig();
+    controllers->settings.showStoredChoices();
+    controllers->buses.updateKestBusMenu();
+    controllers->settings.showStoredSpeakerConfig();
 
     outlets.mFacilityMenuItem->setHidden(true);
     outlets.mFacilityMenuItem2->setHidden(true);
@@ -74,9 +77,9 @@ void KestSettingsAppDelegate::awakeFromNib()
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
     takeHostState(); // the first pass may have preceded its callback as well
-    const Job job(*this);
-    if (parts)
-        parts->buses.fillFirst();
+    const ChangeBatch batch(*this);
+    if (controllers)
+        controllers->buses.fillAtLaunch();
 }
 
 void KestSettingsAppDelegate::applicationWillTerminate()
@@ -84,7 +87,7 @@ void KestSettingsAppDelegate::applicationWillTerminate()
     observer.reset();
     if (mBackend != nullptr) {
         aborts.end();
-        parts.reset();
+        controllers.reset();
         mBackend.reset();
         host = {};
     }
@@ -95,23 +98,23 @@ int KestSettingsAppDelegate::startError() const { return mBackend == nullptr ? 0
 
 bool KestSettingsAppDelegate::choose(ItemId id)
 {
-    const Job job(*this);
+    const ChangeBatch batch(*this);
     auto* item = model.itemWithId(id);
-    if (item == nullptr || !parts)
+    if (item == nullptr || !controllers)
         return false;
-    const auto& seen = item->properties();
-    if (!seen.enabled || seen.hidden || seen.separator || seen.action == Action::none)
+    const auto& properties = item->properties();
+    if (!properties.enabled || properties.hidden || properties.separator || properties.action == Action::none)
         return false;
-    perform(seen.action, item);
+    perform(properties.action, item);
     return true;
 }
 
 void KestSettingsAppDelegate::menuWillOpen(ItemId id)
 {
-    const Job job(*this);
+    const ChangeBatch batch(*this);
     const auto* item = model.itemWithId(id);
-    if (item != nullptr && item->submenu() != nullptr && parts)
-        parts->facilities.menuWillOpen(*item->submenu());
+    if (item != nullptr && item->submenu() != nullptr && controllers)
+        controllers->facilities.menuWillOpen(*item->submenu());
 }
 
 void KestSettingsAppDelegate::perform(Action action, Sender sender)
@@ -119,22 +122,22 @@ void KestSettingsAppDelegate::perform(Action action, Sender sender)
     // clang-format off
     switch (action) {
     case Action::none: return;
-    case Action::setSoloModeXOR: return parts->settings.setSoloModeXOR(sender);
-    case Action::setSoloModeLatch: return parts->settings.setSoloModeLatch(sender);
-    case Action::setHdxAuxTrackDelay: return parts->settings.setHdxAuxTrackDelay(sender);
-    case Action::setSpeakerConfig: return parts->settings.setSpeakerConfig(sender);
-    case Action::setFacility: return parts->facilities.setFacility(sender);
-    case Action::toggleSetting: return parts->settings.toggleSetting(sender);
-    case Action::setDAWType: return parts->settings.setDAWType(sender);
-    case Action::setDefaultKestBus: return parts->buses.setDefaultKestBus(sender);
-    case Action::encShowInFinder: return parts->encodings.encShowInFinder(sender);
-    case Action::abortEncoding: return parts->encodings.abortEncoding(sender);
-    case Action::clearEncodingHistory: return parts->encodings.clearEncodingHistory(sender);
-    case Action::restartService: return parts->services.restartService();
-    case Action::switchTo32: return parts->services.switchTo32();
-    case Action::switchTo64: return parts->services.switchTo64();
-    case Action::showAboutDialog: return parts->services.showAboutDialog();
-    case Action::openUninstaller: return parts->services.openUninstaller();
+    case Action::setSoloModeXOR: return controllers->settings.setSoloModeXOR(sender);
+    case Action::setSoloModeLatch: return controllers->settings.setSoloModeLatch(sender);
+    case Action::setHdxAuxTrackDelay: return controllers->settings.setHdxAuxTrackDelay(sender);
+    case Action::setSpeakerConfig: return controllers->settings.setSpeakerConfig(sender);
+    case Action::setFacility: return controllers->facilities.setFacility(sender);
+    case Action::toggleSetting: return controllers->settings.toggleSetting(sender);
+    case Action::setDAWType: return controllers->settings.setDAWType(sender);
+    case Action::setDefaultKestBus: return controllers->buses.setDefaultKestBus(sender);
+    case Action::encShowInFinder: return controllers->encodings.encShowInFinder(sender);
+    case Action::abortEncoding: return controllers->encodings.abortEncoding(sender);
+    case Action::clearEncodingHistory: return controllers->encodings.clearEncodingHistory(sender);
+    case Action::restartService: return controllers->services.restartService();
+    case Action::switchTo32: return controllers->services.switchTo32();
+    case Action::switchTo64: return controllers->services.switchTo64();
+    case Action::showAboutDialog: return controllers->services.showAboutDialog();
+    case Action::openUninstaller: return controllers->services.openUninstaller();
     case Action::terminate: return frontEnd.quit();
     }
     // clang-format on
@@ -148,39 +151,39 @@ bool KestSettingsAppDelegate::queueMsgFromBackend(std::int32_t number, std::int3
 
 void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
 {
-    const Job job(*this);
+    const ChangeBatch batch(*this);
     while (const auto message = slot.take()) {
         catchUp(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
         if (model.hasManyChanges()) // in a flood this loop does not end
-            tellChanges();
+            flushChanges();
     }
 }
 
 // Handles status messages that messages of another kind replaced in the slot.
 void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
 {
-    if (!parts)
+    if (!controllers)
         return;
     if (skipped.status)
         receivedStatusMessage(*skipped.status);
     if (skipped.busList)
-        parts->buses.refreshBusList();
+        controllers->buses.refreshBusList();
 }
 
 void KestSettingsAppDelegate::showReportedEncodings()
 {
-    while (parts->encodings.showReported())
+    while (controllers->encodings.showReported())
         if (model.hasManyChanges())
-            tellChanges();
+            flushChanges();
 }
 
 void KestSettingsAppDelegate::abortEnded(const Settings::ProcessIdentity& process, const std::string& failure)
 {
     {
-        const Job job(*this);
-        if (parts)
-            parts->encodings.abortEnded(process, failure);
+        const ChangeBatch batch(*this);
+        if (controllers)
+            controllers->encodings.abortEnded(process, failure);
     }
     if (observer != nullptr)
         observer->abortEnded(process.pid, failure);
@@ -189,12 +192,12 @@ void KestSettingsAppDelegate::abortEnded(const Settings::ProcessIdentity& proces
 void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::int32_t type,
                                                      const std::string& description)
 {
-    const Job job(*this);
-    if (!parts)
+    const ChangeBatch batch(*this);
+    if (!controllers)
         return;
     showReportedEncodings(); // includes encodings whose messages were replaced
     if (type > 0)
-        parts->encodings.receivedMsgFromBackend(number, type, description);
+        controllers->encodings.receivedMsgFromBackend(number, type, description);
     else if (type == 0)
         receivedStatusMessage(number);
 }
@@ -202,7 +205,7 @@ void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::i
 void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 {
     if (number == Settings::kMsgBusListChanged)
-        parts->buses.refreshBusList();
+        controllers->buses.refreshBusList();
     else if (const auto* message = Settings::statusMessage(number); message != nullptr && message->isShown)
         showNotification(message->text);
 }
@@ -217,7 +220,7 @@ void KestSettingsAppDelegate::takeHostState()
     if (now == host)
         return;
     {
-        const Job job(*this);
+        const ChangeBatch batch(*this);
         host = now;
     }
     frontEnd.hostChanged();

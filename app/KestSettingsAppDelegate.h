@@ -73,10 +73,11 @@ private:
                                           const char* description);
 
     /// A batch of changes. The end of the outermost batch reports them to the front end.
-    class Job;
+    class ChangeBatch;
     /// The controllers that need the Backend; destroyed before it.
-    struct Parts {
-        Parts(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace, AbortJobs& aborts);
+    struct Controllers {
+        Controllers(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace,
+                    AbortJobs& aborts);
         SettingsMenus settings;
         FacilityMenus facilities;
         DefaultBusMenu buses;
@@ -90,7 +91,7 @@ private:
     void showReportedEncodings();
     void takeHostState();
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
-    void tellChanges();
+    void flushChanges();
 
     FrontEnd& frontEnd;
     Workspace& workspace;
@@ -102,11 +103,11 @@ private:
     MessageSlot slot;
     Settings::HostState host;
     std::atomic<bool> isHostJobPosted = false;
-    int openJobs = 0;
+    int openBatches = 0;
     std::unique_ptr<Settings::Backend> mBackend;
-    std::optional<Parts> parts;
+    std::optional<Controllers> controllers;
     std::unique_ptr<MenuObserver> observer;
-    AbortJobs aborts; // destroyed first: its jobs use `parts`
+    AbortJobs aborts; // destroyed first: its jobs use `controllers`
 };
 
 /// The Backend's callback for a changed host: posts a job that reads its state. Any thread.

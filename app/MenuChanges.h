@@ -11,21 +11,21 @@
 namespace Kest::App {
 
 /// The state of an item before its first change.
-struct ItemBefore {
+struct PreviousState {
     SharedProperties properties;
     bool hadSubmenu = false;
 };
 
 /// The items added to a menu and removed from it. If there are none, the order of its items has changed.
-struct MenuReshape {
-    std::map<ItemId, SharedProperties> went;
-    std::vector<ItemId> came; // ascending
+struct LayoutChange {
+    std::map<ItemId, SharedProperties> removed;
+    std::vector<ItemId> added; // ascending
 };
 
 /// Changes by id. Added and removed items and their descendants appear only in `menus`.
 struct MenuChanges {
-    std::map<ItemId, ItemBefore> items;  // existing items whose properties or submenu presence changed
-    std::map<ItemId, MenuReshape> menus; // by the id of the item that owns the menu
+    std::map<ItemId, PreviousState> items; // existing items whose properties or submenu presence changed
+    std::map<ItemId, LayoutChange> menus;  // by the id of the item that owns the menu
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
 
@@ -39,33 +39,33 @@ class MenuJournal {
 public:
     /// Records the state of an item that is about to change, or of a removed item whose id is reused. Keeps
     /// only the first state of an id.
-    void noteItem(ItemId id, const ItemBefore& before);
-    void noteCame(ItemId owner, ItemId id);
-    void noteWent(ItemId owner, ItemId id, const SharedProperties& properties);
+    void itemWillChange(ItemId id, const PreviousState& before);
+    void itemAdded(ItemId owner, ItemId id);
+    void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
     /// Records the items of a menu that is about to be refilled.
-    void noteRefill(ItemId owner, std::vector<ItemId> before);
+    void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns how often an item was recorded as changed, added or removed since the last `take`.
-    std::size_t notes() const { return noted; }
+    std::size_t recordCount() const { return recorded; }
 
-    /// Returns the changes since the previous call and clears the journal. Ids up to `lastGiven` count as
+    /// Returns the changes since the previous call and clears the journal. Ids up to `lastAssigned` count as
     /// known afterwards. May include a menu that was refilled with its previous items, if another item was
     /// added before and removed by the refill.
-    MenuChanges take(const MenuModel& model, ItemId lastGiven);
+    MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:
-    struct Touched {
-        MenuReshape reshape;
+    struct MenuRecord {
+        LayoutChange change;
         std::optional<std::vector<ItemId>> before; // set when the menu was refilled
     };
-    bool isReshaped(const MenuModel& model, ItemId owner, const Touched& menu) const;
-    bool isDifferent(const MenuModel& model, ItemId id, const ItemBefore& before) const;
-    bool hasCome(const MenuItem& item) const;
+    bool isLayoutChanged(const MenuModel& model, ItemId owner, const MenuRecord& menu) const;
+    bool isDifferent(const MenuModel& model, ItemId id, const PreviousState& before) const;
+    bool isNew(const MenuItem& item) const;
 
     ItemId lastKnown = kStatusMenuId;
-    std::size_t noted = 0;
-    std::map<ItemId, ItemBefore> items;
-    std::map<ItemId, Touched> menus;
+    std::size_t recorded = 0;
+    std::map<ItemId, PreviousState> items;
+    std::map<ItemId, MenuRecord> menus;
 };
 
 } // namespace Kest::App

@@ -9,21 +9,21 @@ namespace {
 
 std::string differenceText(const ItemProperties& before, const ItemProperties& now)
 {
-    std::vector<std::string> words;
+    std::vector<std::string> differences;
     if (before.hidden != now.hidden)
-        words.emplace_back(now.hidden ? "hidden" : "shown");
+        differences.emplace_back(now.hidden ? "hidden" : "shown");
     if (before.on != now.on)
-        words.emplace_back(now.on ? "on" : "off");
+        differences.emplace_back(now.on ? "on" : "off");
     if (before.enabled != now.enabled)
-        words.emplace_back(now.enabled ? "available" : "greyed");
+        differences.emplace_back(now.enabled ? "available" : "greyed");
     if (before.red != now.red)
-        words.emplace_back(now.red ? "not available" : "available again");
+        differences.emplace_back(now.red ? "not available" : "available again");
     if (now.view && before.view != now.view)
-        words.push_back(now.view->percent ? now.view->percentText() : "no percentage");
+        differences.push_back(now.view->percent ? now.view->percentText() : "no percentage");
 
     std::string text;
-    for (const auto& word : words)
-        text += (text.empty() ? "" : ", ") + word;
+    for (const auto& difference : differences)
+        text += (text.empty() ? "" : ", ") + difference;
     return text;
 }
 
@@ -43,16 +43,16 @@ bool isWithinHidden(const MenuItem& item)
     return above != nullptr && (above->properties().hidden || isWithinHidden(*above));
 }
 
-void addReshape(const MenuItem* owner, const MenuReshape& reshape, const MenuModel& menu,
-                std::vector<MenuEvent>& events)
+void addLayoutChange(const MenuItem* owner, const LayoutChange& change, const MenuModel& menu,
+                     std::vector<MenuEvent>& events)
 {
     if (owner != nullptr && (owner->properties().hidden || isWithinHidden(*owner)))
         return;
     const auto above = owner == nullptr ? std::string() : pathOf(*owner).append(kPathSeparator);
-    for (const auto& [id, removed] : reshape.went)
+    for (const auto& [id, removed] : change.removed)
         if (isListed(*removed))
             events.push_back({MenuEvent::Kind::removed, id, above + Text::printable(itemName(*removed)), {}});
-    for (const auto id : reshape.came)
+    for (const auto id : change.added)
         if (const auto& added = menu.itemWithId(id)->properties(); isListed(added))
             events.push_back({MenuEvent::Kind::added, id, above + Text::printable(itemName(added)),
                               differenceText(kPlain, added)});
@@ -80,8 +80,8 @@ std::string MenuEvent::line() const { return verb(kind) + path + (what.empty() ?
 std::vector<MenuEvent> menuEvents(const MenuChanges& changes, const MenuModel& menu)
 {
     std::vector<MenuEvent> events;
-    for (const auto& [owner, reshape] : changes.menus)
-        addReshape(menu.itemWithId(owner), reshape, menu, events);
+    for (const auto& [owner, change] : changes.menus)
+        addLayoutChange(menu.itemWithId(owner), change, menu, events);
     for (const auto& [id, before] : changes.items)
         addChange(*before.properties, *menu.itemWithId(id), events);
     return events;

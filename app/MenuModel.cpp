@@ -29,38 +29,38 @@ void MenuItem::change(Value ItemProperties::*property, Value to)
 {
     if (properties().*property == to)
         return;
-    if (above != nullptr)
-        noteBefore(above->model.journal);
-    seen = seen.with(property, std::move(to));
+    if (parent != nullptr)
+        recordState(parent->model.journal);
+    props = props.with(property, std::move(to));
 }
 
 template void MenuItem::change(bool ItemProperties::*, bool);
 template void MenuItem::change(std::optional<EntryView> ItemProperties::*, std::optional<EntryView>);
 
-void MenuItem::noteBefore(MenuJournal& journal) const
+void MenuItem::recordState(MenuJournal& journal) const
 {
-    journal.noteItem(identity, {seen, below != nullptr});
+    journal.itemWillChange(itemId, {props, ownSubmenu != nullptr});
 }
 
-void MenuItem::noteGoneBelow(MenuJournal& journal) const
+void MenuItem::recordSubmenuRemoved(MenuJournal& journal) const
 {
-    if (below != nullptr)
-        for (const auto& item : below->items)
-            journal.noteWent(identity, item->identity, item->seen);
+    if (ownSubmenu != nullptr)
+        for (const auto& item : ownSubmenu->items)
+            journal.itemRemoved(itemId, item->itemId, item->props);
 }
 
 void MenuItem::setSubmenu(std::unique_ptr<Menu> menu)
 {
     auto& journal = menu->model.journal;
-    noteBefore(journal);
-    noteGoneBelow(journal);
-    below = std::move(menu);
-    below->owner = this;
-    for (const auto& item : below->items)
-        journal.noteCame(identity, item->identity);
+    recordState(journal);
+    recordSubmenuRemoved(journal);
+    ownSubmenu = std::move(menu);
+    ownSubmenu->owner = this;
+    for (const auto& item : ownSubmenu->items)
+        journal.itemAdded(itemId, item->itemId);
 }
 
-MenuItem* MenuItem::parentItem() const { return above == nullptr ? nullptr : above->owner; }
+MenuItem* MenuItem::parentItem() const { return parent == nullptr ? nullptr : parent->owner; }
 
 Menu::~Menu()
 {
@@ -68,14 +68,14 @@ Menu::~Menu()
         model.removeFromIndex(*item);
 }
 
-bool Menu::isPlaced() const { return owner != nullptr || &model.statusMenu() == this; }
+bool Menu::isAttached() const { return owner != nullptr || &model.statusMenu() == this; }
 
 std::vector<ItemId> Menu::ids() const
 {
     std::vector<ItemId> found;
     found.reserve(items.size());
     for (const auto& item : items)
-        found.push_back(item->identity);
+        found.push_back(item->itemId);
     return found;
 }
 
@@ -103,29 +103,29 @@ int Menu::indexOfItem(const MenuItem& item) const
 MenuItem& Menu::insertItem(std::unique_ptr<MenuItem> item, int index)
 {
     auto& inserted = *item;
-    inserted.identity = identityFor(inserted);
-    inserted.above = this;
+    inserted.itemId = idFor(inserted);
+    inserted.parent = this;
     items.insert(items.begin() + index, std::move(item));
     model.addToIndex(inserted);
-    if (isPlaced())
-        model.journal.noteCame(ownerId(), inserted.identity);
+    if (isAttached())
+        model.journal.itemAdded(ownerId(), inserted.itemId);
     return inserted;
 }
 
-ItemId Menu::identityFor(const MenuItem& item)
+ItemId Menu::idFor(const MenuItem& item)
 {
     const auto same = std::ranges::find_if(removed, [&](const auto& before) {
         const auto& was = before->properties();
         const auto& is = item.properties();
         return was.title == is.title && was.action == is.action && was.separator == is.separator;
     });
-    if (same == removed.end() || model.indexed((*same)->identity) != nullptr)
+    if (same == removed.end() || model.indexed((*same)->itemId) != nullptr)
         return model.unusedId();
-    const auto identity = (*same)->identity;
-    (*same)->noteBefore(model.journal);
-    (*same)->noteGoneBelow(model.journal);
+    const auto itemId = (*same)->itemId;
+    (*same)->recordState(model.journal);
+    (*same)->recordSubmenuRemoved(model.journal);
     removed.erase(same);
-    return identity;
+    return itemId;
 }
 
 std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
@@ -134,22 +134,22 @@ std::unique_ptr<MenuItem> Menu::removeItem(const MenuItem& item)
     auto taken = std::move(*position);
     items.erase(position);
     model.removeFromIndex(*taken);
-    taken->above = nullptr;
-    if (isPlaced())
-        model.journal.noteWent(ownerId(), taken->identity, taken->seen);
+    taken->parent = nullptr;
+    if (isAttached())
+        model.journal.itemRemoved(ownerId(), taken->itemId, taken->props);
     return taken;
 }
 
 void Menu::removeAllItems()
 {
-    if (isPlaced())
-        model.journal.noteRefill(ownerId(), ids());
+    if (isAttached())
+        model.journal.menuWillRefill(ownerId(), ids());
     removed = std::exchange(items, {});
     for (const auto& item : removed) {
         model.removeFromIndex(*item);
-        item->above = nullptr;
-        if (isPlaced())
-            model.journal.noteWent(ownerId(), item->identity, item->seen);
+        item->parent = nullptr;
+        if (isAttached())
+            model.journal.itemRemoved(ownerId(), item->itemId, item->props);
     }
 }
 
@@ -186,8 +186,8 @@ MenuItem* MenuModel::itemWithId(ItemId id) const
 
 bool MenuModel::hasManyChanges() const
 {
-    constexpr std::size_t kMany = 2000; // less than 1 MB of records; reached only in a flood
-    return journal.notes() > kMany;
+    constexpr std::size_t kMaxRecords = 2000; // less than 1 MB of records; reached only in a flood
+    return journal.recordCount() > kMaxRecords;
 }
 
 MenuChanges MenuModel::takeChanges() { return journal.take(*this, reusesIds ? maxItemId : lastId); }

@@ -19,16 +19,16 @@ class MenuModel;
 /// Main thread only, like the whole model. Owned by the menu that contains it.
 class MenuItem {
 public:
-    explicit MenuItem(SharedProperties properties) : seen(std::move(properties)) {}
+    explicit MenuItem(SharedProperties properties) : props(std::move(properties)) {}
     ~MenuItem();
     MenuItem(const MenuItem&) = delete;
     MenuItem& operator=(const MenuItem&) = delete;
 
-    ItemId id() const { return identity; }
-    const ItemProperties& properties() const { return *seen; }
-    const SharedProperties& sharedProperties() const { return seen; }
-    const std::string& title() const { return seen->title; }
-    int tag() const { return seen->tag; }
+    ItemId id() const { return itemId; }
+    const ItemProperties& properties() const { return *props; }
+    const SharedProperties& sharedProperties() const { return props; }
+    const std::string& title() const { return props->title; }
+    int tag() const { return props->tag; }
 
     void setState(bool on) { change(&ItemProperties::on, on); }
     void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
@@ -36,9 +36,9 @@ public:
     void setView(const EntryView& view) { change(&ItemProperties::view, std::optional(view)); }
     void setSubmenu(std::unique_ptr<Menu> menu);
 
-    Menu* submenu() const { return below.get(); }
+    Menu* submenu() const { return ownSubmenu.get(); }
     /// Returns the menu that contains the item; null if there is none.
-    Menu* menu() const { return above; }
+    Menu* menu() const { return parent; }
     /// Returns the item whose submenu contains this one; null at the top level.
     MenuItem* parentItem() const;
 
@@ -46,13 +46,13 @@ private:
     friend class Menu;
     template <typename Value>
     void change(Value ItemProperties::*property, Value to);
-    void noteBefore(MenuJournal& journal) const;
-    void noteGoneBelow(MenuJournal& journal) const;
+    void recordState(MenuJournal& journal) const;
+    void recordSubmenuRemoved(MenuJournal& journal) const;
 
-    SharedProperties seen;
-    ItemId identity = kStatusMenuId;
-    Menu* above = nullptr;
-    std::unique_ptr<Menu> below;
+    SharedProperties props;
+    ItemId itemId = kStatusMenuId;
+    Menu* parent = nullptr;
+    std::unique_ptr<Menu> ownSubmenu;
 };
 
 /// An ordered list of items, which it owns.
@@ -88,11 +88,11 @@ public:
 
 private:
     friend class MenuItem;
-    ItemId identityFor(const MenuItem& item);
+    ItemId idFor(const MenuItem& item);
     /// Returns whether the menu is the status menu or has an owner item. Templates and menus under
     /// construction are not attached.
-    bool isPlaced() const;
-    ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->identity; }
+    bool isAttached() const;
+    ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->itemId; }
     std::vector<ItemId> ids() const;
 
     MenuModel& model;

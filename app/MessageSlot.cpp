@@ -8,7 +8,7 @@
 namespace Kest::App {
 namespace {
 
-constexpr std::size_t kLongestDescription = 1022; // bytes
+constexpr std::size_t kMaxDescriptionLength = 1022; // bytes
 
 } // namespace
 
@@ -17,8 +17,8 @@ std::string descriptionText(const char* description)
     if (description == nullptr || !Text::isUtf8(description))
         return {};
     std::string text = description;
-    if (text.size() > kLongestDescription)
-        text.resize(Text::wholeCharacters(text, kLongestDescription));
+    if (text.size() > kMaxDescriptionLength)
+        text.resize(Text::wholeCharacters(text, kMaxDescriptionLength));
     return text;
 }
 
@@ -28,12 +28,12 @@ bool MessageSlot::queueMsgFromBackend(std::int32_t number, std::int32_t type, co
     const MutexLock lock(msgLock);
     const bool wasEmpty = msgs_in_queue < 1;
     if (!wasEmpty)
-        noteSkipped();
+        recordSkipped();
     msg_nr_queue = number;
     msg_type_queue = type;
     msg_descr_queue = std::move(text);
     msgs_in_queue = 1;
-    forgetSkipped();
+    clearSkipped();
     return wasEmpty;
 }
 
@@ -53,7 +53,7 @@ bool MessageSlot::isBusList() const
 }
 
 // Records the waiting message, which is about to be replaced.
-void MessageSlot::noteSkipped()
+void MessageSlot::recordSkipped()
 {
     if (isBusList())
         skipped.busList = true;
@@ -62,7 +62,7 @@ void MessageSlot::noteSkipped()
 }
 
 // Clears the record of the new message's kind, which the new message replaces.
-void MessageSlot::forgetSkipped()
+void MessageSlot::clearSkipped()
 {
     if (isBusList())
         skipped.busList = false;

@@ -1,7 +1,7 @@
 // Passes a backend message from the Backend's threads to the main thread.
 #pragma once
 
-#include "backend/Guarded.h"
+#include "backend/Mutex.h"
 
 #include <cstdint>
 #include <optional>
@@ -38,8 +38,8 @@ public:
 
 private:
     bool isBusList() const KEST_REQUIRES(msgLock);
-    void noteSkipped() KEST_REQUIRES(msgLock);
-    void forgetSkipped() KEST_REQUIRES(msgLock);
+    void recordSkipped() KEST_REQUIRES(msgLock);
+    void clearSkipped() KEST_REQUIRES(msgLock);
 
     Mutex msgLock;
     std::int32_t msg_nr_queue KEST_GUARDED_BY(msgLock) = 0;

@@ -32,28 +32,28 @@ std::string resolved(const std::string& path)
 }
 
 // Returns the components of an absolute path without links, the root folder as "/".
-std::vector<std::string> partsOf(const std::string& path)
+std::vector<std::string> componentNames(const std::string& path)
 {
-    std::vector<std::string> parts{"/"};
+    std::vector<std::string> names{"/"};
     for (std::size_t begin = 1; begin < path.size();) {
         const auto end = std::min(path.find('/', begin), path.size());
-        parts.push_back(path.substr(begin, end - begin));
+        names.push_back(path.substr(begin, end - begin));
         begin = end + 1;
     }
-    return parts;
+    return names;
 }
 
 // Opens each folder inside the previous one and records their identities. Returns an empty descriptor, with
 // `errno` set, if one is not a folder or has become a link.
-Settings::Descriptor openAll(const std::vector<std::string>& parts, Chain& chain)
+Settings::Descriptor openAll(const std::vector<std::string>& names, Chain& chain)
 {
     Settings::Descriptor folder;
-    for (const auto& part : parts) {
-        auto next = openFolder(folder ? folder.get() : AT_FDCWD, part);
+    for (const auto& name : names) {
+        auto next = openFolder(folder ? folder.get() : AT_FDCWD, name);
         const auto facts = next ? examine(next.get()) : std::nullopt;
         if (!facts)
             return {};
-        chain.push_back({part, facts->identity});
+        chain.push_back({name, facts->identity});
         folder = std::move(next);
     }
     return folder;
@@ -74,7 +74,7 @@ std::string refusalBy(const ProtectedFolder& row, const Chain& chain)
     if (path.empty() && (errno == ENOENT || errno == ENOTDIR || errno == EACCES))
         return {};
     Chain protectedChain;
-    if (path.empty() || !openAll(partsOf(path), protectedChain))
+    if (path.empty() || !openAll(componentNames(path), protectedChain))
         return row.path + " cannot be examined";
     if (positionIn(protectedChain, chain.back().identity) >= 0)
         return "it is or contains " + row.path;
@@ -83,9 +83,9 @@ std::string refusalBy(const ProtectedFolder& row, const Chain& chain)
         return {};
     const int levels = static_cast<int>(chain.size()) - 1 - position;
     if (levels <= row.levels)
-        return "it belongs to " + row.path;
-    const auto& below = chain[static_cast<std::size_t>(position) + 1].name;
-    return row.hiddenTrees && below.starts_with('.') ? "it is in a hidden folder of " + row.path : "";
+        return "it is in the protected folder " + row.path;
+    const auto& child = chain[static_cast<std::size_t>(position) + 1].name;
+    return row.hiddenTrees && child.starts_with('.') ? "it is in a hidden folder of " + row.path : "";
 }
 
 std::string refusalByMounts(const Settings::Descriptor& folder)
@@ -119,7 +119,7 @@ OutputFolder openAt(const std::string& path, const std::vector<ProtectedFolder>&
     const auto parent = resolved(path.substr(0, slash + 1));
     Chain chain;
     if (!parent.empty())
-        opened.parent = openAll(partsOf(parent), chain);
+        opened.parent = openAll(componentNames(parent), chain);
     if (opened.parent)
         opened.folder = openFolder(opened.parent.get(), opened.name);
     const auto facts = opened.folder ? examine(opened.folder.get()) : std::nullopt;

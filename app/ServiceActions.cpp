@@ -6,7 +6,7 @@ namespace Kest::App {
 
 void ServiceActions::restartService()
 {
-    Settings::Backend::save_username(paths.lastUserMarker);
+    Settings::Backend::save_username(paths.lastUserFile);
     (void)workspace.run(paths.restartCommand, {});
 }
 

@@ -13,7 +13,7 @@
 namespace Kest::Settings {
 namespace {
 
-void reportMarker(const std::string& path)
+void reportLastUserFile(const std::string& path)
 {
     Lct::Log(Lct::eLogWarning, "last user", "%.300s not written: %s", path.c_str(), std::strerror(errno));
 }
@@ -35,7 +35,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
       startFailure(reader.start())
 {
     if (monitor.acceptsHost())
-        save_username(systemPaths.lastUserMarker);
+        save_username(systemPaths.lastUserFile);
     if (startFailure == 0)
         startFailure = monitor.start();
 }
@@ -48,20 +48,20 @@ Backend::~Backend()
     reader.stop();
 }
 
-void Backend::save_username(const std::string& markerPath)
+void Backend::save_username(const std::string& path)
 {
     const passwd* user = getpwuid(geteuid());
     if (user == nullptr)
         return;
-    const int file = LIPC::openSharedFile(markerPath.c_str(), LIPC::kModeWorldWritable);
+    const int file = LIPC::openSharedFile(path.c_str(), LIPC::kModeWorldWritable);
     if (file < 0) {
         if (errno != ENOENT) // optional: systems without this folder have no such file
-            reportMarker(markerPath);
+            reportLastUserFile(path);
         return;
     }
     const auto line = std::string(user->pw_name) + "\n";
     if (ftruncate(file, 0) != 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
-        reportMarker(markerPath);
+        reportLastUserFile(path);
     fchmod(file, LIPC::kModeWorldWritable); // regardless of the umask: every user overwrites it
     close(file);
 }

@@ -48,7 +48,7 @@ public:
     int startError() const { return startFailure; }
 
     /// Writes the login name of the effective user into the last-user file, which every user may overwrite.
-    static void save_username(const std::string& markerPath = SystemPaths().lastUserMarker);
+    static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
     /// Returns the stored value of a setting of `kParameterSettings`, or its default.
     int value(const Setting& setting) const;

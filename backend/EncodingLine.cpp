@@ -6,7 +6,7 @@
 namespace Kest::Settings {
 namespace {
 
-constexpr std::size_t kLongestValue = 1023;
+constexpr std::size_t kMaxValueBytes = 1023;
 
 constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -78,12 +78,12 @@ std::optional<EncodingLine> parseEncodingLine(std::string_view line)
         if (percentage && *percentage >= 0)
             return EncodingLine{*pid, ProgressLine{*percentage}};
     } else if (const auto path = scanner.field("path:"); path && !path->empty()) {
-        if (path->size() > kLongestValue)
+        if (path->size() > kMaxValueBytes)
             return EncodingLine{*pid, OverlongValue{true}};
         return EncodingLine{*pid, PathLine{*path}};
     } else if (const auto type = scanner.field("enc_type:"); type && !type->empty()) {
         const auto word = std::string_view(type->begin(), std::ranges::find_if(*type, isBlank));
-        if (word.size() > kLongestValue)
+        if (word.size() > kMaxValueBytes)
             return EncodingLine{*pid, OverlongValue{false}};
         return EncodingLine{*pid, TypeLine{word}};
     }

@@ -55,16 +55,17 @@ void EncodingReader::restorePipe()
     if (isFirst) {
         Lct::print("\nfifo fd = %d \n", progressPipe.descriptor());
     } else if (losses < 2) {
-        Lct::Log(Lct::eLogWarning, "encoding", "%s was gone and is made again", fifoPath.c_str());
+        Lct::Log(Lct::eLogWarning, "encoding", "%s was missing and is created again", fifoPath.c_str());
     } else if (losses == 2) {
-        Lct::Log(Lct::eLogWarning, "encoding",
-                 "%s is replaced by another process that reads it, probably a second agent; it is made again "
-                 "after up to %d s each time",
-                 fifoPath.c_str(), static_cast<int>(PipeRivalry::kMaxDelay.count()));
+        Lct::Log(
+            Lct::eLogWarning, "encoding",
+            "%s is replaced by another process that reads it, probably a second agent; it is created again "
+            "after up to %d s each time",
+            fifoPath.c_str(), static_cast<int>(PipeRivalry::kMaxDelay.count()));
     }
 }
 
-void EncodingReader::readLines(const ProgressPipe::Piece& piece)
+void EncodingReader::readLines(const ProgressPipeReader::Piece& piece)
 {
     if (const auto now = std::chrono::steady_clock::now(); now - identifiedSince >= kIdentifiedFor) {
         identified.clear();
@@ -90,7 +91,7 @@ void EncodingReader::parse_1line(std::string_view line)
 void EncodingReader::dropLine(std::string_view beginning)
 {
     Lct::Log(Lct::eLogError, "encoding", "line of more than %zu bytes dropped",
-             Text::LineSplitter::kLongestLine);
+             Text::LineSplitter::kMaxLineBytes);
     const auto parsed = parseEncodingLine(beginning);
     if (parsed && std::holds_alternative<OverlongValue>(parsed->content))
         take(*parsed);

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "backend/EncodingTable.h"
-#include "backend/Guarded.h"
-#include "backend/ProgressPipe.h"
+#include "backend/Mutex.h"
+#include "backend/ProgressPipeReader.h"
 
 #include <atomic>
 #include <chrono>
@@ -46,7 +46,7 @@ public:
 private:
     void namedPipeThreadloop();
     void restorePipe();
-    void readLines(const ProgressPipe::Piece& piece);
+    void readLines(const ProgressPipeReader::Piece& piece);
     void parse_1line(std::string_view line);
     void dropLine(std::string_view beginning);
     void take(const EncodingLine& line);
@@ -55,7 +55,7 @@ private:
     const std::string fifoPath;
     const Report report;
     std::atomic<std::int32_t> stopRequests = 0;
-    ProgressPipe progressPipe{fifoPath.c_str()};
+    ProgressPipeReader progressPipe{fifoPath.c_str()};
     std::thread pipeThread;
 
     mutable Mutex encodingMutex;

@@ -14,7 +14,7 @@ public:
 
     static constexpr std::chrono::seconds kMaxDelay{60};
     /// The delay is reset after our pipe was at the path for this time: three maximum delays.
-    static constexpr std::chrono::seconds kSettled{180};
+    static constexpr std::chrono::seconds kStable{180};
 
     /// Records that our pipe is at the path.
     void made(Clock::time_point now)
@@ -31,7 +31,7 @@ public:
             return true;
         if (!isCounted) {
             isCounted = true;
-            replacements = now - madeAt < kSettled ? replacements + 1 : 1;
+            replacements = now - madeAt < kStable ? replacements + 1 : 1;
             retryAt = now + delay();
         }
         return now >= retryAt;

@@ -83,7 +83,7 @@ void SessionMonitor::timerThreadloop()
     for (int pass = 1; !isStopping; ++pass) {
         callbacks.eachPass();
         if (pass % kPassesPerRefresh == 0)
-            refreshMarkers();
+            refreshKeyFiles();
         if (versionIsPending)
             acceptsHost();
         if (hostArchMismatch == 0)
@@ -95,7 +95,7 @@ void SessionMonitor::timerThreadloop()
 
 // Refreshes both key files here: the version segment is attached only at the start, and the segments of a
 // refused host never.
-void SessionMonitor::refreshMarkers() const
+void SessionMonitor::refreshKeyFiles() const
 {
     for (const auto& segment : {paths.versionSegment, paths.sessionSegment})
         LIPC::shmKey(segment.c_str());
@@ -105,12 +105,12 @@ void SessionMonitor::refreshMarkers() const
 void SessionMonitor::monitorPass()
 {
     const Session session(paths.sessionSegment.c_str());
-    if (marker.isMarkerLost(session))
+    if (keyFileWatch.isKeyFileLost(session))
         Lct::Log(
             Lct::eLogError, "session",
             "%s was removed while its segment still exists; the agent cannot find the session until K3DHost "
             "is restarted",
-            LIPC::markerPath(paths.sessionSegment.c_str()).c_str());
+            LIPC::keyFilePath(paths.sessionSegment.c_str()).c_str());
     if (session.contents() == nullptr)
         return setHostState({});
     session.populate();

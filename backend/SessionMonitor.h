@@ -1,8 +1,8 @@
 // Observes the host's session once a second on its own thread, and keeps a table of the buses.
 #pragma once
 
-#include "backend/Guarded.h"
-#include "lipc/MarkerWatch.h"
+#include "backend/Mutex.h"
+#include "lipc/KeyFileWatch.h"
 
 #include <atomic>
 #include <chrono>
@@ -87,7 +87,7 @@ public:
 private:
     void timerThreadloop();
     void monitorPass();
-    void refreshMarkers() const;
+    void refreshKeyFiles() const;
     void setHostState(const HostState& state);
     void passHostMessageOn(std::int32_t number);
     void refreshBusClients(const LIPC::SessionBuffer& session);
@@ -106,8 +106,8 @@ private:
     // Used by the monitor thread only, once it runs.
     bool versionIsPending = false; // the host has not published its word size yet
     std::int32_t lastHostMessage = 0;
-    int unstablePasses = 0;   // in a row, in which the buses changed between two scans
-    LIPC::MarkerWatch marker; // of the session
+    int unstablePasses = 0;          // in a row, in which the buses changed between two scans
+    LIPC::KeyFileWatch keyFileWatch; // of the session
 
     Mutex stopMutex;
     std::condition_variable_any stopSignal;

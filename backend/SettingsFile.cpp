@@ -1,8 +1,8 @@
 #include "backend/SettingsFile.h"
 
-#include "backend/FileText.h"
+#include "backend/FileIo.h"
 #include "backend/SettingsFileCheck.h"
-#include "backend/SettingsPlace.h"
+#include "backend/SettingsLocation.h"
 #include "backend/SystemPaths.h"
 #include "log/Log.h"
 #include "tables/Settings.h"
@@ -18,7 +18,7 @@
 namespace Kest::Settings {
 namespace {
 
-bool canBeKept(const juce::String& value)
+bool canBeSaved(const juce::String& value)
 {
     juce::StringPairArray one(false);
     one.set("value", value);
@@ -28,14 +28,14 @@ bool canBeKept(const juce::String& value)
     return kept && kept->getValue("value") == value;
 }
 
-FileText readSettings(const std::string& path) { return readFile(path, kLongestSettings + 1); }
+FileContent readSettings(const std::string& path) { return readFile(path, kMaxSettingsBytes + 1); }
 
-std::optional<juce::PropertySet> valuesIn(const FileText& file)
+std::optional<juce::PropertySet> valuesIn(const FileContent& file)
 {
     return file.error == 0 ? readSettingsText(file.text) : std::nullopt;
 }
 
-bool isMissing(const FileText& file) { return file.error == ENOENT || file.error == ENOTDIR; }
+bool isMissing(const FileContent& file) { return file.error == ENOENT || file.error == ENOTDIR; }
 
 void report(const std::string& path, const char* what, const char* why)
 {
@@ -59,15 +59,15 @@ std::string titleOf(const juce::String& key)
 } // namespace
 
 SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemPaths& paths)
-    : store(juceStore), path(settingsFileBehindLinks(paths.settingsFile())), lastGood(path + ".last"),
+    : store(juceStore), path(settingsFileBehindLinks(paths.settingsFile())), backup(path + ".last"),
       damaged(path + ".bad")
 {
     const juce::File folder(juce::String::fromUTF8(paths.absoluteSettingsFolder().c_str()));
     if (!folder.exists())
         folder.createDirectory();
-    removeStrays(path);
+    removeStaleTempFiles(path);
     unlink(temporaryOf(path).c_str());
-    unlink(temporaryOf(lastGood).c_str());
+    unlink(temporaryOf(backup).c_str());
     store.setStorageParameters(storeOptions(path));
     unsaved.setFallbackPropertySet(&inFile);
 }
@@ -75,8 +75,8 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
 SettingsFile::~SettingsFile()
 {
     holdReports();
-    settle();
-    if (unsaved.getAllProperties().size() == 0 || (save() && settle()))
+    commit();
+    if (unsaved.getAllProperties().size() == 0 || (saveUnsaved() && commit()))
         return;
     isHolding = false;
     reportUnsaved("still not saved", "lost, as the agent ends");
@@ -84,41 +84,41 @@ SettingsFile::~SettingsFile()
 
 const juce::PropertySet& SettingsFile::values()
 {
-    if (!isLoaded && !unsettled) // until `settle`, `unsaved` contains the saved values
+    if (!isLoaded && !pendingSave) // until `commit`, `unsaved` contains the saved values
         load(Repair::no);
     return unsaved;
 }
 
-SaveResult SettingsFile::keep(const char* key, const juce::var& value)
+SaveResult SettingsFile::save(const char* key, const juce::var& value)
 {
-    settle();
-    if (value.isString() && !canBeKept(value.toString())) {
+    commit();
+    if (value.isString() && !canBeSaved(value.toString())) {
         reportNotSaved("not saved", "the file cannot contain this text", titleOf(key),
-                       "the choice before stays in effect", path);
+                       "the previous choice stays in effect", path);
         return SaveResult::refused;
     }
     unsaved.removeValue(key); // so that it is added last
     unsaved.setValue(key, value);
-    if (save())
+    if (saveUnsaved())
         return SaveResult::saved;
     reportUnsaved("not saved", "in effect until the agent ends");
     return SaveResult::failed;
 }
 
-bool SettingsFile::settle()
+bool SettingsFile::commit()
 {
-    auto save = std::exchange(unsettled, std::nullopt);
+    auto save = std::exchange(pendingSave, std::nullopt);
     if (!save)
         return true;
     if (!flushWithFolder(path)) {
         reason = std::strerror(errno);
-        giveUp(save->before);
+        rollBack(save->before);
         reportUnsaved("not saved", "in effect until the agent ends");
         return false;
     }
     text = std::move(save->text);
     inFile = save->values;
-    hasCopy = keepLastGood();
+    isBackupCurrent = saveBackup();
     unsaved.clear();
     return true;
 }
@@ -145,12 +145,12 @@ void SettingsFile::reportUnsaved(const char* what, const char* effect)
 SettingsFile::Load SettingsFile::load(Repair repair)
 {
     auto file = readSettings(path);
-    if (file.error == 0 && hasCopy && file.text == text) { // unchanged since the last check
+    if (file.error == 0 && isBackupCurrent && file.text == text) { // unchanged since the last check
         isLoaded = true;
-        return Load::whole;
+        return Load::loaded;
     }
     auto values = valuesIn(file);
-    if (file.error == 0 && !values && repair == Repair::yes && setAside()) {
+    if (file.error == 0 && !values && repair == Repair::yes && quarantine()) {
         file = readSettings(path);
         values = valuesIn(file);
     }
@@ -159,50 +159,50 @@ SettingsFile::Load SettingsFile::load(Repair repair)
         if (file.error != 0) {
             reason = std::strerror(file.error);
             if (!std::exchange(isReported, true))
-                report(path, "cannot be used, and is left alone", reason.c_str());
+                report(path, "cannot be used and is not changed", reason.c_str());
         }
-        useLastGood();
+        useBackup();
         return Load::failed;
     }
     isReported = false;
     text = isMissing(file) ? std::string() : std::move(file.text);
     inFile = values.value_or(juce::PropertySet());
-    hasCopy = repair == Repair::yes && !isMissing(file) && keepLastGood();
-    return isMissing(file) ? Load::missing : Load::whole;
+    isBackupCurrent = repair == Repair::yes && !isMissing(file) && saveBackup();
+    return isMissing(file) ? Load::missing : Load::loaded;
 }
 
-void SettingsFile::useLastGood()
+void SettingsFile::useBackup()
 {
-    hasCopy = false; // `text` is not the text in use
-    if (const auto values = valuesIn(readSettings(lastGood)))
+    isBackupCurrent = false; // `text` is not the text in use
+    if (const auto values = valuesIn(readSettings(backup)))
         inFile = *values;
 }
 
 // The path always has a file, so that a crash in between is not taken for a first start.
-bool SettingsFile::setAside()
+bool SettingsFile::quarantine()
 {
-    const bool isCopyWell = valuesIn(readSettings(lastGood)).has_value();
+    const bool isBackupValid = valuesIn(readSettings(backup)).has_value();
     unlink(damaged.c_str());
-    const bool isAside = (isCopyWell && link(path.c_str(), damaged.c_str()) == 0) ||
+    const bool isAside = (isBackupValid && link(path.c_str(), damaged.c_str()) == 0) ||
                          std::rename(path.c_str(), damaged.c_str()) == 0;
     if (!isAside) {
         reason = std::strerror(errno);
         if (!std::exchange(isReported, true))
-            report(path, "is damaged and cannot be set aside as .bad", reason.c_str());
+            report(path, "is damaged and cannot be renamed to .bad", reason.c_str());
         return false;
     }
-    const bool isBack = isCopyWell && std::rename(lastGood.c_str(), path.c_str()) == 0;
-    report(path, "is damaged",
-           isBack ? "set aside as .bad; its last good copy is used" : "set aside as .bad");
+    const bool isBack = isBackupValid && std::rename(backup.c_str(), path.c_str()) == 0;
+    report(path, "is damaged", isBack ? "renamed to .bad; the backup is used" : "renamed to .bad");
     return true;
 }
 
-bool SettingsFile::save()
+bool SettingsFile::saveUnsaved()
 {
     isLoaded = false; // the next query reads the file again, whether this succeeds or not
     const auto before = load(Repair::yes);
     isLoaded = false;
-    if (before == Load::failed || (before == Load::whole && !hasCopy)) // nothing to restore after a failure
+    if (before == Load::failed ||
+        (before == Load::loaded && !isBackupCurrent)) // nothing to restore after a failure
         return false;
     if (isInFile(unsaved)) { // usual at the start
         unsaved.clear();
@@ -210,7 +210,7 @@ bool SettingsFile::save()
     }
     if (saveValues(before))
         return true;
-    giveUp(before);
+    rollBack(before);
     return false;
 }
 
@@ -223,9 +223,9 @@ bool SettingsFile::isInFile(juce::PropertySet& choices)
     });
 }
 
-void SettingsFile::giveUp(Load before)
+void SettingsFile::rollBack(Load before)
 {
-    if (!putBack(before))
+    if (!restoreBackup(before))
         report(path, "is not restored after a failed save", "the next start restores it");
 }
 
@@ -241,12 +241,12 @@ bool SettingsFile::saveValues(Load before)
         reason = "over 64 KB";
         return false;
     }
-    Save wanted{before, newText, *expected};
+    PendingSave wanted{before, newText, *expected};
     saveThroughStore();
     // The store does not report why it fails; saving without it reports the reason, or succeeds.
     if (!isSaved(wanted) && !(saveText(newText) && isSaved(wanted)))
         return false;
-    unsettled = std::move(wanted);
+    pendingSave = std::move(wanted);
     return true;
 }
 
@@ -279,7 +279,7 @@ bool SettingsFile::saveText(const std::string& newText)
     return false;
 }
 
-bool SettingsFile::isSaved(Save& wanted)
+bool SettingsFile::isSaved(PendingSave& wanted)
 {
     auto file = readSettings(path);
     if (file.error == 0 && file.text == wanted.text)
@@ -293,24 +293,24 @@ bool SettingsFile::isSaved(Save& wanted)
     return true;
 }
 
-bool SettingsFile::keepLastGood()
+bool SettingsFile::saveBackup()
 {
-    if (readSettings(lastGood).text == text || replaceFile(lastGood, text))
+    if (readSettings(backup).text == text || replaceFile(backup, text))
         return true;
     reason = std::strerror(errno);
     return false;
 }
 
 // Restores by renaming, which requires no free disk space.
-bool SettingsFile::putBack(Load before)
+bool SettingsFile::restoreBackup(Load before)
 {
     const auto now = readSettings(path);
     if (before == Load::missing)
         return isMissing(now) || unlink(path.c_str()) == 0;
     if (now.error == 0 && now.text == text)
         return true;
-    hasCopy = false; // renaming removes the backup
-    return std::rename(lastGood.c_str(), path.c_str()) == 0 && flushWithFolder(path);
+    isBackupCurrent = false; // renaming removes the backup
+    return std::rename(backup.c_str(), path.c_str()) == 0 && flushWithFolder(path);
 }
 
 } // namespace Kest::Settings

@@ -9,7 +9,7 @@
 
 namespace Kest::Settings {
 
-struct FileText;
+struct FileContent;
 struct SystemPaths;
 
 enum class SaveResult : std::uint8_t {
@@ -32,56 +32,56 @@ public:
     SettingsFile& operator=(const SettingsFile&) = delete;
 
     /// Returns the current settings, saved or not. Uses the backup if the file is damaged or unreadable.
-    /// Reads the disk, and changes nothing there: `keep` renames a damaged file.
+    /// Reads the disk, and changes nothing there: `save` renames a damaged file.
     const juce::PropertySet& values();
 
     /// Saves a value, together with all values that could not be saved before. On failure the file is not
     /// changed.
-    SaveResult keep(const char* key, const juce::var& value);
+    SaveResult save(const char* key, const juce::var& value);
 
-    /// Completes `keep`: waits until the file is on the disk, and copies it to the backup. Returns false if
+    /// Completes `save`: waits until the file is on the disk, and copies it to the backup. Returns false if
     /// the disk fails, and restores the previous file.
-    bool settle();
+    bool commit();
 
     /// Suppresses log lines about unsaved settings until `reportHeld`, which logs one line for all of them.
     void holdReports() { isHolding = true; }
     void reportHeld();
 
 private:
-    enum class Load { whole, missing, failed };
+    enum class Load { loaded, missing, failed };
     enum class Repair { no, yes }; // rename a damaged file, and renew the backup
 
     /// A save that the store has written and the disk has not confirmed.
-    struct Save {
+    struct PendingSave {
         Load before; // state of the previous file, for restoring it
         std::string text;
         juce::PropertySet values;
     };
 
     Load load(Repair repair);
-    bool setAside();
-    void useLastGood();
-    bool save();
+    bool quarantine();
+    void useBackup();
+    bool saveUnsaved();
     bool isInFile(juce::PropertySet& choices);
     bool saveValues(Load before);
     void saveThroughStore();
     bool saveText(const std::string& newText);
-    bool isSaved(Save& wanted);
+    bool isSaved(PendingSave& wanted);
     bool isWritable(const juce::StringPairArray& wanted);
-    void giveUp(Load before);
-    bool keepLastGood();
-    bool putBack(Load before);
+    void rollBack(Load before);
+    bool saveBackup();
+    bool restoreBackup(Load before);
     void reportUnsaved(const char* what, const char* effect);
 
     juce::ApplicationProperties& store;
     const std::string path;
-    const std::string lastGood;
+    const std::string backup;
     const std::string damaged;
 
     std::string text; // of the file at the last read or save
     bool isLoaded = false;
-    bool hasCopy = false; // the backup contains the same text
-    std::optional<Save> unsettled;
+    bool isBackupCurrent = false; // the backup contains the same text
+    std::optional<PendingSave> pendingSave;
     bool isReported = false;   // it was logged that the file cannot be used
     std::string reason;        // of the last failure
     bool isHolding = false;    // log lines are suppressed

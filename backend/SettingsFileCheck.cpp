@@ -80,7 +80,7 @@ bool isDecodable(std::string_view text)
 
 std::unique_ptr<juce::XmlElement> readAsStore(std::string_view text)
 {
-    if (text.size() > kLongestSettings || !isDecodable(text))
+    if (text.size() > kMaxSettingsBytes || !isDecodable(text))
         return nullptr;
     const auto checked = readXml(text);
     if (!checked || checked->root != kRoot || checked->rootTagEnd > kStoreReadsForRoot)
@@ -132,7 +132,7 @@ bool canBeWritten(const juce::String& value)
     if (!value.trimStart().startsWithChar('<')) // the store does not parse it
         return true;
     const auto text = view(value);
-    if (text.size() > kLongestSettings)
+    if (text.size() > kMaxSettingsBytes)
         return false;
     if (const auto checked = readXml(text)) {
         const auto element = juce::parseXML(value);

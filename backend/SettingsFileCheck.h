@@ -12,10 +12,10 @@ namespace Kest::Settings {
 
 /// Maximum size in bytes; a hundred times the size that the agent writes. The store reads larger files
 /// slowly.
-constexpr std::size_t kLongestSettings = 65536;
+constexpr std::size_t kMaxSettingsBytes = 65536;
 
 /// Returns the values that the store reads from a settings file with this text; nullopt if the file is
-/// damaged: larger than `kLongestSettings`, not accepted by `readXml`, with another root than "PROPERTIES",
+/// damaged: larger than `kMaxSettingsBytes`, not accepted by `readXml`, with another root than "PROPERTIES",
 /// or with text that the store reads differently from an XML parser or crashes on. Accepts any other form.
 std::optional<juce::PropertySet> readSettingsText(std::string_view text);
 

@@ -11,10 +11,10 @@ namespace Kest::Settings {
 void Backend::applySetting(const Setting& setting, const juce::var& value,
                            const std::function<void(LIPC::ClientEntry&)>& writeToHost)
 {
-    if (settingsFile.keep(setting.key, value) == SaveResult::refused)
+    if (settingsFile.save(setting.key, value) == SaveResult::refused)
         return;
     monitor.withOwnRecord(writeToHost);
-    settingsFile.settle();
+    settingsFile.commit();
 }
 
 juce::String Backend::text(const Setting& setting) const

@@ -12,7 +12,7 @@ namespace Kest::Settings {
 struct SystemPaths {
     std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" is the user's home
     std::string encodingProgressFifo = kEncodingProgressFifo;
-    std::string lastUserMarker = "/Users/Shared/.kestsettings_lastuser.txt";
+    std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt";
     std::string facilitiesFolder =
         "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
     std::string restartCommand =

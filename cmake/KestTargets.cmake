@@ -9,20 +9,20 @@ target_compile_options(kest_options INTERFACE
     # GCC 12 warns about its own std::string (bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-set(KEST_SANITIZE "" CACHE STRING "Sanitizers for all code, as -fsanitize takes them")
+set(KEST_SANITIZE "" CACHE STRING "Sanitizers for all code: the value of -fsanitize")
 if(KEST_SANITIZE)
     add_compile_options(-fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KEST_SANITIZE})
 endif()
 
-option(KEST_COVERAGE "Count what is executed, clang only" OFF)
+option(KEST_COVERAGE "Measure code coverage, clang only" OFF)
 if(KEST_COVERAGE)
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
     add_link_options(-fprofile-instr-generate)
 endif()
 
 # The hardening options of distributions; requires an optimised build.
-option(KEST_HARDEN "Checked buffers, guarded stacks, places in memory that change with each start" OFF)
+option(KEST_HARDEN "Hardened programs: buffer checks, stack protector, PIE, RELRO" OFF)
 if(KEST_HARDEN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     include(CheckPIESupported)
     check_pie_supported(LANGUAGES CXX)
@@ -33,7 +33,7 @@ endif()
 
 # Removes code that is never called, mostly JUCE's: a third of the program and half of its memory use remain. Links the
 # C++ library statically: looking up its thousands of names took a fifth of the start.
-option(KEST_LEAN "Programs without what they never call, and with the C++ library in them if it is there" OFF)
+option(KEST_LEAN "Smaller programs: without unused code, with a static C++ library if available" OFF)
 if(KEST_LEAN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     add_compile_options(-ffunction-sections -fdata-sections)
     add_link_options(-Wl,--gc-sections)
@@ -44,7 +44,7 @@ if(KEST_LEAN AND CMAKE_SYSTEM_NAME STREQUAL Linux)
     if(KEST_HAS_STATIC_CXX_LIBRARY)
         add_link_options(-static-libstdc++ -static-libgcc)
     else()
-        message(STATUS "No static C++ library (libstdc++.a) here: programs use the shared one and start slower")
+        message(STATUS "No static C++ library (libstdc++.a): programs use the shared one and start more slowly")
     endif()
 endif()
 

@@ -26,7 +26,7 @@ bool fits(const char* text)
 /// Makes or changes the record that one line is about; nothing when its number or its value is over-long.
 void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
 {
-    static char text[LineSplitter::kLongestLine + 1];
+    static char text[LineSplitter::kMaxLineBytes + 1];
     int pid = 0;
     int percentage = -1;
     int end = 0;

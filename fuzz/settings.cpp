@@ -19,7 +19,7 @@ void checkSave(const juce::StringPairArray& values)
     const auto text = settingsText(values);
     auto kept = readSettingsText(text);
     if (!kept) { // too large, or with a character that XML cannot contain
-        require(!readXml(text) || text.size() > kLongestSettings, "what the store writes is read again");
+        require(!readXml(text) || text.size() > kMaxSettingsBytes, "what the store writes is read again");
         return;
     }
     const auto& again = kept->getAllProperties();

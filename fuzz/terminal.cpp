@@ -63,7 +63,7 @@ struct Session {
         require(lines.size() == static_cast<std::size_t>(size.lines), "as many lines as the screen has");
         for (const auto& line : lines) {
             checkDrawable(line.text);
-            require(cells(line.text) == size.columns, "as wide as the screen");
+            require(cellWidth(line.text) == size.columns, "as wide as the screen");
         }
     }
 
@@ -91,7 +91,7 @@ void play(Session& session, Fuzz::Input& input)
     case 3:
         return session.changeMenu(input);
     case 4:
-        return session.screen.note(input.text(input.byte() % 64U));
+        return session.screen.addPrintedText(input.text(input.byte() % 64U));
     case 5: {
         const auto found = findByPath(session.menu, input.text(input.byte() % 32U));
         return require((found.item == nullptr) != found.error.empty(), "an item or an error");

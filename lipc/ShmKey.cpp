@@ -17,7 +17,7 @@ constexpr int kProjectId = 1;
 constexpr std::time_t kMaxAge = 3600; // seconds
 
 // Programs that clean /tmp remove files whose times are old. Refreshed once an hour only, because it writes.
-void prepareMarker(int file)
+void prepareKeyFile(int file)
 {
     struct stat status {};
     if (fstat(file, &status) != 0)
@@ -30,12 +30,12 @@ void prepareMarker(int file)
 
 // Failures are ignored here: ftok reports them, and requires only that the file exists, not that it is
 // writable.
-void prepareMarker(const char* path)
+void prepareKeyFile(const char* path)
 {
     const int file = openSharedFile(path, kModeWorldWritable);
     if (file < 0)
         return;
-    prepareMarker(file);
+    prepareKeyFile(file);
     close(file);
 }
 
@@ -53,12 +53,12 @@ key_t keyOf(const char* path)
 } // namespace
 
 // The host uses the same names with a doubled prefix, "/tmp/LIPC_LIPC_SESSION".
-std::string markerPath(const char* name) { return std::string("/tmp/LIPC_") + name; }
+std::string keyFilePath(const char* name) { return std::string("/tmp/LIPC_") + name; }
 
 key_t shmKey(const char* name)
 {
-    const auto path = markerPath(name);
-    prepareMarker(path.c_str());
+    const auto path = keyFilePath(name);
+    prepareKeyFile(path.c_str());
     const key_t key = keyOf(path.c_str());
     if (key == -1)
         Lct::Log(Lct::eLogError, "shmKey", "Could not create key for shm object (ftok) (%s): %s", name,
@@ -66,6 +66,6 @@ key_t shmKey(const char* name)
     return key;
 }
 
-key_t existingShmKey(const char* name) { return keyOf(markerPath(name).c_str()); }
+key_t existingShmKey(const char* name) { return keyOf(keyFilePath(name).c_str()); }
 
 } // namespace LIPC

@@ -7,7 +7,7 @@
 namespace LIPC {
 
 /// Returns the path of the key file of the segment `name`: an empty file whose identity gives the key.
-std::string markerPath(const char* name);
+std::string keyFilePath(const char* name);
 
 /// Returns the key of the segment `name`, or -1 with one log line. Creates the key file if it is missing,
 /// empties it if it is not empty, and sets its times to now if they are more than an hour old; a file that

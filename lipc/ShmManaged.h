@@ -53,13 +53,13 @@ public:
 
 /// Attaches read-only: writing through it faults, and the key file is neither changed nor created.
 template <typename Layout>
-class ShmManagedLook : public ShmManaged {
+class ShmManagedReadOnly : public ShmManaged {
 public:
-    explicit ShmManagedLook(const char* name) : ShmManaged(existingShmKey(name))
+    explicit ShmManagedReadOnly(const char* name) : ShmManaged(existingShmKey(name))
     {
         attach(Layout::kSegmentBytes, Access::readOnly);
     }
-    ~ShmManagedLook() override { detach(); }
+    ~ShmManagedReadOnly() override { detach(); }
 
     /// Returns the segment's contents, null when it is absent. Valid for the life of this object.
     const Layout* contents() const { return static_cast<const Layout*>(address); }

@@ -57,8 +57,8 @@ void OutputQueue::waitForRoom(std::unique_lock<std::mutex>& lock, std::size_t by
     if (droppedTexts > 0 || hasRoom(bytes))
         return;
     const auto start = std::chrono::steady_clock::now();
-    written.wait_for(lock, patience, [&] { return hasRoom(bytes); });
-    patience -= std::min(patience, std::chrono::steady_clock::now() - start);
+    written.wait_for(lock, remainingWait, [&] { return hasRoom(bytes); });
+    remainingWait -= std::min(remainingWait, std::chrono::steady_clock::now() - start);
 }
 
 void OutputQueue::append(std::string_view text)
@@ -117,7 +117,7 @@ void OutputQueue::run()
         lock.lock();
         isWriting = false;
         if (begin == end)
-            patience = kMaxWait;
+            remainingWait = kMaxWait;
         reportDropped();
         written.notify_all();
     }

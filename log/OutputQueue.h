@@ -50,7 +50,7 @@ private:
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t droppedTexts = 0;
-    std::chrono::steady_clock::duration patience = kMaxWait; // callers' remaining time until it is empty
+    std::chrono::steady_clock::duration remainingWait = kMaxWait; // callers' remaining time until it is empty
     bool isWriting = false;
     bool hasThread = false;
 };

@@ -12,7 +12,7 @@ namespace Kest::Text {
 class LineSplitter {
 public:
     // PIPE_BUF: a pipe keeps shorter lines whole and may mix longer ones with those of other writers.
-    static constexpr std::size_t kLongestLine = 4096;
+    static constexpr std::size_t kMaxLineBytes = 4096;
 
     /// Calls `take` with each line that ends in these bytes, without its end; skips empty lines. For a line
     /// of more than 4096 bytes it calls `drop` instead, once, with the first 4097 bytes. A line is valid
@@ -28,7 +28,7 @@ public:
                 return;
             }
             bytes.remove_prefix(piece.size() + 1);
-            if (begun.size() + piece.size() > kLongestLine)
+            if (begun.size() + piece.size() > kMaxLineBytes)
                 drop(std::string_view(keep(piece)));
             else if (!begun.empty())
                 take(std::string_view(begun.append(piece)));
@@ -51,7 +51,7 @@ private:
     // One byte more than the maximum marks a line that is too long.
     const std::string& keep(std::string_view piece)
     {
-        return begun.append(piece.substr(0, kLongestLine + 1 - begun.size()));
+        return begun.append(piece.substr(0, kMaxLineBytes + 1 - begun.size()));
     }
 
     std::string begun;

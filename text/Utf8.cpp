@@ -3,8 +3,8 @@
 namespace Kest::Text {
 namespace {
 
-constexpr std::size_t kMaxLength = 4;                                      // bytes of a character
-constexpr char32_t kLowest[kMaxLength + 1] = {0, 0, 0x80, 0x800, 0x10000}; // by length
+constexpr std::size_t kMaxLength = 4;                                       // bytes of a character
+constexpr char32_t kMinCode[kMaxLength + 1] = {0, 0, 0x80, 0x800, 0x10000}; // by length
 
 unsigned byteAt(std::string_view text, std::size_t i) { return static_cast<unsigned char>(text[i]); }
 
@@ -33,7 +33,7 @@ Character firstCharacter(std::string_view text)
         code = code << 6U | (byteAt(text, i) & 0x3FU);
     }
     const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < kLowest[length] || code > 0x10FFFF || isSurrogate)
+    if (code < kMinCode[length] || code > 0x10FFFF || isSurrogate)
         return none;
     return {text.substr(0, length), code, true};
 }
@@ -63,7 +63,7 @@ void append(std::string& text, char32_t code)
         text += static_cast<char>(code);
         return;
     }
-    const std::size_t length = code < kLowest[3] ? 2 : code < kLowest[4] ? 3 : 4;
+    const std::size_t length = code < kMinCode[3] ? 2 : code < kMinCode[4] ? 3 : 4;
     const auto leadMark = 0xF00U >> length & 0xFFU;
     text += static_cast<char>(leadMark | code >> 6 * (length - 1));
     for (std::size_t left = length - 1; left-- > 0;)

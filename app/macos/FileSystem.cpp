@@ -11,9 +11,9 @@ namespace Kest::App {
 namespace {
 
 #ifdef O_SEARCH // since macOS 12
-constexpr int kToEnter = O_SEARCH;
+constexpr int kSearchAccess = O_SEARCH;
 #else
-constexpr int kToEnter = O_RDONLY;
+constexpr int kSearchAccess = O_RDONLY;
 #endif
 
 std::int64_t nanoseconds(const timespec& time) { return time.tv_sec * 1'000'000'000LL + time.tv_nsec; }
@@ -42,7 +42,7 @@ std::optional<FileFacts> examine(int folder, const std::string& name)
 Settings::Descriptor openFolder(int parent, const std::string& name)
 {
     return Settings::Descriptor(
-        openat(parent, name.c_str(), kToEnter | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        openat(parent, name.c_str(), kSearchAccess | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 std::string pathOf(const Settings::Descriptor& folder)

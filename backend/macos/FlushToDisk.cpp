@@ -1,5 +1,5 @@
 // Waiting for the disk on macOS.
-#include "backend/FileText.h"
+#include "backend/FileIo.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
 // Waiting for the disk on systems where fsync does so.
-#include "backend/FileText.h"
+#include "backend/FileIo.h"
 
 #include <unistd.h>
 

@@ -6,6 +6,6 @@ complete -c kest-settings-ctl -n '__fish_seen_subcommand_from get choose' \
 complete -c kest-settings-ctl -l json -d 'Print JSON'
 complete -c kest-settings-ctl -l paths -d 'menu: print paths'
 complete -c kest-settings-ctl -l yes -d 'choose: confirm that files are deleted'
-complete -c kest-settings-ctl -l timeout -x -d 'Wait at most so many seconds for a reply'
-complete -c kest-settings-ctl -l help -d 'Print a help'
+complete -c kest-settings-ctl -l timeout -x -d 'Maximum seconds to wait for a reply'
+complete -c kest-settings-ctl -l help -d 'Print help'
 complete -c kest-settings-ctl -l version -d 'Print the version'

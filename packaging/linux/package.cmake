@@ -4,12 +4,12 @@ set(CPACK_PACKAGE_VENDOR Kestronics)
 set(CPACK_PACKAGE_CONTACT ${maintainer})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "settings of the studio's immersive-audio host, in the tray")
 set(CPACK_PACKAGE_DESCRIPTION
-"Kest Settings is a small agent that lives in the tray beside the DAW. It shows
-what the host service K3DHost is doing and hands it the user's choices: solo
+"Kest Settings is a tray agent for the K3DHost immersive-audio mixing system.
+Its menu shows the status of the host and the settings that the user chooses: solo
 mode, default bus, speaker configuration, monitoring facility, and how the DAW
 is linked. It lists running and finished encodings with their progress.
 .
-The same menu is there full screen in a terminal, and in plain lines for
+The same menu is available in a terminal, full screen or as lines of text for
 scripts.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP ${CMAKE_STRIP})

@@ -62,7 +62,7 @@ void AppKitFrontEnd::menuNeedsUpdate(App::ItemId id)
 void AppKitFrontEnd::menuDidClose(App::ItemId id)
 {
     mirror->menuClosed(id);
-    post([this] { mirror->applyDeferredShapes(); });
+    post([this] { mirror->applyDeferredLayouts(); });
 }
 
 } // namespace Kest::AppKit

@@ -9,14 +9,14 @@ namespace Kest::AppKit {
 // The task throws if the program is missing or not executable.
 bool AppKitWorkspace::run(const std::string& program, const std::vector<std::string>& arguments)
 {
-    NSMutableArray* words = [NSMutableArray array];
+    NSMutableArray* argumentArray = [NSMutableArray array];
     for (const auto& argument : arguments)
-        [words addObject:toNSString(argument)];
+        [argumentArray addObject:toNSString(argument)];
     NSTask* task = [[NSTask alloc] init];
     bool started = true;
     @try {
         [task setLaunchPath:toNSString(program)];
-        [task setArguments:words];
+        [task setArguments:argumentArray];
         [task launch];
     } @catch (NSException*) {
         started = false;

@@ -30,8 +30,8 @@
 
 namespace Kest::AppKit {
 
-/// Returns a deep copy of the template row with these labels; `spoken` is its accessibility label.
+/// Returns a deep copy of the template row with these labels; `accessibilityText` is its accessibility label.
 /// Autoreleased. Main thread only.
-KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& spoken);
+KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& accessibilityText);
 
 } // namespace Kest::AppKit

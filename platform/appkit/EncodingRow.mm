@@ -80,7 +80,7 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 } // namespace
 
 // Methods of the Mac only: the menu item of a view, and whether it is highlighted.
-@protocol KestRowOfAnItem
+@protocol KestMacMenuItemView
 - (id)enclosingMenuItem;
 - (BOOL)isHighlighted;
 @end
@@ -115,8 +115,8 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 {
     if (![self respondsToSelector:@selector(enclosingMenuItem)])
         return NO;
-    id item = [(id<KestRowOfAnItem>)self enclosingMenuItem];
-    return [(id<KestRowOfAnItem>)item isHighlighted];
+    id item = [(id<KestMacMenuItemView>)self enclosingMenuItem];
+    return [(id<KestMacMenuItemView>)item isHighlighted];
 }
 
 - (void)colorLabels
@@ -156,7 +156,7 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 
 namespace Kest::AppKit {
 
-KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& spoken)
+KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& accessibilityText)
 {
     static KestEncodingRow* const rowTemplate = makeTemplate();
     setLabels(rowTemplate, labels);
@@ -168,7 +168,7 @@ KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& sp
     [row setProgress:std::clamp(labels.percent.value_or(0), 0, 100) / 100.0];
     addSelection(row);
     if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
-        [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(spoken)];
+        [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(accessibilityText)];
     return row;
 }
 

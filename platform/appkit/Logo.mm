@@ -10,15 +10,15 @@
 + (void)draw:(NSCustomImageRep*)image
 {
     const CGFloat scale = [image size].width / Kest::App::kLogoCanvas;
-    const auto place = [scale](Kest::App::LogoPoint p) { // AppKit's y axis points up
+    const auto toPoint = [scale](Kest::App::LogoPoint p) { // AppKit's y axis points up
         return NSMakePoint(p.x * scale, (Kest::App::kLogoCanvas - p.y) * scale);
     };
     NSBezierPath* path = [NSBezierPath bezierPath];
     [path setLineWidth:2 * Kest::App::kLogoHalfWidth * scale];
     [path setLineCapStyle:NSRoundLineCapStyle];
     for (const auto& stroke : Kest::App::kLogoStrokes) {
-        [path moveToPoint:place(stroke.from)];
-        NSPoint end = place(stroke.to);
+        [path moveToPoint:toPoint(stroke.from)];
+        NSPoint end = toPoint(stroke.to);
         end.x += 0.01; // a stroke of length 0 has no round ends
         [path lineToPoint:end];
     }

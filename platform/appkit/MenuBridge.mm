@@ -10,9 +10,9 @@ App::ItemId idOf(NSMenuItem* item) { return [[item representedObject] intValue];
 
 App::ItemId idOf(NSMenu* menu)
 {
-    NSMenu* above = [menu supermenu];
-    const NSInteger index = above == nil ? -1 : [above indexOfItemWithSubmenu:menu];
-    return index < 0 ? App::kStatusMenuId : idOf([above itemAtIndex:index]);
+    NSMenu* parent = [menu supermenu];
+    const NSInteger index = parent == nil ? -1 : [parent indexOfItemWithSubmenu:menu];
+    return index < 0 ? App::kStatusMenuId : idOf([parent itemAtIndex:index]);
 }
 
 } // namespace Kest::AppKit

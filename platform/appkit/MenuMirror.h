@@ -14,11 +14,11 @@ namespace Kest::AppKit {
 
 /// Updates only what has changed. In an open menu items change in place, a removed item stays, greyed, and
 /// new ones are appended, so that no item's index changes. The menu keeps this layout when it closes, because
-/// AppKit sends the action of the chosen item later; `applyDeferredShapes` and `menuNeedsUpdate` then apply
+/// AppKit sends the action of the chosen item later; `applyDeferredLayouts` and `menuNeedsUpdate` then apply
 /// the model's layout. Main thread only.
 class MenuMirror {
 public:
-    /// The bridge must outlive this object. Only `show`, `menuNeedsUpdate` and `applyDeferredShapes` use the
+    /// The bridge must outlive this object. Only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use the
     /// model.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
@@ -36,20 +36,20 @@ public:
     void menuOpened(App::ItemId id);
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
-    void applyDeferredShapes();
+    void applyDeferredLayouts();
     /// Returns whether items are being added or removed, during which GNUstep sends `menuNeedsUpdate:`.
     bool isChanging() const { return changing; }
 
 private:
     NSMenu* makeMenu(NSString* title) const;
     NSMenuItem* itemFor(const App::MenuItem& item);
-    NSMenuItem* makeItem(const App::ItemProperties& look) const;
-    void aim(NSMenuItem* item, const App::ItemProperties& look) const;
+    NSMenuItem* makeItem(const App::ItemProperties& props) const;
+    void setTargetAndAction(NSMenuItem* item, const App::ItemProperties& props) const;
     void applyItem(NSMenuItem* item, const App::MenuItem& now);
-    void applyShape(App::ItemId owner);
-    void removeGone(NSMenu* menu, const App::Menu& wanted, bool isOpen);
-    void forget(NSMenuItem* item);
-    void forgetBelow(NSMenuItem* item);
+    void applyLayout(App::ItemId owner);
+    void removeMissing(NSMenu* menu, const App::Menu& wanted, bool isOpen);
+    void unregister(NSMenuItem* item);
+    void unregisterSubmenu(NSMenuItem* item);
     NSMenu* menuOf(App::ItemId id) const;
 
     const App::MenuModel& model;
@@ -57,8 +57,8 @@ private:
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
     std::set<App::ItemId> openMenus;
-    std::set<App::ItemId> closedMenus; // those of openMenus whose layout is still to be applied
-    std::set<App::ItemId> gone;        // removed from the model, still in open menus
+    std::set<App::ItemId> closedMenus;  // those of openMenus whose layout is still to be applied
+    std::set<App::ItemId> removedItems; // removed from the model, still in open menus
     bool changing = false;
 };
 

@@ -1,17 +1,17 @@
 #import "platform/appkit/MenuMirror.h"
 
 #import "platform/appkit/MenuBridge.h"
-#import "platform/appkit/MenuItemLook.h"
+#import "platform/appkit/MenuItemProperties.h"
 #import "platform/appkit/System.h"
 #include "platform/appkit/Text.h"
 
 namespace Kest::AppKit {
 namespace {
 
-bool isLeftOut(const App::MenuItem& item) { return item.properties().hidden && !itemsCanHide(); }
+bool isOmitted(const App::MenuItem& item) { return item.properties().hidden && !itemsCanHide(); }
 
 // Returns null if no item with a submenu has the id.
-const App::Menu* modelsMenu(const App::MenuModel& model, App::ItemId owner)
+const App::Menu* menuInModel(const App::MenuModel& model, App::ItemId owner)
 {
     if (owner == App::kStatusMenuId)
         return &model.statusMenu();
@@ -34,7 +34,7 @@ MenuMirror::~MenuMirror()
 {
     [root setDelegate:nil];
     while ([root numberOfItems] > 0) { // the system may retain the menu, but must not retain its items
-        forget([root itemAtIndex:0]);
+        unregister([root itemAtIndex:0]);
         [root removeItemAtIndex:0];
     }
     [root release];
@@ -54,12 +54,12 @@ void MenuMirror::show(const App::MenuChanges& changes)
     for (const auto& [id, before] : changes.items) {
         const auto& now = *model.itemWithId(id);
         if (before.properties->hidden != now.properties().hidden && !itemsCanHide())
-            applyShape(ownerOf(now));
-        if (const auto shown = items.find(id); shown != items.end() && !isLeftOut(now))
+            applyLayout(ownerOf(now));
+        if (const auto shown = items.find(id); shown != items.end() && !isOmitted(now))
             applyItem(shown->second, now);
     }
-    for (const auto& [owner, reshape] : changes.menus)
-        applyShape(owner);
+    for (const auto& [owner, change] : changes.menus)
+        applyLayout(owner);
     changing = false;
 }
 
@@ -81,11 +81,11 @@ void MenuMirror::menuNeedsUpdate(App::ItemId id)
         return;
     openMenus.erase(id);
     changing = true;
-    applyShape(id);
+    applyLayout(id);
     changing = false;
 }
 
-void MenuMirror::applyDeferredShapes()
+void MenuMirror::applyDeferredLayouts()
 {
     while (!closedMenus.empty()) // a menu that is removed with its item leaves the set
         menuNeedsUpdate(*closedMenus.begin());
@@ -101,43 +101,43 @@ NSMenu* MenuMirror::menuOf(App::ItemId id) const
 
 void MenuMirror::applyItem(NSMenuItem* item, const App::MenuItem& now)
 {
-    applyLook(item, now.properties());
+    applyProperties(item, now.properties());
     if ((now.submenu() != nullptr) == static_cast<bool>([item hasSubmenu]))
         return;
     if (now.submenu() == nullptr) { // replaced by an equal item without a submenu
-        forgetBelow(item);
+        unregisterSubmenu(item);
         [item setSubmenu:nil];
-        aim(item, now.properties());
+        setTargetAndAction(item, now.properties());
         return;
     }
     NSMenu* submenu = makeMenu([item title]);
     [item setSubmenu:submenu]; // also sets its target and action
     [submenu release];
-    applyShape(now.id());
+    applyLayout(now.id());
 }
 
-void MenuMirror::aim(NSMenuItem* item, const App::ItemProperties& look) const
+void MenuMirror::setTargetAndAction(NSMenuItem* item, const App::ItemProperties& props) const
 {
     [item setTarget:bridge];
-    [item setAction:look.action == App::Action::none ? nullptr : @selector(chooseItem:)];
+    [item setAction:props.action == App::Action::none ? nullptr : @selector(chooseItem:)];
 }
 
-NSMenuItem* MenuMirror::makeItem(const App::ItemProperties& look) const
+NSMenuItem* MenuMirror::makeItem(const App::ItemProperties& props) const
 {
-    if (look.separator)
+    if (props.separator)
         return (NSMenuItem*)[NSMenuItem separatorItem];
     NSMenuItem* made = [[[menuItemClass() alloc] initWithTitle:@"" action:nullptr
                                                  keyEquivalent:@""] autorelease];
-    aim(made, look);
+    setTargetAndAction(made, props);
     return made;
 }
 
 NSMenuItem* MenuMirror::itemFor(const App::MenuItem& item)
 {
     if (const auto known = items.find(item.id()); known != items.end()) {
-        if (gone.erase(item.id()) != 0) { // added again
+        if (removedItems.erase(item.id()) != 0) { // added again
             applyItem(known->second, item);
-            applyShape(item.id());
+            applyLayout(item.id());
         }
         return known->second;
     }
@@ -148,17 +148,17 @@ NSMenuItem* MenuMirror::itemFor(const App::MenuItem& item)
     return made;
 }
 
-void MenuMirror::applyShape(App::ItemId owner)
+void MenuMirror::applyLayout(App::ItemId owner)
 {
     NSMenu* menu = menuOf(owner);
-    const auto* wanted = modelsMenu(model, owner);
+    const auto* wanted = menuInModel(model, owner);
     if (menu == nil || wanted == nullptr)
         return;
     const bool isOpen = openMenus.contains(owner);
-    removeGone(menu, *wanted, isOpen);
+    removeMissing(menu, *wanted, isOpen);
     NSInteger index = 0;
     for (const auto& entry : wanted->itemArray()) {
-        if (isLeftOut(*entry))
+        if (isOmitted(*entry))
             continue;
         NSMenuItem* shown = itemFor(*entry);
         const bool isIn = [shown menu] == menu;
@@ -175,39 +175,39 @@ void MenuMirror::applyShape(App::ItemId owner)
     }
 }
 
-void MenuMirror::removeGone(NSMenu* menu, const App::Menu& wanted, bool isOpen)
+void MenuMirror::removeMissing(NSMenu* menu, const App::Menu& wanted, bool isOpen)
 {
     for (NSInteger index = [menu numberOfItems] - 1; index >= 0; --index) {
         NSMenuItem* item = [menu itemAtIndex:index];
-        const auto* is = model.itemWithId(idOf(item));
-        if (is != nullptr && is->menu() == &wanted && !isLeftOut(*is))
+        const auto* current = model.itemWithId(idOf(item));
+        if (current != nullptr && current->menu() == &wanted && !isOmitted(*current))
             continue;
         if (isOpen) {
             [item setEnabled:NO];
-            gone.insert(idOf(item));
+            removedItems.insert(idOf(item));
         } else {
-            forget(item);
+            unregister(item);
             [[item retain] autorelease]; // an item of its submenu may have caused the removal
             [menu removeItemAtIndex:index];
         }
     }
 }
 
-void MenuMirror::forget(NSMenuItem* item)
+void MenuMirror::unregister(NSMenuItem* item)
 {
     items.erase(idOf(item));
     openMenus.erase(idOf(item));
     closedMenus.erase(idOf(item));
-    gone.erase(idOf(item));
-    forgetBelow(item);
+    removedItems.erase(idOf(item));
+    unregisterSubmenu(item);
 }
 
-void MenuMirror::forgetBelow(NSMenuItem* item)
+void MenuMirror::unregisterSubmenu(NSMenuItem* item)
 {
     NSMenu* submenu = [item submenu];
     [submenu setDelegate:nil];
     for (NSInteger index = 0; index < [submenu numberOfItems]; ++index)
-        forget([submenu itemAtIndex:index]);
+        unregister([submenu itemAtIndex:index]);
 }
 
 } // namespace Kest::AppKit

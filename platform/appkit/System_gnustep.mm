@@ -67,11 +67,11 @@ void drawTitle(NSMenuItemCell* cell, SEL command, NSRect frame, NSView* view)
     NSAttributedString* title = [[cell menuItem] attributedTitle];
     if (title == nil)
         return drawPlainTitle(cell, command, frame, view);
-    NSRect place = [cell titleRectForBounds:frame];
+    NSRect titleRect = [cell titleRectForBounds:frame];
     const CGFloat height = [title size].height;
-    place.origin.y += (place.size.height - height) / 2;
-    place.size.height = height;
-    [title drawInRect:place];
+    titleRect.origin.y += (titleRect.size.height - height) / 2;
+    titleRect.size.height = height;
+    [title drawInRect:titleRect];
 }
 
 void drawAttributedTitles()
@@ -88,8 +88,9 @@ bool connectToScreen()
     @try {
         return [NSApplication sharedApplication] != nil;
     } @catch (NSException* failure) {
-        Lct::printError("No screen (%s); kest-settings-terminal shows the same menu in a terminal.\n",
-                        [[failure reason] UTF8String]);
+        Lct::printError(
+            "no screen (%s) -> start kest-settings-terminal, which shows the same menu in a terminal\n",
+            [[failure reason] UTF8String]);
         return false;
     }
 }

@@ -6,7 +6,7 @@
 #import "platform/appkit/System.h"
 #include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
-#include "platform/posix/RunAlone.h"
+#include "platform/posix/SingleInstance.h"
 
 #include <cctype>
 #include <cstring>
@@ -85,6 +85,6 @@ int main(int argc, const char** argv)
             Posix::answerArguments(static_cast<int>(own.size()), own.data(),
                                    "Shows the K3DHost mixing system's settings in the menu bar."))
         return *status;
-    return Posix::runAlone(
+    return Posix::runSingleInstance(
         [&](const Settings::SystemPaths& paths) { return runInMenuBar(paths, argc, argv); });
 }

@@ -17,7 +17,7 @@ bool isTemporary(int failure) { return failure == EAGAIN || failure == EWOULDBLO
 
 short Connection::events() const
 {
-    const bool reads = mayAsk() && !inputEnded;
+    const bool reads = canRequest() && !inputEnded;
     return static_cast<short>((reads ? POLLIN : 0) | (unsentBytes() > 0 ? POLLOUT : 0));
 }
 
@@ -59,7 +59,7 @@ void Connection::read()
 std::optional<std::string> Connection::nextLine()
 {
     const auto end = input.find('\n');
-    if (!mayAsk() || end == std::string::npos || end > kMaxRequestBytes)
+    if (!canRequest() || end == std::string::npos || end > kMaxRequestBytes)
         return std::nullopt;
     auto line = input.substr(0, end);
     input.erase(0, end + 1);
@@ -72,7 +72,7 @@ bool Connection::hasTooLongLine() const
 }
 
 // A client that has closed only its own direction still gets its replies and events.
-bool Connection::isOver() const
+bool Connection::isFinished() const
 {
     const bool isIdle = !awaitsReply && unsentBytes() == 0;
     const bool hasRequest = input.find('\n') != std::string::npos;

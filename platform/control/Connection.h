@@ -36,7 +36,7 @@ public:
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     bool hasTooLongLine() const;
     /// Returns whether the connection can be dropped.
-    bool isOver() const;
+    bool isFinished() const;
 
     const ClientId id;
     bool awaitsReply = false;
@@ -45,7 +45,7 @@ public:
     bool isDead = false;    // at once
 
 private:
-    bool mayAsk() const { return !awaitsReply && !isClosing && unsentBytes() == 0; }
+    bool canRequest() const { return !awaitsReply && !isClosing && unsentBytes() == 0; }
 
     Settings::Descriptor socket;
     std::string input;

@@ -81,11 +81,11 @@ std::string itemText(const App::ItemSnapshot& item, const Paths& paths)
     return object.end();
 }
 
-Paths pathsIn(const App::ItemSnapshot& menu, const std::string& above)
+Paths pathsIn(const App::ItemSnapshot& menu, const std::string& prefix)
 {
     Paths paths;
     for (auto& [item, path] : App::namedItems(menu))
-        paths.emplace(item, above + path);
+        paths.emplace(item, prefix + path);
     return paths;
 }
 

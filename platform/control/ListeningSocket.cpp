@@ -16,7 +16,7 @@ namespace Kest::Control {
 namespace {
 
 constexpr int kWaitingConnections = 16;
-constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
+constexpr mode_t kModeGroupAndOthers = S_IRWXG | S_IRWXO;
 
 // Each of these returns the reason of a failure; an empty text on success.
 
@@ -28,7 +28,7 @@ std::string prepareFolder(const std::string& folder)
     struct stat status {};
     if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid())
         return "its folder is not a folder of this user";
-    if ((status.st_mode & kOthers) != 0 && fchmod(opened.get(), S_IRWXU) != 0)
+    if ((status.st_mode & kModeGroupAndOthers) != 0 && fchmod(opened.get(), S_IRWXU) != 0)
         return std::strerror(errno);
     return {};
 }
@@ -46,7 +46,7 @@ std::string removeStale(const std::string& path, const sockaddr_un& address)
         return std::strerror(errno);
     if (connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ||
         errno != ECONNREFUSED)
-        return "another agent has it";
+        return "another agent uses it";
     return unlink(path.c_str()) == 0 || errno == ENOENT ? std::string() : std::strerror(errno);
 }
 

@@ -115,7 +115,7 @@ std::string MenuCommands::whyNotAborting(App::ItemId id) const
 {
     const auto* item = delegate.menu().itemWithId(id);
     if (item == nullptr)
-        return "the encoding is not in the history any more";
+        return "the encoding is no longer in the history";
     const auto& view = item->parentItem()->properties().view;
     return view && view->percent.value_or(0) >= Settings::kFinished ? "the encoding has just finished" : "";
 }
@@ -128,7 +128,7 @@ void MenuCommands::menuChanged(const App::MenuChanges& changes)
     for (const auto& event : menuEvents(changes, delegate.menu()))
         lines += eventLine(event, delegate.menu());
     if (!lines.empty())
-        outbox.add({kAllWatching, std::move(lines)});
+        outbox.add({kAllWatchers, std::move(lines)});
 }
 
 void MenuCommands::abortEnded(int pid, const std::string& failure)

@@ -1,7 +1,7 @@
 // A queue of replies and events from the main thread to the server's thread.
 #pragma once
 
-#include "backend/Guarded.h"
+#include "backend/Mutex.h"
 #include "backend/WakeUp.h"
 
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace Kest::Control {
 
 /// Identifies a connection; never reused.
 using ClientId = std::uint64_t;
-constexpr ClientId kAllWatching = 0;
+constexpr ClientId kAllWatchers = 0;
 
 struct Message {
-    ClientId client = kAllWatching;
+    ClientId client = kAllWatchers;
     std::string text;         // whole lines
     bool startsWatch = false; // the reply to `watch`: events follow
 };

@@ -37,7 +37,7 @@ ParsedRequest parseRequest(std::string_view line)
 {
     const auto object = parse(line);
     if (!object.is_object())
-        return {{}, "not a JSON object"};
+        return {{}, "the request is not a JSON object"};
     const auto* command = textMember(object, "command");
     const auto found = command == nullptr ? kCommands.end() : kCommands.find(*command);
     if (found == kCommands.end())

@@ -47,7 +47,7 @@ void ServerThread::run()
         auto ready = waiting.begin() + kFirstClient;
         for (auto& [id, client] : clients)
             serve(client, (ready++)->revents);
-        dropDead();
+        dropFinished();
         if (waiting[kListener].revents != 0)
             acceptClients();
     }
@@ -90,8 +90,8 @@ void ServerThread::acceptClients()
     if (limits.peerUser(connection.get()) != geteuid())
         return;
     if (clients.size() >= limits.clients) {
-        Connection refused(kAllWatching, std::move(connection));
-        refused.send(errorReply(std::to_string(limits.clients) + " clients are connected"));
+        Connection refused(kAllWatchers, std::move(connection));
+        refused.send(errorReply(std::to_string(limits.clients) + " clients are connected, the maximum"));
         return refused.write();
     }
     const auto id = ++lastClient;
@@ -108,7 +108,7 @@ void ServerThread::deliver(const std::deque<Message>& messages)
 
 void ServerThread::deliver(const Message& message)
 {
-    if (message.client == kAllWatching) {
+    if (message.client == kAllWatchers) {
         for (auto& [id, client] : clients) {
             if (!client.watches || message.text.empty())
                 continue;
@@ -161,16 +161,16 @@ void ServerThread::takeRequest(Connection& client)
     }
     if (!client.isClosing && client.hasTooLongLine()) {
         client.isClosing = true;
-        client.send(errorReply("a request has at most " + std::to_string(kMaxRequestBytes) + " bytes"));
+        client.send(errorReply("the request is longer than " + std::to_string(kMaxRequestBytes) + " bytes"));
         client.write();
     }
 }
 
-void ServerThread::dropDead()
+void ServerThread::dropFinished()
 {
     std::erase_if(clients, [this](const auto& entry) {
         const auto& client = entry.second;
-        if (!client.isOver())
+        if (!client.isFinished())
             return false;
         watchers -= client.watches ? 1 : 0;
         return true;

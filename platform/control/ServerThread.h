@@ -50,7 +50,7 @@ private:
     void deliver(const Message& message);
     void serve(Connection& client, short ready);
     void takeRequest(Connection& client);
-    void dropDead();
+    void dropFinished();
 
     const ListeningSocket socket;
     Outbox& outbox;
@@ -58,7 +58,7 @@ private:
     const Handler handler;
     const ServerLimits limits;
     std::atomic<bool> stopping = false;
-    ClientId lastClient = kAllWatching;
+    ClientId lastClient = kAllWatchers;
     Connections clients;
     std::optional<Clock::time_point> acceptAfter; // set while the system is out of descriptors
     std::thread thread;

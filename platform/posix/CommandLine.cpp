@@ -15,7 +15,7 @@ constexpr int kOutputMilliseconds = 1000;
 int answer(std::string_view argument, const char* program, const char* purpose)
 {
     if (argument == "--help")
-        Lct::print("usage: %s [--help | --version]\n\n%s\nChoices are made in its menu and saved in\n"
+        Lct::print("usage: %s [--help | --version]\n\n%s\nSettings are changed in its menu and saved in\n"
                    "%s/%s.xml.\n",
                    program, purpose, Settings::SystemPaths().settingsFolder.c_str(), Settings::kSettingsName);
     else
@@ -35,7 +35,7 @@ std::optional<int> answerArguments(int argc, const char* const* argv, const char
     for (int i = 1; i < argc && status == 0; ++i) {
         const std::string_view argument = argv[i];
         if (argument != "--help" && argument != "--version") {
-            Lct::printError("%s: unexpected argument '%s'; there are --help and --version\n", program,
+            Lct::printError("%s: unexpected argument '%s'; expected --help or --version\n", program,
                             argv[i]);
             status = kWrongArgument;
         }

@@ -15,7 +15,7 @@ namespace Kest::Posix {
 namespace {
 
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
-constexpr unsigned kEndsWithin = 5; // seconds, for a main thread blocked by a disk, a terminal or a bus
+constexpr unsigned kShutdownTimeout = 5; // seconds, for a main thread blocked by a disk, a terminal or a bus
 
 // Accessed by signal handlers.
 std::atomic<const Settings::WakeUp*> signalWakeUp = nullptr;
@@ -34,7 +34,7 @@ void onSignal(int signal)
     errno = before;
 }
 
-void endAtOnce(int)
+void exitAtOnce(int)
 {
     if (const auto cleanUp = emergencyCleanup.load(); cleanUp != nullptr)
         cleanUp();
@@ -44,8 +44,8 @@ void endAtOnce(int)
 void onEndingSignal(int signal)
 {
     if (int none = 0; !endingSignal.compare_exchange_strong(none, signal))
-        endAtOnce(signal);
-    alarm(kEndsWithin);
+        exitAtOnce(signal);
+    alarm(kShutdownTimeout);
     onSignal(signal);
 }
 
@@ -80,7 +80,7 @@ JobQueue::JobQueue()
     arrivedSignals = 0;
     endingSignal = 0;
     alarm(0);
-    handle(SIGALRM, endAtOnce);
+    handle(SIGALRM, exitAtOnce);
     for (const int signal : kEndingSignals)
         handle(signal, onEndingSignal);
     unblockSignals();

@@ -1,7 +1,7 @@
 // A queue of jobs for the main thread, and the process's signals, with one descriptor to poll.
 #pragma once
 
-#include "backend/Guarded.h"
+#include "backend/Mutex.h"
 #include "backend/WakeUp.h"
 
 #include <deque>

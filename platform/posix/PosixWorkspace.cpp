@@ -46,12 +46,12 @@ int spawn(const char* program, char* const* arguments, Streams streams)
 
 bool PosixWorkspace::run(const std::string& program, const std::vector<std::string>& arguments)
 {
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> commandLine{program};
+    commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
-    argv.reserve(words.size() + 1);
-    for (auto& word : words)
-        argv.push_back(word.data());
+    argv.reserve(commandLine.size() + 1);
+    for (auto& argument : commandLine)
+        argv.push_back(argument.data());
     argv.push_back(nullptr);
 
     std::signal(SIGCHLD, SIG_IGN);

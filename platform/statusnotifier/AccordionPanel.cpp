@@ -38,7 +38,7 @@ void adaptLabels(Layout& layout)
 
 } // namespace
 
-void AccordionPanel::noteRequest(const std::string& client, const LayoutRequest& request)
+void AccordionPanel::recordRequest(const std::string& client, const LayoutRequest& request)
 {
     if (request.parent == App::kStatusMenuId && request.properties == std::set<std::string>{"type", kSubmenu})
         name = client;

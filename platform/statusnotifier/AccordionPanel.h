@@ -14,8 +14,8 @@ namespace Kest::StatusNotifier {
 class AccordionPanel {
 public:
     /// Recognises the panel by the properties that it requests.
-    void noteRequest(const std::string& client, const LayoutRequest& request);
-    void forget() { name.clear(); }
+    void recordRequest(const std::string& client, const LayoutRequest& request);
+    void reset() { name.clear(); }
     bool is(const std::string& client) const { return !name.empty() && name == client; }
     const char* busName() const { return name.c_str(); }
 

@@ -6,7 +6,7 @@
 namespace Kest::StatusNotifier {
 namespace {
 
-constexpr std::uint64_t kPatience = 2'000'000; // microseconds
+constexpr std::uint64_t kReplyTimeout = 2'000'000; // microseconds
 
 int onFileManagerAnswered(sd_bus_message* answer, void* workspace, sd_bus_error*)
 {
@@ -48,7 +48,7 @@ int DesktopWorkspace::callFileManager(const std::string& uri)
         result = sd_bus_message_append(message.get(), "ass", 1, uri.c_str(), "");
     return result < 0 ? result
                       : sd_bus_call_async(bus, Into(pendingCall), message.get(), onFileManagerAnswered, this,
-                                          kPatience);
+                                          kReplyTimeout);
 }
 
 void DesktopWorkspace::fileManagerAnswered(bool shown)

@@ -95,32 +95,33 @@ void collectIds(const App::ItemSnapshot& item, std::vector<App::ItemId>& ids)
 
 } // namespace
 
-MenuExporter::MenuExporter(sd_bus* onBus, MenuQuestions questions) : bus(onBus), ask(std::move(questions))
+MenuExporter::MenuExporter(sd_bus* onBus, MenuCallbacks menuCallbacks)
+    : bus(onBus), callbacks(std::move(menuCallbacks))
 {
     exportResult = sd_bus_add_object_vtable(bus, Into(slot), kMenuPath, kInterface, kMethods, this);
 }
 
 void MenuExporter::menuChanged(const App::MenuChanges& changes)
 {
-    auto updates = itemUpdates(changes, ask.menu);
+    auto updates = itemUpdates(changes, callbacks.menu);
     if (updates.empty() && changes.menus.empty())
         return;
     ++revision;
-    if (!isReading())
+    if (!canSend())
         return;
     std::set<App::ItemId> layouts;
-    for (const auto& [parent, reshape] : changes.menus)
-        if (!panels.holds(parent))
+    for (const auto& [parent, change] : changes.menus)
+        if (!panels.holdBack(parent))
             layouts.insert(parent);
         else
-            for (const auto& removed : reshape.went)
+            for (const auto& removed : change.removed)
                 updates.push_back({removed.first, {{"visible", false}}, {}});
     isStale = sendItemUpdates(updates) < 0;
     sendLayoutsUpdated(layouts);
 }
 
 // Returns false once too much is queued, until all of it is sent.
-bool MenuExporter::isReading()
+bool MenuExporter::canSend()
 {
     isStale = isStale || queuedMessages() > kMaxQueued;
     return !isStale;
@@ -139,7 +140,7 @@ void MenuExporter::catchUp()
         return;
     isStale = false;
     ++revision;
-    const auto menu = takeSnapshot(ask.menu);
+    const auto menu = takeSnapshot(callbacks.menu);
     int result = sendSignal(bus, "ItemsPropertiesUpdated", kAllPanels,
                             [&](sd_bus_message* message) { return appendWholeMenu(message, menu); });
     for (const auto& item : menu.items)
@@ -148,7 +149,7 @@ void MenuExporter::catchUp()
     if (result >= 0)
         result = sendLayoutUpdated(App::kStatusMenuId, kAllPanels);
     if (result < 0)
-        Lct::Log(Lct::eLogWarning, "tray", "panels may show an old menu: %s", std::strerror(-result));
+        Lct::Log(Lct::eLogWarning, "tray", "panels may show an outdated menu: %s", std::strerror(-result));
 }
 
 int MenuExporter::sendItemUpdates(const std::vector<ItemUpdate>& items)
@@ -167,14 +168,14 @@ int MenuExporter::sendLayoutUpdated(App::ItemId parent, const char* destination)
 void MenuExporter::sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination)
 {
     for (const auto parent : parents)
-        if (isReading())
+        if (canSend())
             isStale = sendLayoutUpdated(parent, destination) < 0;
 }
 
-void MenuExporter::forgetPanels()
+void MenuExporter::resetPanels()
 {
-    accordion.forget();
-    sendLayoutsUpdated(panels.forget());
+    accordion.reset();
+    sendLayoutsUpdated(panels.reset());
 }
 
 int MenuExporter::getLayout(sd_bus_message* call)
@@ -182,17 +183,17 @@ int MenuExporter::getLayout(sd_bus_message* call)
     LayoutRequest request;
     if (const int failed = readLayoutRequest(call, request); failed < 0)
         return failed;
-    const auto item = takeSnapshot(ask.menu, request.parent, request.depth);
+    const auto item = takeSnapshot(callbacks.menu, request.parent, request.depth);
     if (!item)
         return unknownId(call, request.parent);
     const auto* client = senderOf(call);
-    accordion.noteRequest(client, request);
+    accordion.recordRequest(client, request);
     const bool isWhole = accordion.is(client) && request.parent == App::kStatusMenuId;
     const int result = reply(call, [&](sd_bus_message* answer) {
         const int appended = sd_bus_message_append(answer, "u", revision);
         if (appended < 0)
             return appended;
-        return appendLayout(answer, isWhole ? accordion.layout(ask.menu) : layoutOf(*item));
+        return appendLayout(answer, isWhole ? accordion.layout(callbacks.menu) : layoutOf(*item));
     });
     if (result >= 0 && request.depth == 1)
         sendLayoutsUpdated(panels.unannounced(client, *item), client);
@@ -206,7 +207,7 @@ int MenuExporter::getGroupProperties(sd_bus_message* call)
     if (const int failed = readIds(call, ids); failed < 0)
         return failed;
     if (ids.empty())
-        collectIds(takeSnapshot(ask.menu), ids);
+        collectIds(takeSnapshot(callbacks.menu), ids);
     const bool isAccordion = accordion.is(senderOf(call));
     return reply(call, [&](sd_bus_message* answer) { return appendGroup(answer, ids, isAccordion); });
 }
@@ -216,7 +217,7 @@ int MenuExporter::appendGroup(sd_bus_message* answer, const std::vector<App::Ite
 {
     return appendContainer(answer, SD_BUS_TYPE_ARRAY, "(ia{sv})", [&] {
         return appendEach(ids, [&](App::ItemId id) {
-            const auto* item = isAccordion ? ask.menu.itemWithId(id) : nullptr;
+            const auto* item = isAccordion ? callbacks.menu.itemWithId(id) : nullptr;
             if (item != nullptr)
                 return appendItem(answer, id, AccordionPanel::properties(*item));
             const auto alone = itemAlone(id);
@@ -244,7 +245,7 @@ int MenuExporter::getProperty(sd_bus_message* call)
 
 int MenuExporter::event(sd_bus_message* call)
 {
-    MenuEvents events;
+    PanelEvents events;
     if (const int failed = readEvent(call, events); failed < 0)
         return failed;
     const auto [id, kind] = events.front();
@@ -256,10 +257,10 @@ int MenuExporter::event(sd_bus_message* call)
 // Handles each distinct event once, however often a group contains it. A malformed group has no effect.
 int MenuExporter::eventGroup(sd_bus_message* call)
 {
-    MenuEvents events;
+    PanelEvents events;
     if (const int failed = readEvents(call, events); failed < 0)
         return failed;
-    std::set<std::pair<App::ItemId, MenuEvent>> handled;
+    std::set<std::pair<App::ItemId, PanelEvent>> handled;
     std::set<App::ItemId> unknown;
     for (const auto& [id, kind] : events)
         if (handled.emplace(id, kind).second && !handle(senderOf(call), id, kind))
@@ -306,25 +307,25 @@ bool MenuExporter::prepare(App::ItemId id)
 // Prepares all submenus with the whole menu: an update while a submenu is open is too late for some panels.
 void MenuExporter::open(App::ItemId id) const
 {
-    ask.menuWillOpen(id);
+    callbacks.menuWillOpen(id);
     if (id != App::kStatusMenuId)
         return;
-    const auto menu = takeSnapshot(ask.menu, id, 1);
+    const auto menu = takeSnapshot(callbacks.menu, id, 1);
     for (const auto& item : menu->items)
         if (item.hasSubmenu)
-            ask.menuWillOpen(item.id);
+            callbacks.menuWillOpen(item.id);
 }
 
 // Returns false for an unknown item. A removed one can still be closed.
-bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
+bool MenuExporter::handle(const char* client, App::ItemId id, PanelEvent kind)
 {
-    if (kind == MenuEvent::closed)
+    if (kind == PanelEvent::closed)
         sendLayoutsUpdated(panels.closed(id));
     if (!itemAlone(id))
         return false;
-    if (kind == MenuEvent::clicked)
+    if (kind == PanelEvent::clicked)
         click(client, id);
-    if (kind == MenuEvent::opened) {
+    if (kind == PanelEvent::opened) {
         open(id);
         sendLayoutsUpdated(panels.opened(client, id));
     }
@@ -334,21 +335,21 @@ bool MenuExporter::handle(const char* client, App::ItemId id, MenuEvent kind)
 // Posts the choice, so that the panel gets its reply before any slow operation.
 void MenuExporter::click(const char* client, App::ItemId id)
 {
-    const auto* item = accordion.is(client) ? ask.menu.itemWithId(id) : nullptr;
+    const auto* item = accordion.is(client) ? callbacks.menu.itemWithId(id) : nullptr;
     if (item != nullptr && accordion.choose(*item)) {
         ++revision;
         sendLayoutsUpdated({App::kStatusMenuId});
     }
-    ask.post([this, id] { choose(id); });
+    callbacks.post([this, id] { choose(id); });
 }
 
 // Sends the state again if nothing has changed, since some panels tick a clicked item by themselves.
 void MenuExporter::choose(App::ItemId id)
 {
     const auto before = revision;
-    ask.choose(id);
+    callbacks.choose(id);
     const auto item = itemAlone(id);
-    if (revision != before || !item || item->properties->mark == App::Mark::none || !isReading())
+    if (revision != before || !item || item->properties->mark == App::Mark::none || !canSend())
         return;
     isStale = sendItemUpdates({{id, {{"toggle-state", std::int32_t{item->properties->on ? 1 : 0}}}, {}}}) < 0;
 }

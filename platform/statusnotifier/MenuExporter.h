@@ -11,7 +11,7 @@
 namespace Kest::StatusNotifier {
 
 /// The functions of the application that the exporter calls.
-struct MenuQuestions {
+struct MenuCallbacks {
     const App::MenuModel& menu; // outlives the exporter
     // `choose` and `menuWillOpen` report changes by `menuChanged` before they return.
     std::function<void(App::ItemId)> choose;
@@ -24,7 +24,7 @@ constexpr char kMenuPath[] = "/MenuBar";
 /// Main thread only. The bus outlives it.
 class MenuExporter {
 public:
-    MenuExporter(sd_bus* bus, MenuQuestions questions);
+    MenuExporter(sd_bus* bus, MenuCallbacks menuCallbacks);
     MenuExporter(const MenuExporter&) = delete;
     MenuExporter& operator=(const MenuExporter&) = delete;
 
@@ -39,7 +39,7 @@ public:
     /// Called after each event of the main loop.
     void catchUp();
     /// Called when a panel starts again: discards what is known about panels, and sends the held layouts.
-    void forgetPanels();
+    void resetPanels();
 
     // Called by sd-bus.
     int getLayout(sd_bus_message* call);
@@ -53,21 +53,24 @@ public:
 private:
     static constexpr const char* kAllPanels = nullptr;
 
-    std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const { return takeSnapshot(ask.menu, id, 0); }
-    bool isReading();
+    std::optional<App::ItemSnapshot> itemAlone(App::ItemId id) const
+    {
+        return takeSnapshot(callbacks.menu, id, 0);
+    }
+    bool canSend();
     std::uint64_t queuedMessages() const;
     int sendItemUpdates(const std::vector<ItemUpdate>& items);
     int sendLayoutUpdated(App::ItemId parent, const char* destination);
     void sendLayoutsUpdated(const std::set<App::ItemId>& parents, const char* destination = kAllPanels);
     int appendGroup(sd_bus_message* answer, const std::vector<App::ItemId>& ids, bool isAccordion) const;
-    bool handle(const char* client, App::ItemId id, MenuEvent kind);
+    bool handle(const char* client, App::ItemId id, PanelEvent kind);
     void click(const char* client, App::ItemId id);
     void choose(App::ItemId id);
     bool prepare(App::ItemId id);
     void open(App::ItemId id) const;
 
     sd_bus* bus;
-    MenuQuestions ask;
+    MenuCallbacks callbacks;
     std::uint32_t revision = 1;
     bool isStale = false; // changes were not sent
     Panels panels;

@@ -6,13 +6,13 @@
 namespace Kest::StatusNotifier {
 namespace {
 
-MenuEvent eventNamed(std::string_view name)
+PanelEvent eventNamed(std::string_view name)
 {
     if (name == "clicked")
-        return MenuEvent::clicked;
+        return PanelEvent::clicked;
     if (name == "opened")
-        return MenuEvent::opened;
-    return name == "closed" ? MenuEvent::closed : MenuEvent::other;
+        return PanelEvent::opened;
+    return name == "closed" ? PanelEvent::closed : PanelEvent::other;
 }
 
 int appendRemoved(sd_bus_message* message, const ItemUpdate& item)
@@ -59,7 +59,7 @@ int readLayoutRequest(sd_bus_message* message, LayoutRequest& request)
     return result < 0 ? result : sd_bus_message_exit_container(message);
 }
 
-int readEvent(sd_bus_message* message, MenuEvents& events)
+int readEvent(sd_bus_message* message, PanelEvents& events)
 {
     App::ItemId id = 0;
     const char* name = nullptr;
@@ -70,7 +70,7 @@ int readEvent(sd_bus_message* message, MenuEvents& events)
     return sd_bus_message_skip(message, "vu");
 }
 
-int readEvents(sd_bus_message* message, MenuEvents& events)
+int readEvents(sd_bus_message* message, PanelEvents& events)
 {
     int result = sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "(isvu)");
     while (result >= 0 &&

@@ -10,8 +10,8 @@
 
 namespace Kest::StatusNotifier {
 
-enum class MenuEvent { clicked, opened, closed, other };
-using MenuEvents = std::vector<std::pair<App::ItemId, MenuEvent>>;
+enum class PanelEvent { clicked, opened, closed, other };
+using PanelEvents = std::vector<std::pair<App::ItemId, PanelEvent>>;
 
 struct LayoutRequest {
     App::ItemId parent = App::kStatusMenuId;
@@ -25,9 +25,9 @@ struct LayoutRequest {
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
 int readLayoutRequest(sd_bus_message* message, LayoutRequest& request); // iias
 /// isvu: adds the event to `events`.
-int readEvent(sd_bus_message* message, MenuEvents& events);
+int readEvent(sd_bus_message* message, PanelEvents& events);
 /// a(isvu)
-int readEvents(sd_bus_message* message, MenuEvents& events);
+int readEvents(sd_bus_message* message, PanelEvents& events);
 
 int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids);           // ai
 int appendItem(sd_bus_message* message, App::ItemId id, const Properties& properties); // (ia{sv})

@@ -51,14 +51,14 @@ std::set<App::ItemId> Panels::allClosed()
     return std::exchange(held, {});
 }
 
-bool Panels::holds(App::ItemId menu)
+bool Panels::holdBack(App::ItemId menu)
 {
     if (!open.empty())
         held.insert(menu);
     return !open.empty();
 }
 
-std::set<App::ItemId> Panels::forget()
+std::set<App::ItemId> Panels::reset()
 {
     announced.clear();
     return allClosed();

@@ -31,10 +31,10 @@ public:
     std::set<App::ItemId> aboutToShow(App::ItemId menu);
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
     std::set<App::ItemId> closed(App::ItemId menu);
-    std::set<App::ItemId> forget(); // before other panels
+    std::set<App::ItemId> reset(); // before other panels
 
     /// Returns whether the menu's layout must be held back, and records it if so.
-    bool holds(App::ItemId menu);
+    bool holdBack(App::ItemId menu);
 
 private:
     std::set<App::ItemId> allClosed();

@@ -18,7 +18,7 @@ std::string iconThemePath()
     return failure ? std::string() : (program.parent_path().parent_path() / "share/icons").string();
 }
 
-void tellThatThereIsNoTray()
+void reportNoTray()
 {
     Lct::print("No tray on this desktop yet; the item appears as soon as there is one. "
                "kest-settings-terminal shows the same menu in a terminal.\n");
@@ -52,7 +52,7 @@ bool TrayFrontEnd::run(App::KestSettingsAppDelegate& application)
     if (reason < 0)
         Lct::printError("The main loop has failed: %s\n", std::strerror(-reason));
     else if (reason == kBusLost)
-        Lct::printError("The session bus has ended, and the agent ends with it.\n");
+        Lct::printError("The session bus has ended; the agent ends too.\n");
     item.reset();
     exporter.reset();
     return reason == kQuit;
@@ -65,19 +65,19 @@ void TrayFrontEnd::start(App::KestSettingsAppDelegate& application)
     if (wakeUps.isQuitting())
         return quit();
     openAll(application);
-    if (const int result = exportTo(application); result < 0)
+    if (const int result = exportMenu(application); result < 0)
         fail(result);
 }
 
-int TrayFrontEnd::exportTo(App::KestSettingsAppDelegate& application)
+int TrayFrontEnd::exportMenu(App::KestSettingsAppDelegate& application)
 {
     exporter.emplace(sessionBus.get(),
-                     MenuQuestions{application.menu(),
+                     MenuCallbacks{application.menu(),
                                    [&application](App::ItemId id) { application.choose(id); },
                                    [&application](App::ItemId id) { application.menuWillOpen(id); },
                                    [this](std::function<void()> job) { post(std::move(job)); }});
     item.emplace(sessionBus.get(), iconThemePath(),
-                 StatusItem::Callbacks{tellThatThereIsNoTray, [this] { exporter->forgetPanels(); },
+                 StatusItem::Callbacks{reportNoTray, [this] { exporter->resetPanels(); },
                                        [this](int result) { fail(result); }});
     int result = std::min(exporter->failure(), item->failure());
     if (result >= 0)
@@ -96,7 +96,7 @@ void TrayFrontEnd::end(int reason)
 
 void TrayFrontEnd::fail(int result)
 {
-    Lct::printError("Kest Settings cannot be put on the session bus: %s\n", std::strerror(-result));
+    Lct::printError("Kest Settings cannot be exported on the session bus: %s\n", std::strerror(-result));
     end(kFailed);
 }
 

@@ -41,7 +41,7 @@ private:
 
     int connect();
     void start(App::KestSettingsAppDelegate& application);
-    int exportTo(App::KestSettingsAppDelegate& application);
+    int exportMenu(App::KestSettingsAppDelegate& application);
     void end(int reason);
     void fail(int result);
     static void openAll(App::KestSettingsAppDelegate& application);

@@ -2,7 +2,7 @@
 #include "app/KestSettingsAppDelegate.h"
 #include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
-#include "platform/posix/RunAlone.h"
+#include "platform/posix/SingleInstance.h"
 #include "platform/statusnotifier/DesktopWorkspace.h"
 #include "platform/statusnotifier/TrayFrontEnd.h"
 
@@ -28,5 +28,5 @@ int main(int argc, char** argv)
     if (const auto status = Kest::Posix::answerArguments(
             argc, argv, "Shows the K3DHost mixing system's settings in the desktop's tray."))
         return *status;
-    return Kest::Posix::runAlone(runInTray);
+    return Kest::Posix::runSingleInstance(runInTray);
 }

@@ -28,18 +28,18 @@ std::string drawable(const std::string& text, Glyphs glyphs)
     return drawn;
 }
 
-int cells(const std::string& text)
+int cellWidth(const std::string& text)
 {
     int sum = 0;
     forEachCharacter(text, [&sum](const Character& character) { sum += std::max(widthOf(character), 0); });
     return sum;
 }
 
-std::string fitted(const std::string& text, int width, Glyphs glyphs)
+std::string fitToWidth(const std::string& text, int width, Glyphs glyphs)
 {
     if (width <= 0)
         return {};
-    const int whole = cells(text);
+    const int whole = cellWidth(text);
     if (whole <= width)
         return text + std::string(static_cast<std::size_t>(width - whole), ' ');
 
@@ -54,7 +54,7 @@ std::string fitted(const std::string& text, int width, Glyphs glyphs)
         used += wide;
         start += character.bytes;
     });
-    return start + glyphs.cut() + std::string(static_cast<std::size_t>(width - 1 - used), ' ');
+    return start + glyphs.ellipsis() + std::string(static_cast<std::size_t>(width - 1 - used), ' ');
 }
 
 std::string repeated(const char* text, int times)

@@ -9,10 +9,10 @@ namespace Kest::Terminal {
 struct Glyphs {
     bool isUnicode = true; // false: ASCII only
     const char* separator() const { return isUnicode ? "\u2500" : "-"; }
-    const char* below() const { return isUnicode ? "\u25B8" : ">"; }
+    const char* submenuArrow() const { return isUnicode ? "\u25B8" : ">"; }
     const char* done() const { return isUnicode ? "\u2588" : "#"; }
-    const char* toDo() const { return isUnicode ? "\u2591" : "."; }
-    const char* cut() const { return isUnicode ? "\u2026" : "~"; }
+    const char* remaining() const { return isUnicode ? "\u2591" : "."; }
+    const char* ellipsis() const { return isUnicode ? "\u2026" : "~"; }
 };
 
 /// Returns the text as `printable` does, with "?" for each character that the screen or the locale lacks.
@@ -20,10 +20,10 @@ std::string drawable(const std::string& text, Glyphs glyphs);
 
 /// Returns the width of drawable text in cells, by the process's locale: 2 for a wide character, 0 for a
 /// combining accent.
-int cells(const std::string& text);
+int cellWidth(const std::string& text);
 
 /// Returns drawable text cut or padded with blanks to exactly `width` cells; empty for a width below 1.
-std::string fitted(const std::string& text, int width, Glyphs glyphs);
+std::string fitToWidth(const std::string& text, int width, Glyphs glyphs);
 
 /// Returns `text` repeated `times` times.
 std::string repeated(const char* text, int times);

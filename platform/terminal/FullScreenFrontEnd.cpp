@@ -9,12 +9,13 @@
 
 namespace Kest::Terminal {
 
-FullScreenFrontEnd::FullScreenFrontEnd(Screen& onScreen) : screen(onScreen), menu(onScreen.glyphs())
+FullScreenFrontEnd::FullScreenFrontEnd(Screen& terminalScreen)
+    : screen(terminalScreen), menu(terminalScreen.glyphs())
 {
     Lct::redirectOutput([this](std::string_view text) {
         post([this, printed = std::string(text)] {
-            menu.note(printed);
-            drawLater();
+            menu.addPrintedText(printed);
+            scheduleDrawing();
         });
     });
 }
@@ -25,7 +26,7 @@ bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 {
     delegate = &application;
     watchSignals();
-    drawLater(); // after the jobs of the start-up, so that the menu is complete
+    scheduleDrawing(); // after the jobs of the start-up, so that the menu is complete
     loop.watchInput(STDIN_FILENO, [this] { readKeys(); });
     const bool succeeded = loop.run();
     delegate = nullptr;
@@ -35,7 +36,7 @@ bool FullScreenFrontEnd::run(App::KestSettingsAppDelegate& application)
 void FullScreenFrontEnd::menuChanged(const App::MenuChanges&)
 {
     isMenuStale = true;
-    drawLater();
+    scheduleDrawing();
 }
 
 void FullScreenFrontEnd::watchSignals()
@@ -43,7 +44,7 @@ void FullScreenFrontEnd::watchSignals()
     Posix::JobQueue::setEmergencyCleanup(TerminalGuard::restore);
     loop.watchSignal(SIGWINCH, [this] {
         screen.resize();
-        drawLater();
+        scheduleDrawing();
     });
     loop.watchSignal(SIGTSTP, [this] { screen.suspend(); });
     loop.watchSignal(SIGCONT, [this] {
@@ -52,7 +53,7 @@ void FullScreenFrontEnd::watchSignals()
             return;
         }
         screen.resume();
-        drawLater();
+        scheduleDrawing();
     });
 }
 
@@ -63,34 +64,34 @@ void FullScreenFrontEnd::readKeys()
     while (const auto input = screen.nextInput()) {
         if (input->key == Key::suspend)
             return screen.suspend(); // the shell reads what was typed after it
-        takeMenu();
-        obey(menu.press(*input));
+        refreshMenu();
+        execute(menu.press(*input));
         if (loop.isQuitting())
             return;
     }
-    drawLater();
+    scheduleDrawing();
 }
 
-void FullScreenFrontEnd::obey(const Request& request)
+void FullScreenFrontEnd::execute(const Command& command)
 {
-    if (request.quit)
+    if (command.quit)
         return loop.quit();
-    if (request.chosen != App::kStatusMenuId)
-        delegate->choose(request.chosen);
-    for (const auto submenu : request.opened)
+    if (command.chosen != App::kStatusMenuId)
+        delegate->choose(command.chosen);
+    for (const auto submenu : command.opened)
         delegate->menuWillOpen(submenu);
 }
 
-void FullScreenFrontEnd::takeMenu()
+void FullScreenFrontEnd::refreshMenu()
 {
     if (std::exchange(isMenuStale, false))
         menu.show(takeSnapshot(delegate->menu()), std::time(nullptr));
 }
 
 // Several calls cause one drawing.
-void FullScreenFrontEnd::drawLater()
+void FullScreenFrontEnd::scheduleDrawing()
 {
-    if (!std::exchange(isDrawingDue, true))
+    if (!std::exchange(isDrawingScheduled, true))
         loop.post([this] { draw(); });
 }
 
@@ -103,8 +104,8 @@ void FullScreenFrontEnd::draw()
         });
         return;
     }
-    isDrawingDue = false;
-    takeMenu();
+    isDrawingScheduled = false;
+    refreshMenu();
     menu.showHost(delegate->hostState().presence);
     screen.draw(menu.lines(screen.size()));
 }

@@ -20,7 +20,7 @@ namespace Kest::Terminal {
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
     /// The screen must outlive this object.
-    explicit FullScreenFrontEnd(Screen& onScreen);
+    explicit FullScreenFrontEnd(Screen& terminalScreen);
     ~FullScreenFrontEnd() override;
     FullScreenFrontEnd(const FullScreenFrontEnd&) = delete;
     FullScreenFrontEnd& operator=(const FullScreenFrontEnd&) = delete;
@@ -32,15 +32,15 @@ public:
     void showStatusItem(const std::string&) override {} // the screen shows the menu
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
-    void hostChanged() override { drawLater(); }
+    void hostChanged() override { scheduleDrawing(); }
     void quit() override { loop.quit(); }
 
 private:
     void watchSignals();
     void readKeys();
-    void obey(const Request& request);
-    void takeMenu();
-    void drawLater();
+    void execute(const Command& command);
+    void refreshMenu();
+    void scheduleDrawing();
     void draw();
 
     Screen& screen;
@@ -48,7 +48,7 @@ private:
     MenuScreen menu;
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     bool isMenuStale = true;
-    bool isDrawingDue = false;
+    bool isDrawingScheduled = false;
 };
 
 } // namespace Kest::Terminal

@@ -10,9 +10,9 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr std::size_t kLongestSearch = 256; // bytes
-constexpr std::size_t kLongestNote = 4096;  // bytes
-constexpr int kAllTheWay = std::numeric_limits<int>::max() / 2;
+constexpr std::size_t kMaxSearchBytes = 256; // bytes
+constexpr std::size_t kMaxLineBytes = 4096;  // bytes
+constexpr int kToTheEnd = std::numeric_limits<int>::max() / 2;
 
 void collectBuses(const App::ItemSnapshot& menu, std::vector<std::string>& names)
 {
@@ -44,25 +44,25 @@ std::string withoutDateAndLevel(const std::string& line)
 } // namespace
 
 // A line is shown as soon as it begins, because some lines are never ended.
-void MenuScreen::note(const std::string& printed)
+void MenuScreen::addPrintedText(const std::string& printed)
 {
-    const auto text = unfinishedNote + printed;
+    const auto text = unfinishedLine + printed;
     if (const auto last = text.find_last_not_of(" \t\r\n"); last != std::string::npos) {
         const auto begin = text.rfind('\n', last) + 1; // npos + 1 is 0
-        lastNote = withoutDateAndLevel(text.substr(begin, last + 1 - begin));
+        lastPrintedLine = withoutDateAndLevel(text.substr(begin, last + 1 - begin));
     }
-    unfinishedNote = text.substr(text.rfind('\n') + 1, kLongestNote);
+    unfinishedLine = text.substr(text.rfind('\n') + 1, kMaxLineBytes);
 }
 
 void MenuScreen::show(App::ItemSnapshot statusMenu, std::time_t now)
 {
-    noteBuses(statusMenu, now);
+    recordBuses(statusMenu, now);
     navigator.show(std::move(statusMenu));
     if (mode == Mode::search)
-        searchAgain();
+        updateMatches();
 }
 
-void MenuScreen::noteBuses(const App::ItemSnapshot& statusMenu, std::time_t now)
+void MenuScreen::recordBuses(const App::ItemSnapshot& statusMenu, std::time_t now)
 {
     std::vector<std::string> names;
     collectBuses(statusMenu, names);
@@ -71,7 +71,7 @@ void MenuScreen::noteBuses(const App::ItemSnapshot& statusMenu, std::time_t now)
     buses = std::move(names);
 }
 
-Request MenuScreen::press(const Input& input)
+Command MenuScreen::press(const Input& input)
 {
     switch (mode) {
     case Mode::menu:
@@ -85,27 +85,27 @@ Request MenuScreen::press(const Input& input)
     return {};
 }
 
-Request MenuScreen::pressInMenu(const Input& input)
+Command MenuScreen::pressInMenu(const Input& input)
 {
     switch (input.key) {
     case Key::up:
     case Key::wheelUp:
-        return navigator.moveBy(-1), Request{};
+        return navigator.moveBy(-1), Command{};
     case Key::down:
     case Key::wheelDown:
-        return navigator.moveBy(1), Request{};
+        return navigator.moveBy(1), Command{};
     case Key::pageUp:
-        return navigator.moveBy(1 - drawnHeight), Request{};
+        return navigator.moveBy(1 - drawnHeight), Command{};
     case Key::pageDown:
-        return navigator.moveBy(std::max(1, drawnHeight - 1)), Request{};
+        return navigator.moveBy(std::max(1, drawnHeight - 1)), Command{};
     case Key::home:
-        return navigator.moveBy(-kAllTheWay), Request{};
+        return navigator.moveBy(-kToTheEnd), Command{};
     case Key::end:
-        return navigator.moveBy(kAllTheWay), Request{};
+        return navigator.moveBy(kToTheEnd), Command{};
     case Key::left:
     case Key::escape:
     case Key::backspace:
-        return navigator.leave(), Request{};
+        return navigator.leave(), Command{};
     case Key::right:
         return open(navigator.selected());
     case Key::enter:
@@ -113,7 +113,7 @@ Request MenuScreen::pressInMenu(const Input& input)
     case Key::click:
         return click(input.line);
     case Key::character:
-        return input.text.size() == 1 ? pressCharacter(input.text.front()) : Request{};
+        return input.text.size() == 1 ? pressCharacter(input.text.front()) : Command{};
     case Key::suspend:
     case Key::other:
         break;
@@ -121,7 +121,7 @@ Request MenuScreen::pressInMenu(const Input& input)
     return {};
 }
 
-Request MenuScreen::pressCharacter(char letter)
+Command MenuScreen::pressCharacter(char letter)
 {
     static const std::map<char, Key> kKeys = {
         {'h', Key::left}, {'j', Key::down}, {'k', Key::up}, {'l', Key::right}, {' ', Key::enter}};
@@ -135,15 +135,15 @@ Request MenuScreen::pressCharacter(char letter)
         return {};
     case '/':
         mode = Mode::search;
-        searched.clear();
-        searchAgain();
+        searchText.clear();
+        updateMatches();
         return {.opened = submenusBelow(navigator.statusMenu())}; // fills submenus before the search
     default:
         return {};
     }
 }
 
-Request MenuScreen::activate(App::ItemId id)
+Command MenuScreen::activate(App::ItemId id)
 {
     const auto* item = findItem(navigator.menu(), id);
     if (item == nullptr || id == App::kStatusMenuId)
@@ -154,14 +154,14 @@ Request MenuScreen::activate(App::ItemId id)
     return {.chosen = id, .opened = {navigator.menu().id}};
 }
 
-Request MenuScreen::open(App::ItemId submenu)
+Command MenuScreen::open(App::ItemId submenu)
 {
     const auto* before = &navigator.menu();
     navigator.enter(submenu);
-    return &navigator.menu() == before ? Request{} : Request{.opened = {submenu}};
+    return &navigator.menu() == before ? Command{} : Command{.opened = {submenu}};
 }
 
-Request MenuScreen::click(int line)
+Command MenuScreen::click(int line)
 {
     const auto rows = navigator.rows();
     const int row = drawnTop + line - 1;
@@ -175,7 +175,7 @@ Request MenuScreen::click(int line)
     return activate(id);
 }
 
-Request MenuScreen::pressInSearch(const Input& input)
+Command MenuScreen::pressInSearch(const Input& input)
 {
     const int last = std::max(0, static_cast<int>(matches.size()) - 1);
     switch (input.key) {
@@ -207,40 +207,40 @@ Request MenuScreen::pressInSearch(const Input& input)
 
 void MenuScreen::edit(const Input& input)
 {
-    if (input.key == Key::backspace && searched.empty())
+    if (input.key == Key::backspace && searchText.empty())
         mode = Mode::menu;
     else if (input.key == Key::backspace)
-        removeLastCharacter(searched);
-    else if (input.key == Key::character && searched.size() + input.text.size() <= kLongestSearch)
-        searched += input.text;
+        removeLastCharacter(searchText);
+    else if (input.key == Key::character && searchText.size() + input.text.size() <= kMaxSearchBytes)
+        searchText += input.text;
     else
         return;
     match = 0;
-    searchAgain();
+    updateMatches();
 }
 
-Request MenuScreen::goToMatch()
+Command MenuScreen::goToMatch()
 {
     if (matches.empty())
         return {};
     mode = Mode::menu;
     navigator.goTo(matches[static_cast<std::size_t>(match)].id);
-    Request request;
+    Command command;
     for (const auto* menu : navigator.openMenus())
         if (menu->id != App::kStatusMenuId)
-            request.opened.push_back(menu->id);
-    return request;
+            command.opened.push_back(menu->id);
+    return command;
 }
 
 // When the menu changes during a search, the selected match stays selected, unless it is the first one.
-void MenuScreen::searchAgain()
+void MenuScreen::updateMatches()
 {
     const auto before = matches.empty() ? App::kStatusMenuId : matches[static_cast<std::size_t>(match)].id;
-    matches = findItems(navigator.statusMenu(), searched);
+    matches = findItems(navigator.statusMenu(), searchText);
     const auto same = std::ranges::find(matches, before, &SearchMatch::id);
-    const bool keeps = match != 0 && same != matches.end();
-    match = keeps ? static_cast<int>(same - matches.begin())
-                  : std::clamp(match, 0, std::max(0, static_cast<int>(matches.size()) - 1));
+    const bool keepsMatch = match != 0 && same != matches.end();
+    match = keepsMatch ? static_cast<int>(same - matches.begin())
+                       : std::clamp(match, 0, std::max(0, static_cast<int>(matches.size()) - 1));
 }
 
 } // namespace Kest::Terminal

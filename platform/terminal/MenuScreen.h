@@ -41,7 +41,7 @@ struct Input {
 };
 
 /// What the front end does after an input: chooses an item, then reports the opened submenus; or quits.
-struct Request {
+struct Command {
     App::ItemId chosen = App::kStatusMenuId;
     std::vector<App::ItemId> opened; // submenus that are now displayed or part of a search
     bool quit = false;
@@ -52,13 +52,13 @@ struct Size {
     int columns = 0;
     bool operator==(const Size&) const = default;
 };
-constexpr Size kSmallest{8, 40};
+constexpr Size kMinSize{8, 40};
 
-enum class Look : std::uint8_t { plain, title, greyed, red, status };
+enum class Style : std::uint8_t { plain, title, greyed, red, status };
 
 struct ScreenLine {
     std::string text; // drawable, as wide as the screen
-    Look look = Look::plain;
+    Style style = Style::plain;
     bool selected = false;
 };
 
@@ -76,9 +76,9 @@ public:
     void show(App::ItemSnapshot statusMenu, std::time_t now);
     /// Takes printed text, in pieces of any size. Its last line that is not blank is shown; a log line is
     /// shown without date and level.
-    void note(const std::string& printed);
+    void addPrintedText(const std::string& printed);
     void showHost(Settings::HostPresence presence) { host = presence; }
-    Request press(const Input& input);
+    Command press(const Input& input);
 
     /// Returns all lines of the screen from the top; scrolls to the selected row.
     std::vector<ScreenLine> lines(Size size);
@@ -86,16 +86,16 @@ public:
 private:
     enum class Mode : std::uint8_t { menu, search, help };
 
-    void noteBuses(const App::ItemSnapshot& statusMenu, std::time_t now);
-    Request pressInMenu(const Input& input);
-    Request pressInSearch(const Input& input);
-    Request pressCharacter(char letter);
-    Request activate(App::ItemId id);
-    Request open(App::ItemId submenu);
-    Request click(int line);
-    Request goToMatch();
+    void recordBuses(const App::ItemSnapshot& statusMenu, std::time_t now);
+    Command pressInMenu(const Input& input);
+    Command pressInSearch(const Input& input);
+    Command pressCharacter(char letter);
+    Command activate(App::ItemId id);
+    Command open(App::ItemId submenu);
+    Command click(int line);
+    Command goToMatch();
     void edit(const Input& input);
-    void searchAgain();
+    void updateMatches();
 
     std::string titleText() const;
     std::string messageText() const;
@@ -109,10 +109,10 @@ private:
     std::vector<std::string> buses;
     std::time_t busesChanged = 0; // 0: never since the first list
     Settings::HostPresence host = Settings::HostPresence::absent;
-    std::string lastNote;
-    std::string unfinishedNote;
+    std::string lastPrintedLine;
+    std::string unfinishedLine;
     Mode mode = Mode::menu;
-    std::string searched;
+    std::string searchText;
     std::vector<SearchMatch> matches;
     int match = 0; // index of the selected match
     // Of the last drawing, for clicks and page keys.

@@ -9,14 +9,14 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr int kLinesAround = 3; // title, message, status
+constexpr int kFrameLines = 3; // title, message, status
 
 constexpr const char* kHelp[] = {
     "  Up Down k j          move",
     "  Enter Space          choose, or open a submenu",
     "  Right l              open a submenu",
-    "  Left h Esc           back to the menu above",
-    "  PgUp PgDn Home End   move far",
+    "  Left h Esc           back to the parent menu",
+    "  PgUp PgDn Home End   page, first, last",
     "  /                    find an item",
     "  Mouse                click chooses, wheel moves",
     "  Ctrl-Z               suspend",
@@ -30,15 +30,15 @@ constexpr const char* kShortHelp[] = {
     "  Ctrl-Z  suspend      q  quit",
 };
 
-Look lookOf(const App::ItemProperties& item)
+Style styleOf(const App::ItemProperties& item)
 {
-    return item.red ? Look::red : item.enabled ? Look::plain : Look::greyed;
+    return item.red ? Style::red : item.enabled ? Style::plain : Style::greyed;
 }
 
 // Returns a line with a text at each end; the left one is cut to fit.
-std::string atBothEnds(const std::string& left, const std::string& right, int width, Glyphs glyphs)
+std::string leftAndRight(const std::string& left, const std::string& right, int width, Glyphs glyphs)
 {
-    return fitted(left, width - cells(right), glyphs) + right;
+    return fitToWidth(left, width - cellWidth(right), glyphs) + right;
 }
 
 std::vector<ScreenLine> helpLines(int height, int width, Glyphs glyphs)
@@ -47,7 +47,7 @@ std::vector<ScreenLine> helpLines(int height, int width, Glyphs glyphs)
     const auto help = fits ? std::span<const char* const>(kHelp) : std::span<const char* const>(kShortHelp);
     std::vector<ScreenLine> drawn;
     for (const auto* line : help)
-        drawn.push_back({fitted(line, width, glyphs)});
+        drawn.push_back({fitToWidth(line, width, glyphs)});
     return drawn;
 }
 
@@ -60,8 +60,8 @@ std::string rangeText(int top, int height, int count)
            std::to_string(count);
 }
 
-constexpr int kShortestBar = 8;
-constexpr int kLongestBar = 40;
+constexpr int kMinBarWidth = 8;
+constexpr int kMaxBarWidth = 40;
 
 // Returns " [####......]  42%" with `width` cells in the brackets; empty without a percentage.
 std::string progressBar(const std::optional<int>& percent, int width, Glyphs glyphs)
@@ -71,20 +71,20 @@ std::string progressBar(const std::optional<int>& percent, int width, Glyphs gly
     const int shown = std::clamp(*percent, 0, 100);
     const int done = shown * width / 100;
     const auto number = std::to_string(shown) + "%";
-    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.toDo(), width - done) + "] " +
+    return " [" + repeated(glyphs.done(), done) + repeated(glyphs.remaining(), width - done) + "] " +
            std::string(4 - number.size(), ' ') + number;
 }
 
 std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
 {
-    const auto& seen = *item.properties;
-    const std::string greyed = seen.enabled ? "" : " (greyed)";
-    if (!seen.view)
-        return fitted(markText(seen) + drawable(plainLabel(seen), glyphs) + greyed, width, glyphs);
+    const auto& props = *item.properties;
+    const std::string greyed = props.enabled ? "" : " (greyed)";
+    if (!props.view)
+        return fitToWidth(markText(props) + drawable(plainLabel(props), glyphs) + greyed, width, glyphs);
 
-    auto bar = progressBar(seen.view->percent, std::clamp(width / 3, kShortestBar, kLongestBar), glyphs);
-    const auto name = markText(seen) + drawable(itemName(seen), glyphs) + greyed;
-    return fitted(name, width - cells(bar), glyphs) + bar;
+    auto bar = progressBar(props.view->percent, std::clamp(width / 3, kMinBarWidth, kMaxBarWidth), glyphs);
+    const auto name = markText(props) + drawable(itemName(props), glyphs) + greyed;
+    return fitToWidth(name, width - cellWidth(bar), glyphs) + bar;
 }
 
 } // namespace
@@ -94,34 +94,34 @@ std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, G
     if (item.properties->separator)
         return "  " + repeated(glyphs.separator(), width - 4) + "  ";
     const std::string pointer = isSelected ? "> " : "  ";
-    const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.below() : "  ";
+    const std::string arrow = item.hasSubmenu ? std::string(" ") + glyphs.submenuArrow() : "  ";
     return pointer + labelText(item, width - 4, glyphs) + arrow;
 }
 
 std::vector<ScreenLine> MenuScreen::lines(Size size)
 {
     std::vector<ScreenLine> all;
-    if (size.lines < kSmallest.lines || size.columns < kSmallest.columns) {
-        all.push_back({fitted("Window too small: 40x8 needed", size.columns, glyphs)});
-        all.resize(static_cast<std::size_t>(std::max(size.lines, 1)), {fitted("", size.columns, glyphs)});
+    if (size.lines < kMinSize.lines || size.columns < kMinSize.columns) {
+        all.push_back({fitToWidth("Window too small: 40x8 needed", size.columns, glyphs)});
+        all.resize(static_cast<std::size_t>(std::max(size.lines, 1)), {fitToWidth("", size.columns, glyphs)});
         return all;
     }
 
-    drawnHeight = size.lines - kLinesAround;
+    drawnHeight = size.lines - kFrameLines;
     std::vector<ScreenLine> content;
     if (mode == Mode::help)
         content = helpLines(drawnHeight, size.columns, glyphs);
     else
         content = mode == Mode::search ? matchLines(drawnHeight, size.columns)
                                        : menuLines(drawnHeight, size.columns);
-    content.resize(static_cast<std::size_t>(drawnHeight), {fitted("", size.columns, glyphs)});
+    content.resize(static_cast<std::size_t>(drawnHeight), {fitToWidth("", size.columns, glyphs)});
 
     const int count = static_cast<int>(mode == Mode::search ? matches.size() : navigator.rows().size());
     const auto range = mode == Mode::help ? "" : rangeText(drawnTop, drawnHeight, count);
-    all.push_back({atBothEnds(titleText(), range, size.columns, glyphs), Look::title});
+    all.push_back({leftAndRight(titleText(), range, size.columns, glyphs), Style::title});
     std::ranges::move(content, std::back_inserter(all));
-    all.push_back({fitted(messageText(), size.columns, glyphs)});
-    all.push_back({atBothEnds(statusText(), " ? keys  q quit", size.columns, glyphs), Look::status});
+    all.push_back({fitToWidth(messageText(), size.columns, glyphs)});
+    all.push_back({leftAndRight(statusText(), " ? keys  q quit", size.columns, glyphs), Style::status});
     return all;
 }
 
@@ -130,7 +130,7 @@ std::string MenuScreen::titleText() const
     if (mode == Mode::help)
         return "Keys";
     if (mode == Mode::search)
-        return "Find an item: Enter goes there, Esc ends";
+        return "Find item: Enter selects, Esc cancels";
     std::string title = "Kest Settings";
     for (const auto* menu : navigator.openMenus())
         if (menu->id != App::kStatusMenuId)
@@ -167,13 +167,13 @@ std::string MenuScreen::messageText() const
 {
     switch (mode) {
     case Mode::search:
-        return drawable("/" + searched, glyphs) + "_";
+        return drawable("/" + searchText, glyphs) + "_";
     case Mode::help:
-        return "Any key goes back.";
+        return "Press any key to return.";
     case Mode::menu:
         break;
     }
-    return drawable(lastNote, glyphs);
+    return drawable(lastPrintedLine, glyphs);
 }
 
 std::vector<ScreenLine> MenuScreen::menuLines(int height, int width)
@@ -185,10 +185,10 @@ std::vector<ScreenLine> MenuScreen::menuLines(int height, int width)
     for (int row = drawnTop; row < std::min(drawnTop + height, count); ++row) {
         const auto& item = *rows[static_cast<std::size_t>(row)];
         const bool isSelected = item.id == navigator.selected();
-        drawn.push_back({rowText(item, isSelected, width, glyphs), lookOf(*item.properties), isSelected});
+        drawn.push_back({rowText(item, isSelected, width, glyphs), styleOf(*item.properties), isSelected});
     }
     if (rows.empty())
-        drawn.push_back({fitted("  (empty)", width, glyphs), Look::greyed});
+        drawn.push_back({fitToWidth("  (empty)", width, glyphs), Style::greyed});
     return drawn;
 }
 
@@ -201,10 +201,10 @@ std::vector<ScreenLine> MenuScreen::matchLines(int height, int width)
         const bool isSelected = row == match;
         const auto text =
             (isSelected ? "> " : "  ") + drawable(matches[static_cast<std::size_t>(row)].path, glyphs);
-        drawn.push_back({fitted(text, width, glyphs), Look::plain, isSelected});
+        drawn.push_back({fitToWidth(text, width, glyphs), Style::plain, isSelected});
     }
     if (matches.empty())
-        drawn.push_back({fitted("  no item holds this", width, glyphs), Look::greyed});
+        drawn.push_back({fitToWidth("  no match", width, glyphs), Style::greyed});
     return drawn;
 }
 

@@ -32,7 +32,7 @@ bool collectPath(const ItemSnapshot& menu, ItemId id, std::vector<ItemId>& path)
 void Navigator::show(ItemSnapshot statusMenu)
 {
     shown = std::move(statusMenu);
-    settle();
+    repairSelection();
 }
 
 const ItemSnapshot& Navigator::menu() const { return *openMenus().back(); }
@@ -47,17 +47,17 @@ std::vector<const ItemSnapshot*> Navigator::openMenus() const
 
 std::vector<const ItemSnapshot*> Navigator::rows() const
 {
-    std::vector<const ItemSnapshot*> seen;
+    std::vector<const ItemSnapshot*> visible;
     for (const auto& item : menu().items)
         if (!item.properties->hidden)
-            seen.push_back(&item);
-    return seen;
+            visible.push_back(&item);
+    return visible;
 }
 
 void Navigator::select(ItemId id)
 {
     levels.back().selected = id;
-    settle();
+    repairSelection();
 }
 
 void Navigator::moveBy(int steps)
@@ -85,7 +85,7 @@ void Navigator::enter(ItemId submenu)
     for (const auto* item : rows())
         if (item->properties->on)
             return select(item->id);
-    settle();
+    repairSelection();
 }
 
 bool Navigator::leave()
@@ -93,7 +93,7 @@ bool Navigator::leave()
     if (levels.size() == 1)
         return false;
     levels.pop_back();
-    settle();
+    repairSelection();
     return true;
 }
 
@@ -125,7 +125,7 @@ bool Navigator::isOpenable(const ItemSnapshot& in, ItemId submenu) const
     return item != in.items.end() && item->hasSubmenu && !item->properties->hidden;
 }
 
-void Navigator::settle()
+void Navigator::repairSelection()
 {
     const ItemSnapshot* open = &shown;
     for (std::size_t depth = 1; depth < levels.size(); ++depth) {

@@ -49,7 +49,7 @@ private:
     };
 
     bool isOpenable(const App::ItemSnapshot& in, App::ItemId submenu) const;
-    void settle();
+    void repairSelection();
     void selectNearest(int row);
 
     App::ItemSnapshot shown{.hasSubmenu = true, .items = {}};

@@ -36,7 +36,7 @@ bool canBeDrawnOn()
 // Blocks the ending signals until the main loop handles and unblocks them: an agent that is killed before
 // leaves the terminal's modes set. First waits until the terminal takes output, because opening the screen
 // would wait while it is stopped.
-void holdEndingSignals()
+void blockEndingSignals()
 {
     pollfd terminal{STDOUT_FILENO, POLLOUT, 0};
     while (poll(&terminal, 1, -1) < 0 && errno == EINTR)
@@ -51,16 +51,16 @@ void holdEndingSignals()
 attr_t attributesOf(const ScreenLine& line, bool hasColours)
 {
     const attr_t selected = line.selected ? A_REVERSE : A_NORMAL;
-    switch (line.look) {
-    case Look::plain:
+    switch (line.style) {
+    case Style::plain:
         return selected;
-    case Look::title:
+    case Style::title:
         return A_BOLD;
-    case Look::greyed:
+    case Style::greyed:
         return selected | A_DIM;
-    case Look::red:
+    case Style::red:
         return hasColours ? selected | static_cast<attr_t>(COLOR_PAIR(kRedPair)) : selected;
-    case Look::status:
+    case Style::status:
         return A_REVERSE;
     }
     return A_NORMAL;
@@ -136,7 +136,7 @@ std::unique_ptr<Screen> Screen::open()
 {
     if (!canBeDrawnOn())
         return nullptr;
-    holdEndingSignals();
+    blockEndingSignals();
     termios modes{};
     const int terminal = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     FILE* const output = terminal < 0 ? nullptr : fdopen(terminal, "w");
@@ -158,7 +158,7 @@ bool Screen::start()
     curses->screen = newterm(nullptr, output, stdin);
     if (curses->screen == nullptr)
         return false;
-    guard.emplace(fileno(output), farewell(), modesBefore);
+    guard.emplace(fileno(output), resetSequence(), modesBefore);
     set_term(curses->screen);
     cbreak();
     noecho();
@@ -168,7 +168,7 @@ bool Screen::start()
     nodelay(stdscr, TRUE);
     set_escdelay(kEscapeDelay);
     curs_set(0);
-    takeSuspendKey();
+    disableSuspendKey();
     startColours();
     mousemask(kMouseEvents, nullptr);
     mouseinterval(0); // reports a press at once, not after a possible click
@@ -178,7 +178,7 @@ bool Screen::start()
 // Disables the terminal's suspend key, which would stop the whole process group at once. A shell that then
 // takes the terminal stops this process while it leaves the screen, and so it would stop a second time when
 // it is continued.
-void Screen::takeSuspendKey() const
+void Screen::disableSuspendKey() const
 {
     termios modes{};
     if (tcgetattr(fileno(output), &modes) != 0)
@@ -230,7 +230,7 @@ void Screen::leave() const
         endwin();
 }
 
-bool Screen::canDraw() const { return takesOutput(fileno(output)); }
+bool Screen::canDraw() const { return isWritable(fileno(output)); }
 
 int Screen::descriptor() const { return fileno(output); }
 

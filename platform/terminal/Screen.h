@@ -57,7 +57,7 @@ private:
 
     Screen(FILE* terminal, const termios& modes);
     bool start();
-    void takeSuspendKey() const;
+    void disableSuspendKey() const;
     static void defineKeys();
     void startColours();
     void leave() const;

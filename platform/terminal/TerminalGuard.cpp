@@ -10,15 +10,15 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr int kCrashes[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
+constexpr int kCrashSignals[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 
 // All data of the signal handler, prepared in advance.
 std::atomic<bool> active = false;
 int descriptor = -1;
-char farewellBytes[512];
-std::size_t farewellSize = 0;
+char resetBytes[512];
+std::size_t resetSize = 0;
 termios modesBefore{};
-struct sigaction actionsBefore[std::size(kCrashes)];
+struct sigaction actionsBefore[std::size(kCrashSignals)];
 // After a stack overflow, the handler needs a separate stack.
 constexpr std::size_t kHandlerStackBytes = 65536;
 alignas(16) char handlerStack[kHandlerStackBytes];
@@ -27,24 +27,24 @@ stack_t stackBefore{};
 void onCrash(int signal)
 {
     TerminalGuard::restore();
-    const auto* const crash = std::ranges::find(kCrashes, signal);
-    sigaction(signal, &actionsBefore[crash - std::begin(kCrashes)], nullptr);
+    const auto* const crash = std::ranges::find(kCrashSignals, signal);
+    sigaction(signal, &actionsBefore[crash - std::begin(kCrashSignals)], nullptr);
     raise(signal); // takes effect on return
 }
 
 } // namespace
 
-bool takesOutput(int terminal)
+bool isWritable(int terminal)
 {
     pollfd output{terminal, POLLOUT, 0};
     return poll(&output, 1, 0) > 0 && (output.revents & POLLOUT) != 0;
 }
 
-TerminalGuard::TerminalGuard(int terminal, const std::string& farewell, const termios& before)
+TerminalGuard::TerminalGuard(int terminal, const std::string& resetSequence, const termios& before)
 {
     descriptor = terminal;
-    farewellSize = std::min(farewell.size(), sizeof farewellBytes);
-    farewell.copy(farewellBytes, farewellSize);
+    resetSize = std::min(resetSequence.size(), sizeof resetBytes);
+    resetSequence.copy(resetBytes, resetSize);
     modesBefore = before;
     active = true;
 
@@ -55,15 +55,15 @@ TerminalGuard::TerminalGuard(int terminal, const std::string& farewell, const te
     struct sigaction action {};
     action.sa_handler = onCrash;
     action.sa_flags = SA_ONSTACK;
-    for (std::size_t i = 0; i < std::size(kCrashes); ++i)
-        sigaction(kCrashes[i], &action, &actionsBefore[i]);
+    for (std::size_t i = 0; i < std::size(kCrashSignals); ++i)
+        sigaction(kCrashSignals[i], &action, &actionsBefore[i]);
 }
 
 TerminalGuard::~TerminalGuard()
 {
     active = false;
-    for (std::size_t i = 0; i < std::size(kCrashes); ++i)
-        sigaction(kCrashes[i], &actionsBefore[i], nullptr);
+    for (std::size_t i = 0; i < std::size(kCrashSignals); ++i)
+        sigaction(kCrashSignals[i], &actionsBefore[i], nullptr);
     sigaltstack(&stackBefore, nullptr);
 }
 
@@ -73,8 +73,8 @@ void TerminalGuard::restore()
 {
     if (!active.exchange(false))
         return;
-    if (takesOutput(descriptor)) [[maybe_unused]]
-        const auto written = write(descriptor, farewellBytes, farewellSize);
+    if (isWritable(descriptor)) [[maybe_unused]]
+        const auto written = write(descriptor, resetBytes, resetSize);
     tcsetattr(descriptor, TCSANOW, &modesBefore);
 }
 

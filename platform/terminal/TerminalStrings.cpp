@@ -36,7 +36,7 @@ bool canPlaceCursor(int terminal)
     return can;
 }
 
-std::string farewell()
+std::string resetSequence()
 {
     collected.clear();
     if (capability("kmous") != nullptr)

@@ -13,11 +13,10 @@
 namespace Kest::Terminal {
 namespace {
 
-constexpr char kHelp[] =
-    "choose ITEM      what a click on it does, e.g. choose Speaker Configuration > Stereo\n"
-    "open SUBMENU     its items, e.g. open Monitoring Facility\n"
-    "menu             the whole menu\n"
-    "quit             ends the agent";
+constexpr char kHelp[] = "choose ITEM      chooses the item, e.g. choose Speaker Configuration > Stereo\n"
+                         "open SUBMENU     prints its items, e.g. open Monitoring Facility\n"
+                         "menu             prints the whole menu\n"
+                         "quit             ends the agent";
 
 std::string quoted(const App::ItemSnapshot& item) { return "\"" + itemName(*item.properties) + "\""; }
 
@@ -46,7 +45,7 @@ bool TextFrontEnd::run(App::KestSettingsAppDelegate& application)
     loop.watchInput(STDIN_FILENO, [this] { readInput(); });
     const bool succeeded = loop.run();
     delegate = nullptr;
-    return succeeded && !(hasFailed && hasScript());
+    return succeeded && !(commandFailed && hasScript());
 }
 
 void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
@@ -70,10 +69,9 @@ void TextFrontEnd::readInput()
 void TextFrontEnd::takeInput(std::string_view bytes)
 {
     lines.feed(
-        bytes, [this](std::string_view line) { obey(trimmed(line)); },
+        bytes, [this](std::string_view line) { execute(trimmed(line)); },
         [this](std::string_view) {
-            reject("a line of more than " + std::to_string(Text::LineSplitter::kLongestLine) +
-                   " bytes is no command");
+            reject("line too long: maximum " + std::to_string(Text::LineSplitter::kMaxLineBytes) + " bytes");
         });
 }
 
@@ -86,7 +84,7 @@ void TextFrontEnd::inputEnded()
         loop.quit();
 }
 
-void TextFrontEnd::obey(std::string_view line)
+void TextFrontEnd::execute(std::string_view line)
 {
     if (loop.isQuitting())
         return;
@@ -104,7 +102,7 @@ void TextFrontEnd::obey(std::string_view line)
     else if (line == "help")
         Lct::print("%s\n", kHelp);
     else if (!line.empty())
-        reject("unknown command \"" + std::string(line) + "\"; \"help\" lists what there is");
+        reject("unknown command \"" + std::string(line) + "\"; \"help\" lists the commands");
 }
 
 void TextFrontEnd::choose(std::string_view path)
@@ -135,7 +133,7 @@ void TextFrontEnd::open(std::string_view path)
 
 void TextFrontEnd::reject(const std::string& error)
 {
-    hasFailed = true;
+    commandFailed = true;
     Lct::printError("%s\n", printable(error).c_str());
 }
 
@@ -147,8 +145,8 @@ void TextFrontEnd::printMenu()
 
 void TextFrontEnd::printLinesOf(const App::ItemSnapshot& menu) const
 {
-    const bool isWhole = menu.id == App::kStatusMenuId;
-    Lct::print("%s\n", isWhole ? "Kest Settings" : printable(itemName(*menu.properties)).c_str());
+    const bool isWholeMenu = menu.id == App::kStatusMenuId;
+    Lct::print("%s\n", isWholeMenu ? "Kest Settings" : printable(itemName(*menu.properties)).c_str());
     for (const auto& line : menuLines(menu))
         Lct::print("%s\n", line.c_str());
 }

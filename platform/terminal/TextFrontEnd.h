@@ -35,7 +35,7 @@ private:
     void readInput();
     void takeInput(std::string_view bytes);
     void inputEnded();
-    void obey(std::string_view line);
+    void execute(std::string_view line);
     void choose(std::string_view path);
     void open(std::string_view path);
     void reject(const std::string& error);
@@ -47,7 +47,7 @@ private:
     App::KestSettingsAppDelegate* delegate = nullptr; // set while running
     bool printsChanges = false;
     bool hasHadCommand = false;
-    bool hasFailed = false; // a command failed
+    bool commandFailed = false; // a command failed
     Text::LineSplitter lines;
 };
 

@@ -10,10 +10,10 @@ using App::ItemSnapshot;
 
 std::string lineOf(const ItemSnapshot& item)
 {
-    const auto& seen = *item.properties;
-    if (seen.separator)
+    const auto& props = *item.properties;
+    if (props.separator)
         return "--------";
-    return markText(seen) + printable(plainLabel(seen)) + (seen.enabled ? "" : " (greyed)");
+    return markText(props) + printable(plainLabel(props)) + (props.enabled ? "" : " (greyed)");
 }
 
 void addLines(const ItemSnapshot& menu, const std::string& indent, std::vector<std::string>& lines)

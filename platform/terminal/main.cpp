@@ -2,7 +2,7 @@
 #include "app/KestSettingsAppDelegate.h"
 #include "platform/control/ControlServer.h"
 #include "platform/posix/CommandLine.h"
-#include "platform/posix/RunAlone.h"
+#include "platform/posix/SingleInstance.h"
 #include "platform/terminal/FullScreenFrontEnd.h"
 #include "platform/terminal/Screen.h"
 #include "platform/terminal/TextFrontEnd.h"
@@ -38,8 +38,9 @@ int runInTerminal(const Kest::Settings::SystemPaths& paths)
 int main(int argc, char** argv)
 {
     if (const auto status = Kest::Posix::answerArguments(
-            argc, argv, "Shows the K3DHost mixing system's settings in a terminal, or in plain lines."))
+            argc, argv,
+            "Shows the K3DHost mixing system's settings in a terminal, full screen or as lines of text."))
         return *status;
     std::setlocale(LC_CTYPE, ""); // for the terminal's characters; numbers keep the format of files
-    return Kest::Posix::runAlone(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
+    return Kest::Posix::runSingleInstance(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
 }

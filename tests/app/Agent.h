@@ -5,7 +5,7 @@
 #include "app/MenuSnapshot.h"
 #include "tests/support/Captured.h"
 #include "tests/support/Encoder.h"
-#include "tests/support/TestPlace.h"
+#include "tests/support/TestPaths.h"
 
 #include <gmock/gmock.h>
 
@@ -180,7 +180,7 @@ public:
     }
     const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
 
-    TestPlace place;
+    TestPaths place;
     FrontEnd frontEnd;
     FakeWorkspace workspace;
     NotingDelegate delegate;

@@ -35,7 +35,7 @@ protected:
         std::this_thread::sleep_for(std::chrono::milliseconds(60));
         encoder.emplace();
     }
-    AbortOrder order(const std::string& path)
+    AbortRequest order(const std::string& path)
     {
         return {.process = identifyProcess(encoder->pid()),
                 .wroteToPipe = false,
@@ -94,7 +94,7 @@ TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
     EXPECT_THAT(abortEncoder(click, stop), HasSubstr("is older than"))
         << "a stale record of an ended process";
     click.process.startTime = 0;
-    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("no process had this number"));
+    EXPECT_THAT(abortEncoder(click, stop), HasSubstr("no process had this id"));
     EXPECT_EQ(readFile(output), "master");
 
     writeFile(film + "/future.wav", "of a drive with a wrong clock");
@@ -219,7 +219,7 @@ TEST_F(EncoderAbort, DeletesTheFolderThatWasCheckedAndNoOtherOneOfItsName)
     const auto again = openOutputFolder(root / "moved/Film/Film.wav", {});
     fs::rename(root / "moved/Film", root / "moved/other");
     fs::create_directory_symlink(root / "home/Film", root / "moved/Film");
-    EXPECT_THAT(removeFolder(again, stop), HasSubstr("exchanged"));
+    EXPECT_THAT(removeFolder(again, stop), HasSubstr("replaced"));
     EXPECT_TRUE(fs::exists(root / "home/Film/kept"));
 }
 

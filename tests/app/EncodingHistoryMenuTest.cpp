@@ -28,19 +28,19 @@ TEST(EncodingName, HasNoTag)
 
 // In place of ending encoders and deleting folders. Its threads may outlive the test.
 struct FakeAborts {
-    std::string abortOne(const AbortOrder& order, const std::atomic<bool>& stop)
+    std::string abortOne(const AbortRequest& request, const std::atomic<bool>& stop)
     {
         {
             const std::lock_guard lock(mutex);
-            orders.push_back(order);
+            orders.push_back(request);
         }
-        eventually([&] { return !blocked || (stop && order.process.pid != stuckPid); });
+        eventually([&] { return !blocked || (stop && request.process.pid != stuckPid); });
         ++ended;
         return stop ? "stopped" : isRefused ? "refused" : "";
     }
 
     std::mutex mutex;
-    std::vector<AbortOrder> orders;
+    std::vector<AbortRequest> orders;
     std::atomic<int> ended = 0;
     std::atomic<bool> blocked = false; // until a stop is requested
     std::atomic<int> stuckPid = 0;     // blocked even then
@@ -67,8 +67,8 @@ protected:
     bool mayBeCleared() { return agent.seen(history + "/Clear History").enabled; }
 
     const std::shared_ptr<FakeAborts> aborts = std::make_shared<FakeAborts>();
-    Agent agent{{}, [aborts = aborts](const AbortOrder& order, const std::atomic<bool>& stop) {
-                    return aborts->abortOne(order, stop);
+    Agent agent{{}, [aborts = aborts](const AbortRequest& request, const std::atomic<bool>& stop) {
+                    return aborts->abortOne(request, stop);
                 }};
     const std::string history = "Encoding History";
 };

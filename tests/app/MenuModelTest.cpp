@@ -1,6 +1,6 @@
 // What the model records of its changes, and its ids.
 #include "app/MenuSnapshot.h"
-#include "tests/support/RandomHand.h"
+#include "tests/support/RandomMenuEdits.h"
 
 #include <gtest/gtest.h>
 
@@ -21,13 +21,13 @@ const ItemSnapshot* child(const ItemSnapshot& menu, ItemId id)
 
 // The items of a menu in their order now; those that stayed as they were shown.
 std::vector<ItemSnapshot> reshaped(const ItemSnapshot& shown, const ItemSnapshot& now,
-                                   const MenuReshape& reshape)
+                                   const LayoutChange& change)
 {
-    for (const auto& [id, properties] : reshape.went)
+    for (const auto& [id, properties] : change.removed)
         EXPECT_TRUE(child(shown, id) != nullptr && child(now, id) == nullptr) << id;
-    for (const auto id : reshape.came)
+    for (const auto id : change.added)
         EXPECT_TRUE(child(shown, id) == nullptr && child(now, id) != nullptr) << id;
-    EXPECT_EQ(shown.items.size() + reshape.came.size(), now.items.size() + reshape.went.size());
+    EXPECT_EQ(shown.items.size() + change.added.size(), now.items.size() + change.removed.size());
     auto items = now.items;
     for (auto& item : items)
         if (const auto* before = child(shown, item.id))
@@ -73,7 +73,7 @@ class MenuChangesOf : public testing::TestWithParam<ItemId> {};
 TEST_P(MenuChangesOf, LeadFromEachStateOfTheMenuToTheNext)
 {
     MenuModel model(GetParam());
-    Kest::Test::RandomHand edits{model};
+    Kest::Test::RandomMenuEdits edits{model};
     auto shown = takeSnapshot(model);
     Identities ever;
     int reused = 0; // by an item that is not the same

@@ -214,8 +214,8 @@ TEST(Services, StartTheirPrograms)
     Agent agent;
     agent.start();
     const auto& paths = agent.place.paths;
-    fs::remove(paths.lastUserMarker);
-    agent.workspace.whenRun = [&] { EXPECT_TRUE(fs::exists(paths.lastUserMarker)); };
+    fs::remove(paths.lastUserFile);
+    agent.workspace.whenRun = [&] { EXPECT_TRUE(fs::exists(paths.lastUserFile)); };
     for (const char* path : {"Restart Host Service", "Restart Host Service", "Architecture/32 Bit",
                              "Architecture/64 Bit", "Open Uninstaller", "About Kest Settings"})
         EXPECT_TRUE(agent.choose(path)) << path;

@@ -116,7 +116,7 @@ TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
     };
     auto& host = agent.place.startHost();
     ASSERT_TRUE(becomes(HostPresence::present, 0));
-    host.putFloat(RawSegment::slot(TestPlace::kAgentSlot) + 300, 5);
+    host.putFloat(RawSegment::slot(TestPaths::kAgentSlot) + 300, 5);
     ASSERT_TRUE(agent.report(4711, ""));
     ASSERT_TRUE(becomes(HostPresence::present, 5));
     EXPECT_EQ(agent.frontEnd.hostChanges, 2);

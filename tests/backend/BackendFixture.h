@@ -4,7 +4,7 @@
 #include "backend/Backend.h"
 #include "tests/support/Captured.h"
 #include "tests/support/Encoder.h"
-#include "tests/support/TestPlace.h"
+#include "tests/support/TestPaths.h"
 
 #include <gmock/gmock.h>
 
@@ -79,10 +79,10 @@ protected:
     }
     static std::size_t agentByte(std::size_t offset)
     {
-        return RawSegment::slot(TestPlace::kAgentSlot) + offset;
+        return RawSegment::slot(TestPaths::kAgentSlot) + offset;
     }
 
-    TestPlace place;
+    TestPaths place;
     const std::string fifo = place.paths.encodingProgressFifo;
     const std::string marker = place.sessionMarker.marker;
     const std::string file = place.paths.settingsFile();

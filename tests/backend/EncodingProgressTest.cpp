@@ -212,7 +212,7 @@ TEST(PipeRivalry, ReplacesAnotherReadersPipeWithDoublingDelaysAndAnythingElseAtO
     rivalry.made(now);
     EXPECT_FALSE(rivalry.mayReplace(true, now));
     EXPECT_TRUE(rivalry.mayReplace(false, now)) << "the other one has ended";
-    EXPECT_EQ(stay(PipeRivalry::kSettled), 0) << "ours had stayed for long";
+    EXPECT_EQ(stay(PipeRivalry::kStable), 0) << "ours had stayed for long";
 }
 
 } // namespace

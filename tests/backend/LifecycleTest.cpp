@@ -62,7 +62,7 @@ TEST_F(Lifecycle, EndsWithinASecond)
 
 TEST_F(Lifecycle, WritesTheLastUserIntoAFileOfItsOwnThatEverybodyMayOverwrite)
 {
-    const auto user = place.paths.lastUserMarker;
+    const auto user = place.paths.lastUserFile;
     const auto target = place.folder / "target";
     const auto errorsOf = [](const std::string& path) {
         captureErrors();

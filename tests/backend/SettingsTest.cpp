@@ -148,7 +148,7 @@ TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
     fs::rename(file, file + ".moved");
     writeFile(file, "<PROPERTIES><VALUE");
     fs::create_directory(file + ".bad");
-    EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged and cannot be set aside as .bad: Is a directory"));
+    EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged and cannot be renamed to .bad: Is a directory"));
     EXPECT_THAT(errorsOfAChoice(), testing::Not(HasSubstr("is damaged"))) << "once";
     fs::remove(file);
     fs::create_directory(file); // exists, and cannot be read
@@ -313,7 +313,7 @@ TEST_F(SettingsStore, SetsEveryDamagedFileAside)
         fs::remove_all(place.paths.settingsFolder);
         start();
         writeFile(file, text);
-        EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged: set aside as .bad")) << text;
+        EXPECT_THAT(errorsOfAChoice(), HasSubstr("is damaged: renamed to .bad")) << text;
         EXPECT_EQ(readFile(file + ".bad"), text);
     }
 }
@@ -348,7 +348,7 @@ TEST_F(SettingsStore, KeepsAFacilityUnlessTheFileCannotContainIt)
         captureErrors();
         backend->setFacility(name);
         EXPECT_THAT(capturedErrors(), HasSubstr("not saved (the file cannot contain this text): "
-                                                "Monitoring Facility; the choice before stays in effect; "));
+                                                "Monitoring Facility; the previous choice stays in effect; "));
         EXPECT_EQ(backend->getFacility(), kept);
         EXPECT_TRUE(sessionBytes() + readFile(file) == before) << name;
     }

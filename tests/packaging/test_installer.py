@@ -37,13 +37,13 @@ def test_upgrade_ends_the_agent_of_each_user_and_waits(mac):
 
 def test_each_agent_is_started_though_one_is_refused(mac):
     assert mac.run(SCRIPTS / "postinstall", "a.pkg", "/", "/", refused="gui/501") == (
-        0, "postinstall: not started for user 501; it starts at the next login\n",
+        0, "postinstall: the agent was not started for user 501; it starts at the next login\n",
         PS + f"launchctl bootstrap gui/501 {PLIST}\nlaunchctl bootstrap gui/502 {PLIST}\n")
 
 
 def test_agent_that_does_not_end_does_not_stop_the_installation(mac):
     status, output, _ = mac.run(SCRIPTS / "preinstall", "a.pkg", "/", "/", ends_after="100")
-    assert status == 0 and "does not end" in output
+    assert status == 0 and "has not ended" in output
 
 
 @pytest.mark.parametrize("script", ["preinstall", "postinstall"])
@@ -145,7 +145,7 @@ def test_package(make_installer, tmp_path, options, signature, end):
 
 
 @pytest.mark.parametrize("options, variables, error, missing", [
-    ((), {"one_processor": "yes"}, "is not for both processors", "pkgbuild"),
+    ((), {"one_processor": "yes"}, "does not contain code for both processors", "pkgbuild"),
     (PROFILE, {}, "--notarize requires --sign-app and --sign-installer", "cmake")])
 def test_refused(make_installer, options, variables, error, missing):
     status, output, calls = make_installer(*options, **variables)

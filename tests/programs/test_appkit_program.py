@@ -61,4 +61,4 @@ def test_agent_without_a_display_names_the_reason(monkeypatch):
     monkeypatch.delenv("DISPLAY")
     arguments = ("-psn_0_4711", "-NSShowAllViews", "YES")  # as macOS and Xcode start it
     status, output, errors = run("kest-settings-appkit", *arguments)
-    assert status == 1 and "No screen" in output + errors
+    assert status == 1 and "no screen" in output + errors

@@ -45,10 +45,10 @@ def test_each_command_has_its_effect(start, host, start_agent):
     watches[0].expect("changed Speaker Configuration > Stereo: on")
     watches[1].expect('"path":"Speaker Configuration > Stereo","what":"on"')
 
-    for path, error in (("Speaker Configuration > Sterio", 'no item "Sterio" in Speaker Configuration; the nearest is '
-                         '"Speaker Configuration > Stereo"'),
-                        ("Monitoring Facility > studio_a", 'several items "Monitoring Facility > studio_a" but for the '
-                         'case of letters; the nearest is "Monitoring Facility > STUDIO_A"'),
+    for path, error in (("Speaker Configuration > Sterio", 'no item "Sterio" in Speaker Configuration; did you mean '
+                         '"Speaker Configuration > Stereo"?'),
+                        ("Monitoring Facility > studio_a", 'several items "Monitoring Facility > studio_a" differ only '
+                         'in case; did you mean "Monitoring Facility > STUDIO_A"?'),
                         ("Encoding History > Clear History", '"Encoding History > Clear History" is greyed')):
         assert ctl("choose", path) == (1, "", f"kest-settings-ctl: {error}\n")
     assert ctl("choose", "Quit Kest Settings") == (0, "Quit Kest Settings\n", "")

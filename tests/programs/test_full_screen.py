@@ -94,7 +94,7 @@ def test_choices_by_keys_and_mouse_reach_the_file_and_the_host(host, terminal):
     assert setting("SoloMode") == "1"
     send("\x1b[M &\"", "> (x) Latch")  # a click on column 5, line 1
     host.expect("SoloMode 0")
-    send("/dialog", "no item holds this")
+    send("/dialog", "no match")
     host.say("bus add bus-1 Dialog")
     terminal.see("> Default Bus > Dialog")
     send("\r", "> ( ) Dialog")

@@ -55,12 +55,12 @@ def session(start):
 
 
 def doctor(subject, *prefix):
-    """Returns "rank text" of a finding."""
+    """Returns "severity text" of a finding."""
     ended = subprocess.run([*prefix, program("kest-inspect"), "doctor", "--json"], stdout=subprocess.PIPE, check=False)
     findings = json.loads(ended.stdout)["findings"]
-    assert ended.returncode == any(found["rank"] == "wrong" for found in findings)
-    assert all((found["remedy"] is None) == (found["rank"] == "ok") for found in findings)
-    return next((f"{found['rank']} {found['text']}" for found in findings if found["subject"] == subject), None)
+    assert ended.returncode == any(found["severity"] == "error" for found in findings)
+    assert all((found["hint"] is None) == (found["severity"] == "ok") for found in findings)
+    return next((f"{found['severity']} {found['text']}" for found in findings if found["subject"] == subject), None)
 
 
 def test_disturbs_nobody(host, agent):
@@ -103,10 +103,10 @@ def test_watch_prints_each_change_once(start, session):
     assert "message" not in watch.text
     bus = SLOT + 7 * SLOT_BYTES
     put_bus(session, bus, b"bus-1", b"Dialog")
-    watch.expect('client KBUS bus-1 "Dialog" came')
+    watch.expect('client KBUS bus-1 "Dialog" added')
     for offset, value, *lines in ((bus + 72, b"Speech", 'client KBUS bus-1 "Speech" renamed, was "Dialog"'),
-                                  (bus, b"bus-2", 'client KBUS bus-1 "Speech" went', 'client KBUS bus-2 "Speech" came'),
-                                  (bus + 68, 0, 'client KBUS bus-2 "Speech" went')):
+                                  (bus, b"bus-2", 'client KBUS bus-1 "Speech" removed', 'client KBUS bus-2 "Speech" added'),
+                                  (bus + 68, 0, 'client KBUS bus-2 "Speech" removed')):
         before = len(watch.text)
         put(session, (offset, value))
         watch.expect(lines[-1])
@@ -122,23 +122,23 @@ def test_watch_prints_each_change_once(start, session):
 
 
 def test_doctor_examines_the_host(start):
-    assert doctor("session segment") is None and doctor("host") == "note none runs"
+    assert doctor("session segment") is None and doctor("host") == "warning not running"
     version = start(segment, VERSION, 8)
     with segment(SESSION, 100):
         assert "its version word is not published yet" in doctor("host")
-        assert doctor("session segment").startswith("wrong 100 bytes of 3458217")
+        assert doctor("session segment").startswith("error 100 bytes of 3458217")
     put(version, (4, 64))
     assert "but has no session" in doctor("host")
     start(segment, SESSION, SESSION_BYTES)
-    assert doctor("agent's record").startswith("wrong there is none")
+    assert doctor("agent's record").startswith("error missing in the session")
     with open(SESSION, "w", encoding="ascii") as key_file:
         key_file.write("data")
-    assert doctor("session marker").startswith("note")
+    assert doctor("session key file").startswith("warning")
     os.remove(VERSION)
     os.remove(SESSION)
-    assert "keeps a session that nobody finds" in doctor("host")
+    assert "has a session segment, but its key file is missing" in doctor("host")
     os.symlink("/dev/null", SESSION)
-    assert "is a link" in doctor("session marker")
+    assert "is a link" in doctor("session key file")
 
 
 def test_doctor_examines_the_pipe(agent):
@@ -147,23 +147,23 @@ def test_doctor_examines_the_pipe(agent):
 
     agent.signal(signal.SIGSTOP)  # or it would repair the pipe
     os.chmod(FIFO, 0o600)
-    finds("note")
+    finds("warning")
     with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
-        finds(f"wrong {FIFO} is read by process")
+        finds(f"error {FIFO} is read by process")
     os.rename(FIFO, "/tmp/kept")
-    finds("wrong the agent runs, but there is no")
+    finds("error the agent is running, but there is no")
     os.mkfifo(FIFO)
     with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
         finds("belongs to process")
         writer = os.open(FIFO, os.O_WRONLY)
     path_only = os.open(FIFO, os.O_PATH)
-    finds("wrong the agent runs, but nobody reads")
+    finds("error the agent is running, but no process reads")
     os.close(writer)
     os.close(path_only)
     agent.signal(signal.SIGKILL)
     agent.status()
-    assert doctor("agent") == "note none of this user runs"
-    finds("note")
+    assert doctor("agent") == "warning not running"
+    finds("warning")
 
 
 SAVED = 'mkdir -p "$FOLDER"; cd "$FOLDER"; printf "<PROPERTIES/>" >Kest-Settings.xml; '
@@ -171,20 +171,20 @@ SAVED = 'mkdir -p "$FOLDER"; cd "$FOLDER"; printf "<PROPERTIES/>" >Kest-Settings
 
 @pytest.mark.parametrize("command, subject, finding", [
     ("true", "settings file", "ok none yet"),
-    (SAVED + "touch Kest-Settings.xml.bad", "settings file", "note"),
-    (SAVED + "rm *; mkdir Kest-Settings.xml", "settings file", "wrong"),
-    (SAVED + "chmod 555 .", "settings file", "wrong /tmp/home/Library/Application Support/Kestronics is not writable"),
-    ("mount -t tmpfs -o ro none .", "settings file", "wrong /tmp/home is on a read-only file system"),
-    ("touch Library", "settings file", "wrong /tmp/home/Library is a file, not a folder"),
-    ("ln -s nothing Library", "settings file", "wrong /tmp/home/Library is a link, not a folder"),
-    ("chmod 755 .; chown nobody .", "settings file", "wrong /tmp/home belongs to nobody"),
-    ('rmdir "$FACILITIES/Studio_A"', "facilities", "note none"),
-    ('rm -r "$FACILITIES"; touch "$FACILITIES"', "facilities", "wrong"),
+    (SAVED + "touch Kest-Settings.xml.bad", "settings file", "warning"),
+    (SAVED + "rm *; mkdir Kest-Settings.xml", "settings file", "error"),
+    (SAVED + "chmod 555 .", "settings file", "error /tmp/home/Library/Application Support/Kestronics is not writable"),
+    ("mount -t tmpfs -o ro none .", "settings file", "error /tmp/home is on a read-only file system"),
+    ("touch Library", "settings file", "error /tmp/home/Library is a file, not a folder"),
+    ("ln -s nothing Library", "settings file", "error /tmp/home/Library is a link, not a folder"),
+    ("chmod 755 .; chown nobody .", "settings file", "error /tmp/home belongs to nobody"),
+    ('rmdir "$FACILITIES/Studio_A"', "facilities", "warning none"),
+    ('rm -r "$FACILITIES"; touch "$FACILITIES"', "facilities", "error"),
     ("printf 'ada\\nsecond line' >$LAST_USER", "last user", "ok ada"),
-    ("ln -s nothing $LAST_USER", "last user", "wrong"),
-    ("touch x; ln x $LAST_USER", "last user", "wrong"),
-    ("touch $FIFO", "encoders' pipe", "note"),
-    ("mkdir $FIFO", "encoders' pipe", "wrong")])
+    ("ln -s nothing $LAST_USER", "last user", "error"),
+    ("touch x; ln x $LAST_USER", "last user", "error"),
+    ("touch $FIFO", "encoders' pipe", "warning"),
+    ("mkdir $FIFO", "encoders' pipe", "error")])
 def test_doctor_examines_files(command, subject, finding):
     paths = {"FOLDER": os.path.dirname(SETTINGS), "FACILITIES": FACILITIES, "LAST_USER": LAST_USER, "FIFO": FIFO}
     if subprocess.run(["sh", "-ec", command], cwd="/tmp/home", env={**os.environ, **paths}, check=False).returncode:
@@ -203,5 +203,5 @@ def test_second_agent_is_found_whichever_has_the_pipe(start, agent):
     assert f"belongs to {name}, not to this agent" in doctor("encoders' pipe")
     second.signal(signal.SIGSTOP)
     agent.signal(signal.SIGCONT)
-    agent.expect("was gone and is made again")
+    agent.expect("was missing and is created again")
     assert f"{name} reads an earlier pipe of" in doctor("encoders' pipe")

@@ -9,7 +9,7 @@ def test_each_command_that_is_not_carried_out_has_a_reason(agent):
     for command, answer in (("choose \x1b[2J", 'no item "?[2J" in the menu'),
                             ("open Latency Compensation", 'no item "Latency Compensation" in the menu'),  # hidden
                             ("open DAW Link Control", '"DAW Link Control" is not a submenu'),
-                            (8192 * "x" + "quit", "a line of more than 4096 bytes is no command")):
+                            (8192 * "x" + "quit", "line too long: maximum 4096 bytes")):
         agent.say(command)
         agent.expect(answer)
 

@@ -77,7 +77,7 @@ def test_another_system_than_debian(system):
     for name in ("sh", "sed", "grep", "tr", "mktemp", "dirname", "rm", "date"):
         (system.tools / name).symlink_to(shutil.which(name))
     status, output, _ = system.run(*PREPARE, PATH=str(system.tools))
-    assert status == 0 and "contain: g++ cmake ninja-build" in output
+    assert status == 0 and "packages: g++ cmake ninja-build" in output
 
 
 def test_every_script_removes_its_temporary_files_on_a_signal():

@@ -5,7 +5,7 @@
 //   soak agent MICROSECONDS         the text agent whose monitor has that period
 #include "app/KestSettingsAppDelegate.h"
 #include "platform/control/ControlServer.h"
-#include "platform/posix/RunAlone.h"
+#include "platform/posix/SingleInstance.h"
 #include "platform/terminal/TextFrontEnd.h"
 #include "platform/terminal/TextWorkspace.h"
 
@@ -30,7 +30,7 @@ int changeSettings(const std::string& folder, const char* choice)
     paths.settingsFolder = folder;
     Settings::SettingsFile file(properties, paths);
     const int mode = choice != nullptr ? std::stoi(choice) : file.values().getIntValue(kSoloMode, -1);
-    const bool isSaved = file.keep(kSoloMode, mode) == Settings::SaveResult::saved && file.settle();
+    const bool isSaved = file.save(kSoloMode, mode) == Settings::SaveResult::saved && file.commit();
     std::printf("mode %d\n", mode);
     return isSaved ? 0 : kNotSaved;
 }
@@ -55,7 +55,7 @@ int main(int count, char** arguments)
         return changeSettings(arguments[2], arguments[3]);
     if (command != "agent")
         return 2;
-    return Posix::runAlone(
+    return Posix::runSingleInstance(
         [&](const auto& paths) {
             return runAgent(paths, std::chrono::microseconds(std::stoi(arguments[2])));
         },

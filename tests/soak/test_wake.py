@@ -102,7 +102,7 @@ def test_doctor_with_a_stopped_bus(bus, start, row):
     end = time.monotonic() + 4
     for doctor in [start(Program, [program("kest-inspect"), "doctor"]) for _ in row.times(16, 4)]:
         row.expect(doctor.status(max(0.1, end - time.monotonic())) is not None, "too late")
-        row.expect(doctor.prints("wrong +tray +the session bus does not answer", 1), "not said")
+        row.expect(doctor.prints("error +tray +the session bus does not answer", 1), "not said")
     bus.signal(signal.SIGCONT)
 
 
@@ -119,7 +119,7 @@ def test_home_is_unusable(bus, row):
         if value is None:
             del environment["HOME"]
         with Program([program(name), *arguments], env=environment, cwd="/tmp") as started:
-            started.prints("Quit Kest Settings|No tray|[0-9]+ wrong", 5)
+            started.prints("Quit Kest Settings|No tray|[0-9]+ error", 5)
             started.signal()
             status = started.status(5)
             statuses = (0, 1, -signal.SIGTERM) if name == "kest-inspect" else (0,)

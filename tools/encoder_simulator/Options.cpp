@@ -8,24 +8,24 @@ namespace EncoderSimulator {
 namespace {
 
 constexpr char kHelp[] =
-    R"(encoder-simulator --output PATH [options]    plays an offline encoder that reports its progress
+    R"(encoder-simulator --output PATH [options]    simulates an offline encoder that reports its progress
 
-  --output PATH        the file to write; its folders are made
-  --seconds S          how long it takes, 10 unless told
-  --type WORD          what kind of encoding it is, "Main" unless told
-  --steps N            progress lines after that of 0 per cent, 1 to 1000, 20 unless told
+  --output PATH        the file to write; missing folders are created
+  --seconds S          duration in seconds (0 to 86400, default 10)
+  --type WORD          type of the encoding (default Main)
+  --steps N            progress lines after that of 0 per cent (1 to 1000, default 20)
   --fail-at PERCENT    reports this percentage, then an error, and exits with 1
-  --silent-at PERCENT  reports this percentage and ends without another word, with 0
+  --silent-at PERCENT  reports this percentage, then nothing more, and exits with 0
   --compact            writes its lines without blanks
-  --fifo PATH          the pipe to report to, /tmp/kest_settings_enc_progress_fifo unless told
+  --fifo PATH          the pipe to report to (default /tmp/kest_settings_enc_progress_fifo)
 
-Without a reader of the pipe it encodes all the same and looks for one every 50 ms. Each new reader is told
-path, type and the last percentage.
+If the pipe has no reader, it encodes anyway and retries every 50 ms. Each new reader gets the path, the type
+and the last percentage.
 )";
 
 constexpr int kMaxSteps = 1000;
 constexpr int kPercent = 100;
-constexpr double kDay = 24.0 * 60 * 60;
+constexpr double kMaxSeconds = 24.0 * 60 * 60;
 
 // Each reported line must fit in one write to a pipe, which is then not split.
 CLI::Validator line(const std::string& what, const char* forbidden, bool isPath)
@@ -53,7 +53,7 @@ std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus)
         ->required()
         ->transform(line("a path without line feeds", "\n\r", true));
     app.add_option("--type", options.type)->transform(line("one word", " \t\n\r", false));
-    app.add_option("--seconds", options.seconds)->transform(number("a number of seconds", 0.0, kDay));
+    app.add_option("--seconds", options.seconds)->transform(number("a number of seconds", 0.0, kMaxSeconds));
     app.add_option("--steps", options.steps)->transform(number("a number of steps", 1, kMaxSteps));
     auto* failAt =
         app.add_option("--fail-at", options.failAt)->transform(number("a percentage", 0, kPercent));

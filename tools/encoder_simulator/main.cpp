@@ -1,6 +1,6 @@
 // encoder-simulator: simulates an offline encoder, for demonstrations and tests. --help lists its options.
 #include "tools/encoder_simulator/Options.h"
-#include "tools/encoder_simulator/ProgressPipe.h"
+#include "tools/encoder_simulator/ProgressPipeWriter.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,9 +19,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kLookForReaderEvery{50};
-constexpr std::chrono::seconds kSlowReaderGets{2};
-constexpr std::size_t kBlock = 65536; // bytes added to the output with each progress line
+constexpr std::chrono::milliseconds kReaderRetryInterval{50};
+constexpr std::chrono::seconds kSlowReaderTimeout{2};
+constexpr std::size_t kOutputBlockBytes = 65536; // bytes added to the output with each progress line
 
 /// Creates the parent folders and the empty file. Returns false after a failure, with one line on standard
 /// error.
@@ -48,19 +48,19 @@ std::string line(bool isCompact, const char* key, const std::string& value)
     return "pid:" + blank + std::to_string(getpid()) + blank + "," + blank + key + blank + value + "\n";
 }
 
-void sleepUntil(Clock::time_point end, ProgressPipe& pipe)
+void sleepUntil(Clock::time_point end, ProgressPipeWriter& pipe)
 {
     for (auto now = Clock::now(); now < end; now = Clock::now()) {
-        std::this_thread::sleep_for(std::min<Clock::duration>(end - now, kLookForReaderEvery));
+        std::this_thread::sleep_for(std::min<Clock::duration>(end - now, kReaderRetryInterval));
         pipe.pump();
     }
 }
 
 // Waits for a slow reader of a full pipe, so that the last lines are not lost.
-void deliver(ProgressPipe& pipe)
+void deliver(ProgressPipeWriter& pipe)
 {
-    const auto end = Clock::now() + kSlowReaderGets;
-    while (pipe.isBehind() && Clock::now() < end)
+    const auto end = Clock::now() + kSlowReaderTimeout;
+    while (pipe.hasUnsentLines() && Clock::now() < end)
         sleepUntil(Clock::now() + std::chrono::milliseconds(1), pipe);
 }
 
@@ -71,7 +71,7 @@ int encode(const Options& options)
     std::ofstream output;
     if (!create(output, options.output))
         return 1;
-    ProgressPipe pipe(options.fifo);
+    ProgressPipeWriter pipe(options.fifo);
     pipe.setIntroduction(
         {line(options.compact, "path:", options.output), line(options.compact, "enc_type:", options.type)});
 
@@ -83,7 +83,7 @@ int encode(const Options& options)
         percent = std::min(step * 100 / options.steps, last);
         pipe.send(line(options.compact, "P:", std::to_string(percent)));
         output.clear(); // a full disk does not end the encoding
-        output << std::string(kBlock, '\x5A') << std::flush;
+        output << std::string(kOutputBlockBytes, '\x5A') << std::flush;
     }
     if (options.failAt)
         pipe.send(line(options.compact, "ERROR:", "encoding failed"));

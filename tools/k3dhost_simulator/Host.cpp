@@ -12,7 +12,7 @@ namespace {
 using Kest::Text::escapedBytes;
 using Kest::Text::printable;
 
-constexpr std::chrono::seconds kForeignLookEvery{1};
+constexpr std::chrono::seconds kForeignCheckInterval{1};
 constexpr std::int32_t kVersionHostData = 0x0003'0001;
 
 const Client kFixedClients[] = {
@@ -62,7 +62,7 @@ Failure Host::start(int wordSize, bool withSettings)
     if (withSettings)
         registerAs(slot, kSettingsClient);
 
-    nextForeignLook = std::chrono::steady_clock::now() + kForeignLookEvery;
+    nextForeignCheck = std::chrono::steady_clock::now() + kForeignCheckInterval;
     printEvent("host started, " + std::to_string(wordSize) + " bit" +
                (withSettings ? "" : ", without KestSettings"));
     return std::nullopt;
@@ -84,9 +84,9 @@ void Host::stop()
 Failure Host::addBus(const std::string& id, const std::string& name)
 {
     if (watcher == nullptr)
-        return "the host does not run";
+        return "the host is not running";
     if (slotOf(watcher->expected(), id) >= 0)
-        return "client '" + escapedBytes(id) + "' is there already";
+        return "client '" + escapedBytes(id) + "' already exists";
     const int slot = freeSlot(watcher->expected());
     if (slot < 0)
         return "no slot is free";
@@ -120,10 +120,10 @@ Failure Host::renameBus(const std::string& id, const std::string& name)
 Failure Host::postMessage(float number)
 {
     if (watcher == nullptr)
-        return "the host does not run";
+        return "the host is not running";
     const int slot = slotOf(watcher->expected(), LIPC::kSettingsClientName);
     if (slot < 0)
-        return "there is no KestSettings to post a message to";
+        return "the host has no client KestSettings to post a message to";
     change(slot, [number](auto& record) { LIPC::storeShared(record.params[LIPC::eHostMessage], number); });
     printEvent("message " + printable(number));
     return std::nullopt;
@@ -132,22 +132,22 @@ Failure Host::postMessage(float number)
 Failure Host::findBus(const std::string& id, int& slot)
 {
     if (watcher == nullptr)
-        return "the host does not run";
+        return "the host is not running";
     slot = slotOf(watcher->expected(), id);
     if (slot < 0 || watcher->expected().clients[slot].type != LIPC::kBusType)
-        return "there is no bus '" + escapedBytes(id) + "'";
+        return "no bus has the id '" + escapedBytes(id) + "'";
     return std::nullopt;
 }
 
-void Host::watch()
+void Host::printWrites()
 {
     if (watcher == nullptr)
         return;
     printAgentWrites();
     const auto now = std::chrono::steady_clock::now();
-    if (now < nextForeignLook)
+    if (now < nextForeignCheck)
         return;
-    nextForeignLook = now + kForeignLookEvery;
+    nextForeignCheck = now + kForeignCheckInterval;
     printForeignWrites();
 }
 

@@ -36,7 +36,7 @@ public:
     Failure postMessage(float number);
 
     /// Prints the writes since the last call: of the agent's fields each time, of all others once a second.
-    void watch();
+    void printWrites();
 
 private:
     template <typename Change>
@@ -51,7 +51,7 @@ private:
     HostSegments segments;
     std::unique_ptr<WriteWatcher> watcher; // null while stopped
     LIPC::VersionBuffer expectedVersion{};
-    std::chrono::steady_clock::time_point nextForeignLook;
+    std::chrono::steady_clock::time_point nextForeignCheck;
 };
 
 } // namespace K3DHostSimulator

@@ -103,7 +103,7 @@ Failure HostSegments::create(const char* name, std::size_t bytes, Segment& segme
 {
     const key_t key = LIPC::shmKey(name);
     if (key == -1)
-        return std::string("there is no key for the segment ") + name;
+        return std::string("no key for the segment ") + name;
     segment.id = shmget(key, bytes, IPC_CREAT | IPC_EXCL | LIPC::kModeWorldWritable);
     if (segment.id < 0)
         return std::string("cannot create the segment ") + name + ": " + systemError();

@@ -48,11 +48,11 @@ std::string_view LineReader::word()
     return found;
 }
 
-bool LineReader::accept(std::string_view words)
+bool LineReader::accept(std::string_view expectedWords)
 {
-    if (rest.substr(0, words.size()) != words)
+    if (rest.substr(0, expectedWords.size()) != expectedWords)
         return false;
-    const auto after = rest.substr(words.size());
+    const auto after = rest.substr(expectedWords.size());
     if (!after.empty() && kBlanks.find(after.front()) == std::string_view::npos)
         return false;
     rest = after;
@@ -69,7 +69,7 @@ std::optional<std::string> LineReader::quoted(std::string& error)
         if (rest.front() == '\\')
             next = readEscape(rest);
         if (next.characters == 0) {
-            error = "wrong escape in a quoted text (there are \\xNN but not \\x00, \\\\ and \\\")";
+            error = "invalid escape in a quoted text; valid are \\xNN except \\x00, \\\\ and \\\"";
             return std::nullopt;
         }
         text += next.byte;
@@ -87,7 +87,7 @@ std::optional<std::string> LineReader::quoted(std::string& error)
 std::optional<std::string> LineReader::wordOrQuoted(std::string& error)
 {
     if (rest.empty()) {
-        error = "something is missing at the end";
+        error = "expected a word or a quoted text at the end";
         return std::nullopt;
     }
     if (rest.front() == '"')
@@ -104,7 +104,7 @@ std::optional<std::string> LineReader::lastText(std::string& error)
     }
     auto text = wordOrQuoted(error);
     if (text && !rest.empty()) {
-        error = "'" + std::string(rest) + "' after the quoted text";
+        error = "'" + std::string(rest) + "' is unexpected after the quoted text";
         return std::nullopt;
     }
     return text;

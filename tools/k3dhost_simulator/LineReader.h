@@ -18,9 +18,9 @@ public:
 
     /// Reads the next word, which ends at a blank; empty at the end.
     std::string_view word();
-    /// Skips `words`, with one blank between two of them, if they are next and complete. Returns whether they
-    /// were.
-    bool accept(std::string_view words);
+    /// Skips `expectedWords`, with one blank between two of them, if they are next and complete. Returns
+    /// whether they were.
+    bool accept(std::string_view expectedWords);
 
     /// Reads a word or a text in double quotes. Returns nullopt, with `error` set, if there is none or it is
     /// malformed. Within quotes \xNN is a byte, \\ a backslash and \" a quote.

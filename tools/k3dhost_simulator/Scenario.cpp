@@ -14,8 +14,8 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::size_t kNameBytes = sizeof(LIPC::ClientEntry::label);
-constexpr milliseconds kWaitForAtMost{10'000};
-constexpr int kLongestWaitMs = 24 * 60 * 60 * 1000;
+constexpr milliseconds kDefaultTimeout{10'000};
+constexpr int kMaxWaitMs = 24 * 60 * 60 * 1000;
 
 // The parsers of the commands' arguments return the error, or an empty text.
 
@@ -27,25 +27,25 @@ std::optional<milliseconds> parseDuration(std::string_view text)
     const auto [unit, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
     const std::string_view suffix = text.substr(static_cast<std::size_t>(unit - text.data()));
     const int factor = suffix == "s" ? 1000 : suffix == "ms" ? 1 : 0;
-    if (failure != std::errc() || factor == 0 || value < 0 || value > kLongestWaitMs / factor)
+    if (failure != std::errc() || factor == 0 || value < 0 || value > kMaxWaitMs / factor)
         return std::nullopt;
     return milliseconds(value * factor);
 }
 
 std::string parseWaitFor(LineReader& reader, Command& command)
 {
-    auto limit = std::optional(kWaitForAtMost);
+    auto limit = std::optional(kDefaultTimeout);
     std::string_view wanted = reader.remainder();
     constexpr std::string_view kWithin = " within ";
     if (const auto within = wanted.rfind(kWithin); within != std::string_view::npos) {
         const auto text = wanted.substr(within + kWithin.size());
         limit = parseDuration(text);
         if (!limit)
-            return "wrong time " + quote(text) + " (300ms or 2s)";
+            return "invalid time " + quote(text) + "; expected for example 300ms or 2s";
         wanted = wanted.substr(0, within);
     }
     if (!WriteWatcher::canReport(wanted))
-        return quote(wanted) + " is nothing that the agent writes";
+        return quote(wanted) + " is not a line that a write of the agent prints";
     command.play = [line = std::string(wanted), limit](auto& player) {
         player.wait(*limit, line);
         return Failure();
@@ -60,7 +60,7 @@ std::string parseWait(LineReader& reader, Command& command)
     const auto text = reader.remainder();
     const auto duration = parseDuration(text);
     if (!duration)
-        return "wrong time " + quote(text) + " (300ms or 2s)";
+        return "invalid time " + quote(text) + "; expected for example 300ms or 2s";
     command.play = [duration](auto& player) {
         player.wait(*duration, "");
         return Failure();
@@ -74,7 +74,7 @@ std::string parseBusId(LineReader& reader, std::string& id)
     id = reader.wordOrQuoted(error).value_or("");
     if (!error.empty())
         return "the bus's id: " + error;
-    return id.empty() || id.size() > kNameBytes ? "a bus's id has 1 to 64 bytes" : "";
+    return id.empty() || id.size() > kNameBytes ? "expected a bus id of 1 to 64 bytes" : "";
 }
 
 std::string parseBus(LineReader& reader, Command& command)
@@ -82,7 +82,7 @@ std::string parseBus(LineReader& reader, Command& command)
     const bool isAdd = reader.accept("add");
     const bool isRename = !isAdd && reader.accept("rename");
     if (!isAdd && !isRename && !reader.accept("remove"))
-        return reader.atEnd() ? "bus add, bus remove or bus rename"
+        return reader.atEnd() ? "expected bus add, bus remove or bus rename"
                               : "unknown command " + quote("bus " + std::string(reader.word()));
     std::string id;
     std::string error = parseBusId(reader, id);
@@ -90,7 +90,7 @@ std::string parseBus(LineReader& reader, Command& command)
         return error;
     if (!isAdd && !isRename) {
         command.play = [id](auto& player) { return player.host().removeBus(id); };
-        return reader.atEnd() ? "" : quote(reader.remainder()) + " after the bus's id";
+        return reader.atEnd() ? "" : quote(reader.remainder()) + " is unexpected after the bus's id";
     }
     const auto name = reader.lastText(error);
     if (!name)
@@ -98,7 +98,7 @@ std::string parseBus(LineReader& reader, Command& command)
     command.play = [isAdd, id, name = *name](auto& player) {
         return isAdd ? player.host().addBus(id, name) : player.host().renameBus(id, name);
     };
-    return name->size() > kNameBytes ? "a bus's name has at most 64 bytes" : "";
+    return name->size() > kNameBytes ? "expected a bus name of at most 64 bytes" : "";
 }
 
 std::string parseMessage(LineReader& reader, Command& command)
@@ -107,7 +107,7 @@ std::string parseMessage(LineReader& reader, Command& command)
     char* end = nullptr;
     const float number = std::strtof(text.c_str(), &end);
     command.play = [number](auto& player) { return player.host().postMessage(number); };
-    return text.empty() || end != text.c_str() + text.size() ? "wrong message number " + quote(text) : "";
+    return text.empty() || end != text.c_str() + text.size() ? "invalid message number " + quote(text) : "";
 }
 
 std::string parseStart(LineReader& reader, Command& command)
@@ -118,7 +118,7 @@ std::string parseStart(LineReader& reader, Command& command)
     const bool withSettings = !reader.accept("without KestSettings");
     command.isStart = true;
     command.play = [wordSize, withSettings](auto& player) { return player.start(wordSize, withSettings); };
-    return reader.atEnd() ? "" : "unknown way to start " + quote(reader.remainder());
+    return reader.atEnd() ? "" : "unknown argument of start: " + quote(reader.remainder());
 }
 
 std::string parseBare(LineReader& reader, Command& command, void (*play)(ScenarioPlayer&))
@@ -127,7 +127,7 @@ std::string parseBare(LineReader& reader, Command& command, void (*play)(Scenari
         play(player);
         return Failure();
     };
-    return reader.atEnd() ? "" : quote(reader.remainder()) + " after the command";
+    return reader.atEnd() ? "" : quote(reader.remainder()) + " is unexpected after the command";
 }
 
 std::string parseCommand(LineReader& reader, Command& command)

@@ -8,22 +8,22 @@
 namespace K3DHostSimulator {
 
 ScenarioPlayer::ScenarioPlayer(const Host::Print& print)
-    : played(print, [this, print](const std::string& line) {
+    : simulatedHost(print, [this, print](const std::string& line) {
           print(line);
-          hear(line);
+          recordWrite(line);
       })
 {}
 
 Failure ScenarioPlayer::start(int wordSize, bool withSettings)
 {
-    played.stop();
-    heard.clear();
-    return played.start(wordSize, withSettings);
+    simulatedHost.stop();
+    unusedWrites.clear();
+    return simulatedHost.start(wordSize, withSettings);
 }
 
 void ScenarioPlayer::end()
 {
-    played.stop();
+    simulatedHost.stop();
     ended = true;
 }
 
@@ -38,7 +38,7 @@ void ScenarioPlayer::killSelf()
 void ScenarioPlayer::wait(std::chrono::milliseconds atMost, const std::string& line)
 {
     awaited = line;
-    patience = atMost;
+    timeout = atMost;
     waitEnds = Clock::now() + atMost;
 }
 
@@ -46,30 +46,30 @@ bool ScenarioPlayer::isWaiting()
 {
     if (!awaited)
         return false;
-    const bool satisfied = takeHeard(*awaited);
+    const bool satisfied = takeWrite(*awaited);
     if (!satisfied && Clock::now() < waitEnds)
         return true;
     if (!satisfied && !awaited->empty())
-        timedOut = "nobody wrote '" + *awaited + "' within " + std::to_string(patience.count()) + " ms";
+        timedOut = "no write printed '" + *awaited + "' within " + std::to_string(timeout.count()) + " ms";
     awaited.reset();
     return false;
 }
 
-void ScenarioPlayer::hear(const std::string& line)
+void ScenarioPlayer::recordWrite(const std::string& line)
 {
     // No wait needs older lines, and a host that runs for days must not use more and more memory.
-    constexpr std::size_t kKept = 1000;
-    if (heard.size() == kKept)
-        heard.pop_front();
-    heard.push_back(line);
+    constexpr std::size_t kMaxWrites = 1000;
+    if (unusedWrites.size() == kMaxWrites)
+        unusedWrites.pop_front();
+    unusedWrites.push_back(line);
 }
 
-bool ScenarioPlayer::takeHeard(const std::string& line)
+bool ScenarioPlayer::takeWrite(const std::string& line)
 {
-    const auto found = std::find(heard.begin(), heard.end(), line);
-    if (found == heard.end())
+    const auto found = std::find(unusedWrites.begin(), unusedWrites.end(), line);
+    if (found == unusedWrites.end())
         return false;
-    heard.erase(found);
+    unusedWrites.erase(found);
     return true;
 }
 

@@ -15,7 +15,7 @@ public:
     /// `print` is called with each line of the host.
     explicit ScenarioPlayer(const Host::Print& print);
 
-    Host& host() { return played; }
+    Host& host() { return simulatedHost; }
 
     /// Restarts the host and discards the lines of earlier starts.
     Failure start(int wordSize, bool withSettings);
@@ -37,13 +37,13 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void hear(const std::string& line);
-    bool takeHeard(const std::string& line);
+    void recordWrite(const std::string& line);
+    bool takeWrite(const std::string& line);
 
-    Host played;
-    std::deque<std::string> heard; // lines about writes of other processes that no wait has used
+    Host simulatedHost;
+    std::deque<std::string> unusedWrites; // lines about writes of other processes that no wait has used
     std::optional<std::string> awaited;
-    std::chrono::milliseconds patience{};
+    std::chrono::milliseconds timeout{};
     Clock::time_point waitEnds;
     Failure timedOut;
     bool ended = false;

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint64_t kTypeWord = 0x4B33'4448'4F53'5401;
 
 // The initial value of the agent's parameters, which is none of the agent's values.
-constexpr float kNothingWritten = -1.0F;
+constexpr float kUnwritten = -1.0F;
 
 void fillPattern(unsigned char* bytes, std::size_t count, unsigned seed)
 {
@@ -63,7 +63,7 @@ void registerClient(LIPC::ClientEntry& record, const Client& client)
         std::memcpy(static_cast<void*>(&text), &kTypeWord, sizeof kTypeWord);
     if (client.type == kSettingsType)
         for (const auto& setting : Kest::Settings::kParameterSettings)
-            LIPC::storeShared(record.params[setting.number], kNothingWritten);
+            LIPC::storeShared(record.params[setting.number], kUnwritten);
     record.aux32 = 0x0A0B0C0D;
     record.auxA16 = 0x1A1B;
     record.auxB16 = 0x2A2B;

@@ -25,15 +25,15 @@ constexpr std::string_view kForeignWrite = "FOREIGN WRITE at offset ";
 constexpr std::size_t kTextStart = 8;
 constexpr std::size_t kTextEnd = 268;
 
-struct Stretch {
+struct ByteRange {
     std::size_t begin;
     std::size_t end;
 };
 
 // Returns the agent's own fields in the order of their offsets; the last one ends with the segment.
-std::vector<Stretch> agentStretches(int settingsSlot)
+std::vector<ByteRange> agentRanges(int settingsSlot)
 {
-    std::vector<Stretch> fields;
+    std::vector<ByteRange> fields;
     if (settingsSlot >= 0) {
         const auto record = offsetof(LIPC::SessionBuffer, clients) +
                             static_cast<std::size_t>(settingsSlot) * sizeof(LIPC::ClientEntry);
@@ -58,46 +58,46 @@ bool startsWith(std::string_view text, std::string_view start)
 
 } // namespace
 
-WriteWatcher::WriteWatcher() : image(std::make_unique<LIPC::SessionBuffer>()) {}
+WriteWatcher::WriteWatcher() : expectedSession(std::make_unique<LIPC::SessionBuffer>()) {}
 
 std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& session)
 {
     std::vector<std::string> lines;
-    const int slot = slotOf(*image, LIPC::kSettingsClientName);
+    const int slot = slotOf(*expectedSession, LIPC::kSettingsClientName);
     if (slot >= 0) {
         const auto& record = session.clients[slot];
         for (const auto& setting : kParameterSettings) {
             const float value = LIPC::loadShared(record.params[setting.number]);
-            float& known = image->clients[slot].params[setting.number];
+            float& known = expectedSession->clients[slot].params[setting.number];
             if (std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(known)) // NaN too
                 continue;
             known = value;
             lines.push_back(std::string(setting.name) + " " + printable(value));
         }
-        if (facility.look(record.strings[kFacility.number].text()))
+        if (facility.update(record.strings[kFacility.number].text()))
             lines.push_back(std::string(kFacility.name) + " " + escaped(facility.text()));
     }
-    if (defaultBus.look(session.defaultBus.text()))
+    if (defaultBus.update(session.defaultBus.text()))
         lines.push_back(defaultBusLine());
     return lines;
 }
 
 std::string WriteWatcher::defaultBusLine() const
 {
-    const int slot = slotOf(*image, defaultBus.text());
+    const int slot = slotOf(*expectedSession, defaultBus.text());
     const auto id = "(id " + escapedBytes(defaultBus.text()) + ")";
     if (slot < 0)
         return std::string(kDefaultBus) + id;
-    return std::string(kDefaultBus) + escapedBytes(image->clients[slot].labelText()) + " " + id;
+    return std::string(kDefaultBus) + escapedBytes(expectedSession->clients[slot].labelText()) + " " + id;
 }
 
 std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& session)
 {
     std::vector<std::string> lines;
     const auto* found = reinterpret_cast<const unsigned char*>(&session);
-    auto* known = reinterpret_cast<unsigned char*>(image.get());
+    auto* known = reinterpret_cast<unsigned char*>(expectedSession.get());
     std::size_t begin = 0;
-    for (const auto& field : agentStretches(slotOf(*image, LIPC::kSettingsClientName))) {
+    for (const auto& field : agentRanges(slotOf(*expectedSession, LIPC::kSettingsClientName))) {
         const auto length = field.begin - begin;
         if (std::memcmp(found + begin, known + begin, length) != 0) {
             const auto* changed = std::mismatch(found + begin, found + field.begin, known + begin).first;

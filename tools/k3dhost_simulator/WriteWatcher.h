@@ -11,24 +11,24 @@
 namespace K3DHostSimulator {
 
 /// Debounces a text that another process writes byte by byte.
-class SettledText {
+class Debounced {
 public:
-    const std::string& text() const { return settled; }
+    const std::string& text() const { return stable; }
 
     /// Takes the text of one reading. Returns true if two readings in a row agree on a new text.
-    bool look(std::string_view now)
+    bool update(std::string_view now)
     {
-        const bool agrees = now == seen;
-        seen = now;
-        if (!agrees || settled == seen)
+        const bool agrees = now == last;
+        last = now;
+        if (!agrees || stable == last)
             return false;
-        settled = seen;
+        stable = last;
         return true;
     }
 
 private:
-    std::string settled;
-    std::string seen;
+    std::string stable;
+    std::string last;
 };
 
 /// Keeps the expected content of the session: the host's changes and the reported writes. Each change of the
@@ -37,7 +37,7 @@ class WriteWatcher {
 public:
     WriteWatcher();
 
-    LIPC::SessionBuffer& expected() { return *image; }
+    LIPC::SessionBuffer& expected() { return *expectedSession; }
 
     /// Returns one line for each of the agent's own fields that changed since the last call. A text is
     /// reported when two calls in a row found it, so that it is never half written. Several writes of a field
@@ -54,9 +54,9 @@ public:
 private:
     std::string defaultBusLine() const;
 
-    std::unique_ptr<LIPC::SessionBuffer> image;
-    SettledText facility;
-    SettledText defaultBus;
+    std::unique_ptr<LIPC::SessionBuffer> expectedSession;
+    Debounced facility;
+    Debounced defaultBus;
 };
 
 } // namespace K3DHostSimulator

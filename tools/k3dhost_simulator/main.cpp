@@ -14,7 +14,7 @@ using namespace K3DHostSimulator;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookEvery{10};
+constexpr std::chrono::milliseconds kPollInterval{10};
 constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
 
@@ -59,9 +59,9 @@ int play(CommandSource& source, ScenarioPlayer& player)
 {
     Command current;
     while (stopRequested == 0 && !player.hasEnded()) {
-        player.host().watch();
+        player.host().printWrites();
         if (player.isWaiting()) {
-            source.sleep(kLookEvery);
+            source.sleep(kPollInterval);
             continue;
         }
         if (player.failure())
@@ -78,7 +78,7 @@ int play(CommandSource& source, ScenarioPlayer& player)
         }
         if (source.hasEnded())
             return 0;
-        source.sleep(kLookEvery);
+        source.sleep(kPollInterval);
     }
     return 0;
 }

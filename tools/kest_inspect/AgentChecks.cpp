@@ -14,20 +14,20 @@ namespace {
 constexpr char kAgent[] = "agent";
 constexpr char kPipe[] = "encoders' pipe";
 
-std::string listed(const std::vector<Opener>& processes)
+std::string listed(const std::vector<FileHolder>& processes)
 {
     std::string list;
-    for (const auto& opener : processes)
+    for (const auto& holder : processes)
         list +=
-            (list.empty() ? "process " : ", ") + std::to_string(opener.process) + " (" + opener.program + ")";
+            (list.empty() ? "process " : ", ") + std::to_string(holder.process) + " (" + holder.program + ")";
     return list;
 }
 
-std::string killCommand(const std::vector<Opener>& processes)
+std::string killCommand(const std::vector<FileHolder>& processes)
 {
     std::string command = "kill";
-    for (const auto& opener : processes)
-        command += " " + std::to_string(opener.process);
+    for (const auto& holder : processes)
+        command += " " + std::to_string(holder.process);
     return command;
 }
 
@@ -43,97 +43,100 @@ bool hasReader(const std::string& path)
 
 bool isOurs(const struct stat& status) { return status.st_uid == geteuid(); }
 
-Finding missingPipe(const Surroundings& here, const std::string& path)
+Finding missingPipe(const CheckContext& context, const std::string& path)
 {
-    if (!here.agentRuns)
-        return ok(kPipe, "none, as no agent runs");
-    return wrong(kPipe, "the agent runs, but there is no " + path,
-                 "look again in a second, then start the agent anew");
+    if (!context.agentRuns)
+        return ok(kPipe, "none: no agent is running");
+    return error(kPipe, "the agent is running, but there is no " + path,
+                 "check again in a second, then restart the agent");
 }
 
-Finding noPipe(const Surroundings& here, const std::string& path, const struct stat& status)
+Finding noPipe(const CheckContext& context, const std::string& path, const struct stat& status)
 {
     const auto what = path + " is " + kindOf(status) + " of " + userName(status.st_uid) + ", not a pipe";
-    if (!here.agentRuns && isOurs(status) && !S_ISDIR(status.st_mode))
-        return note(kPipe, what, "an agent that starts replaces it");
-    return wrong(kPipe, what, "remove it: an agent that runs makes its pipe within a second");
+    if (!context.agentRuns && isOurs(status) && !S_ISDIR(status.st_mode))
+        return warning(kPipe, what, "nothing to do: the agent replaces it when it starts");
+    return error(kPipe, what, "remove it; a running agent creates its pipe within a second");
 }
 
-Finding unreadPipe(const Surroundings& here, const std::string& path)
+Finding unreadPipe(const CheckContext& context, const std::string& path)
 {
-    if (here.agentRuns)
-        return wrong(kPipe, "the agent runs, but nobody reads " + path, "start the agent anew");
-    return note(kPipe, path + " was left behind, nobody reads it", "an agent that starts replaces it");
+    if (context.agentRuns)
+        return error(kPipe, "the agent is running, but no process reads " + path, "restart the agent");
+    return warning(kPipe, path + " is left over from an earlier agent; no process reads it",
+                   "nothing to do: the agent replaces it when it starts");
 }
 
-Finding foreignPipe(const Surroundings& here, const std::string& path, const struct stat& status)
+Finding foreignPipe(const CheckContext& context, const std::string& path, const struct stat& status)
 {
-    const auto whose = path + " is of " + userName(status.st_uid);
-    const auto* remedy = "end the agent of that user, or remove the pipe";
-    return here.agentRuns ? wrong(kPipe, whose, remedy) : note(kPipe, whose, remedy);
+    const auto whose = path + " belongs to " + userName(status.st_uid);
+    const auto* hint = "end the agent of that user, or remove the pipe";
+    return context.agentRuns ? error(kPipe, whose, hint) : warning(kPipe, whose, hint);
 }
 
-bool isAgent(const Surroundings& here, const Opener& reader)
+bool isAgent(const CheckContext& context, const FileHolder& reader)
 {
-    return std::ranges::find(here.agents, reader.process, &Opener::process) != here.agents.end();
+    return std::ranges::find(context.agents, reader.process, &FileHolder::process) != context.agents.end();
 }
 
 // An error because each reader gets a part of what the encoders write.
-Finding otherReaders(const Surroundings& here, const std::string& path, const std::vector<Opener>& readers)
+Finding otherReaders(const CheckContext& context, const std::string& path,
+                     const std::vector<FileHolder>& readers)
 {
     auto others = readers;
-    std::erase_if(others, [&](const auto& reader) { return isAgent(here, reader); });
+    std::erase_if(others, [&](const auto& reader) { return isAgent(context, reader); });
     if (others.size() == readers.size())
-        return wrong(kPipe, path + " belongs to " + listed(readers) + ", not to this agent",
+        return error(kPipe, path + " belongs to " + listed(readers) + ", not to this agent",
                      killCommand(others) + "; a second agent and this one replace each other's pipe");
-    return wrong(kPipe, path + " is read by " + listed(readers),
-                 "only the agent may: " + killCommand(others));
+    return error(kPipe, path + " is read by " + listed(readers),
+                 "only the agent may read it: " + killCommand(others));
 }
 
 // Returns agents that wait to replace the pipe again: they still have their own pipe open, which this agent
 // replaced.
-std::vector<Opener> secondAgents(const Surroundings& here, const std::string& path)
+std::vector<FileHolder> secondAgents(const CheckContext& context, const std::string& path)
 {
-    auto readers = openersOfRemoved(path);
-    std::erase_if(readers, [&](const auto& reader) { return !reader.reads || isAgent(here, reader); });
+    auto readers = processesHoldingRemoved(path);
+    std::erase_if(readers, [&](const auto& reader) { return !reader.reads || isAgent(context, reader); });
     return readers;
 }
 
 } // namespace
 
-Check checkAgent(const Surroundings& here)
+Check checkAgent(const CheckContext& context)
 {
-    if (!here.agentRuns)
-        return note(kAgent, "none of this user runs",
-                    "start kest-settings, or kest-settings-terminal in a terminal");
-    return ok(kAgent, here.agents.empty() ? "runs"
-                                          : listed(here.agents) + "; to end it: " + killCommand(here.agents));
+    if (!context.agentRuns)
+        return warning(kAgent, "not running", "start kest-settings, or kest-settings-terminal in a terminal");
+    return ok(kAgent, context.agents.empty()
+                          ? "running"
+                          : listed(context.agents) + "; to end it: " + killCommand(context.agents));
 }
 
-Check checkPipe(const Surroundings& here)
+Check checkPipe(const CheckContext& context)
 {
-    const auto& path = here.paths.encodingProgressFifo;
+    const auto& path = context.paths.encodingProgressFifo;
     const auto status = statusOf(path);
     if (!status)
-        return errno == ENOENT ? missingPipe(here, path)
-                               : wrong(kPipe, path + ": " + std::strerror(errno), "let this user look there");
+        return errno == ENOENT ? missingPipe(context, path)
+                               : error(kPipe, path + ": " + std::strerror(errno),
+                                       "make its folder accessible to this user");
     if (!S_ISFIFO(status->st_mode))
-        return noPipe(here, path, *status);
+        return noPipe(context, path, *status);
     if (!isOurs(*status))
-        return foreignPipe(here, path, *status);
-    auto readers = openersOf(path);
-    std::erase_if(readers, [](const auto& opener) { return !opener.reads; });
+        return foreignPipe(context, path, *status);
+    auto readers = processesHolding(path);
+    std::erase_if(readers, [](const auto& holder) { return !holder.reads; });
     if (readers.empty() && !hasReader(path))
-        return unreadPipe(here, path);
-    if (!here.agents.empty() &&
-        !std::ranges::all_of(readers, [&](const auto& reader) { return isAgent(here, reader); }))
-        return otherReaders(here, path, readers);
-    if (const auto second = secondAgents(here, path); !here.agents.empty() && !second.empty())
-        return wrong(kPipe, listed(second) + " reads an earlier pipe of " + path,
+        return unreadPipe(context, path);
+    if (!context.agents.empty() &&
+        !std::ranges::all_of(readers, [&](const auto& reader) { return isAgent(context, reader); }))
+        return otherReaders(context, path, readers);
+    if (const auto second = secondAgents(context, path); !context.agents.empty() && !second.empty())
+        return error(kPipe, listed(second) + " reads an earlier pipe of " + path,
                      "if it is a second agent, " + killCommand(second) + ": both replace the pipe");
     if ((status->st_mode & 0777U) != LIPC::kModeWorldWritable)
-        return note(kPipe, path + " is not for all users to write", "start the agent anew");
-    return ok(kPipe, path + (readers.empty() ? ", somebody reads it" : ", read by " + listed(readers)));
+        return warning(kPipe, path + " is not writable by all users", "restart the agent");
+    return ok(kPipe, path + (readers.empty() ? ", has a reader" : ", read by " + listed(readers)));
 }
 
 } // namespace KestInspect

@@ -2,7 +2,7 @@
 
 #include "lipc/Numeric.h"
 #include "lipc/SettingsRecord.h"
-#include "tools/kest_inspect/Words.h"
+#include "tools/kest_inspect/Formatting.h"
 
 #include <bit>
 #include <map>
@@ -49,28 +49,28 @@ bool isSameClient(const Client& a, const Client& b) { return a.id == b.id && a.t
 
 void addClients(const Session& before, const Session& now, Changes& changes)
 {
-    std::map<int, Client> gone;
+    std::map<int, Client> removed;
     for (const auto& client : before.clients)
-        gone.emplace(client.slot, client);
-    Changes came;
+        removed.emplace(client.slot, client);
+    Changes added;
     for (const auto& client : now.clients) {
-        const auto known = gone.find(client.slot);
-        if (known == gone.end() || !isSameClient(known->second, client)) {
-            came.push_back(clientEvent("clientCame", client, " came"));
+        const auto known = removed.find(client.slot);
+        if (known == removed.end() || !isSameClient(known->second, client)) {
+            added.push_back(clientEvent("clientAdded", client, " added"));
             continue;
         }
         if (known->second.label != client.label)
-            came.push_back(renamed(client, known->second.label));
-        gone.erase(known);
+            added.push_back(renamed(client, known->second.label));
+        removed.erase(known);
     }
-    for (const auto& [slot, client] : gone)
-        changes.push_back(clientEvent("clientWent", client, " went"));
-    changes.insert(changes.end(), came.begin(), came.end());
+    for (const auto& [slot, client] : removed)
+        changes.push_back(clientEvent("clientRemoved", client, " removed"));
+    changes.insert(changes.end(), added.begin(), added.end());
 }
 
 // Returns whether a parameter has changed; in a new record, whether it has a name or is not 0, but a host
 // message of 0 does not count.
-bool isToTell(const AgentRecord* before, const AgentRecord& now, int number)
+bool isReported(const AgentRecord* before, const AgentRecord& now, int number)
 {
     const auto index = static_cast<std::size_t>(number);
     const float value = now.parameters[index];
@@ -82,7 +82,7 @@ bool isToTell(const AgentRecord* before, const AgentRecord& now, int number)
 void addAgent(const AgentRecord* before, const AgentRecord& now, Changes& changes)
 {
     for (int number = 0; number < LIPC::ClientEntry::kParameters; ++number)
-        if (isToTell(before, now, number))
+        if (isReported(before, now, number))
             changes.push_back(parameterEvent(number, now.parameters[static_cast<std::size_t>(number)]));
     for (std::size_t k = 0; k < now.texts.size(); ++k)
         if (now.texts[k] != (before == nullptr ? "" : before->texts[k])) {
@@ -106,7 +106,7 @@ void addSession(const Session& before, const Session& now, Changes& changes)
 
 } // namespace
 
-std::vector<Printed> changesBetween(const Reading& before, const Reading& now)
+std::vector<Printed> changesBetween(const HostSnapshot& before, const HostSnapshot& now)
 {
     Changes changes;
     const bool isSameHost = before.session && now.session && before.session->segment == now.session->segment;
@@ -122,7 +122,7 @@ std::vector<Printed> changesBetween(const Reading& before, const Reading& now)
     return changes;
 }
 
-std::vector<Printed> changesUpTo(const Reading& now)
+std::vector<Printed> changesUpTo(const HostSnapshot& now)
 {
     auto changes = changesBetween({}, now);
     if (!now.session)

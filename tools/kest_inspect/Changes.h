@@ -10,9 +10,9 @@ namespace KestInspect {
 /// Returns the changes from `before` to `now`, each as one line and as an object with an "event", in this
 /// order: the host, its version word, its clients, the agent's record, the default bus. In a new record,
 /// parameters that have a name or are not 0 count as changed, and texts that are not empty.
-std::vector<Printed> changesBetween(const Reading& before, const Reading& now);
+std::vector<Printed> changesBetween(const HostSnapshot& before, const HostSnapshot& now);
 
 /// Returns the same for the first reading: its content, or that there is no host.
-std::vector<Printed> changesUpTo(const Reading& now);
+std::vector<Printed> changesUpTo(const HostSnapshot& now);
 
 } // namespace KestInspect

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
-#include "tools/kest_inspect/Reading.h"
+#include "tools/kest_inspect/HostSnapshot.h"
 #include "tools/kest_inspect/Segment.h"
-#include "tools/kest_inspect/SystemLook.h"
+#include "tools/kest_inspect/SystemQueries.h"
 
 #include <optional>
 #include <string>
@@ -14,32 +14,32 @@
 namespace KestInspect {
 
 /// The data of several checks.
-struct Surroundings {
+struct CheckContext {
     Kest::Settings::SystemPaths paths;
     std::optional<Segment> version;
     std::optional<Segment> session;
-    Reading reading;
-    bool agentRuns = false;     // an agent of this user
-    std::vector<Opener> agents; // those that the system lists
+    HostSnapshot snapshot;
+    bool agentRuns = false;         // an agent of this user
+    std::vector<FileHolder> agents; // those that the system lists
 };
 
 /// nullopt if there is nothing to check.
 using Check = std::optional<Finding>;
 
-Check checkHost(const Surroundings& here);
-Check checkVersionSegment(const Surroundings& here);
-Check checkSessionSegment(const Surroundings& here);
-Check checkAgentRecord(const Surroundings& here);
-Check checkVersionMarker(const Surroundings& here);
-Check checkSessionMarker(const Surroundings& here);
-Check checkAgent(const Surroundings& here);
-Check checkPipe(const Surroundings& here);
-Check checkSettings(const Surroundings& here);
-Check checkFacilities(const Surroundings& here);
-Check checkLastUser(const Surroundings& here);
+Check checkHost(const CheckContext& context);
+Check checkVersionSegment(const CheckContext& context);
+Check checkSessionSegment(const CheckContext& context);
+Check checkAgentRecord(const CheckContext& context);
+Check checkVersionKeyFile(const CheckContext& context);
+Check checkSessionKeyFile(const CheckContext& context);
+Check checkAgent(const CheckContext& context);
+Check checkPipe(const CheckContext& context);
+Check checkSettings(const CheckContext& context);
+Check checkFacilities(const CheckContext& context);
+Check checkLastUser(const CheckContext& context);
 
 /// Runs all checks, from the host to the tray, and returns their findings. Changes nothing.
-std::vector<Finding> examine(const Kest::Settings::SystemPaths& paths);
+std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths);
 
 /// Returns the status of the file at a path without following a link; nullopt, with `errno` set, after an
 /// error.

@@ -8,33 +8,33 @@ namespace KestInspect {
 
 namespace {
 
-Surroundings lookAround(const Kest::Settings::SystemPaths& paths)
+CheckContext gatherContext(const Kest::Settings::SystemPaths& paths)
 {
-    Surroundings here;
-    here.paths = paths;
-    here.version = findSegment(paths.versionSegment);
-    here.session = findSegment(paths.sessionSegment);
-    here.reading = readHost(paths);
+    CheckContext context;
+    context.paths = paths;
+    context.version = findSegment(paths.versionSegment);
+    context.session = findSegment(paths.sessionSegment);
+    context.snapshot = readHost(paths);
     const auto lock = Kest::Settings::agentLockFile(paths.settingsFolder);
-    std::ranges::copy_if(openersOf(lock), std::back_inserter(here.agents), &Opener::holdsLock);
-    here.agentRuns = !here.agents.empty() || isLocked(lock);
-    return here;
+    std::ranges::copy_if(processesHolding(lock), std::back_inserter(context.agents), &FileHolder::holdsLock);
+    context.agentRuns = !context.agents.empty() || isLocked(lock);
+    return context;
 }
 
 } // namespace
 
-std::vector<Finding> examine(const Kest::Settings::SystemPaths& paths)
+std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths)
 {
-    const auto here = lookAround(paths);
+    const auto context = gatherContext(paths);
     std::vector<Finding> findings;
     const auto add = [&](Check check) {
         if (check)
             findings.push_back(std::move(*check));
     };
     for (const auto check :
-         {checkHost, checkVersionSegment, checkSessionSegment, checkAgentRecord, checkVersionMarker,
-          checkSessionMarker, checkAgent, checkPipe, checkSettings, checkFacilities, checkLastUser})
-        add(check(here));
+         {checkHost, checkVersionSegment, checkSessionSegment, checkAgentRecord, checkVersionKeyFile,
+          checkSessionKeyFile, checkAgent, checkPipe, checkSettings, checkFacilities, checkLastUser})
+        add(check(context));
     add(checkTray());
     return findings;
 }

@@ -1,7 +1,7 @@
 // Checks of the files that the agent reads and writes.
-#include "backend/FileText.h"
+#include "backend/FileIo.h"
 #include "backend/SettingsFileCheck.h"
-#include "backend/SettingsPlace.h"
+#include "backend/SettingsLocation.h"
 #include "tools/kest_inspect/Checks.h"
 
 #include <cerrno>
@@ -14,21 +14,21 @@ namespace KestInspect {
 namespace {
 
 namespace fs = std::filesystem;
-using Kest::Settings::FileText;
+using Kest::Settings::FileContent;
 
 constexpr char kSettings[] = "settings file";
 constexpr char kFacilities[] = "facilities";
 constexpr char kLastUser[] = "last user";
 
-FileText read(const std::string& path)
+FileContent read(const std::string& path)
 {
-    return Kest::Settings::readFile(path, Kest::Settings::kLongestSettings + 1);
+    return Kest::Settings::readFile(path, Kest::Settings::kMaxSettingsBytes + 1);
 }
 
-bool isWhole(const FileText& file) { return file.error == 0 && Kest::Settings::isSettingsText(file.text); }
+bool isValid(const FileContent& file) { return file.error == 0 && Kest::Settings::isSettingsText(file.text); }
 
 // Returns the folder, or its nearest existing parent, in which a missing one would be created.
-fs::path lastExisting(fs::path folder)
+fs::path nearestExistingFolder(fs::path folder)
 {
     while (!statusOf(folder) && folder.has_relative_path())
         folder = folder.parent_path();
@@ -39,9 +39,9 @@ fs::path lastExisting(fs::path folder)
 // matter.
 Check checkSaving(const std::string& path)
 {
-    const auto folder = lastExisting(fs::path(path).parent_path()).string();
-    const auto cannotSave = [&](const std::string& what, const std::string& remedy) {
-        return wrong(kSettings, folder + what + ": no choice can be saved", remedy);
+    const auto folder = nearestExistingFolder(fs::path(path).parent_path()).string();
+    const auto cannotSave = [&](const std::string& what, const std::string& hint) {
+        return error(kSettings, folder + what + ": settings cannot be saved", hint);
     };
     struct stat status {};
     if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
@@ -52,7 +52,7 @@ Check checkSaving(const std::string& path)
         return cannotSave(" is on a read-only file system",
                           "make it writable, or use another home folder (HOME)");
     if (errno != EACCES)
-        return cannotSave(": " + std::string(std::strerror(errno)), "let this user write it");
+        return cannotSave(": " + std::string(std::strerror(errno)), "make it writable by this user");
     if (status.st_uid == geteuid())
         return cannotSave(" is not writable", "chmod u+rwx '" + folder + "'");
     return cannotSave(" belongs to " + userName(status.st_uid) + " and is not writable by " +
@@ -63,35 +63,35 @@ Check checkSaving(const std::string& path)
 
 Finding damagedSettings(const std::string& path)
 {
-    const bool hasCopy = isWhole(read(path + ".last"));
-    return wrong(kSettings, path + " is damaged",
-                 std::string("start the agent anew: it sets this file aside as .bad and goes on with ") +
-                     (hasCopy ? "its last good copy" : "the defaults"));
+    const bool hasBackup = isValid(read(path + ".last"));
+    return error(kSettings, path + " is damaged",
+                 std::string("restart the agent: it renames this file to .bad and uses ") +
+                     (hasBackup ? "the backup" : "the defaults"));
 }
 
 } // namespace
 
-Check checkSettings(const Surroundings& here)
+Check checkSettings(const CheckContext& context)
 {
-    const auto path = Kest::Settings::settingsFileBehindLinks(here.paths.settingsFile());
+    const auto path = Kest::Settings::settingsFileBehindLinks(context.paths.settingsFile());
     if (auto problem = checkSaving(path))
         return problem;
     const auto file = read(path);
     if (file.error == ENOENT || file.error == ENOTDIR)
-        return ok(kSettings, "none yet, the defaults hold: " + path);
+        return ok(kSettings, "none yet, the defaults are used: " + path);
     if (file.error != 0)
-        return wrong(kSettings, path + ": " + std::strerror(file.error), "let this user read it");
-    if (!isWhole(file))
+        return error(kSettings, path + ": " + std::strerror(file.error), "make it readable by this user");
+    if (!isValid(file))
         return damagedSettings(path);
     if (statusOf(path + ".bad"))
-        return note(kSettings, path + " is well; a damaged one lies beside it as .bad",
-                    "remove that once it has been looked at");
+        return warning(kSettings, path + " is valid; an earlier, damaged file is kept as .bad",
+                       "check the .bad file, then remove it");
     return ok(kSettings, path + ", " + std::to_string(file.text.size()) + " bytes");
 }
 
-Check checkFacilities(const Surroundings& here)
+Check checkFacilities(const CheckContext& context)
 {
-    const auto& path = here.paths.facilitiesFolder;
+    const auto& path = context.paths.facilitiesFolder;
     std::error_code failure;
     int count = 0;
     const fs::directory_iterator end;
@@ -100,25 +100,26 @@ Check checkFacilities(const Surroundings& here)
         count += entry->is_directory(unknown) ? 1 : 0;
     }
     if (failure && failure != std::errc::no_such_file_or_directory)
-        return wrong(kFacilities, path + ": " + failure.message(), "let this user read the folder");
+        return error(kFacilities, path + ": " + failure.message(), "make the folder readable by this user");
     if (count == 0)
-        return note(kFacilities, "none in " + path, "install the studio's rooms");
+        return warning(kFacilities, "none in " + path, "install the studio's rooms");
     return ok(kFacilities, std::to_string(count) + " in " + path);
 }
 
-Check checkLastUser(const Surroundings& here)
+Check checkLastUser(const CheckContext& context)
 {
-    const auto& path = here.paths.lastUserMarker;
+    const auto& path = context.paths.lastUserFile;
     const auto status = statusOf(path);
     const bool hasFolder = statusOf(fs::path(path).parent_path()).has_value();
     if (!status)
-        return ok(kLastUser, hasFolder ? "none yet" : "not kept: there is no folder for " + path);
+        return ok(kLastUser, hasFolder ? "none yet" : "not recorded: there is no folder for " + path);
     if (!S_ISREG(status->st_mode) || status->st_nlink != 1)
-        return wrong(kLastUser,
-                     path + " is " + kindOf(*status) + (S_ISREG(status->st_mode) ? " of two names" : ""),
-                     "remove it: the agent writes no such thing");
+        return error(kLastUser,
+                     path + " is " + kindOf(*status) +
+                         (S_ISREG(status->st_mode) ? " with more than one hard link" : ""),
+                     "remove it; the agent refuses to write it");
     if (access(path.c_str(), W_OK) != 0)
-        return note(kLastUser, path + " is not for this user to write", "chmod 666 it");
+        return warning(kLastUser, path + " is not writable by this user", "chmod 666 '" + path + "'");
     const auto text = read(path).text;
     return ok(kLastUser, text.substr(0, text.find('\n')));
 }

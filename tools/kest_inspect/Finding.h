@@ -8,40 +8,41 @@
 
 namespace KestInspect {
 
-enum class Rank {
+enum class Severity {
     ok,
-    note,  // may be intentional
-    wrong, // prevents something from working
+    warning, // may be intentional
+    error,   // prevents something from working
 };
 
 struct Finding {
-    Rank rank = Rank::ok;
+    Severity severity = Severity::ok;
     std::string subject; // what was checked: a fixed text
     std::string text;    // any bytes: contains names of files, users and processes
-    std::string remedy;  // empty if there is nothing to do
+    std::string hint;    // empty if there is nothing to do
 };
 
 inline Finding ok(std::string subject, std::string text)
 {
-    return {Rank::ok, std::move(subject), std::move(text), ""};
+    return {Severity::ok, std::move(subject), std::move(text), ""};
 }
-inline Finding note(std::string subject, std::string text, std::string remedy)
+inline Finding warning(std::string subject, std::string text, std::string hint)
 {
-    return {Rank::note, std::move(subject), std::move(text), std::move(remedy)};
+    return {Severity::warning, std::move(subject), std::move(text), std::move(hint)};
 }
-inline Finding wrong(std::string subject, std::string text, std::string remedy)
+inline Finding error(std::string subject, std::string text, std::string hint)
 {
-    return {Rank::wrong, std::move(subject), std::move(text), std::move(remedy)};
-}
-
-inline std::string rankName(Rank rank)
-{
-    return rank == Rank::ok ? "ok" : rank == Rank::note ? "note" : "wrong";
+    return {Severity::error, std::move(subject), std::move(text), std::move(hint)};
 }
 
-inline bool isWell(const std::vector<Finding>& findings)
+inline std::string severityName(Severity severity)
 {
-    return std::ranges::none_of(findings, [](const auto& finding) { return finding.rank == Rank::wrong; });
+    return severity == Severity::ok ? "ok" : severity == Severity::warning ? "warning" : "error";
+}
+
+inline bool hasNoErrors(const std::vector<Finding>& findings)
+{
+    return std::ranges::none_of(findings,
+                                [](const auto& finding) { return finding.severity == Severity::error; });
 }
 
 } // namespace KestInspect

@@ -11,12 +11,12 @@
 namespace KestInspect {
 namespace {
 
-constexpr char kStartHost[] = "start K3DHost, by \"Restart Host Service\" in the agent's menu for one";
-constexpr char kRestartHost[] = "start K3DHost anew";
+constexpr char kStartHost[] = "start K3DHost, for example with \"Restart Host Service\" in the agent's menu";
+constexpr char kRestartHost[] = "restart K3DHost";
 
 std::string process(pid_t number)
 {
-    return number == 0 ? std::string("an unseen process") : "process " + std::to_string(number);
+    return number == 0 ? std::string("a process in another namespace") : "process " + std::to_string(number);
 }
 
 std::string octal(unsigned mode)
@@ -26,23 +26,22 @@ std::string octal(unsigned mode)
     return digits;
 }
 
-Finding whereNoHostIs()
+Finding noHost()
 {
     const auto creator = creatorOfSegment(LIPC::SessionBuffer::kSegmentBytes);
     if (!creator)
-        return note("host", "none runs", kStartHost);
-    return wrong("host",
-                 process(*creator) + " keeps a session that nobody finds: its marker file was removed",
+        return warning("host", "not running", kStartHost);
+    return error("host", process(*creator) + " has a session segment, but its key file is missing",
                  kRestartHost);
 }
 
-Finding leftBehind(const Surroundings& here, pid_t creator)
+Finding staleSegments(const CheckContext& context, pid_t creator)
 {
     std::string removal = "ipcrm";
-    for (const auto& segment : {here.version, here.session})
+    for (const auto& segment : {context.version, context.session})
         removal += segment ? " -m " + std::to_string(segment->id) : "";
-    return wrong("host", process(creator) + " has ended and left its segments behind",
-                 std::string(kRestartHost) + "; if they stay: " + removal);
+    return error("host", process(creator) + " has ended, but its segments remain",
+                 std::string(kRestartHost) + "; if they remain: " + removal);
 }
 
 Check checkSegment(const char* subject, const std::optional<Segment>& segment, std::size_t needed)
@@ -50,89 +49,90 @@ Check checkSegment(const char* subject, const std::optional<Segment>& segment, s
     if (!segment)
         return std::nullopt;
     if (segment->error != 0)
-        return wrong(subject, std::strerror(segment->error),
-                     "start K3DHost so that all users may use its segments");
+        return error(subject, std::strerror(segment->error),
+                     "restart K3DHost so that all users may read and write its segments");
     const auto bytes = std::to_string(segment->bytes) + " bytes";
     const auto access = "mode " + octal(segment->mode) + ", of " + userName(segment->owner);
     if (segment->bytes < needed)
-        return wrong(subject, bytes + " of " + std::to_string(needed) + " that are needed",
-                     "install a K3DHost of the agent's version, and start it anew");
+        return error(subject, bytes + " of " + std::to_string(needed) + " required",
+                     "install the K3DHost version that matches the agent, and restart it");
     if (!segment->isWritable)
-        return wrong(subject, access + ": not for this user to write",
-                     "start K3DHost so that all users may use its segments");
-    return ok(subject, bytes + ", " + access + ", made by " + process(segment->creator) + ", " +
+        return error(subject, access + ": not writable by this user",
+                     "restart K3DHost so that all users may read and write its segments");
+    return ok(subject, bytes + ", " + access + ", created by " + process(segment->creator) + ", " +
                            std::to_string(segment->attached) + " attached");
 }
 
-Check checkMarker(const char* subject, const std::string& segment)
+Check checkKeyFile(const char* subject, const std::string& segment)
 {
-    const auto path = LIPC::markerPath(segment.c_str());
+    const auto path = LIPC::keyFilePath(segment.c_str());
     const auto status = statusOf(path);
     if (!status && errno != ENOENT)
-        return wrong(subject, path + ": " + std::strerror(errno), "make it possible to look into the folder");
+        return error(subject, path + ": " + std::strerror(errno), "make the folder accessible to this user");
     if (!status)
-        return ok(subject, "none yet, " + path + " is made when it is needed");
+        return ok(subject, "none yet, " + path + " is created when needed");
     if (!S_ISREG(status->st_mode))
-        return wrong(subject, path + " is " + kindOf(*status), "remove it, and " + std::string(kRestartHost));
+        return error(subject, path + " is " + kindOf(*status), "remove it, and " + std::string(kRestartHost));
     if (status->st_size > 0)
-        return note(subject, path + " is not empty", "harmless; the agent empties it if it may");
+        return warning(subject, path + " is not empty",
+                       "harmless; the agent empties it if it is permitted to");
     return ok(subject, path + ", of " + userName(status->st_uid));
 }
 
 } // namespace
 
-Check checkHost(const Surroundings& here)
+Check checkHost(const CheckContext& context)
 {
-    const auto& segment = here.session ? here.session : here.version;
+    const auto& segment = context.session ? context.session : context.version;
     if (!segment)
-        return whereNoHostIs();
+        return noHost();
     if (hasEnded(segment->creator))
-        return leftBehind(here, segment->creator);
-    const auto word = here.reading.versionWord;
+        return staleSegments(context, segment->creator);
+    const auto word = context.snapshot.versionWord;
     if (word == LIPC::VersionBuffer::kNotPublished)
-        return note("host", process(segment->creator) + ": its version word is not published yet",
-                    "if it stays: " + std::string(kRestartHost));
+        return warning("host", process(segment->creator) + ": its version word is not published yet",
+                       "if that persists: " + std::string(kRestartHost));
     if (word && *word != LIPC::VersionBuffer::kAcceptedWordSize)
-        return wrong("host", "runs in " + std::to_string(*word) + " bit; the agent leaves it alone",
-                     "start K3DHost in 64 bit, then the agent anew");
-    if (!here.session)
-        return wrong("host", process(segment->creator) + " tells its version, but has no session",
+        return error("host", "runs in " + std::to_string(*word) + " bit; the agent does not use it",
+                     "start K3DHost in 64 bit, then restart the agent");
+    if (!context.session)
+        return error("host", process(segment->creator) + " has published its version, but has no session",
                      kRestartHost);
     if (!word)
-        return note("host",
-                    process(segment->creator) + " does not tell its version; the agent takes it for 64 bit",
-                    kRestartHost);
+        return warning("host",
+                       process(segment->creator) + " has not published its version; the agent assumes 64 bit",
+                       kRestartHost);
     return ok("host", process(segment->creator) + ", " + std::to_string(*word) + " bit");
 }
 
-Check checkVersionSegment(const Surroundings& here)
+Check checkVersionSegment(const CheckContext& context)
 {
-    return checkSegment("version segment", here.version, LIPC::VersionBuffer::kSegmentBytes);
+    return checkSegment("version segment", context.version, LIPC::VersionBuffer::kSegmentBytes);
 }
 
-Check checkSessionSegment(const Surroundings& here)
+Check checkSessionSegment(const CheckContext& context)
 {
-    return checkSegment("session segment", here.session, LIPC::SessionBuffer::kSegmentBytes);
+    return checkSegment("session segment", context.session, LIPC::SessionBuffer::kSegmentBytes);
 }
 
-Check checkAgentRecord(const Surroundings& here)
+Check checkAgentRecord(const CheckContext& context)
 {
-    if (!here.reading.session)
+    if (!context.snapshot.session)
         return std::nullopt;
-    const auto& agent = here.reading.session->agent;
+    const auto& agent = context.snapshot.session->agent;
     if (!agent)
-        return wrong("agent's record", "there is none in the session: no choice arrives", kRestartHost);
+        return error("agent's record", "missing in the session: the host gets no settings", kRestartHost);
     return ok("agent's record", "slot " + std::to_string(agent->slot) + ", among " +
-                                    std::to_string(here.reading.session->clients.size()) + " clients");
+                                    std::to_string(context.snapshot.session->clients.size()) + " clients");
 }
 
-Check checkVersionMarker(const Surroundings& here)
+Check checkVersionKeyFile(const CheckContext& context)
 {
-    return checkMarker("version marker", here.paths.versionSegment);
+    return checkKeyFile("version key file", context.paths.versionSegment);
 }
-Check checkSessionMarker(const Surroundings& here)
+Check checkSessionKeyFile(const CheckContext& context)
 {
-    return checkMarker("session marker", here.paths.sessionSegment);
+    return checkKeyFile("session key file", context.paths.sessionSegment);
 }
 
 } // namespace KestInspect

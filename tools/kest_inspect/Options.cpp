@@ -8,20 +8,20 @@ namespace KestInspect {
 namespace {
 
 constexpr char kHelp[] =
-    R"(kest-inspect COMMAND [options]    looks at the settings agent and at K3DHost; changes nothing
+    R"(kest-inspect COMMAND [options]    inspects the agent's connection to K3DHost; changes nothing
 
 Commands:
-  session    what stands in the host's session: its clients, the agent's record, the default bus
-  watch      each change of the session as it happens, a line each, until SIGINT or SIGTERM
-  doctor     checks all that the agent depends on, a line each: ok, note (may be meant so) or wrong
+  session    prints the host's session: its clients, the agent's record, the default bus
+  watch      prints each change of the session as one line, until SIGINT or SIGTERM
+  doctor     checks everything that the agent depends on, one line each: ok, warning (may be intentional) or error
 
 Options:
-  --json             for programs: one document, or one object a line from watch
-  --interval MS      watch: milliseconds between two looks, 10 to 60000, 200 unless told
+  --json             prints JSON: one document, or one object per line from watch
+  --interval MS      watch: polling interval in ms (10 to 60000, default 200)
   --for SECONDS      watch: ends after this time
   --help, --version
 
-Exit status: 0 when all is well; 1 when there is no session (session), or when something is wrong (doctor);
+Exit status: 0 on success; 1 if there is no session (session), or an error was found (doctor);
 2 for a wrong command line.
 )";
 
@@ -55,7 +55,7 @@ std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus)
                                                       (command.empty() ? "" : ", got '" + command + "'"));
         options.command = found->second;
         if (options.command != Options::Command::watch && interval->count() + limit->count() > 0)
-            throw CLI::ValidationError("--interval and --for are for watch");
+            throw CLI::ValidationError("--interval and --for are only valid with watch");
     });
     if (!CommandLine::parse(app, kHelp, argc, argv, exitStatus))
         return std::nullopt;

@@ -3,7 +3,7 @@
 #include "lipc/VersionBuffer.h"
 #include "tables/KestSettingsTables.h"
 #include "text/Printable.h"
-#include "tools/kest_inspect/Words.h"
+#include "tools/kest_inspect/Formatting.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -115,30 +115,31 @@ Printed printedSession(const Session& session)
 
 } // namespace
 
-Printed printed(const Reading& reading)
+Printed printed(const HostSnapshot& snapshot)
 {
-    const auto& word = reading.versionWord;
-    const auto session = reading.session ? printedSession(*reading.session)
-                                         : Printed{"session: none (kest-inspect doctor tells why)\n", {}};
+    const auto& word = snapshot.versionWord;
+    const auto session = snapshot.session ? printedSession(*snapshot.session)
+                                          : Printed{"session: none (kest-inspect doctor shows why)\n", {}};
     return {"version word: " + (word ? printedVersionWord(*word) : "none") + "\n" + session.text,
             {{"versionWord", word ? Json(*word) : Json()}, {"session", session.json}}};
 }
 
 Printed printed(const std::vector<Finding>& findings)
 {
-    Printed out{"", {{"well", isWell(findings)}, {"findings", Json::array()}}};
+    Printed out{"", {{"ok", hasNoErrors(findings)}, {"findings", Json::array()}}};
     for (const auto& finding : findings) {
-        out.text += column(rankName(finding.rank), 5) + "  " + column(finding.subject, 15) + "  " +
-                    shownText(finding.text) +
-                    (finding.remedy.empty() ? "" : " -> " + shownText(finding.remedy)) + "\n";
-        out.json["findings"].push_back({{"rank", rankName(finding.rank)},
+        out.text += column(severityName(finding.severity), 7) + "  " + column(finding.subject, 16) + "  " +
+                    shownText(finding.text) + (finding.hint.empty() ? "" : " -> " + shownText(finding.hint)) +
+                    "\n";
+        out.json["findings"].push_back({{"severity", severityName(finding.severity)},
                                         {"subject", finding.subject},
                                         {"text", textInUtf8(finding.text)},
-                                        {"remedy", textOrNull(finding.remedy)}});
+                                        {"hint", textOrNull(finding.hint)}});
     }
-    for (const auto rank : {Rank::ok, Rank::note, Rank::wrong})
-        out.text += (rank == Rank::ok ? "" : ", ") +
-                    std::to_string(std::ranges::count(findings, rank, &Finding::rank)) + " " + rankName(rank);
+    for (const auto severity : {Severity::ok, Severity::warning, Severity::error})
+        out.text += (severity == Severity::ok ? "" : ", ") +
+                    std::to_string(std::ranges::count(findings, severity, &Finding::severity)) + " " +
+                    severityName(severity);
     out.text += "\n";
     return out;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
-#include "tools/kest_inspect/Reading.h"
+#include "tools/kest_inspect/HostSnapshot.h"
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -19,7 +19,7 @@ struct Printed {
 };
 
 /// `text` is several lines, each with its line feed.
-Printed printed(const Reading& reading);
+Printed printed(const HostSnapshot& snapshot);
 Printed printed(const std::vector<Finding>& findings);
 
 /// Returns ASCII, whatever bytes `json` contains: several lines, each with its line feed, or one line without
@@ -27,7 +27,7 @@ Printed printed(const std::vector<Finding>& findings);
 std::string jsonDocument(const Json& json);
 std::string jsonLine(const Json& json);
 
-/// Parts of a reading; `text` is one line without a line feed.
+/// Parts of a snapshot; `text` is one line without a line feed.
 Printed printedClient(const Client& client);
 Printed printedParameter(int number, float value);
 Printed printedText(int number, const std::string& value);

@@ -33,9 +33,9 @@ public:
             sigaction(signal, &action, nullptr);
             sigaddset(&ending, signal);
         }
-        pthread_sigmask(SIG_BLOCK, &ending, &usual);
+        pthread_sigmask(SIG_BLOCK, &ending, &unblocked);
         for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-            sigdelset(&usual, signal); // the parent process may have blocked them
+            sigdelset(&unblocked, signal); // the parent process may have blocked them
     }
 
     void sleep(milliseconds time) const
@@ -43,11 +43,11 @@ public:
         constexpr auto kThousand = 1000;
         const timespec rest{static_cast<std::time_t>(time.count() / kThousand),
                             static_cast<long>(time.count() % kThousand * kThousand * kThousand)};
-        pselect(0, nullptr, nullptr, nullptr, &rest, &usual);
+        pselect(0, nullptr, nullptr, nullptr, &rest, &unblocked);
     }
 
 private:
-    sigset_t usual{};
+    sigset_t unblocked{};
 };
 
 // "2026-03-01T14:05:09.004+0100"

@@ -20,16 +20,16 @@ void print(const Printed& printed, bool asJson)
 
 int showSession(bool json)
 {
-    const auto reading = readHost(kPaths);
-    print(printed(reading), json);
-    return reading.session ? 0 : 1;
+    const auto snapshot = readHost(kPaths);
+    print(printed(snapshot), json);
+    return snapshot.session ? 0 : 1;
 }
 
-int callDoctor(bool json)
+int runDoctor(bool json)
 {
-    const auto findings = examine(kPaths);
+    const auto findings = runChecks(kPaths);
     print(printed(findings), json);
-    return isWell(findings) ? 0 : 1;
+    return hasNoErrors(findings) ? 0 : 1;
 }
 
 } // namespace
@@ -49,6 +49,6 @@ int main(int argc, char** argv)
         watch(kPaths, *options);
         return 0;
     case Options::Command::doctor:
-        return callDoctor(options->json);
+        return runDoctor(options->json);
     }
 }

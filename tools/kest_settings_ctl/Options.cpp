@@ -6,19 +6,19 @@ namespace KestSettingsCtl {
 namespace {
 
 constexpr char kHelp[] =
-    R"(usage: kest-settings-ctl COMMAND [options]    controls the settings agent of this user that is running
+    R"(usage: kest-settings-ctl COMMAND [options]    controls this user's running settings agent
 
 Commands:
   menu          prints the menu
   get PATH      prints an item, or the items of a submenu
-  choose PATH   does what a click on the item does, and prints the item when that is done
-  watch         prints each change of the menu, a line each, until SIGINT or SIGTERM
+  choose PATH   chooses the item, as a click does, and prints the item afterwards
+  watch         prints each change of the menu as one line, until SIGINT or SIGTERM
 
-PATH is an item's title after those of its menus: "Speaker Configuration > Stereo". Upper and lower case differ only
-where two paths do not differ otherwise.
+PATH is the titles of the item's menus and of the item: "Speaker Configuration > Stereo". Case is ignored, except
+if two paths differ only in case.
 
 Options:
-  --json             prints the agent's reply, a JSON object, or one object a line from watch
+  --json             prints the agent's reply, a JSON object, or one object per line from watch
   --paths            menu: prints the path of each item that can be chosen
   --yes              choose: confirms "Abort and Delete Output Folder"
   --timeout SECONDS  maximum time to wait for the agent's reply (1 to 86400, default 10)
@@ -43,9 +43,9 @@ void check(const Options& options)
                 (options.command.empty() ? "" : ", got '" + options.command + "'"));
     require(takesPath || options.path.empty(), "unexpected argument '" + options.path + "'");
     require(!takesPath || !options.path.empty(), options.command + " requires a PATH");
-    require(!options.paths || options.command == "menu", "--paths is for menu");
+    require(!options.paths || options.command == "menu", "--paths is only valid with menu");
     require(!options.paths || !options.json, "--paths and --json exclude each other");
-    require(!options.yes || options.command == "choose", "--yes is for choose");
+    require(!options.yes || options.command == "choose", "--yes is only valid with choose");
 }
 
 } // namespace

@@ -88,7 +88,7 @@ std::string eventText(const Json& event)
 std::string errorText(const Json& reply)
 {
     const auto nearest = text(reply, "nearest");
-    return text(reply, "error") + (nearest.empty() ? "" : "; the nearest is \"" + nearest + "\"");
+    return text(reply, "error") + (nearest.empty() ? "" : "; did you mean \"" + nearest + "\"?");
 }
 
 } // namespace KestSettingsCtl

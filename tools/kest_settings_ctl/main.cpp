@@ -57,7 +57,7 @@ public:
     }
 
     /// Returns the reply to a request; nullopt, with `problem` set, if there is none or it is an error.
-    std::optional<Json> ask(const Json& request)
+    std::optional<Json> exchange(const Json& request)
     {
         if (!client) {
             problem = "no agent of this user is running";
@@ -67,7 +67,8 @@ public:
         if (!greeting)
             return std::nullopt;
         if (greeting->value("protocol", Json()) != Kest::Control::kProtocol) {
-            problem = greeting->contains("error") ? errorText(*greeting) : "the agent has another version";
+            problem = greeting->contains("error") ? errorText(*greeting)
+                                                  : "the agent uses another version of the protocol";
             return std::nullopt;
         }
         if (!client->send(request.dump(-1, ' ', false, Json::error_handler_t::replace))) {
@@ -95,7 +96,7 @@ int watch(Agent& agent, bool json)
 {
     while (const auto event = agent.receive(std::nullopt))
         if (event->contains("event") && !print(json ? agent.line + "\n" : eventText(*event)))
-            return fail("the output cannot be written");
+            return fail("cannot write the output");
     return fail(agent.problem);
 }
 
@@ -117,14 +118,14 @@ int run(const Options& options)
         request["path"] = options.path;
     if (options.yes)
         request["yes"] = true;
-    const auto reply = agent.ask(request);
+    const auto reply = agent.exchange(request);
     if (!reply)
         return fail(agent.problem);
     if (options.command == "watch")
         return watch(agent, options.json);
     return print(options.json ? agent.line + "\n" : textOf(options, *reply))
                ? 0
-               : fail("the output cannot be written");
+               : fail("cannot write the output");
 }
 
 } // namespace
@@ -139,6 +140,6 @@ int main(int argc, char** argv)
     try {
         return run(*options);
     } catch (const std::exception&) {
-        return fail("the agent's reply is not understood");
+        return fail("the agent's reply has an unknown format");
     }
 }

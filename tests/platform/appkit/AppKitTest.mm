@@ -2,10 +2,10 @@
 #include "platform/appkit/AppKitFrontEnd.h"
 #include "platform/appkit/AppKitWorkspace.h"
 #import "platform/appkit/EncodingRow.h"
-#include "platform/appkit/MenuItemLook.h"
+#include "platform/appkit/MenuItemProperties.h"
 #import "platform/appkit/System.h"
 #include "tests/app/Agent.h"
-#include "tests/support/RandomHand.h"
+#include "tests/support/RandomMenuEdits.h"
 
 #include <sys/stat.h>
 
@@ -79,7 +79,7 @@ bool isSame(NSMenuItem* item, const App::ItemProperties& wanted)
 {
     if (wanted.separator)
         return [item isSeparatorItem];
-    auto* shown = (NSMenuItem<KestMenuItemAbilities>*)item;
+    auto* shown = (NSMenuItem<KestMacMenuItem>*)item;
     const bool hasView = wanted.view && AppKit::itemsCanHaveViews();
     auto* row = (KestEncodingRow*)(AppKit::itemsCanHaveViews() ? [shown view] : nil);
     if (hasView != (row != nil) || (AppKit::itemsCanHide() && [shown isHidden] != wanted.hidden))
@@ -170,7 +170,7 @@ TEST(MenuTree, IsTheModelsAfterEachKindOfChange)
 TEST(MenuTree, IsTheModelsAfterAThousandRandomChanges)
 {
     App::MenuModel model;
-    RandomHand hand{model};
+    RandomMenuEdits hand{model};
     AppKit::MenuMirror mirror(model, "Menu", nil);
     int most = 0;
     for (int i = 0; i < 1000; ++i) {
@@ -185,7 +185,7 @@ TEST(MenuTree, IsTheModelsAfterAThousandRandomChanges)
 TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
 {
     App::MenuModel model;
-    RandomHand hand{model};
+    RandomMenuEdits hand{model};
     AppKit::MenuMirror mirror(model, "Menu", nil);
     NSMenu* menu = mirror.statusMenu();
     NSUInteger most = 0;
@@ -206,11 +206,11 @@ TEST(MenuTree, KeepsItsItemsInPlaceWhileItIsOpen)
         ASSERT_TRUE([[menu itemArray] isEqual:shown]) << "the action is still to come";
         if (hand.upTo(1) == 0) { // opens again before the job runs
             mirror.menuOpened(App::kStatusMenuId);
-            mirror.applyDeferredShapes();
+            mirror.applyDeferredLayouts();
             ASSERT_TRUE([[menu itemArray] isEqual:shown]);
             mirror.menuClosed(App::kStatusMenuId);
         }
-        hand.upTo(1) == 0 ? mirror.applyDeferredShapes() : mirror.menuNeedsUpdate(App::kStatusMenuId);
+        hand.upTo(1) == 0 ? mirror.applyDeferredLayouts() : mirror.menuNeedsUpdate(App::kStatusMenuId);
         ASSERT_EQ(difference(menu, takeSnapshot(model)), "");
     }
     EXPECT_GE(most, 10U) << "there was something to keep";

@@ -1,7 +1,7 @@
 // The row of an encoding, as copies and as pixels.
 #import "platform/appkit/EncodingRow.h"
 
-#include "platform/appkit/MenuItemLook.h"
+#include "platform/appkit/MenuItemProperties.h"
 #import "platform/appkit/System.h"
 
 #include <gtest/gtest.h>
@@ -71,8 +71,8 @@ TEST(EncodingRow, DrawsTheArrowOfItsSubmenuAndTheSelectionOfItsItem)
     EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 0);
     if (!AppKit::itemsCanHaveViews())
         return;
-    auto* item = (NSMenuItem<KestMenuItemAbilities, KestHighlights>*)[[[AppKit::menuItemClass() alloc] init]
-        autorelease];
+    auto* item =
+        (NSMenuItem<KestMacMenuItem, KestHighlights>*)[[[AppKit::menuItemClass() alloc] init] autorelease];
     [item setView:row];
     [item setHighlighted:YES];
     NSColor* ink = [NSColor selectedMenuItemTextColor];

@@ -91,7 +91,7 @@ protected:
 
     std::atomic<bool> abortMayEnd = false;
     std::string abortFailure;
-    Agent agent{{}, [this](const App::AbortOrder&, const std::atomic<bool>&) {
+    Agent agent{{}, [this](const App::AbortRequest&, const std::atomic<bool>&) {
                     eventually([this] { return abortMayEnd.load(); });
                     return abortFailure;
                 }};
@@ -124,7 +124,7 @@ TEST_F(ControlTest, EachRequestHasItsReply)
         {R"({"command":{"command":"menu"}})", "must be \\\"menu\\\""},
         {R"({"command":"get"})", "path of an item"},
         {"\r\n{\"command\":\"menu\",\"more\":[[{}]]}\r", "\"ok\":true"},
-        {std::string(kMaxRequestBytes + 1, 'x'), "at most 65536 bytes"},
+        {std::string(kMaxRequestBytes + 1, 'x'), "longer than 65536 bytes"},
     };
     fs::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
     const auto peer = connected();
@@ -234,7 +234,7 @@ TEST(ListeningSocket, ReplacesAndFollowsNothingThatIsInUseOrNoSocket)
         EXPECT_TRUE(first) << "a path that is too long is left out";
         captureErrors();
         EXPECT_FALSE(ListeningSocket::open({folder}));
-        EXPECT_THAT(capturedErrors(), HasSubstr("socket: another agent has it\n"));
+        EXPECT_THAT(capturedErrors(), HasSubstr("socket: another agent uses it\n"));
         EXPECT_TRUE(fs::is_socket(path));
     }
     fs::create_directory(folder);

@@ -29,12 +29,12 @@ protected:
     void begin()
     {
         screen.emplace(kAscii).show(sampleMenu(), 0);
-        screen->lines(kSmallest);
+        screen->lines(kMinSize);
     }
     /// Enter is "\n", Esc "\x1B", backspace "\x7F".
-    Request type(const std::string& keys)
+    Command type(const std::string& keys)
     {
-        Request last;
+        Command last;
         for (const char key : keys)
             last = screen->press(inputOfCharacter(static_cast<std::wint_t>(key)));
         return last;
@@ -50,7 +50,7 @@ protected:
         EXPECT_EQ(request.quit, keys == "q") << keys;
         EXPECT_THAT(line(number), StartsWith(text)) << keys;
     }
-    std::string line(int number, Size size = kSmallest)
+    std::string line(int number, Size size = kMinSize)
     {
         return screen->lines(size).at(static_cast<std::size_t>(number)).text;
     }
@@ -66,7 +66,7 @@ TEST_F(MenuScreenTest, KeysChooseOpenSearchAndQuit)
     expect("jl\x1B", 0, {}, 0, "Kest Settings  ");
     expect("jljh\x1B\x1B", 0, {}, 3, "> Buses");
     expect("/", 0, {3}, 6, "/_"); // what is filled on opening is filled for the search
-    expect("/qDIAL", 0, {}, 1, "  no item");
+    expect("/qDIAL", 0, {}, 1, "  no match");
     expect("/qDIAL\x7F\x7F\x7F\x7F", 0, {}, 6, "/q_");
     expect("/DIAL", 0, {}, 1, "> Buses > Dialog");
     expect("/DIAL", 0, {}, 2, "   "); // not the hidden one
@@ -79,12 +79,13 @@ TEST_F(MenuScreenTest, KeysChooseOpenSearchAndQuit)
 
 TEST_F(MenuScreenTest, ShowsTheLastLineThatIsNotBlank)
 {
-    screen->note("2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker\n");
+    screen->addPrintedText(
+        "2026-03-01 14:05:09.004211 <ERRO> settings not saved (No space left on device): Speaker\n");
     EXPECT_THAT(line(6, {8, 80}), StartsWith("14:05:09 settings not saved (No space left on device): Sp"));
-    screen->note("bus 0 : Main Bus\n \n\n");
+    screen->addPrintedText("bus 0 : Main Bus\n \n\n");
     EXPECT_THAT(line(6), StartsWith("bus 0 : Main Bus "));
-    screen->note("wrong ");
-    screen->note("architecture");
+    screen->addPrintedText("wrong ");
+    screen->addPrintedText("architecture");
     EXPECT_THAT(line(6), StartsWith("wrong architecture "));
 }
 
@@ -201,9 +202,9 @@ TEST(Cells, WideCharactersTakeTwoAndAreNeverCutInHalf)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     const Glyphs unicode;
-    EXPECT_EQ(cells("e\u0301\u6F22"), 3);
-    EXPECT_EQ(fitted("\u6F22\u5B57\u6F22", 5, unicode), "\u6F22\u5B57\u2026");
-    EXPECT_EQ(fitted("\u6F22\u5B57\u6F22", 4, unicode), "\u6F22\u2026 ");
+    EXPECT_EQ(cellWidth("e\u0301\u6F22"), 3);
+    EXPECT_EQ(fitToWidth("\u6F22\u5B57\u6F22", 5, unicode), "\u6F22\u5B57\u2026");
+    EXPECT_EQ(fitToWidth("\u6F22\u5B57\u6F22", 4, unicode), "\u6F22\u2026 ");
     EXPECT_EQ(drawable("\u6F22\u0085a\xFF", unicode), "\u6F22?a\uFFFD");
     EXPECT_EQ(drawable("Ch\u00E8ur", kAscii), "Ch?ur");
 }

@@ -1,6 +1,6 @@
 // Finds a segment in /proc's list of all segments.
 #include "tools/kest_inspect/Segment.h"
-#include "tools/kest_inspect/SystemLook.h"
+#include "tools/kest_inspect/SystemQueries.h"
 
 #include <fstream>
 #include <sstream>

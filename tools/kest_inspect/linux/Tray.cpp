@@ -1,5 +1,5 @@
 // Queries the desktop's tray on the session bus. Ends in time even if the bus or a service is stopped.
-#include "tools/kest_inspect/SystemLook.h"
+#include "tools/kest_inspect/SystemQueries.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,15 +13,15 @@ namespace {
 
 constexpr char kTray[] = "tray";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
-constexpr std::chrono::seconds kPatience(2); // for all calls on the bus together
-constexpr char kInTerminal[] = "on a desktop, add a tray or the AppIndicator extension to its panel; "
-                               "kest-settings-terminal shows the same menu";
+constexpr std::chrono::seconds kTimeout(2); // for all calls on the bus together
+constexpr char kTrayHint[] = "on a desktop, add a tray or the AppIndicator extension to its panel; "
+                             "kest-settings-terminal shows the same menu";
 
-/// All operations of an object together, including connecting and closing, take at most its patience. A
+/// All operations of an object together, including connecting and closing, take at most its timeout. A
 /// failure is a negative error number: -ETIMEDOUT after that time.
 class SessionBus {
 public:
-    explicit SessionBus(std::chrono::microseconds patience);
+    explicit SessionBus(std::chrono::microseconds timeout);
 
     /// Returns 1 when the name has an owner, else 0. Starts no service.
     int hasOwner(const char* name);
@@ -41,8 +41,8 @@ private:
     int failure = 0; // of connecting
 };
 
-SessionBus::SessionBus(std::chrono::microseconds patience)
-    : deadline(Clock::now() + patience), failure(connect())
+SessionBus::SessionBus(std::chrono::microseconds timeout)
+    : deadline(Clock::now() + timeout), failure(connect())
 {}
 
 // Opening only starts the authentication. Any call would finish it without regard to the call's timeout, for
@@ -109,26 +109,27 @@ std::uint64_t SessionBus::timeLeft() const
 Finding noBus(int failure)
 {
     if (failure == -ETIMEDOUT)
-        return wrong(kTray, "the session bus does not answer", "log in to the desktop again");
+        return error(kTray, "the session bus does not answer", "log in to the desktop again");
     const auto why = failure == -ENOMEDIUM ? "" : std::string(": ") + std::strerror(-failure);
-    return note(kTray, "no session bus here" + why,
-                "run it in a terminal of the desktop; kest-settings-terminal needs no bus");
+    return warning(
+        kTray, "no session bus" + why,
+        "run it in a terminal of the desktop, or use kest-settings-terminal, which requires no bus");
 }
 
 } // namespace
 
 std::optional<Finding> checkTray()
 {
-    SessionBus bus(kPatience);
+    SessionBus bus(kTimeout);
     const int owned = bus.hasOwner(kWatcher);
     if (owned < 0)
         return noBus(owned);
     if (owned == 0)
-        return note(kTray, "none on this desktop", kInTerminal);
+        return warning(kTray, "none on this desktop", kTrayHint);
     // A watcher without a panel keeps items that are not displayed. Without an answer it counts as displayed.
     if (bus.property(kWatcher, "/StatusNotifierWatcher", "IsStatusNotifierHostRegistered") == 0)
-        return note(kTray, "one that no panel shows", kInTerminal);
-    return ok(kTray, "there");
+        return warning(kTray, "a tray watcher is running but no panel displays it", kTrayHint);
+    return ok(kTray, "available");
 }
 
 } // namespace KestInspect

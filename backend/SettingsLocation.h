@@ -16,6 +16,6 @@ std::string settingsFileBehindLinks(const std::string& path);
 juce::PropertiesFile::Options storeOptions(const std::string& path);
 
 /// Deletes the temporary files that a process left which was killed while saving.
-void removeStrays(const std::string& path);
+void removeStaleTempFiles(const std::string& path);
 
 } // namespace Kest::Settings

@@ -1,4 +1,4 @@
-#include "platform/posix/RunAlone.h"
+#include "platform/posix/SingleInstance.h"
 
 #include "app/KestSettingsAppDelegate.h"
 #include "backend/AgentLock.h"
@@ -51,7 +51,7 @@ int cannotStart(int failure)
 
 } // namespace
 
-int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning)
+int runSingleInstance(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning)
 {
     std::atexit([] { Lct::flushOutput(kLastOutputMilliseconds); });
     if (!openStandardStreams() || !hasDescriptors())

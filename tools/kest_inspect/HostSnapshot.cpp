@@ -1,4 +1,4 @@
-#include "tools/kest_inspect/Reading.h"
+#include "tools/kest_inspect/HostSnapshot.h"
 
 #include "lipc/SessionBuffer.h"
 #include "lipc/ShmManaged.h"
@@ -12,7 +12,7 @@
 namespace KestInspect {
 namespace {
 
-constexpr int kMostLooks = 5;
+constexpr int kMaxReads = 5;
 // Time for the host to finish writing a name, which takes some nanoseconds.
 constexpr std::chrono::milliseconds kWriteTime{1};
 
@@ -46,20 +46,20 @@ Session readSession(int segment, const LIPC::SessionBuffer& shared)
     return session;
 }
 
-Reading look(const Kest::Settings::SystemPaths& paths)
+HostSnapshot readOnce(const Kest::Settings::SystemPaths& paths)
 {
-    Reading reading;
-    const LIPC::ShmManagedLook<LIPC::VersionBuffer> version(paths.versionSegment.c_str());
+    HostSnapshot snapshot;
+    const LIPC::ShmManagedReadOnly<LIPC::VersionBuffer> version(paths.versionSegment.c_str());
     if (version.contents() != nullptr)
-        reading.versionWord = LIPC::loadShared(version.contents()->wordSize);
-    const LIPC::ShmManagedLook<LIPC::SessionBuffer> session(paths.sessionSegment.c_str());
+        snapshot.versionWord = LIPC::loadShared(version.contents()->wordSize);
+    const LIPC::ShmManagedReadOnly<LIPC::SessionBuffer> session(paths.sessionSegment.c_str());
     if (session.contents() != nullptr)
-        reading.session = readSession(session.id, *session.contents());
-    return reading;
+        snapshot.session = readSession(session.id, *session.contents());
+    return snapshot;
 }
 
 // Numbers are not compared: they are never half written, and may change all the time.
-bool namesAgree(const Reading& a, const Reading& b)
+bool namesAgree(const HostSnapshot& a, const HostSnapshot& b)
 {
     if (!a.session || !b.session)
         return a.session.has_value() == b.session.has_value();
@@ -72,20 +72,20 @@ bool namesAgree(const Reading& a, const Reading& b)
 
 } // namespace
 
-Reading readHost(const Kest::Settings::SystemPaths& paths)
+HostSnapshot readHost(const Kest::Settings::SystemPaths& paths)
 {
-    auto reading = look(paths);
-    for (int looks = 1; looks < kMostLooks; ++looks) {
-        if (!reading.session)
-            return reading;
+    auto snapshot = readOnce(paths);
+    for (int reads = 1; reads < kMaxReads; ++reads) {
+        if (!snapshot.session)
+            return snapshot;
         std::this_thread::sleep_for(kWriteTime);
-        auto again = look(paths);
-        const bool agree = namesAgree(reading, again);
-        reading = std::move(again);
+        auto next = readOnce(paths);
+        const bool agree = namesAgree(snapshot, next);
+        snapshot = std::move(next);
         if (agree)
             break;
     }
-    return reading;
+    return snapshot;
 }
 
 std::string labelOf(const Session& session, const std::string& id)

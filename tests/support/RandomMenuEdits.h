@@ -9,9 +9,9 @@
 namespace Kest::Test {
 
 /// Adds, removes, moves and changes items of a model, any number of levels deep; the same ones in each run.
-class RandomHand {
+class RandomMenuEdits {
 public:
-    explicit RandomHand(App::MenuModel& ofModel) : model(ofModel) {}
+    explicit RandomMenuEdits(App::MenuModel& ofModel) : model(ofModel) {}
 
     static constexpr int kMostItems = 20; // of each menu, so that its submenus get items too
 

@@ -6,7 +6,7 @@
 #import <AppKit/AppKit.h>
 
 // Methods of NSMenuItem on the Mac that GNUstep lacks; test with `instancesRespondToSelector:`.
-@protocol KestMenuItemAbilities
+@protocol KestMacMenuItem
 - (void)setHidden:(BOOL)hidden;
 - (BOOL)isHidden;
 - (void)setView:(NSView*)view;
@@ -22,6 +22,6 @@ bool itemsCanHaveViews();
 
 /// Applies all visible properties of an item, except its submenu. An encoding gets a new view each time. Main
 /// thread only.
-void applyLook(NSMenuItem* item, const App::ItemProperties& look);
+void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

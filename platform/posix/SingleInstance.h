@@ -14,7 +14,7 @@ namespace Kest::Posix {
 /// Runs an agent with the default paths and returns its exit status. If another agent of this user runs,
 /// prints one line and returns `statusIfRunning`. If the system allows too few descriptors, prints one line
 /// and returns 1.
-int runAlone(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
+int runSingleInstance(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
 /// Calls `awakeFromNib`. Returns false, with one line printed, if the application cannot start.
 bool startApplication(App::KestSettingsAppDelegate& application);

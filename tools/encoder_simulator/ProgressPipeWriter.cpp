@@ -1,4 +1,4 @@
-#include "tools/encoder_simulator/ProgressPipe.h"
+#include "tools/encoder_simulator/ProgressPipeWriter.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -7,7 +7,7 @@
 
 namespace EncoderSimulator {
 
-void ProgressPipe::send(const std::string& line)
+void ProgressPipeWriter::send(const std::string& line)
 {
     lastLine = line;
     if (descriptor >= 0)
@@ -15,7 +15,7 @@ void ProgressPipe::send(const std::string& line)
     pump();
 }
 
-void ProgressPipe::pump()
+void ProgressPipeWriter::pump()
 {
     if (descriptor < 0 && !open())
         return;
@@ -33,7 +33,7 @@ void ProgressPipe::pump()
     }
 }
 
-bool ProgressPipe::open()
+bool ProgressPipeWriter::open()
 {
     // Fails if there is no pipe, or no reader of it.
     descriptor = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
@@ -50,7 +50,7 @@ bool ProgressPipe::open()
     return true;
 }
 
-void ProgressPipe::close()
+void ProgressPipeWriter::close()
 {
     if (descriptor >= 0)
         ::close(descriptor);

@@ -1,7 +1,7 @@
 // The named pipe through which encoders report: keeps it at its path, and reads it.
 #pragma once
 
-#include "backend/Guarded.h"
+#include "backend/Mutex.h"
 #include "backend/PipeRivalry.h"
 #include "backend/WakeUp.h"
 #include "text/LineSplitter.h"
@@ -16,11 +16,11 @@
 namespace Kest::Settings {
 
 /// Only the reader thread calls `make`, `read` and `remove`; all other functions may be called on any thread.
-class ProgressPipe {
+class ProgressPipeReader {
 public:
-    explicit ProgressPipe(const char* pathOfPipe) : path(pathOfPipe) {}
-    ProgressPipe(const ProgressPipe&) = delete;
-    ProgressPipe& operator=(const ProgressPipe&) = delete;
+    explicit ProgressPipeReader(const char* pathOfPipe) : path(pathOfPipe) {}
+    ProgressPipeReader(const ProgressPipeReader&) = delete;
+    ProgressPipeReader& operator=(const ProgressPipeReader&) = delete;
 
     /// Returns whether the pipe must be created: at the start, and from a request by `check` until `make`.
     bool isMakeRequested() const { return isRequested; }
@@ -70,13 +70,13 @@ private:
 
     bool create(bool isSilent);
     std::unique_ptr<Pipe> open() const;
-    void keepEarlierPipes();
+    void retainCurrentPipe();
     bool isAtPath(const Pipe& pipe) const;
     void waitForBytes();
 
     const char* const path;
     bool isAnnounced = false;
-    bool failureIsTold = false;
+    bool isFailurePrinted = false;
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;

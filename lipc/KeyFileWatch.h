@@ -7,11 +7,11 @@ namespace LIPC {
 
 /// A segment without its key file cannot be found: the file that replaces it has another key. Not
 /// synchronised.
-class MarkerWatch {
+class KeyFileWatch {
 public:
     /// Checks one of a sequence of attachments to the same name. Returns true once for each removal: the key
     /// has changed and has no segment, and the segment of the last successful attachment still exists.
-    bool isMarkerLost(const ShmManaged& attachment);
+    bool isKeyFileLost(const ShmManaged& attachment);
 
 private:
     key_t key = -1; // of the last successful attachment

@@ -11,12 +11,12 @@ namespace EncoderSimulator {
 /// Sends whole lines, one write each, and never blocks: the reader may be missing, slow, or replaced by
 /// another. Opens the pipe when it has a reader and never creates it; does not write to a file of another
 /// type at the path. The process must ignore SIGPIPE.
-class ProgressPipe {
+class ProgressPipeWriter {
 public:
-    explicit ProgressPipe(std::string pipePath) : path(std::move(pipePath)) {}
-    ~ProgressPipe() { close(); }
-    ProgressPipe(const ProgressPipe&) = delete;
-    ProgressPipe& operator=(const ProgressPipe&) = delete;
+    explicit ProgressPipeWriter(std::string pipePath) : path(std::move(pipePath)) {}
+    ~ProgressPipeWriter() { close(); }
+    ProgressPipeWriter(const ProgressPipeWriter&) = delete;
+    ProgressPipeWriter& operator=(const ProgressPipeWriter&) = delete;
 
     /// Sets the lines that each new reader gets first.
     void setIntroduction(std::vector<std::string> lines) { introduction = std::move(lines); }
@@ -28,7 +28,7 @@ public:
     void pump();
 
     /// Returns whether there is a reader that has not received all lines.
-    bool isBehind() const { return descriptor >= 0 && !unsent.empty(); }
+    bool hasUnsentLines() const { return descriptor >= 0 && !unsent.empty(); }
 
 private:
     bool open();

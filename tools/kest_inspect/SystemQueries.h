@@ -12,7 +12,7 @@
 namespace KestInspect {
 
 /// A process that has a file open.
-struct Opener {
+struct FileHolder {
     pid_t process = 0;
     std::string program;
     bool reads = false;     // has a descriptor that can read
@@ -21,10 +21,10 @@ struct Opener {
 
 /// Returns the processes that have the file at a path open, without opening it. Processes of other users may
 /// be missing. Empty if the system does not list open files.
-std::vector<Opener> openersOf(const std::string& path);
+std::vector<FileHolder> processesHolding(const std::string& path);
 
 /// Returns the same for removed files that were at this path.
-std::vector<Opener> openersOfRemoved(const std::string& path);
+std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 
 /// Returns whether a process holds the lock of a file, without taking the lock.
 bool isLocked(const std::string& path);

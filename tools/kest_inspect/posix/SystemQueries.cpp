@@ -1,13 +1,13 @@
 // Queries on systems without /proc, which have a menu bar.
-#include "tools/kest_inspect/SystemLook.h"
+#include "tools/kest_inspect/SystemQueries.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace KestInspect {
 
-std::vector<Opener> openersOf(const std::string&) { return {}; }
-std::vector<Opener> openersOfRemoved(const std::string&) { return {}; }
+std::vector<FileHolder> processesHolding(const std::string&) { return {}; }
+std::vector<FileHolder> processesHoldingRemoved(const std::string&) { return {}; }
 
 // On systems without /proc, F_GETLK reports locks of both kinds.
 bool isLocked(const std::string& path)

@@ -6,13 +6,13 @@
 
 namespace Kest::Settings {
 
-struct FileText {
+struct FileContent {
     int error = 0; // 0, or the system's error number; ENOENT if there is no such file
     std::string text;
 };
 
 /// Reads at most `limit` bytes of a regular file. Returns no text on an error.
-FileText readFile(const std::string& path, std::size_t limit);
+FileContent readFile(const std::string& path, std::size_t limit);
 
 /// Replaces a file atomically by one with this text, and waits until the file and its name are on the disk.
 /// Returns false with `errno` set on failure. The new text is first written to `temporaryOf(path)`; a process

@@ -1,4 +1,4 @@
-#include "tools/kest_inspect/Words.h"
+#include "tools/kest_inspect/Formatting.h"
 
 #include "backend/Backend.h"
 #include "lipc/Numeric.h"

@@ -1,4 +1,4 @@
-#include "backend/FileText.h"
+#include "backend/FileIo.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,7 +13,7 @@ namespace {
 /// Repeats a call that a signal interrupted, a limited number of times: a file system that always interrupts
 /// must not hang the agent.
 template <typename Call>
-auto again(const Call& call)
+auto retryOnEintr(const Call& call)
 {
     constexpr int kPatience = 100;
     auto result = call();
@@ -25,7 +25,7 @@ auto again(const Call& call)
 class OpenFile {
 public:
     OpenFile(const std::string& path, int flags)
-        : descriptor(again([&] { return open(path.c_str(), flags | O_CLOEXEC, 0644); }))
+        : descriptor(retryOnEintr([&] { return open(path.c_str(), flags | O_CLOEXEC, 0644); }))
     {}
     ~OpenFile()
     {
@@ -41,13 +41,13 @@ public:
 bool flush(const std::string& path)
 {
     const OpenFile file(path, O_RDONLY);
-    return file.descriptor >= 0 && again([&] { return flushToDisk(file.descriptor) ? 0 : -1; }) == 0;
+    return file.descriptor >= 0 && retryOnEintr([&] { return flushToDisk(file.descriptor) ? 0 : -1; }) == 0;
 }
 
-bool writeWhole(int file, const std::string& text)
+bool writeAll(int file, const std::string& text)
 {
     for (std::size_t done = 0; done < text.size();) {
-        const auto count = again([&] { return write(file, text.data() + done, text.size() - done); });
+        const auto count = retryOnEintr([&] { return write(file, text.data() + done, text.size() - done); });
         if (count <= 0)
             return false;
         done += static_cast<std::size_t>(count);
@@ -60,12 +60,12 @@ std::string folderOf(const std::string& path) { return path.substr(0, path.rfind
 bool writeTemporary(const std::string& path, const std::string& text)
 {
     const OpenFile file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
-    return file.descriptor >= 0 && writeWhole(file.descriptor, text);
+    return file.descriptor >= 0 && writeAll(file.descriptor, text);
 }
 
 } // namespace
 
-FileText readFile(const std::string& path, std::size_t limit)
+FileContent readFile(const std::string& path, std::size_t limit)
 {
     const OpenFile file(path, O_RDONLY | O_NONBLOCK); // must not block on a pipe
     struct stat status {};
@@ -73,14 +73,14 @@ FileText readFile(const std::string& path, std::size_t limit)
         return {errno, {}};
     if (!S_ISREG(status.st_mode))
         return {S_ISDIR(status.st_mode) ? EISDIR : EINVAL, {}};
-    FileText whole;
+    FileContent whole;
     // One byte more than the file's size, so that a read finds the end; a file that grows is read further.
     const auto room = std::min(limit, static_cast<std::size_t>(status.st_size) + 1);
     whole.text.resize(room);
     for (std::size_t done = 0;;) {
         const auto size = whole.text.size();
         const auto count =
-            again([&] { return read(file.descriptor, whole.text.data() + done, size - done); });
+            retryOnEintr([&] { return read(file.descriptor, whole.text.data() + done, size - done); });
         if (count < 0)
             return {errno, {}};
         done += static_cast<std::size_t>(count);

@@ -16,7 +16,7 @@ inline std::string uniqueSegment(const std::string& name)
     return "TEST_" + name + "_" + std::to_string(getpid()) + "_" + std::to_string(++count);
 }
 
-struct TestPlace {
+struct TestPaths {
     static constexpr int kAgentSlot = 3;
 
     /// A host with an empty registry but for the agent's record.
@@ -39,7 +39,7 @@ struct TestPlace {
     const TemporaryFolder folder;
     Settings::SystemPaths paths{.settingsFolder = folder / "settings",
                                 .encodingProgressFifo = folder / "fifo",
-                                .lastUserMarker = folder / "lastuser.txt",
+                                .lastUserFile = folder / "lastuser.txt",
                                 .facilitiesFolder = folder / "facilities",
                                 .restartCommand = folder / "restart.command",
                                 .uninstaller = folder / "uninstaller",

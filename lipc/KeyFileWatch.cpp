@@ -1,4 +1,4 @@
-#include "lipc/MarkerWatch.h"
+#include "lipc/KeyFileWatch.h"
 
 #include <sys/ipc.h>
 #include <sys/shm.h>
@@ -6,7 +6,7 @@
 
 namespace LIPC {
 
-bool MarkerWatch::isMarkerLost(const ShmManaged& attachment)
+bool KeyFileWatch::isKeyFileLost(const ShmManaged& attachment)
 {
     if (attachment.address != nullptr) {
         key = attachment.key;

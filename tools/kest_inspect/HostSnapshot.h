@@ -36,14 +36,14 @@ struct Session {
     std::string defaultBus; // a client's id
 };
 
-struct Reading {
+struct HostSnapshot {
     std::optional<std::int32_t> versionWord; // bits of the host; none without a version segment
     std::optional<Session> session;          // none without a session segment that is long enough
 };
 
 /// Reads the host's segments. Creates no key file, writes nothing and keeps nothing attached. The host writes
 /// names without a lock, so it reads up to five times, until two readings in a row have the same names.
-Reading readHost(const Kest::Settings::SystemPaths& paths);
+HostSnapshot readHost(const Kest::Settings::SystemPaths& paths);
 
 /// Returns the label of the client with this id; empty if there is none.
 std::string labelOf(const Session& session, const std::string& id);

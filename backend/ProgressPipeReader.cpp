@@ -1,4 +1,4 @@
-#include "backend/ProgressPipe.h"
+#include "backend/ProgressPipeReader.h"
 
 #include "lipc/SharedFile.h"
 #include "log/Log.h"
@@ -39,28 +39,28 @@ bool isReadPipe(const char* path)
 
 } // namespace
 
-ProgressPipe::Pipe::~Pipe()
+ProgressPipeReader::Pipe::~Pipe()
 {
     for (const int end : {reader, writer})
         if (end >= 0)
             close(end);
 }
 
-bool ProgressPipe::make()
+bool ProgressPipeReader::make()
 {
-    const bool isSilent = failureIsTold || lossesToAnother() > 1;
+    const bool isSilent = isFailurePrinted || lossesToAnother() > 1;
     const bool isCreated = create(isSilent);
     if (isCreated && !std::exchange(isAnnounced, true))
         Lct::print("\nreading from : %s \n", path);
     auto made = isCreated ? open() : nullptr;
-    failureIsTold = made == nullptr;
+    isFailurePrinted = made == nullptr;
     if (made != nullptr) {
-        keepEarlierPipes();
+        retainCurrentPipe();
         pipes.push_back(std::move(made));
     }
     const MutexLock lock(mutex);
     isRequested = false;
-    if (failureIsTold)
+    if (isFailurePrinted)
         return false;
     current = pipes.back().get();
     rivalry.made(PipeRivalry::Clock::now());
@@ -68,7 +68,7 @@ bool ProgressPipe::make()
 }
 
 // Keeps the current pipe open until its encoders end, and drops the oldest one if there are too many.
-void ProgressPipe::keepEarlierPipes()
+void ProgressPipeReader::retainCurrentPipe()
 {
     if (!pipes.empty()) {
         const MutexLock lock(mutex); // `wake` must not use the descriptor that is closed here
@@ -86,7 +86,7 @@ void ProgressPipe::keepEarlierPipes()
 }
 
 // Replaces any file at the path, such as the pipe of a killed agent.
-bool ProgressPipe::create(bool isSilent)
+bool ProgressPipeReader::create(bool isSilent)
 {
     if (mkfifo(path, LIPC::kModeWorldWritable) == 0)
         return true;
@@ -104,7 +104,7 @@ bool ProgressPipe::create(bool isSilent)
 }
 
 // Returns null if the file at the path is not a pipe of this user.
-std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
+std::unique_ptr<ProgressPipeReader::Pipe> ProgressPipeReader::open() const
 {
     auto pipe = std::make_unique<Pipe>();
     pipe->reader = openEnd(path, O_RDONLY);
@@ -121,19 +121,19 @@ std::unique_ptr<ProgressPipe::Pipe> ProgressPipe::open() const
     return pipe;
 }
 
-bool ProgressPipe::isAtPath(const Pipe& pipe) const
+bool ProgressPipeReader::isAtPath(const Pipe& pipe) const
 {
     struct stat there {};
     return lstat(path, &there) == 0 && there.st_dev == pipe.device && there.st_ino == pipe.inode;
 }
 
-int ProgressPipe::lossesToAnother() const
+int ProgressPipeReader::lossesToAnother() const
 {
     const MutexLock lock(mutex);
     return rivalry.losses();
 }
 
-void ProgressPipe::check()
+void ProgressPipeReader::check()
 {
     {
         const MutexLock lock(mutex);
@@ -147,7 +147,7 @@ void ProgressPipe::check()
 
 // Writes the line through the agent's own descriptor, so that it arrives even if something else is at the
 // path. The line alone is not enough: another process may read it first, or the pipe may be full.
-void ProgressPipe::wake()
+void ProgressPipeReader::wake()
 {
     {
         const MutexLock lock(mutex);
@@ -158,7 +158,7 @@ void ProgressPipe::wake()
 }
 
 // Reads the pipes in turn, so that a pipe that is always full does not block the others.
-ProgressPipe::Piece ProgressPipe::read()
+ProgressPipeReader::Piece ProgressPipeReader::read()
 {
     for (auto tries = pipes.size(); tries > 0; --tries) {
         turn = (turn + 1) % pipes.size();
@@ -177,7 +177,7 @@ ProgressPipe::Piece ProgressPipe::read()
     return {};
 }
 
-void ProgressPipe::remove()
+void ProgressPipeReader::remove()
 {
     const MutexLock lock(mutex);
     if (current != nullptr && isAtPath(*current))
@@ -187,7 +187,7 @@ void ProgressPipe::remove()
     pipes.clear();
 }
 
-void ProgressPipe::waitForBytes()
+void ProgressPipeReader::waitForBytes()
 {
     std::array<pollfd, kMaxPolled> readable{};
     readable[0] = {wakeUp.descriptor(), POLLIN, 0};

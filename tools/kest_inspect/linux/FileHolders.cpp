@@ -1,5 +1,5 @@
 // Open files and their locks, from /proc.
-#include "tools/kest_inspect/SystemLook.h"
+#include "tools/kest_inspect/SystemQueries.h"
 
 #include <algorithm>
 #include <charconv>
@@ -36,13 +36,13 @@ void forEachEntry(const fs::path& folder, const Visit& visit)
 // Returns false for write-only descriptors and for those that only refer to a path.
 bool canRead(unsigned long flags) { return (flags & O_ACCMODE) != O_WRONLY && (flags & O_PATH) == 0; }
 
-void addWhatIsKnown(const fs::path& descriptorInfo, Opener& opener)
+void addDescriptorInfo(const fs::path& descriptorInfo, FileHolder& holder)
 {
     std::ifstream info(descriptorInfo);
     for (std::string line; std::getline(info, line);) {
         if (line.starts_with("flags:"))
-            opener.reads |= canRead(std::strtoul(line.c_str() + 6, nullptr, 8));
-        opener.holdsLock |= line.starts_with("lock:") && line.find("FLOCK") != std::string::npos;
+            holder.reads |= canRead(std::strtoul(line.c_str() + 6, nullptr, 8));
+        holder.holdsLock |= line.starts_with("lock:") && line.find("FLOCK") != std::string::npos;
     }
 }
 
@@ -55,58 +55,61 @@ std::string programOf(const fs::path& folder)
 }
 
 template <typename IsWanted>
-std::optional<Opener> openerAmong(const fs::path& folder, const IsWanted& isWanted)
+std::optional<FileHolder> holderIn(const fs::path& folder, const IsWanted& isWanted)
 {
-    Opener opener{processOf(folder), "", false, false};
-    if (opener.process == 0)
+    FileHolder holder{processOf(folder), "", false, false};
+    if (holder.process == 0)
         return std::nullopt;
     bool isOpen = false;
     forEachEntry(folder / "fd", [&](const fs::path& descriptor) {
         if (!isWanted(descriptor))
             return;
         isOpen = true;
-        addWhatIsKnown(folder / "fdinfo" / descriptor.filename(), opener);
+        addDescriptorInfo(folder / "fdinfo" / descriptor.filename(), holder);
     });
     if (!isOpen)
         return std::nullopt;
-    opener.program = programOf(folder);
-    return opener;
+    holder.program = programOf(folder);
+    return holder;
 }
 
 /// `isWanted` is called with the path of a descriptor in /proc.
 template <typename IsWanted>
-std::vector<Opener> openersWith(const IsWanted& isWanted)
+std::vector<FileHolder> processesWithDescriptor(const IsWanted& isWanted)
 {
-    std::vector<Opener> openers;
+    std::vector<FileHolder> holders;
     forEachEntry("/proc", [&](const fs::path& folder) {
-        if (auto opener = openerAmong(folder, isWanted))
-            openers.push_back(std::move(*opener));
+        if (auto holder = holderIn(folder, isWanted))
+            holders.push_back(std::move(*holder));
     });
-    return openers;
+    return holders;
 }
 
 } // namespace
 
-std::vector<Opener> openersOf(const std::string& path)
+std::vector<FileHolder> processesHolding(const std::string& path)
 {
     struct stat file {};
     if (lstat(path.c_str(), &file) != 0)
         return {};
-    return openersWith([&](const fs::path& descriptor) {
+    return processesWithDescriptor([&](const fs::path& descriptor) {
         struct stat status {};
         return stat(descriptor.c_str(), &status) == 0 && status.st_dev == file.st_dev &&
                status.st_ino == file.st_ino;
     });
 }
 
-std::vector<Opener> openersOfRemoved(const std::string& path)
+std::vector<FileHolder> processesHoldingRemoved(const std::string& path)
 {
-    return openersWith([removed = path + " (deleted)"](const fs::path& descriptor) {
+    return processesWithDescriptor([removed = path + " (deleted)"](const fs::path& descriptor) {
         std::error_code failure;
         return fs::read_symlink(descriptor, failure) == removed;
     });
 }
 
-bool isLocked(const std::string& path) { return std::ranges::any_of(openersOf(path), &Opener::holdsLock); }
+bool isLocked(const std::string& path)
+{
+    return std::ranges::any_of(processesHolding(path), &FileHolder::holdsLock);
+}
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-#import "platform/appkit/MenuItemLook.h"
+#import "platform/appkit/MenuItemProperties.h"
 
 #import "platform/appkit/EncodingRow.h"
 #import "platform/appkit/System.h"
@@ -16,15 +16,15 @@ NSAttributedString* red(NSString* title)
     return [[[NSAttributedString alloc] initWithString:title attributes:attributes] autorelease];
 }
 
-void applyTitle(NSMenuItem* item, const App::ItemProperties& look)
+void applyTitle(NSMenuItem* item, const App::ItemProperties& props)
 {
-    const bool titleTellsAll = look.view && !itemsCanHaveViews();
-    NSString* title = toNSString(titleTellsAll ? plainLabel(look) : look.title);
+    const bool titleShowsProgress = props.view && !itemsCanHaveViews();
+    NSString* title = toNSString(titleShowsProgress ? plainLabel(props) : props.title);
     [item setTitle:title];
-    if (look.red || [item attributedTitle] != nil)
-        [item setAttributedTitle:look.red ? red(title) : nil];
+    if (props.red || [item attributedTitle] != nil)
+        [item setAttributedTitle:props.red ? red(title) : nil];
     if (itemsCanHaveViews())
-        [(id<KestMenuItemAbilities>)item setView:look.view ? encodingRow(*look.view, plainLabel(look)) : nil];
+        [(id<KestMacMenuItem>)item setView:props.view ? encodingRow(*props.view, plainLabel(props)) : nil];
 }
 
 } // namespace
@@ -32,16 +32,16 @@ void applyTitle(NSMenuItem* item, const App::ItemProperties& look)
 bool itemsCanHide() { return [menuItemClass() instancesRespondToSelector:@selector(setHidden:)]; }
 bool itemsCanHaveViews() { return [menuItemClass() instancesRespondToSelector:@selector(setView:)]; }
 
-void applyLook(NSMenuItem* item, const App::ItemProperties& look)
+void applyProperties(NSMenuItem* item, const App::ItemProperties& props)
 {
-    [item setTag:look.tag];
+    [item setTag:props.tag];
     if (itemsCanHide())
-        [(id<KestMenuItemAbilities>)item setHidden:look.hidden];
-    if (look.separator)
+        [(id<KestMacMenuItem>)item setHidden:props.hidden];
+    if (props.separator)
         return;
-    applyTitle(item, look);
-    [item setState:look.on ? NSControlStateValueOn : NSControlStateValueOff];
-    [item setEnabled:look.enabled];
+    applyTitle(item, props);
+    [item setState:props.on ? NSControlStateValueOn : NSControlStateValueOff];
+    [item setEnabled:props.enabled];
 }
 
 } // namespace Kest::AppKit

@@ -1,4 +1,4 @@
-#include "backend/SettingsPlace.h"
+#include "backend/SettingsLocation.h"
 
 #include <filesystem>
 
@@ -13,10 +13,10 @@ juce::String text(const fs::path& path) { return juce::String::fromUTF8(path.c_s
 
 std::string settingsFileBehindLinks(const std::string& path)
 {
-    constexpr int kMostLinks = 40; // the limit of Linux
+    constexpr int kMaxLinks = 40; // the limit of Linux
     std::error_code failure;
     fs::path file = path;
-    for (int i = 0; i < kMostLinks && fs::is_symlink(file, failure); ++i)
+    for (int i = 0; i < kMaxLinks && fs::is_symlink(file, failure); ++i)
         file = (file.parent_path() / fs::read_symlink(file, failure)).lexically_normal();
     return fs::is_symlink(file, failure) || file.extension().empty() ? path : file.string();
 }
@@ -38,7 +38,7 @@ juce::PropertiesFile::Options storeOptions(const std::string& path)
     return options;
 }
 
-void removeStrays(const std::string& path)
+void removeStaleTempFiles(const std::string& path)
 {
     const fs::path file = path;
     const auto beginning = file.stem().string() + "_temp"; // the store appends a random number
