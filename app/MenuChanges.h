@@ -1,4 +1,4 @@
-// The changes of the menu since they were last taken.
+// Records what changes in the menu, so that a front end updates only that.
 #pragma once
 
 #include "app/ItemProperties.h"
@@ -10,47 +10,55 @@
 
 namespace Kest::App {
 
-/// The state of an item before its first change.
+/// The state of an item before its first change since the last `MenuJournal::take`.
 struct PreviousState {
     SharedProperties properties;
     bool hadSubmenu = false;
 };
 
-/// The items added to a menu and removed from it. If there are none, the order of its items has changed.
+/// The change of one menu's list of items. If nothing was added or removed, only the order of the items has
+/// changed.
 struct LayoutChange {
-    std::map<ItemId, SharedProperties> removed;
-    std::vector<ItemId> added; // ascending
+    std::map<ItemId, SharedProperties> removed; // with their last properties
+    std::vector<ItemId> added;                  // ascending
 };
 
-/// Changes by id. Added and removed items and their descendants appear only in `menus`.
+/// The changes of the menu since the last `MenuJournal::take`. An added or removed item appears in its menu's
+/// `LayoutChange` only. The items of its submenu, at any depth, are not listed.
 struct MenuChanges {
-    std::map<ItemId, PreviousState> items; // existing items whose properties or submenu presence changed
-    std::map<ItemId, LayoutChange> menus;  // by the id of the item that owns the menu
+    /// By the item's id: items that existed before, whose properties changed or which gained or lost a
+    /// submenu.
+    std::map<ItemId, PreviousState> items;
+    /// By the id of the item whose submenu changed; `kStatusMenuId` for the status menu.
+    std::map<ItemId, LayoutChange> menus;
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
 
 class MenuItem;
 class MenuModel;
 
-/// Records changed items and menus, so that finding one change does not require a search of thousands of
-/// items. Does not record changes of items and menus added since the last `take`: this saves memory in a
-/// flood. Main thread only.
+/// `MenuModel` calls it for each change of an item or a menu. A front end gets the result of `take`, and so
+/// need not compare thousands of items to find one change. A new item, and all below it, is not recorded
+/// again until the next `take`: it is reported once, as added. Main thread only.
 class MenuJournal {
 public:
-    /// Records the state of an item that is about to change, or of a removed item whose id is reused. Keeps
-    /// only the first state of an id.
+    /// Call before an item changes, with its state at that time. Only the first state since the last `take`
+    /// is kept. Also call it when a refilled menu reuses the id of a removed item, with the state of that
+    /// item.
     void itemWillChange(ItemId id, const PreviousState& before);
+    /// `owner` is the id of the item in whose submenu `id` is.
     void itemAdded(ItemId owner, ItemId id);
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
-    /// Records the items of a menu that is about to be refilled.
+    /// Call before all items of a menu are removed to be added again, with their ids in order.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
-    /// Returns how often an item was recorded as changed, added or removed since the last `take`.
+    /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` that were recorded
+    /// since the last `take`: a measure of the journal's memory.
     std::size_t recordCount() const { return recorded; }
 
-    /// Returns the changes since the previous call and clears the journal. Ids up to `lastAssigned` count as
-    /// known afterwards. May include a menu that was refilled with its previous items, if another item was
-    /// added before and removed by the refill.
+    /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest id
+    /// assigned so far: items that get higher ids count as new until the next `take`. A menu can be reported
+    /// without a difference, if an item was added to it and a refill removed that item again.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

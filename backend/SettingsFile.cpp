@@ -214,9 +214,9 @@ bool SettingsFile::saveUnsaved()
     return false;
 }
 
-bool SettingsFile::isInFile(juce::PropertySet& choices)
+bool SettingsFile::isInFile(juce::PropertySet& values)
 {
-    const auto& wanted = choices.getAllProperties();
+    const auto& wanted = values.getAllProperties();
     const auto& there = inFile.getAllProperties();
     return std::ranges::all_of(wanted.getAllKeys(), [&](const auto& key) {
         return there.containsKey(key) && there[key] == wanted[key];

@@ -1,4 +1,4 @@
-// The settings file. A full disk, a damaged file or a crash at any time loses no saved setting.
+// Saves the settings so that a full disk, a damaged file or a crash loses no committed setting.
 #pragma once
 
 #include <juce_data_structures/juce_data_structures.h>
@@ -13,47 +13,53 @@ struct FileContent;
 struct SystemPaths;
 
 enum class SaveResult : std::uint8_t {
-    saved,
-    failed,  // the new value is in effect until the agent ends
-    refused, // the file cannot contain the text; the previous value stays
+    saved,   // the file contains the value; `commit` makes it durable
+    failed,  // the file is unchanged; the value is in effect, and later saves try to save it again
+    refused, // the file cannot contain the text; the previous value stays in effect
 };
 
-/// Wraps JUCE's store, which accepts a truncated file as saved and an unreadable file as empty. The settings
-/// folder also contains the backup ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Main
-/// thread. Logs one line for each failure.
+/// The settings file and its backup. Wraps JUCE's store, which reports a truncated file as saved and reads a
+/// damaged file as empty. Beside the settings file are the backup ("<file>.last") and, after damage, the
+/// damaged file ("<file>.bad"). A failure is logged in one line. Main thread only.
 class SettingsFile {
 public:
-    /// Creates the settings folder if it is missing, and deletes the temporary files of an agent that was
-    /// killed while saving. If the settings file is a symbolic link, its target is used.
+    /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
+    /// while it saved. If the settings file is a symbolic link, the file that it leads to is used.
     SettingsFile(juce::ApplicationProperties& store, const SystemPaths& paths);
-    /// Retries to save unsaved settings, and logs one line with those that are lost and the reason.
+    /// Commits the last save, and tries once more to save what could not be saved. Logs the names of the
+    /// settings that are lost, with the reason.
     ~SettingsFile();
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
-    /// Returns the current settings, saved or not. Uses the backup if the file is damaged or unreadable.
-    /// Reads the disk, and changes nothing there: `save` renames a damaged file.
+    /// Returns the settings in effect, including those that could not be saved. The reference is valid as
+    /// long as this object; the next call renews the content. Reads the file; if that is damaged or
+    /// unreadable, reads the backup. Writes nothing.
     const juce::PropertySet& values();
 
-    /// Saves a value, together with all values that could not be saved before. On failure the file is not
-    /// changed.
+    /// Writes a value into the file, with all values that could not be saved before. A damaged file is
+    /// renamed to
+    /// ".bad" first, and its backup takes its name. An unreadable file is not changed: the save fails.
+    /// Commits the previous save.
     SaveResult save(const char* key, const juce::var& value);
 
-    /// Completes `save`: waits until the file is on the disk, and copies it to the backup. Returns false if
-    /// the disk fails, and restores the previous file.
+    /// Waits until the last save is on the disk, then copies the file to the backup. Returns false if the
+    /// disk reports an error: the file of before that save is restored, and its values count as not saved, as
+    /// after `SaveResult::failed`. Without a save since the last call it does nothing and returns true.
     bool commit();
 
-    /// Suppresses log lines about unsaved settings until `reportHeld`, which logs one line for all of them.
+    /// Delays the log line about settings that could not be saved until `reportHeld`, which logs one line for
+    /// all.
     void holdReports() { isHolding = true; }
     void reportHeld();
 
 private:
     enum class Load { loaded, missing, failed };
-    enum class Repair { no, yes }; // rename a damaged file, and renew the backup
+    enum class Repair { no, yes }; // whether to rename a damaged file and to renew the backup
 
-    /// A save that the store has written and the disk has not confirmed.
+    /// A save that is in the file, but perhaps not yet on the disk.
     struct PendingSave {
-        Load before; // state of the previous file, for restoring it
+        Load before; // how the file was loaded before the save: it is restored to that
         std::string text;
         juce::PropertySet values;
     };
@@ -62,7 +68,7 @@ private:
     bool quarantine();
     void useBackup();
     bool saveUnsaved();
-    bool isInFile(juce::PropertySet& choices);
+    bool isInFile(juce::PropertySet& values);
     bool saveValues(Load before);
     void saveThroughStore();
     bool saveText(const std::string& newText);
@@ -78,16 +84,16 @@ private:
     const std::string backup;
     const std::string damaged;
 
-    std::string text; // of the file at the last read or save
+    std::string text; // content of the file when it was last loaded or committed
     bool isLoaded = false;
     bool isBackupCurrent = false; // the backup contains the same text
     std::optional<PendingSave> pendingSave;
-    bool isReported = false;   // it was logged that the file cannot be used
-    std::string reason;        // of the last failure
+    bool isReported = false;   // the line that the file cannot be used was logged
+    std::string reason;        // why the last save failed
     bool isHolding = false;    // log lines are suppressed
     bool isHeld = false;       // a log line was suppressed
     juce::PropertySet inFile;  // the values of the file, or of the backup
-    juce::PropertySet unsaved; // overrides `inFile`; the newest value last
+    juce::PropertySet unsaved; // values that are not committed: override `inFile`, the newest last
 };
 
 } // namespace Kest::Settings

@@ -46,7 +46,7 @@ bool isOurs(const struct stat& status) { return status.st_uid == geteuid(); }
 Finding missingPipe(const CheckContext& context, const std::string& path)
 {
     if (!context.agentRuns)
-        return ok(kPipe, "none: no agent is running");
+        return ok(kPipe, "not checked: no agent is running");
     return error(kPipe, "the agent is running, but there is no " + path,
                  "check again in a second, then restart the agent");
 }
@@ -109,7 +109,7 @@ Check checkAgent(const CheckContext& context)
         return warning(kAgent, "not running", "start kest-settings, or kest-settings-terminal in a terminal");
     return ok(kAgent, context.agents.empty()
                           ? "running"
-                          : listed(context.agents) + "; to end it: " + killCommand(context.agents));
+                          : listed(context.agents) + " (to end it: " + killCommand(context.agents) + ")");
 }
 
 Check checkPipe(const CheckContext& context)

@@ -102,7 +102,8 @@ Check checkFacilities(const CheckContext& context)
     if (failure && failure != std::errc::no_such_file_or_directory)
         return error(kFacilities, path + ": " + failure.message(), "make the folder readable by this user");
     if (count == 0)
-        return warning(kFacilities, "none in " + path, "install the studio's rooms");
+        return warning(kFacilities, "none in " + path,
+                       "install the studio's facilities, one folder for each");
     return ok(kFacilities, std::to_string(count) + " in " + path);
 }
 
@@ -112,7 +113,8 @@ Check checkLastUser(const CheckContext& context)
     const auto status = statusOf(path);
     const bool hasFolder = statusOf(fs::path(path).parent_path()).has_value();
     if (!status)
-        return ok(kLastUser, hasFolder ? "none yet" : "not recorded: there is no folder for " + path);
+        return ok(kLastUser,
+                  hasFolder ? "none yet in " + path : "not recorded: there is no folder for " + path);
     if (!S_ISREG(status->st_mode) || status->st_nlink != 1)
         return error(kLastUser,
                      path + " is " + kindOf(*status) +
@@ -121,7 +123,7 @@ Check checkLastUser(const CheckContext& context)
     if (access(path.c_str(), W_OK) != 0)
         return warning(kLastUser, path + " is not writable by this user", "chmod 666 '" + path + "'");
     const auto text = read(path).text;
-    return ok(kLastUser, text.substr(0, text.find('\n')));
+    return ok(kLastUser, text.substr(0, text.find('\n')) + ", in " + path);
 }
 
 } // namespace KestInspect

@@ -11,7 +11,7 @@
 namespace KestInspect {
 namespace {
 
-constexpr char kStartHost[] = "start K3DHost, for example with \"Restart Host Service\" in the agent's menu";
+constexpr char kStartHost[] = "start K3DHost; the agent's menu can: Restart Host Service";
 constexpr char kRestartHost[] = "restart K3DHost";
 
 std::string process(pid_t number)
@@ -41,7 +41,7 @@ Finding staleSegments(const CheckContext& context, pid_t creator)
     for (const auto& segment : {context.version, context.session})
         removal += segment ? " -m " + std::to_string(segment->id) : "";
     return error("host", process(creator) + " has ended, but its segments remain",
-                 std::string(kRestartHost) + "; if they remain: " + removal);
+                 std::string(kRestartHost) + "; if the segments remain, delete them: " + removal);
 }
 
 Check checkSegment(const char* subject, const std::optional<Segment>& segment, std::size_t needed)
@@ -52,7 +52,7 @@ Check checkSegment(const char* subject, const std::optional<Segment>& segment, s
         return error(subject, std::strerror(segment->error),
                      "restart K3DHost so that all users may read and write its segments");
     const auto bytes = std::to_string(segment->bytes) + " bytes";
-    const auto access = "mode " + octal(segment->mode) + ", of " + userName(segment->owner);
+    const auto access = "mode " + octal(segment->mode) + ", owner " + userName(segment->owner);
     if (segment->bytes < needed)
         return error(subject, bytes + " of " + std::to_string(needed) + " required",
                      "install the K3DHost version that matches the agent, and restart it");
@@ -60,7 +60,7 @@ Check checkSegment(const char* subject, const std::optional<Segment>& segment, s
         return error(subject, access + ": not writable by this user",
                      "restart K3DHost so that all users may read and write its segments");
     return ok(subject, bytes + ", " + access + ", created by " + process(segment->creator) + ", " +
-                           std::to_string(segment->attached) + " attached");
+                           "attachments: " + std::to_string(segment->attached));
 }
 
 Check checkKeyFile(const char* subject, const std::string& segment)
@@ -70,13 +70,13 @@ Check checkKeyFile(const char* subject, const std::string& segment)
     if (!status && errno != ENOENT)
         return error(subject, path + ": " + std::strerror(errno), "make the folder accessible to this user");
     if (!status)
-        return ok(subject, "none yet, " + path + " is created when needed");
+        return ok(subject, "none yet; the host or the agent creates " + path);
     if (!S_ISREG(status->st_mode))
         return error(subject, path + " is " + kindOf(*status), "remove it, and " + std::string(kRestartHost));
     if (status->st_size > 0)
         return warning(subject, path + " is not empty",
                        "harmless; the agent empties it if it is permitted to");
-    return ok(subject, path + ", of " + userName(status->st_uid));
+    return ok(subject, path + ", owner " + userName(status->st_uid));
 }
 
 } // namespace
@@ -93,7 +93,7 @@ Check checkHost(const CheckContext& context)
         return warning("host", process(segment->creator) + ": its version word is not published yet",
                        "if that persists: " + std::string(kRestartHost));
     if (word && *word != LIPC::VersionBuffer::kAcceptedWordSize)
-        return error("host", "runs in " + std::to_string(*word) + " bit; the agent does not use it",
+        return error("host", "runs in " + std::to_string(*word) + " bit; the agent uses only a 64 bit host",
                      "start K3DHost in 64 bit, then restart the agent");
     if (!context.session)
         return error("host", process(segment->creator) + " has published its version, but has no session",
@@ -122,8 +122,9 @@ Check checkAgentRecord(const CheckContext& context)
     const auto& agent = context.snapshot.session->agent;
     if (!agent)
         return error("agent's record", "missing in the session: the host gets no settings", kRestartHost);
-    return ok("agent's record", "slot " + std::to_string(agent->slot) + ", among " +
-                                    std::to_string(context.snapshot.session->clients.size()) + " clients");
+    return ok("agent's record", "slot " + std::to_string(agent->slot) +
+                                    " of the session; clients in the session: " +
+                                    std::to_string(context.snapshot.session->clients.size()));
 }
 
 Check checkVersionKeyFile(const CheckContext& context)

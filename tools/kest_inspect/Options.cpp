@@ -8,21 +8,25 @@ namespace KestInspect {
 namespace {
 
 constexpr char kHelp[] =
-    R"(kest-inspect COMMAND [options]    inspects the agent's connection to K3DHost; changes nothing
+    R"(Usage: kest-inspect COMMAND [options]
+
+Helps to find out why a setting does not reach K3DHost, or why the agent's menu is wrong. Changes nothing.
 
 Commands:
-  session    prints the host's session: its clients, the agent's record, the default bus
-  watch      prints each change of the session as one line, until SIGINT or SIGTERM
-  doctor     checks everything that the agent depends on, one line each: ok, warning (may be intentional) or error
+  doctor     checks everything that the agent depends on: the host, the agent, its files, the encoders' pipe and
+             the tray. Prints one line per check: ok, warning (may be intentional) or error, and after an arrow
+             what to do
+  session    prints the host's session: its clients, the agent's record with all settings, the default bus
+  watch      prints the session, then one line per change, until SIGINT, SIGTERM or SIGHUP
 
 Options:
-  --json             prints JSON: one document, or one object per line from watch
+  --json             prints JSON: watch one object per line, the other commands one document
   --interval MS      watch: polling interval in ms (10 to 60000, default 200)
-  --for SECONDS      watch: ends after this time
+  --for SECONDS      watch: ends after this time (1 to 1000000)
   --help, --version
 
-Exit status: 0 on success; 1 if there is no session (session), or an error was found (doctor);
-2 for a wrong command line.
+Exit status: 0 success, also if doctor found only warnings; 1 no session (session), or an error found (doctor);
+2 wrong command line. The manual page kest-inspect(1) describes the JSON.
 )";
 
 const std::map<std::string, Options::Command> kCommands = {

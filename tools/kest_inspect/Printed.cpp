@@ -136,10 +136,11 @@ Printed printed(const std::vector<Finding>& findings)
                                         {"text", textInUtf8(finding.text)},
                                         {"hint", textOrNull(finding.hint)}});
     }
-    for (const auto severity : {Severity::ok, Severity::warning, Severity::error})
-        out.text += (severity == Severity::ok ? "" : ", ") +
-                    std::to_string(std::ranges::count(findings, severity, &Finding::severity)) + " " +
-                    severityName(severity);
+    for (const auto severity : {Severity::ok, Severity::warning, Severity::error}) {
+        const auto count = std::ranges::count(findings, severity, &Finding::severity);
+        out.text += (severity == Severity::ok ? "" : ", ") + std::to_string(count) + " " +
+                    severityName(severity) + (severity == Severity::ok || count == 1 ? "" : "s");
+    }
     out.text += "\n";
     return out;
 }

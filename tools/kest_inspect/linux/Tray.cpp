@@ -14,8 +14,8 @@ namespace {
 constexpr char kTray[] = "tray";
 constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
 constexpr std::chrono::seconds kTimeout(2); // for all calls on the bus together
-constexpr char kTrayHint[] = "on a desktop, add a tray or the AppIndicator extension to its panel; "
-                             "kest-settings-terminal shows the same menu";
+constexpr char kTrayHint[] = "add a tray to the desktop's panel (GNOME: install the AppIndicator "
+                             "extension), or use kest-settings-terminal";
 
 /// All operations of an object together, including connecting and closing, take at most its timeout. A
 /// failure is a negative error number: -ETIMEDOUT after that time.
@@ -109,11 +109,10 @@ std::uint64_t SessionBus::timeLeft() const
 Finding noBus(int failure)
 {
     if (failure == -ETIMEDOUT)
-        return error(kTray, "the session bus does not answer", "log in to the desktop again");
+        return error(kTray, "the D-Bus session bus does not answer", "log in to the desktop again");
     const auto why = failure == -ENOMEDIUM ? "" : std::string(": ") + std::strerror(-failure);
-    return warning(
-        kTray, "no session bus" + why,
-        "run it in a terminal of the desktop, or use kest-settings-terminal, which requires no bus");
+    return warning(kTray, "no D-Bus session bus" + why,
+                   "check again in a terminal of the desktop; without a desktop, use kest-settings-terminal");
 }
 
 } // namespace
