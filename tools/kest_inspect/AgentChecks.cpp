@@ -109,7 +109,7 @@ Check checkAgent(const CheckContext& context)
         return warning(kAgent, "not running", "start kest-settings, or kest-settings-terminal in a terminal");
     return ok(kAgent, context.agents.empty()
                           ? "running"
-                          : listed(context.agents) + " (to end it: " + killCommand(context.agents) + ")");
+                          : listed(context.agents) + "; to end it: " + killCommand(context.agents));
 }
 
 Check checkPipe(const CheckContext& context)
