@@ -82,8 +82,8 @@ public:
     /// Replaces the content of `names` by the names of all buses, in Mac OS Roman: first "Main Bus", even if
     /// the session has no bus of this name, then the others in byte order.
     void getBusNames(std::vector<std::string>& names) const;
-    /// Makes the bus with this name, in Mac OS Roman, the session's default bus. Does nothing if no such bus
-    /// or no session is known.
+    /// Makes the bus with this name, in Mac OS Roman, the session's default bus, also if the host is refused.
+    /// Does nothing if no such bus or no session is known.
     void setDefaultBus(const std::string& name) const;
     /// Calls `write` with the agent's record in the session. Does not call `write` if there is no such record
     /// or the host is refused.
