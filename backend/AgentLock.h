@@ -1,4 +1,4 @@
-// Allows one agent for each user: two would compete for the encoders' pipe.
+// Allows only one running agent for each settings folder. Two agents would compete for the encoders' pipe.
 #pragma once
 
 #include <string>
@@ -8,20 +8,23 @@ namespace Kest::Settings {
 /// Returns the absolute path of the file that the running agent locks.
 std::string agentLockFile(const std::string& settingsFolder);
 
-/// Holds the lock until the process ends. The system then releases it, also after a crash.
+/// Locks the file, if no other process has locked it, while this object exists. The system also releases the
+/// lock when the process ends or crashes. Main thread.
 class AgentLock {
 public:
-    /// Tries to take the lock, in the folder of the settings file, and creates that folder. Does not wait.
+    /// Creates the settings folder and the lock file if they are missing, and tries to lock the file. Does
+    /// not wait. Writes this process's id into the file after locking it.
     explicit AgentLock(const std::string& settingsFolder);
     ~AgentLock();
     AgentLock(const AgentLock&) = delete;
     AgentLock& operator=(const AgentLock&) = delete;
 
-    /// Returns whether another agent of this user is running. False if the lock file cannot be created: the
-    /// agent runs without a writable folder too.
+    /// Returns whether another process had locked the file when this object was constructed. False if the
+    /// lock file could not be opened, because the agent must also run without a writable folder.
     bool isHeldByAnother() const { return heldByAnother; }
 
-    /// Returns the process id that the lock's holder wrote into the file; 0 if unknown.
+    /// Returns the process id that the owner of the lock has written into the file; 0 if the file cannot be
+    /// read or contains no number.
     int holder() const;
 
 private:

@@ -1,4 +1,4 @@
-// The agent's core without a user interface: the host's state, the encodings and the user's settings.
+// The agent without its user interface: the host's state, the encodings and the user's settings.
 #pragma once
 
 #include "backend/EncodingReader.h"
@@ -9,30 +9,37 @@
 
 namespace Kest::Settings {
 
-/// Called on one of the Backend's threads, without a lock; must return quickly. If `type` is 0, `number` is
-/// that of a status message. Otherwise `type` is the process id of an encoder, and `number` its percentage,
-/// or -1 on failure. `description` is NUL-terminated or null, and valid only during the call.
+/// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
+/// If `type` is 0, `number` is a new status number of the host or `kMsgBusListChanged`, `description` is
+/// empty, and the thread is the monitor thread. Otherwise `type` is the process id of an encoder, `number`
+/// its percentage or -1 after an error, `description` the name of its output file or null if the name is
+/// unknown, and the thread is the reader thread. `description` is NUL-terminated and valid during the call
+/// only.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
-/// Called on the monitor thread, without a lock, when `hostState` has changed; must return quickly.
+/// Called on the monitor thread, without a lock, after `hostState` has changed; must return quickly.
+/// `context` is `Backend::messageContext`.
 using HostStateCallback = void(void* context);
 
-/// The agent has one Backend for its whole life. Operations are called on the main thread unless their
-/// declaration says "Any thread". An absent segment is not an error: the host may start and end at any time.
-/// A file that cannot be written, a key that cannot be derived and a pipe that cannot be created produce one
-/// line each, in the log or on standard error. Nothing throws.
+/// The agent has one Backend while it runs. Call a function on the main thread unless its comment says "Any
+/// thread". No function throws.
+/// A missing segment is not an error, because the host may start and end at any time. If a file cannot be
+/// written, a key cannot be derived or the pipe cannot be created, the Backend writes one line to the log or
+/// to standard error.
 class Backend {
 public:
+    /// Starts both threads, see `startError`. Writes the last-user file unless the host is refused.
+    /// `monitorPeriod` is the pause between two checks of the host.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
-    /// Stops and joins both threads; blocks until their current operation ends.
+    /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
     ~Backend();
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
-    /// Suppresses log lines about settings that cannot be saved; its destructor logs one line for all of
-    /// them.
+    /// While this object exists, no line is logged about a setting that cannot be saved. The destructor logs
+    /// one line for all of these settings, if there are any.
     class OneReport {
     public:
         explicit OneReport(Backend& ofBackend) : file(ofBackend.settingsFile) { file.holdReports(); }
@@ -44,19 +51,22 @@ public:
         SettingsFile& file;
     };
 
-    /// Returns 0, or the system's error number if it refused a thread; the Backend is not usable then.
+    /// Returns 0 if both threads were started; otherwise the system's error number. After an error only
+    /// destroy the Backend.
     int startError() const { return startFailure; }
 
-    /// Writes the login name of the effective user into the last-user file, which every user may overwrite.
+    /// Writes the login name of the effective user into the file at `path`, which every user may overwrite.
+    /// Does nothing if its folder is missing; logs any other failure.
     static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
-    /// Returns the stored value of a setting of `kParameterSettings`, or its default.
+    /// Returns the current value of a setting of `kParameterSettings`: the stored one, even if it could not
+    /// be saved, or the default.
     int value(const Setting& setting) const;
-    /// Saves the settings file, then writes the value into the host's session, if there is one, even if
-    /// saving failed. Does not check the range.
+    /// Saves the value, then writes it into the agent's record in the host's session, if there is a session.
+    /// Writes it there even if saving has failed. Does not check the range.
     void setValue(const Setting& setting, int value);
 
-    // `value` and `setValue` for one setting each.
+    // Get and set one setting each, as `value` and `setValue` do.
     int getSoloMode() const { return value(setting("SoloMode")); } // 0 latch, 1 exclusive
     void setSoloMode(int mode) { setValue(setting("SoloMode"), mode); }
     int getHdxAuxTrackDelay() const { return value(setting("HdxAuxTrackDelaySetting")); }
@@ -69,40 +79,47 @@ public:
     int getLatencyCompensationControl() const { return value(setting("LatencyCompensationControlSetting")); }
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
-    /// Returns the names of the installed facilities in the file system's order; empty if there are none.
+    /// Returns the names of the installed facilities, which are folders, in the order of the file system;
+    /// empty if there are none.
     juce::StringArray getFacilityList() const;
     juce::String getFacility() const { return text(setting("Facility")); }
-    /// Saves the facility and writes it into the session. Does neither if the settings file cannot contain
-    /// the name.
+    /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file
+    /// cannot contain the name, logs a line and changes nothing.
     void setFacility(const juce::String& name);
 
-    /// Returns a speaker-configuration id of `sSpkrConf2Name`; -1 if the stored layout belongs to none.
+    /// Returns the speaker configuration, an id in `sSpkrConf2Name`; -1 if the stored layout belongs to no
+    /// configuration.
     int getPhysMonConfig() const;
-    /// Saves a speaker configuration and writes it into the session. Ignores an unknown id.
+    /// Saves the layout of a speaker configuration and writes it into the session, as `setValue` does.
+    /// Ignores an unknown id.
     void setPhysMonConfig(int speakerConfiguration);
 
-    /// Replaces `names` by the buses' display names in the host's encoding: "Main Bus" first, the others
-    /// sorted by byte. Any thread.
+    /// Replaces the content of `names` by the names of all buses: first "Main Bus", even if the session has
+    /// no bus of this name, then the others in byte order. The names are encoded in Mac OS Roman. Any thread.
     void getKestBusNamesList(std::vector<std::string>& names) const { monitor.getBusNames(names); }
-    /// Writes the session's default bus, without saving it. Ignores null and an unknown name.
+    /// Makes the bus with this name, in Mac OS Roman, the session's default bus; does not save the choice.
+    /// Ignores null and the name of a bus that is not in the session.
     void setDefaultKestBus(const char* name);
 
-    /// Returns the newest record of a process id; one with `pid` 0 if there is none. Any thread.
+    /// Returns the newest record of a process id; a default record, whose `pid` is 0, if there is none. Any
+    /// thread.
     encodingStatus getEncodingStatus(int pid) const;
-    /// Returns the record of exactly this process; one with `pid` 0 if there is none. Any thread.
+    /// Returns the record of exactly this process; a default record, whose `pid` is 0, if there is none. Any
+    /// thread.
     encodingStatus getEncodingStatus(const ProcessIdentity& process) const;
-    /// Returns the reader of the encoders' lines, for queries of its whole table. Any thread.
+    /// Returns the reader, whose `query` gives access to all records. Any thread.
     const EncodingReader& encodings() const { return reader; }
 
-    /// Returns the host's state at the monitor's last pass. Any thread.
+    /// Returns the host's state at the monitor's last check. Any thread.
     HostState hostState() const { return monitor.hostState(); }
 
     const SystemPaths& paths() const { return systemPaths; }
 
-    // Set once by the owner after construction; messages are dropped before.
+    // The owner sets these once after construction, `messageContext` first. A callback that is null is not
+    // called, and what it would report is dropped.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
     std::atomic<HostStateCallback*> hostStateCallback = nullptr;
-    std::atomic<void*> messageContext = nullptr; // of both
+    std::atomic<void*> messageContext = nullptr; // argument of both callbacks
 
 private:
     void sendMessage(std::int32_t number, std::int32_t type, const char* description) const;
@@ -112,7 +129,7 @@ private:
 
     const SystemPaths systemPaths;
     juce::ApplicationProperties properties;
-    mutable SettingsFile settingsFile; // saves through `properties`; getters may read the disk
+    mutable SettingsFile settingsFile; // saves through `properties`; reads the file for getters too
     EncodingReader reader;
     SessionMonitor monitor;
     int startFailure = 0;

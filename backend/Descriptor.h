@@ -1,4 +1,4 @@
-// A file descriptor that its owner closes.
+// Owns a file descriptor and closes it on destruction.
 #pragma once
 
 #include <unistd.h>
@@ -9,7 +9,8 @@ namespace Kest::Settings {
 class Descriptor {
 public:
     Descriptor() = default;
-    /// Takes ownership of an open descriptor; a negative number, the result of a failed call, means none.
+    /// Takes ownership of an open descriptor. A negative number, for example the result of a failed call,
+    /// means no descriptor.
     explicit Descriptor(int opened) : number(opened) {}
     ~Descriptor()
     {
@@ -17,13 +18,14 @@ public:
             close(number);
     }
     Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+    /// Exchanges the descriptors of both objects, so `other` closes the previous one.
     Descriptor& operator=(Descriptor&& other) noexcept
     {
         std::swap(number, other.number);
         return *this;
     }
 
-    /// Returns the descriptor without closing it; the caller owns it.
+    /// Returns the descriptor and passes its ownership to the caller; a negative number if there is none.
     int release() { return std::exchange(number, -1); }
     int get() const { return number; }
     explicit operator bool() const { return number >= 0; }

@@ -1,4 +1,4 @@
-// Parses one line of an encoder.
+// Parses one line that an encoder has written.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 namespace Kest::Settings {
 
 struct ProgressLine {
-    std::int32_t percentage; // 0 or more, not clamped
+    std::int32_t percentage; // not negative; may exceed 100
 };
 struct PathLine {
     std::string_view path; // not empty
@@ -19,10 +19,10 @@ struct TypeLine {
 };
 struct ErrorLine {};
 
-/// A path or word of 1024 bytes or more. The line is refused, as a cut path would name another folder; the
-/// encoding then has no path.
+/// A path or type of 1024 bytes or more. It is not used: a path that was cut would be the path of another
+/// folder.
 struct OverlongValue {
-    bool isPath;
+    bool isPath; // false: a type
 };
 
 struct EncodingLine {
@@ -30,14 +30,14 @@ struct EncodingLine {
     std::variant<ProgressLine, PathLine, TypeLine, ErrorLine, OverlongValue> content;
 };
 
-/// Parses a line without its line end. It tries these forms in this order; a blank matches any white space or
-/// none:
+/// Parses a line, which must not contain its line end. The line has one of these forms; each blank may be any
+/// amount of white space, or none:
 ///     pid: 4711 , P: 37
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// Any other line that begins with "pid:" and a number is an error line. Returns nullopt for all other lines.
-/// A number must fit 32 bits. The result points into `line`.
+/// Any other line that begins with "pid:" and a number has the same result as the last form. Returns nullopt
+/// for all other lines. A number must fit in 32 bits. The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

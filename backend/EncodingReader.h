@@ -1,4 +1,4 @@
-// Reads the encoders' lines on its own thread and keeps a table of the encodings.
+// Reads the lines of the encoders on a separate thread, and keeps a table of the encodings.
 #pragma once
 
 #include "backend/EncodingTable.h"
@@ -19,23 +19,28 @@ namespace Kest::Settings {
 /// Only the owner calls `start` and `stop`; all other functions may be called on any thread.
 class EncodingReader {
 public:
-    /// Called on the reader's thread, without a lock, after a record has changed. `number` is a percentage,
-    /// or -1 for a failure; `name` is null if there is no path, and valid during the call.
+    /// Called on the reader's thread, without a lock, after an encoder has reported. `number` is the
+    /// percentage, or -1 for an error. `name` is the name of the output file, valid during the call only;
+    /// null if the encoder has not written its path.
     using Report = std::function<void(std::int32_t number, std::int32_t pid, const char* name)>;
 
     EncodingReader(std::string pathOfPipe, Report onReport);
     EncodingReader(const EncodingReader&) = delete;
     EncodingReader& operator=(const EncodingReader&) = delete;
 
-    /// Starts the thread. Returns 0, or the system's error number if it refuses one.
+    /// Starts the thread, which creates the pipe and reads it. Returns 0, or the system's error number if the
+    /// system refuses a thread.
     int start();
-    /// Stops and joins the thread, if there is one, and removes the pipe.
+    /// Ends the thread, which removes the pipe, and waits for its end. Does nothing if the thread was not
+    /// started.
     void stop();
 
-    /// Requests a new pipe if the pipe is not at its path. Called once a second.
+    /// Requests that the thread create the pipe again if the pipe is not at its path any more. The owner
+    /// calls this function once a second.
     void checkPipe() { progressPipe.check(); }
 
-    /// Calls `query` with the locked table, and returns its result.
+    /// Calls `query` with the table and returns the result of `query`. The table is locked during the call.
+    /// The result must not refer to the table.
     template <typename Query>
     auto query(Query&& query) const
     {
@@ -61,7 +66,7 @@ private:
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
 
-    // Reader thread only: the process ids that were identified in the last `kIdentifiedFor`.
+    // Used by the reader thread only: the process ids that were identified within about the last millisecond.
     std::vector<std::int32_t> identified;
     std::chrono::steady_clock::time_point identifiedSince;
 };

@@ -8,20 +8,21 @@
 
 namespace Kest::Settings {
 
-constexpr std::int32_t kFinished = 100; // per cent
+constexpr std::int32_t kFinished = 100; // the percentage from which an encoding is finished
 
 struct encodingStatus {
-    std::int32_t pid = 0;         // the encoder's process id; 0 in the record of an unknown one
-    std::string encType;          // the word of its last type line
-    std::int32_t percentage = -1; // as last reported, 100 is finished; -1 before the first report
-    std::string path;             // its output file; empty before a path line and after a refused one
-    std::string name;             // the output file's name without its last extension
-    const char* nameText =
-        nullptr;                 // the characters of `name` in the Backend's own record; null without a path
-    std::int32_t errorCount = 0; // minus the number of reported errors
-    bool hasFailed = false;      // its last report is an error
-    bool wroteToPipe = false;    // the process had the progress pipe open when it was checked
-    ProcessIdentity process;     // start time 0 if no process had the id at the first line
+    std::int32_t pid = 0;         // the encoder's process id; 0 in a default record
+    std::string encType;          // as last written by the encoder, for example "Main"; empty before
+    std::int32_t percentage = -1; // as last reported, not negative; -1 before the first report
+    std::string path;             // of the output file; empty if unknown or too long
+    std::string name;             // of the output file, without its last extension
+    // Points to `name` of the record in the table, also in a copy; null without a path. Only the reader's
+    // thread may use it.
+    const char* nameText = nullptr;
+    std::int32_t errorCount = 0; // the number of reported errors, negated
+    bool hasFailed = false;      // the last report is an error, not a percentage
+    bool wroteToPipe = false;    // a check has found that the process had the pipe open
+    ProcessIdentity process;     // start time 0 if no process had the id when the first line was read
 };
 
 } // namespace Kest::Settings

@@ -13,47 +13,51 @@
 
 namespace Kest::Settings {
 
-/// Contains one record for each process of a run. A process id that is used again has several records: lines
-/// change the newest one. When one of the two limits is exceeded, records are evicted down to nine tenths of
-/// it: first encodings that have finished, failed or have a newer record, then any, each with the oldest last
-/// report first. A returned record is valid until the next change. Not synchronised.
+/// Contains one record for each process that has written lines. If a process id is used again, its newest
+/// record belongs to the last process. Not synchronised.
+/// If the number of records or the size of their texts exceeds its limit, records are evicted until both are
+/// at most nine tenths of their limits. Evicts first encodings that have finished, failed or have a newer
+/// record with the same process id, then other encodings; in both groups first those whose last report is
+/// oldest.
 class EncodingTable {
 public:
     static constexpr std::size_t kMaxRecords = 10'000;
-    /// Maximum of the summed sizes of paths, names and types. A single record may exceed it.
+    /// Maximum of the total size of all paths, names and types, in bytes. A single record may exceed it.
     static constexpr std::size_t kMaxTextBytes = 4'000'000;
-    /// Maximum number of checks whether a process has the pipe open.
+    /// Maximum number of checks for each record whether the process has the pipe open.
     static constexpr int kMaxPipeChecks = 64;
 
     explicit EncodingTable(std::size_t maxBytesOfText = kMaxTextBytes) : maxTextBytes(maxBytesOfText) {}
     EncodingTable(const EncodingTable&) = delete;
     EncodingTable& operator=(const EncodingTable&) = delete;
 
-    /// Assigns the next lines of a process id to the process that has it now: adds a record if the newest one
-    /// belongs to another process. Without a process (start time 0) the lines belong to the newest record of
-    /// the id, if there is one. Returns whether to check that the process has the pipe open, and counts that
-    /// check.
+    /// Call this function before `take`. Determines the record for the next lines of the id `process.pid`:
+    /// the record of `process`, which is added if it is not the newest record of the id. If the start time is
+    /// 0 (no such process), the newest record of the id, which is added if there is none. Returns whether the
+    /// caller must check that the process has the pipe open, and counts this check.
     bool identify(const ProcessIdentity& process);
-    /// Records that the newest process of the id had the pipe open.
+    /// Sets `wroteToPipe` in the newest record of the process id. Does nothing if there is none.
     void setWroteToPipe(std::int32_t pid);
 
-    /// Changes the newest record of the line's process id, or adds one. Returns null and changes nothing if
-    /// that encoding has finished and its process has ended: the line is of another process. An over-long
-    /// path removes the previous one.
+    /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
+    /// record, which is valid until the next change of the table. An over-long path removes the path of the
+    /// record; an over-long type changes nothing.
+    /// Returns null and changes nothing if the record's encoding has finished and its process had ended at
+    /// the last `identify`, because another process must have written the line.
     const encodingStatus* take(const EncodingLine& line);
 
-    /// Returns the newest record of a process id; null if there is none.
+    /// Returns the newest record of a process id, valid until the next change; null if there is none.
     const encodingStatus* find(std::int32_t pid) const;
-    /// Returns the record of a process; null if there is none.
+    /// Returns the record of exactly this process, valid until the next change; null if there is none.
     const encodingStatus* find(const ProcessIdentity& process) const;
 
-    /// Returns copies of the records whose last report is newer than report number `since` (0: all), in the
-    /// order of their first reports, and sets `since` to the newest of them. Returns at most `kMaxBatch`
-    /// records with the oldest last reports: call it again until the result is empty.
+    /// Returns copies of the records whose last report is newer than `since`, and sets `since` for the next
+    /// call. Start with 0. Returns at most `kMaxBatch` records, those whose last report is oldest, in the
+    /// order of their first reports. To get all records, call this function until the result is empty.
     std::vector<encodingStatus> reportedSince(std::uint64_t& since) const;
     static constexpr std::size_t kMaxBatch = 250;
 
-    /// Returns the number of evictions.
+    /// Returns how many times records were evicted, usually many records at a time.
     std::uint64_t evictions() const { return evictionCount; }
     std::size_t size() const { return records.size(); }
     std::size_t textBytes() const { return bytesOfText; }
@@ -64,11 +68,11 @@ private:
     using Order = std::list<Records::iterator>;
     struct Record {
         encodingStatus status;
-        std::uint64_t firstReport = 0; // number of the report; 0 before it
-        std::uint64_t lastReport = 0;  // before the first report, the number of the first line
+        std::uint64_t firstReport = 0; // the report's number; 0 before the first report
+        std::uint64_t lastReport = 0;  // the report's number; before it, a number assigned to the record
         Order::iterator position;      // in `byLastReport`
         bool isOver = false;           // finished, failed, or not the newest of its process id
-        bool isClosed = false;         // finished, and its process had ended at the last identification
+        bool isClosed = false;         // finished, and its process had ended at the last `identify`
         int pipeChecks = 0;
     };
 
@@ -86,7 +90,7 @@ private:
     std::uint64_t reports = 0;
     std::uint64_t evictionCount = 0;
     Records records;
-    Order byLastReport; // the oldest last report first
+    Order byLastReport; // sorted by `lastReport`
 };
 
 } // namespace Kest::Settings

@@ -1,4 +1,5 @@
-// Reads and writes small text files and reports every failure.
+// Reads and writes small text files. Every failure is reported to the caller. Any thread; all functions
+// block.
 #pragma once
 
 #include <cstddef>
@@ -11,19 +12,23 @@ struct FileContent {
     std::string text;
 };
 
-/// Reads at most `limit` bytes of a regular file. Returns no text on an error.
+/// Reads at most the first `limit` bytes of a regular file. On failure `error` is not 0 and `text` is empty.
 FileContent readFile(const std::string& path, std::size_t limit);
 
-/// Replaces a file atomically by one with this text, and waits until the file and its name are on the disk.
-/// Returns false with `errno` set on failure. The new text is first written to `temporaryOf(path)`; a process
-/// that is killed leaves that file.
+/// Replaces the file at `path`, or creates it, atomically, and waits until its text and its name are on the
+/// disk. Writes the text to `temporaryOf(path)` first; if the process is killed, that file may remain.
+/// Returns false with `errno` set on failure. The old file then remains, unless only the wait for its name
+/// has failed.
 bool replaceFile(const std::string& path, const std::string& text);
+/// Returns the path of the temporary file that `replaceFile` uses.
 std::string temporaryOf(const std::string& path);
 
-/// Waits until a file and its name in its folder are on the disk. Returns false with `errno` set on failure.
+/// Waits until the text of a file and its name in its folder are on the disk. Returns false with `errno` set
+/// on failure.
 bool flushWithFolder(const std::string& path);
 
-/// Waits until the data of an open file is on the disk. Each system has its own implementation.
+/// Waits until the data of an open file is on the disk. Returns false with `errno` set on failure. Each
+/// platform has its own implementation.
 bool flushToDisk(int file);
 
 } // namespace Kest::Settings

@@ -5,10 +5,12 @@
 
 namespace Kest::Settings {
 
-/// Replaces the environment variable HOME by the home folder of the user database if it is not an absolute
-/// path in UTF-8, short enough for the file names in it: JUCE and started programs use it unchecked. `main`
-/// calls it once before it starts threads. Returns a line for the user if a value was replaced; an empty text
-/// otherwise, also if HOME was not set.
+/// Sets the environment variable HOME to the home folder in the user database if HOME is not set or cannot be
+/// used. HOME must be an absolute path in UTF-8, short enough for the file names in the folder, because JUCE
+/// and started programs do not check it. If the folder in the database cannot be used either, HOME is set to
+/// a path that does not exist.
+/// Returns a message for the user if an existing value was replaced; otherwise an empty text. Call it in
+/// `main` before any thread starts.
 std::string repairHome();
 
 } // namespace Kest::Settings

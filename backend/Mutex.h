@@ -1,4 +1,4 @@
-// Mutex annotations that clang checks (-Wthread-safety); other compilers ignore them.
+// A mutex whose use clang checks at compile time (-Wthread-safety). Other compilers ignore the annotations.
 #pragma once
 
 #include <mutex>
@@ -27,7 +27,7 @@ private:
     std::mutex mutex;
 };
 
-/// Locks a mutex for its own life.
+/// Locks a mutex while this object exists.
 class KEST_SCOPED_CAPABILITY MutexLock {
 public:
     explicit MutexLock(Mutex& toHold) KEST_ACQUIRE(toHold) : mutex(toHold) { mutex.lock(); }

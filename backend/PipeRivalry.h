@@ -1,4 +1,4 @@
-// Decides when to replace a pipe of another process at the agent's path.
+// Decides when to replace another process's pipe at the path of the agent's pipe.
 #pragma once
 
 #include <algorithm>
@@ -6,25 +6,27 @@
 
 namespace Kest::Settings {
 
-/// Two agents with different settings folders use the same path. To keep them from replacing each other's
-/// pipe every second, the delay before a replacement doubles each time, up to 60 s. Not synchronised.
+/// Two agents with different settings folders use the same path. So that they do not replace each other's
+/// pipe every second, the delay before a replacement is doubled each time: none before the first one, then 2,
+/// 4, 8 seconds and so on, up to 60. Not synchronised.
 class PipeRivalry {
 public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds kMaxDelay{60};
-    /// The delay is reset after our pipe was at the path for this time: three maximum delays.
+    /// The delay is 0 again if our pipe was at the path for this time, which is three times `kMaxDelay`.
     static constexpr std::chrono::seconds kStable{180};
 
-    /// Records that our pipe is at the path.
+    /// Records that our pipe was created at the path.
     void made(Clock::time_point now)
     {
         madeAt = now;
         isCounted = false;
     }
 
-    /// Returns whether the pipe may be created again; called while it is lost. `isReadByAnother`: another
-    /// process reads a pipe at the path now. Anything else at the path is replaced without a delay.
+    /// Returns whether our pipe, which is not at the path any more, may be created again. Call it repeatedly
+    /// until it returns true. `isReadByAnother` means that another process now reads a pipe at the path; only
+    /// then is there a delay.
     bool mayReplace(bool isReadByAnother, Clock::time_point now)
     {
         if (!isReadByAnother)
@@ -37,12 +39,12 @@ public:
         return now >= retryAt;
     }
 
-    /// Returns how often in a row another process replaced our pipe, including this loss; 0 if this loss has
-    /// another cause.
+    /// Returns how many times in succession another process has replaced our pipe, including the present
+    /// loss. Returns 0 if our pipe was not lost, or was lost for another reason.
     int losses() const { return isCounted ? replacements : 0; }
 
 private:
-    // No delay after the first loss: an agent that starts and ends may cause it.
+    // No delay after the first loss, because its cause may be an agent that has ended again.
     std::chrono::seconds delay() const
     {
         if (replacements < 2)
@@ -54,7 +56,7 @@ private:
     Clock::time_point madeAt;
     Clock::time_point retryAt;
     int replacements = 0;
-    bool isCounted = false; // this loss
+    bool isCounted = false; // `replacements` includes the present loss
 };
 
 } // namespace Kest::Settings

@@ -1,4 +1,4 @@
-// What each system reports about a process, and how it holds one; for Process.cpp only.
+// Platform-specific queries about a process, for Process.cpp only.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -11,25 +11,28 @@ namespace Kest::Settings {
 struct ProcessFacts {
     enum class State {
         running,
-        ended,     // no process has the number, or it has ended and waits for its parent
-        thread,    // the number is that of a thread
-        unreadable // the system does not answer, for example without free descriptors
+        ended,     // no process has the id, or the process is a zombie
+        thread,    // a thread has the id
+        unreadable // the query failed, for example because no descriptor is free
     };
     State state = State::unreadable;
-    std::uint64_t startTime = 0; // as in ProcessIdentity; 0 when no process has the number
+    std::uint64_t startTime = 0; // as in `ProcessIdentity`; 0 if unknown or no process has the id
     std::int32_t parent = 0;
     uid_t realUser = 0;
     uid_t effectiveUser = 0;
 };
 
-/// Any thread.
+/// Returns the facts about the process that has this id now. For a thread or an unreadable process, all
+/// fields except `state` are 0. Any thread.
 ProcessFacts processFacts(std::int32_t pid);
 
-/// Returns a descriptor that stays with this very process, however often its number is given again, and
-/// becomes readable when the process has ended. None where the system has no such thing. Any thread.
+/// Returns a descriptor that refers to the process with this id, also after the id is reused. It becomes
+/// readable when the process has ended. Empty if the system has no such descriptors, if no process has the
+/// id, or on failure. Any thread.
 Descriptor holdProcess(std::int32_t pid);
 
-/// Sends SIGKILL to a held process; false with `errno` set. Any thread.
+/// Sends SIGKILL to the process of a descriptor that `holdProcess` has returned. Returns false with `errno`
+/// set on failure. Any thread.
 bool killHeld(const Descriptor& process);
 
 } // namespace Kest::Settings

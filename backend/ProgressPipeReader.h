@@ -1,4 +1,4 @@
-// The named pipe through which encoders report: keeps it at its path, and reads it.
+// Creates and reads the named pipe into which encoders write their reports.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -15,50 +15,54 @@
 
 namespace Kest::Settings {
 
-/// Only the reader thread calls `make`, `read` and `remove`; all other functions may be called on any thread.
+/// Only the reader thread calls `make`, `read`, `remove` and `descriptor`. All other functions: any thread.
 class ProgressPipeReader {
 public:
     explicit ProgressPipeReader(const char* pathOfPipe) : path(pathOfPipe) {}
     ProgressPipeReader(const ProgressPipeReader&) = delete;
     ProgressPipeReader& operator=(const ProgressPipeReader&) = delete;
 
-    /// Returns whether the pipe must be created: at the start, and from a request by `check` until `make`.
+    /// Returns whether `make` must be called: at the start, and after `check` has requested a new pipe.
     bool isMakeRequested() const { return isRequested; }
 
-    /// Removes anything else at the path, creates the pipe and opens it. Prints the path once, between the
-    /// two. Returns false on failure, and prints the first of consecutive failures to create it. Earlier
-    /// pipes, at most 64, are read until the last encoder closes them. Does not follow links.
+    /// Creates the pipe and opens it; any other file at the path is removed, without following a link. Prints
+    /// the path when the pipe is created for the first time. Prints a line when it removes a file or cannot
+    /// create the pipe; successive calls do not repeat the line. Returns false on failure. An earlier pipe is
+    /// read until the last encoder closes it; at most 64 earlier pipes are kept.
     bool make();
 
-    /// Requests a new pipe if the pipe is not at its path, and interrupts `read`. If another process reads a
-    /// pipe there, PipeRivalry delays the request. Called once a second.
+    /// Requests a new pipe and interrupts `read` if the pipe is not at its path any more. If another process
+    /// reads a pipe at the path, `PipeRivalry` may delay the request. Called once a second.
     void check();
 
-    /// Returns how often in a row another process replaced the pipe, including the current loss.
+    /// Returns how many times in succession another process has replaced the pipe, see `PipeRivalry::losses`.
     int lossesToAnother() const;
 
-    /// Interrupts a `read` that waits, and writes the line "bla" into the pipe.
+    /// Interrupts `read`, and writes the line "bla" into the pipe if there is one.
     void wake();
 
-    /// Returns the descriptor that is read; -1 before the pipe is created.
+    /// Returns the reading descriptor of the current pipe; -1 before the pipe is created.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// Bytes of one pipe, and the line that they continue; both valid until the next call, and empty after a
-    /// wake-up.
+    /// The result of `read`: bytes of one pipe and the splitter for the lines of this pipe. Both are valid
+    /// until the next call of `read`. Without bytes `lines` is null.
     struct Piece {
         Text::LineSplitter* lines = nullptr;
         std::string_view bytes;
-        bool hasFailed = false; // permanently
+        bool hasFailed = false; // reading has failed: stop calling `read`
     };
-    /// Waits for bytes or a wake-up, also while there is no pipe at the path.
+    /// Returns the next bytes of any pipe. If there are none, waits for bytes or a wake-up, then returns no
+    /// bytes: call `read` again. Also waits while there is no pipe.
     Piece read();
 
-    /// Closes the pipe, and removes it unless something else is at its path.
+    /// Closes all pipes. Removes the current pipe if it is still at its path. Afterwards `check` does
+    /// nothing.
     void remove();
 
 private:
-    // Has both ends open, so that a pipe without encoders has no end of file. The writing end of an earlier
-    // pipe is closed: its end of file shows that the last encoder has closed it.
+    // Both ends are open, so that there is no end of file while no encoder has the pipe open. After the pipe
+    // was replaced, the writing end is closed: end of file then means that the last encoder has closed the
+    // pipe.
     struct Pipe {
         ~Pipe();
         int reader = -1;
@@ -79,16 +83,16 @@ private:
     bool isFailurePrinted = false;
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
-    std::size_t turn = 0;
-    std::array<char, 4096> buffer{}; // PIPE_BUF: a whole write of an encoder
+    std::size_t turn = 0;                     // index of the pipe that was read last
+    std::array<char, 4096> buffer{};          // PIPE_BUF on Linux
 
     const WakeUp wakeUp;
-    std::atomic<bool> isRequested = true; // until `make` ends, during which `check` must not test the path
+    std::atomic<bool> isRequested = true; // set until `make` ends: `check` then does not test the path
 
     mutable Mutex mutex;
     const Pipe* current KEST_GUARDED_BY(mutex) = nullptr; // the last of `pipes`
     PipeRivalry rivalry KEST_GUARDED_BY(mutex);
-    bool isEnded KEST_GUARDED_BY(mutex) = false; // the reader has stopped
+    bool isEnded KEST_GUARDED_BY(mutex) = false; // `remove` was called
 };
 
 } // namespace Kest::Settings

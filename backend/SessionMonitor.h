@@ -1,4 +1,4 @@
-// Observes the host's session once a second on its own thread, and keeps a table of the buses.
+// Checks the host's session once a second on a separate thread, and keeps a table of the buses.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -24,64 +24,69 @@ namespace Kest::Settings {
 struct SystemPaths;
 
 enum class HostPresence : std::uint8_t {
-    absent,  // no session
+    absent,  // there is no session
     present, // there is a session
-    refused, // of another pointer width: ignored until the agent is restarted
+    refused, // the host's word size is not 64 bits; ignored until the agent is restarted
 };
 
-/// The host's state.
 struct HostState {
     HostPresence presence = HostPresence::absent;
-    int session = -1;         // the segment's identifier; changes when the host is restarted
+    int session = -1;         // the segment's identifier, new after each start of the host; -1 if not present
     std::int32_t message = 0; // the host's current status number; 0 if there is none
     bool operator==(const HostState&) const = default;
 };
 
-/// The message that the session's bus plug-ins have changed.
+/// The message number that reports a change of the session's buses.
 constexpr std::int32_t kMsgBusListChanged = 3;
 
 using BusTable = std::map<std::string, std::string>; // display name to client id
 
-/// The bus plug-ins of one pass.
+/// The buses in the session at one time.
 struct BusScan {
     BusTable table;
-    bool changed = false; // compared with the known table
+    bool changed = false; // `table` differs from the known table, or two buses have the same name
     bool operator==(const BusScan&) const = default;
 };
 
-/// Returns the buses of a session. If two buses have the same name, the first is used, and the second counts
-/// as a change in every pass.
+/// Returns the buses of a session, and whether they differ from `known`. If two buses have the same name,
+/// only the first one is in the result, and the scan always counts as changed.
 BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known);
 
-/// Only the owner calls `acceptsHost`, `start` and `stop`; all other functions may be called on any thread.
+/// Only the owner calls `acceptsHost`, `start` and `stop`, on one thread. All other functions: any thread. A
+/// pass is one check of the session.
 class SessionMonitor {
 public:
-    /// Called on the monitor thread, without a lock.
+    /// Called on the monitor thread, without a lock; `acceptsHost` may also call `hostChanged` on its
+    /// caller's thread.
     struct Callbacks {
-        std::function<void(std::int32_t number)> message; // a new status number, or 3
+        std::function<void(std::int32_t number)> message; // a new status number, or `kMsgBusListChanged`
         std::function<void()> hostChanged;                // `hostState` has changed
-        std::function<void()> eachPass;                   // also with a refused host
+        std::function<void()> eachPass;                   // in each pass, also if the host is refused
     };
 
-    /// `systemPaths` must outlive the monitor.
+    /// `systemPaths` must outlive the monitor. `monitorPeriod` is the pause between two passes.
     SessionMonitor(const SystemPaths& systemPaths, std::chrono::nanoseconds monitorPeriod, Callbacks ofOwner);
     SessionMonitor(const SessionMonitor&) = delete;
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
-    /// Checks the host's word size. Returns false if the host is refused, permanently. Accepts a host that is
-    /// not running, and one that has not published its word size yet; each pass checks that one again.
+    /// Checks the host's word size; call it before `start`. Returns false if the host is refused, which is
+    /// permanent and prints a line. Returns true if there is no host or its word size is not published yet;
+    /// in the latter case each pass checks again.
     bool acceptsHost();
-    /// Starts the thread. Returns 0, or the system's error number if it refuses one.
+    /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();
-    /// Stops and joins the thread, if there is one; blocks until its current operation ends.
+    /// Ends the monitor thread, if it was started; blocks until the current pass is done.
     void stop();
 
     HostState hostState() const;
-    /// Replaces `names` by the buses' display names: "Main Bus" first, the others sorted by byte.
+    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman: first "Main Bus", even if
+    /// the session has no bus of this name, then the others in byte order.
     void getBusNames(std::vector<std::string>& names) const;
-    /// Writes the session's default bus; ignores an unknown name.
+    /// Makes the bus with this name, in Mac OS Roman, the session's default bus, also if the host is refused.
+    /// Does nothing if no such bus or no session is known.
     void setDefaultBus(const std::string& name) const;
-    /// Calls `write` with the agent's record in the session, unless there is none or the host is refused.
+    /// Calls `write` with the agent's record in the session. Does not call `write` if there is no such record
+    /// or the host is refused.
     void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
 
 private:
@@ -96,7 +101,7 @@ private:
     const SystemPaths& paths;
     const std::chrono::nanoseconds period;
     const Callbacks callbacks;
-    // Not 0 if the host is refused: then only the settings file is written. Never reset.
+    // Not 0 if the host is refused. Never reset.
     std::atomic<std::uint32_t> hostArchMismatch = 0;
 
     mutable Mutex busMutex;
@@ -106,7 +111,7 @@ private:
     // Used by the monitor thread only, once it runs.
     bool versionIsPending = false; // the host has not published its word size yet
     std::int32_t lastHostMessage = 0;
-    int unstablePasses = 0;          // in a row, in which the buses changed between two scans
+    int unstablePasses = 0;          // successive passes whose two scans of the buses differed
     LIPC::KeyFileWatch keyFileWatch; // of the session
 
     Mutex stopMutex;

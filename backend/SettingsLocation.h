@@ -7,15 +7,16 @@
 
 namespace Kest::Settings {
 
-/// Returns the target of a settings file that is a symbolic link, whether the target exists or not. Returns
-/// the path itself if the target has no extension, which the store requires: the first save replaces that
-/// link by a file.
+/// Returns the path of the file to save: `path`, or its target if `path` is a symbolic link. The target need
+/// not exist. Returns `path` too if the target has no file extension, which the store requires, or if there
+/// are too many links; the first save then replaces the link by a file.
 std::string settingsFileBehindLinks(const std::string& path);
 
-/// Returns the options that make the store use this file.
+/// Returns options with which the store uses the file at `path`, an absolute path.
 juce::PropertiesFile::Options storeOptions(const std::string& path);
 
-/// Deletes the temporary files that a process left which was killed while saving.
+/// Deletes the temporary files of the store beside the file at `path`. They remain after a process was killed
+/// while it saved settings.
 void removeStaleTempFiles(const std::string& path);
 
 } // namespace Kest::Settings

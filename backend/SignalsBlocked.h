@@ -8,7 +8,8 @@
 
 namespace Kest {
 
-/// Threads that are started during its life get no signals: the main thread handles them.
+/// Blocks all signals in the current thread while this object exists. A thread that the current thread starts
+/// meanwhile keeps them blocked, so that only the main thread handles signals.
 class SignalsBlocked {
 public:
     SignalsBlocked()
@@ -25,7 +26,8 @@ private:
     sigset_t before{};
 };
 
-/// Starts a thread that gets no signals. Returns 0, or the system's error number if it refuses a thread.
+/// Starts a thread that handles no signals. Returns 0, or the system's error number if the system refuses a
+/// thread.
 template <typename Body>
 int startThread(std::thread& thread, Body&& body)
 {

@@ -8,9 +8,9 @@
 
 namespace Kest::Settings {
 
-/// The defaults are the real paths. Tests use their own folders.
+/// The defaults are the paths of an installed agent. Tests replace them.
 struct SystemPaths {
-    std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" is the user's home
+    std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" means the home folder
     std::string encodingProgressFifo = kEncodingProgressFifo;
     std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt";
     std::string facilitiesFolder =
@@ -19,7 +19,7 @@ struct SystemPaths {
         "/Library/Application Support/Kestronics/K3DHost/K3DHost.RestartService.command";
     std::string uninstaller = "/Applications/Kestronics/Kest-3D Uninstall.app";
     std::string launchAgent = "/Library/LaunchAgents/com.kestronics.kest-settings.plist";
-    // Names of shared-memory segments, from which the paths of their key files are derived.
+    // The names of the host's segments. The paths of the key files derive from them.
     std::string versionSegment = LIPC::kVersionSegment;
     std::string sessionSegment = LIPC::kSessionSegment;
 
@@ -29,7 +29,7 @@ struct SystemPaths {
     std::string settingsFile() const;
 };
 
-/// The base name of the settings file.
+/// The name of the settings file without its extension.
 constexpr char kSettingsName[] = "Kest-Settings";
 
 } // namespace Kest::Settings

@@ -1,9 +1,9 @@
-// Interrupts a thread that waits in poll, through a private descriptor.
+// Wakes a thread that waits in `poll`.
 #pragma once
 
 namespace Kest::Settings {
 
-/// A raised wake-up stays raised until `clear`, so that none is lost between two waits.
+/// A wake-up stays raised until `clear`, so it is not lost if the thread does not wait at that time.
 class WakeUp {
 public:
     WakeUp();
@@ -11,13 +11,13 @@ public:
     WakeUp(const WakeUp&) = delete;
     WakeUp& operator=(const WakeUp&) = delete;
 
-    /// Raises the wake-up. Any thread. Never blocks.
+    /// Raises the wake-up: `descriptor` becomes readable. Any thread; never blocks.
     void raise() const;
-    /// Clears the wake-up. Only the waiting thread calls it.
+    /// Clears the wake-up. Only the waiting thread may call this function; never blocks.
     void clear() const;
 
-    /// Returns the descriptor to poll, readable while raised; -1 if the system had no descriptors left: use a
-    /// timeout then.
+    /// Returns the descriptor to poll, which is readable while the wake-up is raised. Returns -1 if the
+    /// system has refused a descriptor; then `raise` has no effect, and the thread must poll with a timeout.
     int descriptor() const { return ends[0]; }
 
 private:

@@ -1,4 +1,4 @@
-// The content of XML without its formatting.
+// The content of an XML document without its formatting, for comparisons.
 #pragma once
 
 #include <cstddef>
@@ -8,13 +8,13 @@
 
 namespace Kest::Settings {
 
-/// Contains the names and values of a document in their order; compare with `==`.
+/// Contains the names, attributes and texts of a document in their order. Compare two outlines with `==`.
 class XmlOutline {
 public:
     void beginElement(std::string_view tag);
     void addAttribute(std::string_view name, std::string_view value);
-    /// Adds a piece of text; adjacent pieces are one text. Ignores blanks, tabs and line ends, in which XML
-    /// parsers differ.
+    /// Adds text; several calls in succession add one text. Ignores blanks, tabs and line ends, also in
+    /// attribute values, because XML parsers treat them differently.
     void addText(std::string_view text);
     void endElement();
 
@@ -25,13 +25,13 @@ private:
 };
 
 struct XmlDocumentText {
-    std::string root;           // its tag
+    std::string root;           // the tag of the root element
     std::size_t rootTagEnd = 0; // index of the byte after the root's start tag
     XmlOutline outline;
 };
 
-/// Parses standard XML. Returns nullopt if it is not well-formed, has a document type or a processing
-/// instruction, or is nested deeper than 16. Treats an unknown encoding as UTF-8. Any thread.
+/// Parses XML. Returns nullopt if `text` is not well-formed, contains a document type or a processing
+/// instruction, or is nested deeper than 16 levels. An unknown encoding is treated as UTF-8. Any thread.
 std::optional<XmlDocumentText> readXml(std::string_view text);
 
 } // namespace Kest::Settings

@@ -10,8 +10,8 @@
 
 namespace LIPC {
 
-/// Returns the number that the host writes for a client type of four letters; the first letter is the most
-/// significant byte.
+/// Returns the number that represents a client type of four letters in `ClientEntry::type`. The first letter
+/// is the most significant byte.
 constexpr std::int32_t clientType(const char (&letters)[5])
 {
     std::uint32_t code = 0;
@@ -23,29 +23,31 @@ constexpr std::int32_t clientType(const char (&letters)[5])
 constexpr std::int32_t kMixEngineType = clientType("KMIX");
 constexpr std::int32_t kBusType = clientType("KBUS");
 
-/// A record in the segment, written by the host, or a copy in the agent's memory. Parameter numbers are those
-/// of `Kest::Settings::cParameterDefaults`.
+/// The record of a client, in the session segment or as a copy in this process. Other processes write the
+/// record in the segment at any time, without a lock.
 struct ClientEntry {
     static constexpr int kParameters = 128;
     static constexpr int kStrings = 10;
 
     ClientEntry() = default;
-    /// Copies a record that its owner may be changing: numbers are whole, texts end within their field, and
-    /// values from before and after a change may be mixed.
+    /// Copies a record that another process may be changing. The copy may contain old and new values
+    /// together. A copied number is either the old or the new one; a copied id, label or text may be a
+    /// mixture of both.
     ClientEntry(const ClientEntry& shared);
     ClientEntry& operator=(const ClientEntry&) = delete;
 
-    /// Returns the label up to its terminator, or all 64 characters. Valid for the life of this object.
+    /// Returns the label up to its terminator, or all 64 characters if it has none. Encoded in Mac OS Roman.
+    /// Points into `label`.
     std::string_view labelText() const;
 
     ClientID id;
     char padding[3] = {};
-    std::int32_t type = 0;
+    std::int32_t type = 0; // see `clientType`; 0 in a free slot
     char label[64] = {};
-    std::uint32_t aux32 = 0;
+    std::uint32_t aux32 = 0; // the `aux` fields belong to the host
     std::uint16_t auxA16 = 0;
     std::uint16_t auxB16 = 0;
-    float params[kParameters] = {};
+    float params[kParameters] = {}; // the index is the parameter's number
     std::array<SHMString, kStrings> strings;
 };
 

@@ -6,24 +6,24 @@
 
 namespace LIPC {
 
-/// Contains 64 characters padded with NULs, and one more byte that is always 0: a name of 64 characters is
-/// terminated too.
+/// Contains a name of at most 64 characters, padded with NULs to 65 bytes, so that a name of 64 characters is
+/// terminated too. In shared memory another process may write any 65 bytes.
 class ClientID {
 public:
     static constexpr std::size_t kCharacters = 64;
 
     ClientID() : ClientID("") {}
-    /// Copies at most 64 characters of a NUL-terminated text.
+    /// Copies the first 64 characters, or fewer, of a NUL-terminated text.
     explicit ClientID(const char* name);
     ClientID(const ClientID& other) : ClientID(other.characters) {}
     ClientID& operator=(const ClientID& other);
 
-    /// Returns the name up to its first NUL, at most 64 characters: reading never leaves the record, whatever
-    /// another process wrote into it. Valid for the life of this object.
+    /// Returns the name up to its first NUL, at most 64 characters, whatever bytes the record contains.
+    /// Points into this object.
     std::string_view text() const;
 
-    /// Returns whether `text()` is this name of at most 64 characters. Optimised for names that differ in
-    /// their first character.
+    /// Returns whether `text()` equals `name`, which must have at most 64 characters. Inline for speed,
+    /// because each search compares up to 1024 ids.
     bool is(std::string_view name) const
     {
         std::size_t i = 0;

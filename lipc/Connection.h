@@ -1,4 +1,5 @@
-// The library's null connection value.
+// The value for "no connection". The library provides this value, but the agent makes no connections and does
+// not read it.
 #pragma once
 
 #include "lipc/ClientID.h"
@@ -8,6 +9,7 @@
 
 namespace LIPC {
 
+/// The agent does not know the meaning of the fields. A default object differs from `mscNull` in `map`.
 struct Connection {
     ClientID ids[3];
     std::uint8_t flag = 0;
@@ -15,7 +17,7 @@ struct Connection {
     std::uint32_t word = 0;
     std::uint8_t endFlag = 0;
 
-    /// The value for "no connection": empty ids, zeros, and a map of 0xFF. The agent makes no connections.
+    /// Empty ids, zeros, and a map whose bytes are all 0xFF.
     static const Connection mscNull;
 };
 

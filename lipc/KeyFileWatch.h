@@ -5,16 +5,18 @@
 
 namespace LIPC {
 
-/// A segment without its key file cannot be found: the file that replaces it has another key. Not
-/// synchronised.
+/// A client finds a segment by the key of its key file. If the key file is removed, the file that replaces it
+/// has another key, so no client finds the segment any more. Not synchronised.
 class KeyFileWatch {
 public:
-    /// Checks one of a sequence of attachments to the same name. Returns true once for each removal: the key
-    /// has changed and has no segment, and the segment of the last successful attachment still exists.
+    /// Checks `attachment`, the newest of a sequence of attachments to the same segment name. Returns true
+    /// once for each removal of the key file: `attachment` has another key and found no segment, while the
+    /// segment of the last successful attachment still exists. Returns false otherwise.
     bool isKeyFileLost(const ShmManaged& attachment);
 
 private:
-    key_t key = -1; // of the last successful attachment
+    // Of the last successful attachment; `id` is -1 if there is none, or after the removal was reported.
+    key_t key = -1;
     int id = -1;
 };
 

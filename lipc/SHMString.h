@@ -1,4 +1,4 @@
-// A short text in shared memory that a reader never sees half written.
+// A short text in shared memory that one process can read while another process replaces it.
 #pragma once
 
 #include "lipc/SharedNumber.h"
@@ -12,44 +12,49 @@
 
 namespace LIPC {
 
-/// Contains `Slots` texts of at most `Length` - 1 characters and the index of the valid one. A writer fills a
-/// slot that is not valid, then changes the index.
+/// Contains two slots, each with a text of at most `Length` bytes, and the index of the slot with the valid
+/// text. `put` writes the other slot and then changes the index. A reader always gets a complete text, unless
+/// the writer calls `put` twice, or puts a text of exactly `Length` bytes, while the reader copies the text.
 template <typename Character, std::size_t Length, std::size_t Slots>
 class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
 
 public:
     SHMArray() : slots{} {}
-    /// Copies the valid text of an object that its owner may be changing, as if it were the first text put
-    /// into an empty object. The rest of the slots is not initialised: copying it would dominate the cost.
+    /// Copies the valid text of an object that another process may be changing. The copy has this text in its
+    /// second slot and an empty text in its first slot. The other bytes of the slots are not initialised,
+    /// because records are copied often.
     SHMArray(const SHMArray& shared);
     SHMArray& operator=(const SHMArray&) = delete;
 
-    /// Publishes a NUL-terminated text. `length` is the caller's count of its characters: from `Length` + 1
-    /// on the text is cut to `Length` - 1 bytes, as is one whose bytes do not fit. A UTF-8 character that
-    /// does not fit whole is omitted. A text of exactly `Length` bytes fills its slot, and its terminator is
-    /// the byte after the slot.
+    /// Makes `text`, which is NUL-terminated, the valid text. `length` is the number of characters that the
+    /// caller has counted. A text of at most `Length` bytes is stored whole. A longer text is cut to at most
+    /// `Length` - 1 bytes, without splitting a UTF-8 character; so is a text of `Length` bytes if `length`
+    /// exceeds `Length`.
+    /// A text of exactly `Length` bytes leaves no room for its terminator: in the first slot, `put` writes
+    /// the terminator over the first byte of the second slot; in the second slot, the text has no terminator.
     void put(const Character* text, int length);
 
-    /// Returns the valid text up to its terminator, or to the end of its slot; empty when the index is
-    /// neither 0 nor 1. Points into the slot.
+    /// Returns the valid text up to its terminator, at most `Length` bytes; an empty text if another process
+    /// has written an invalid index. Points into this object.
     std::string_view text() const;
 
 private:
-    // The run-time type in the process that created the object; meaningless in any other process.
+    // A pointer of the process that created the object, without a meaning in other processes. Never used or
+    // changed.
     std::uint64_t typeWord = 0;
-    Character slots[Slots * Length]; // NOLINT(modernize-use-default-member-init): not set in a snapshot
-    std::int32_t current = 0;
+    Character slots[Slots * Length]; // NOLINT(modernize-use-default-member-init): not set in a copy
+    std::int32_t current = 0;        // index of the slot with the valid text
     std::int32_t padding = 0;
 };
 
 template <typename Character, std::size_t Length, std::size_t Slots>
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init,hicpp-member-init): the slots, on purpose
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init,hicpp-member-init): the slots are not initialised
 SHMArray<Character, Length, Slots>::SHMArray(const SHMArray& shared) : current(1)
 {
     const auto text = shared.text();
     slots[0] = 0;
-    text.copy(slots + Length, text.size()); // none for an empty text
+    text.copy(slots + Length, text.size());
     if (text.size() < Length)
         slots[Length + text.size()] = 0;
 }
@@ -57,7 +62,7 @@ SHMArray<Character, Length, Slots>::SHMArray(const SHMArray& shared) : current(1
 template <typename Character, std::size_t Length, std::size_t Slots>
 void SHMArray<Character, Length, Slots>::put(const Character* text, int length)
 {
-    // Unsigned, so that no index from another process is outside the slots.
+    // Unsigned, so that `next` is a valid index, whatever number another process has written.
     const auto next = (static_cast<std::uint32_t>(loadShared(current)) + 1) % Slots;
     Character* slot = slots + next * Length;
 
@@ -65,7 +70,7 @@ void SHMArray<Character, Length, Slots>::put(const Character* text, int length)
     if ((length > static_cast<int>(Length) || bytes > Length) && bytes >= Length)
         bytes = Kest::Text::wholeCharacters({text, bytes}, Length - 1);
     std::memcpy(slot, text, bytes);
-    // The byte after the last slot belongs to the index, which is stored next.
+    // The byte after the second slot belongs to `current`, which is written next.
     if (next * Length + bytes < sizeof slots)
         slot[bytes] = 0;
 

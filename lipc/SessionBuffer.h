@@ -1,4 +1,4 @@
-// The host's registry of clients, the contents of the segment "LIPC_SESSION".
+// The host's registry of clients: the contents of the segment "LIPC_SESSION".
 #pragma once
 
 #include "lipc/ClientEntry.h"
@@ -7,24 +7,25 @@
 
 namespace LIPC {
 
-/// Read in shared memory, never copied whole. The host and other clients write it at any time, without a
-/// lock.
+/// Used in shared memory, never copied whole. The host and its clients write it at any time, without a lock.
 struct SessionBuffer {
     static constexpr int kSlots = 1024;
-    /// The size up to the end of `defaultBus`; smaller segments are rejected.
+    /// The number of bytes up to the end of `defaultBus`. The agent does not use a smaller segment.
     static constexpr std::size_t kSegmentBytes = 3458217;
 
-    /// Returns the record in the lowest slot whose id equals `name` in its first 64 characters; null if there
-    /// is none. The result points into the segment: the host reads what is written through it.
+    /// Returns the first record whose id equals `name`, comparing at most 64 characters; null if there is
+    /// none. Does not check the record's type. The result points into the segment: the host reads what the
+    /// caller writes there.
     ClientEntry* getClientEntry(const char* name);
 
-    /// Replaces `out` by copies of all records of a type, in slot order, and returns their number.
+    /// Replaces the content of `out` by copies of all records of a type, in slot order. Returns their number,
+    /// 0 to 1024.
     int getClientEntries(int type, std::deque<ClientEntry>& out) const;
 
-    unsigned char header[1120] = {}; // the host's own
+    unsigned char header[1120] = {}; // used by the host only
     ClientEntry clients[kSlots];
-    unsigned char reserved[8] = {}; // the host's own
-    ClientID defaultBus;            // the id of the bus client that is the default bus
+    unsigned char reserved[8] = {}; // used by the host only
+    ClientID defaultBus;            // the id of the default bus; empty if there is none
 };
 
 static_assert(offsetof(SessionBuffer, clients) == 1120);

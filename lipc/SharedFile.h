@@ -3,12 +3,13 @@
 
 namespace LIPC {
 
-/// The mode of files and segments that every user may read and write.
+/// The mode of files, pipes and segments that every user may read and write.
 constexpr int kModeWorldWritable = 0666;
 
-/// Opens a regular file for writing without changing its content, and creates it with `mode` if it is absent.
-/// Returns the descriptor, or -1 with `errno` set; EINVAL for a file that is not regular, EMLINK for one with
-/// more than one hard link. Does not follow a link. Any thread.
+/// Opens a regular file for writing, without changing its content. Creates the file if it is missing, with
+/// `mode` less the umask. Returns the descriptor, which the caller closes; -1 with `errno` set on failure:
+/// ELOOP for a symbolic link, EINVAL for a file that is not regular, EMLINK for a file with several hard
+/// links. Any thread.
 int openSharedFile(const char* path, unsigned mode);
 
 } // namespace LIPC

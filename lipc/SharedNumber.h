@@ -3,7 +3,8 @@
 
 namespace LIPC {
 
-/// Reads a number in one access. A naturally aligned 32-bit value is never torn.
+/// Reads a number atomically, with acquire ordering. `shared` must be naturally aligned and have at most the
+/// size of a machine word.
 template <typename Number>
 Number loadShared(const Number& shared)
 {
@@ -12,7 +13,8 @@ Number loadShared(const Number& shared)
     return value;
 }
 
-/// Writes a number in one access, after everything that was written before it.
+/// Writes a number atomically, with release ordering: a process that reads the number with `loadShared` sees
+/// all that this thread wrote before. The same requirements as for `loadShared`.
 template <typename Number>
 void storeShared(Number& shared, Number value)
 {

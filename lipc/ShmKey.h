@@ -1,4 +1,4 @@
-// The System V key of a named segment.
+// The System V key of a named segment, which the system derives from the device and inode of a key file.
 #pragma once
 
 #include <string>
@@ -6,16 +6,16 @@
 
 namespace LIPC {
 
-/// Returns the path of the key file of the segment `name`: an empty file whose identity gives the key.
+/// Returns the path of the key file of the segment `name`. A key file is normally empty.
 std::string keyFilePath(const char* name);
 
-/// Returns the key of the segment `name`, or -1 with one log line. Creates the key file if it is missing,
-/// empties it if it is not empty, and sets its times to now if they are more than an hour old; a file that
-/// this user may not write is not changed. Does not follow a link. Any thread.
+/// Returns the key of the segment `name`; -1, with a line in the log, on failure. A symbolic link at the path
+/// is a failure. Creates the key file if it is missing, empties it, and sets its times to now if they are
+/// more than an hour old. A key file that this user may not write stays unchanged. Any thread.
 key_t shmKey(const char* name);
 
-/// Returns the same key without changing or creating the key file, and logs nothing; -1 if the file is
-/// missing or is a link.
+/// Returns the key of the segment `name` without creating or changing the key file. Returns -1, without a
+/// line in the log, if the key file is missing, is a symbolic link or cannot be examined. Any thread.
 key_t existingShmKey(const char* name);
 
 } // namespace LIPC

@@ -8,7 +8,7 @@
 
 namespace LIPC {
 
-/// The base of every attachment. Derives the key from the segment's name when it is constructed.
+/// The base class of all attachments. Its constructors derive the key; subclasses attach and detach.
 class ShmManaged {
 public:
     explicit ShmManaged(const char* name);
@@ -16,26 +16,28 @@ public:
     ShmManaged(const ShmManaged&) = delete;
     ShmManaged& operator=(const ShmManaged&) = delete;
 
-    key_t key;               // -1 when the key could not be derived
-    int id = -1;             // the segment's identifier; negative when there is none
-    void* address = nullptr; // of the attachment; null when the segment is absent or too small
+    key_t key;               // -1 if the key could not be derived
+    int id = -1;             // the segment's identifier; negative if the segment was not found
+    void* address = nullptr; // of the segment's contents; null if not attached
 
 protected:
     enum class Access { readWrite, readOnly };
 
-    /// Uses a key that was derived before.
+    /// Uses a key that the caller has derived.
     explicit ShmManaged(key_t derived) : key(derived) {}
-    /// Attaches an existing segment of at least `bytes` bytes.
+    /// Attaches the existing segment with `key` and sets `id` and `address`. Leaves `address` null if there
+    /// is no such segment, if the segment has fewer than `bytes` bytes, or if the system refuses the
+    /// attachment; prints a line on standard error only in the last case.
     void attach(std::size_t bytes, Access access);
     void detach();
-    /// Maps all attached pages for reading, if the system supports it. Otherwise each page is mapped on first
-    /// use, which takes almost twice as long.
+    /// Maps all attached pages at once, which takes about half the time of mapping each page on its first
+    /// use. Does nothing if the system does not support it.
     void mapPages(std::size_t bytes) const;
 };
 
-/// Attaches to an existing segment for the life of this object, which is that of one operation. Never
-/// creates, resizes or removes a segment, and never throws. `Layout` describes the segment's contents, and
-/// `Layout::kSegmentBytes` is the minimum size. Any thread.
+/// Attaches to an existing segment for reading and writing while this object exists. Each operation makes its
+/// own attachment. Never creates, resizes or removes a segment, but may create the key file, see `shmKey`.
+/// `Layout` describes the contents; `Layout::kSegmentBytes` is the minimum size. Any thread.
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:
@@ -45,13 +47,15 @@ public:
     }
     ~ShmManagedOpen() override { detach(); }
 
-    /// Returns the segment's contents, null when it is absent. Valid for the life of this object.
+    /// Returns the segment's contents; null if the segment is missing, too small or cannot be attached. Valid
+    /// while this object exists.
     Layout* contents() const { return static_cast<Layout*>(address); }
-    /// Maps all pages, for an operation that reads the whole segment.
+    /// Maps all pages at once. Call it before an operation that reads the whole segment.
     void populate() const { mapPages(Layout::kSegmentBytes); }
 };
 
-/// Attaches read-only: writing through it faults, and the key file is neither changed nor created.
+/// Attaches to an existing segment for reading only: a write through it is a segmentation fault. Neither
+/// creates nor changes the key file. Otherwise like `ShmManagedOpen`. Any thread.
 template <typename Layout>
 class ShmManagedReadOnly : public ShmManaged {
 public:
@@ -61,7 +65,8 @@ public:
     }
     ~ShmManagedReadOnly() override { detach(); }
 
-    /// Returns the segment's contents, null when it is absent. Valid for the life of this object.
+    /// Returns the segment's contents; null if the segment is missing, too small or cannot be attached. Valid
+    /// while this object exists.
     const Layout* contents() const { return static_cast<const Layout*>(address); }
 };
 

@@ -1,4 +1,4 @@
-// The host's word size, the contents of the segment "LIPC_VERSION".
+// The host's word size: the contents of the segment "LIPC_VERSION".
 #pragma once
 
 #include <cstddef>
@@ -9,10 +9,10 @@ namespace LIPC {
 struct VersionBuffer {
     static constexpr std::size_t kSegmentBytes = 8;
     static constexpr std::int32_t kNotPublished = 0;      // the host has not written its word size yet
-    static constexpr std::int32_t kAcceptedWordSize = 64; // the agent refuses other hosts
+    static constexpr std::int32_t kAcceptedWordSize = 64; // another size is refused
 
-    std::int32_t hostData; // the host's own
-    std::int32_t wordSize; // bits of the running host
+    std::int32_t hostData; // used by the host only
+    std::int32_t wordSize; // of the running host, in bits
 };
 
 static_assert(sizeof(VersionBuffer) == VersionBuffer::kSegmentBytes);

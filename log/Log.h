@@ -1,4 +1,4 @@
-// The system's one diagnostic logger.
+// The logger of the agent and its libraries.
 #pragma once
 
 #include <string>
@@ -11,18 +11,21 @@ enum eLogLevel {
     eLogWarning, // printed as "<WARN>"
 };
 
-/// Writes one line, "2026-03-01 14:05:09.004211 <ERRO> tag message", to the standard error stream, the
-/// standard output stream and the system log. `tag` names the reporting operation; `format` and what follows
-/// are as for `printf`. A message or line that does not fit 511 bytes is cut; its line feed stays. Repeated
-/// lines are written once a minute, with the number of those omitted. Any thread; never blocks. Failures of
-/// the streams or the system log are ignored.
+/// Writes the line "2026-03-01 14:05:09.004211 <ERRO> tag message" to standard error, to standard output and
+/// to the system log. `tag` names the operation that reports; `format` and the other arguments are those of
+/// `printf`. Cuts the message, and then the line, to 511 bytes; the line keeps its line feed.
+/// Omits a message if `format` has produced the same message, or 20 other messages, within the last minute.
+/// The next line of this `format` contains the number of omitted lines.
+/// Any thread. If an output is not read, blocks for at most half a second (longer only if the system refuses
+/// the thread that writes the output), then drops lines for that output. Ignores failures of the outputs.
 [[gnu::format(printf, 3, 4)]] void Log(eLogLevel level, const char* tag, const char* format, ...);
 
-/// Writes the result of a user's action: the same line, however often it repeats.
+/// Writes a line as `Log` does, but never omits a repeated message. Use it for the result of a user's action.
 [[gnu::format(printf, 3, 4)]] void LogAnswer(eLogLevel level, const char* tag, const char* format, ...);
 
-/// Collects the messages that this thread passes to LogAnswer during its life; they are logged too. If two
-/// exist, the later one collects.
+/// Collects the messages that the thread passes to `LogAnswer` while this object exists. The messages are
+/// logged too. If a thread has several such objects, only the newest one collects; destroy the newest one
+/// first.
 class CollectedAnswers {
 public:
     CollectedAnswers();
@@ -30,7 +33,7 @@ public:
     CollectedAnswers(const CollectedAnswers&) = delete;
     CollectedAnswers& operator=(const CollectedAnswers&) = delete;
 
-    /// Without time and tag, at most 511 bytes each.
+    /// Returns the messages in the order of the calls, without time, level and tag; at most 511 bytes each.
     const std::vector<std::string>& messages() const { return collected; }
 
 private:

@@ -1,4 +1,4 @@
-// Standard output and standard error of the agent and its libraries.
+// Prints to standard output and standard error, for the agent and its libraries.
 #pragma once
 
 #include <functional>
@@ -6,21 +6,26 @@
 
 namespace Lct {
 
-/// Prints to standard output or standard error. Cuts a text after 4095 bytes. Ignores failures. Any thread;
-/// blocks for at most half a second when nothing reads the stream, then drops text.
+/// `print` prints to standard output, `printError` to standard error. The arguments are those of `printf`.
+/// Both cut the text to 4095 bytes and ignore failures. Any thread. If the stream is not read, they block for
+/// at most half a second (longer only if the system refuses the thread that writes the stream), then drop
+/// texts.
 [[gnu::format(printf, 1, 2)]] void print(const char* format, ...);
 [[gnu::format(printf, 1, 2)]] void printError(const char* format, ...);
 
-/// Prints `what`, ": " and the system's text for `errno` to standard error, as perror does.
+/// Prints `what`, ": " and the description of `errno` to standard error, as perror does. Any thread; blocks
+/// as `printError` does.
 void printSystemError(const char* what);
 
-/// Passes printed text to `sink` instead of standard output, and instead of standard error if that is a
-/// terminal. An empty `sink` restores both; the previous one is not called after the return. `sink` gets at
-/// most 4096 bytes at a time, one call at a time, on the threads of the outputs; it must not block. Main
-/// thread; blocks for at most 100 ms until earlier text is written.
+/// Passes the text for standard output to `sink`. Text for standard error is passed to `sink` too if standard
+/// error is a terminal. An empty `sink` ends the redirection. `sink` is called with at most 4096 bytes, on
+/// the threads that write the outputs, by one thread at a time; it must not block.
+/// Main thread. First waits until earlier text is written, for at most 100 ms. The previous sink is not
+/// called after this function returns.
 void redirectOutput(std::function<void(std::string_view text)> sink);
 
-/// Waits until all printed text is written, at most `milliseconds`. Returns false on timeout.
+/// Waits until all printed and logged text is written, for at most `milliseconds`. Returns false on timeout.
+/// Any thread.
 bool flushOutput(int milliseconds);
 
 } // namespace Lct

@@ -10,12 +10,15 @@
 
 namespace Lct {
 
-/// Buffers up to 64 KB of text for an output that may be slow or stuck. When the buffer is full, callers
-/// wait, together at most half a second until the buffer is empty again. Then text that does not fit is
-/// dropped, and a later line reports how much. Never destroyed: the thread is not joined. Any thread.
+/// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
+/// thread. While the buffer has no room, `add` waits. All waits together last at most half a second until the
+/// buffer is empty again. After that time `add` drops texts until the buffer is empty; then a line with the
+/// number of dropped texts is written. An object must never be destroyed, because its thread is not joined.
+/// Any thread.
 class OutputQueue {
 public:
-    /// Writes `text`: at most 4096 bytes, which end with a whole line if they contain one. May block.
+    /// Writes `text`, which has at most 4096 bytes. If `text` contains a line feed, it ends with one. May
+    /// block.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
@@ -23,11 +26,11 @@ public:
     OutputQueue(const OutputQueue&) = delete;
     OutputQueue& operator=(const OutputQueue&) = delete;
 
-    /// Adds or drops the whole text. Starts the thread at the first call; if the system refuses one, the
-    /// caller writes.
+    /// Adds the whole text or drops the whole text. The first call starts the thread. If the system refuses a
+    /// thread, writes `text` on the calling thread, and the next call tries to start the thread again.
     void add(std::string_view text);
 
-    /// Waits until all added text is written, at most `milliseconds`. Returns false on timeout.
+    /// Waits until all added text is written, for at most `milliseconds`. Returns false on timeout.
     bool flush(int milliseconds);
 
 private:
@@ -46,21 +49,22 @@ private:
     std::mutex mutex;
     std::condition_variable added;
     std::condition_variable written;
-    std::array<char, 65536> buffer; // the waiting text is from `begin` to `end`
+    std::array<char, 65536> buffer; // contains the waiting text from `begin` to `end`
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t droppedTexts = 0;
-    std::chrono::steady_clock::duration remainingWait = kMaxWait; // callers' remaining time until it is empty
+    std::chrono::steady_clock::duration remainingWait = kMaxWait; // reset when the buffer is empty
     bool isWriting = false;
     bool hasThread = false;
 };
 
-// The queues behind the printing functions and the logger.
+// The queues that the printing functions and the logger use.
 OutputQueue& standardOutput();
 OutputQueue& standardError();
-OutputQueue& systemLog(); // each text is whole lines
+OutputQueue& systemLog(); // each added text consists of whole lines
 
-/// Writes all of `text` to a descriptor, and waits while it is full. Stops when the descriptor fails.
+/// Writes `text` to a descriptor, blocking or not; blocks until all of `text` is written. Drops the rest of
+/// `text` if the descriptor fails.
 void writeAll(int descriptor, std::string_view text);
 
 } // namespace Lct

@@ -1,4 +1,4 @@
-// Limits repeated log lines.
+// Limits the number of similar log lines.
 #pragma once
 
 #include <array>
@@ -9,26 +9,27 @@
 
 namespace Lct {
 
-/// Decides which lines are written: one a minute of equal lines, 20 a minute of lines with the same format.
-/// Not synchronised.
+/// Decides which log lines are written: per minute, at most one of equal lines and at most 20 of one format.
+/// Remembers 16 formats; another format replaces the one that was added first. Not synchronised.
 class RepeatLimiter {
 public:
     static constexpr std::int64_t kPeriod = 60; // seconds
-    static constexpr int kMaxLines = 20;        // of one format in a period
+    static constexpr int kMaxLines = 20;        // for each format in `kPeriod`
 
-    /// Returns how many lines of this format were omitted since the last written one; nullopt if this one is
-    /// omitted too. `format` is compared by its address; `now` is in seconds and never decreases.
+    /// Returns nullopt if the line `message` must be omitted. Otherwise returns how many lines of `format`
+    /// were omitted since the last written line of `format`. Formats are compared by address. `now` is a time
+    /// in seconds that never decreases.
     std::optional<unsigned> admit(const char* format, std::string_view message, std::int64_t now);
 
 private:
     struct Message {
         std::size_t hash = 0;
-        std::int64_t writtenAt = 0;
+        std::int64_t writtenAt = 0; // `now` plus 1; 0 if there is no message
     };
     struct Format {
         const char* format = nullptr;
-        std::array<Message, kMaxLines> messages{}; // the last written ones
-        std::size_t next = 0;
+        std::array<Message, kMaxLines> messages{}; // the last messages written, a ring
+        std::size_t next = 0;                      // index of the oldest message
         unsigned leftOut = 0;
     };
     static bool isDue(const Format& known, std::size_t hash, std::int64_t now);

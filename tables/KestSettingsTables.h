@@ -1,4 +1,5 @@
-// The speaker configurations of the menu, the layout of each, and the defaults of the host parameters.
+// The speaker configurations of the menu, the layout of each, and the defaults of the parameters in the
+// agent's record.
 #pragma once
 
 #include "tables/MixLayouts.h"
@@ -9,17 +10,18 @@
 
 namespace Kest::Settings {
 
-// Speaker configuration id to menu title; ascending ids are the order of the menu.
+// The title of each speaker configuration in the menu, by id. The menu's order is that of the ids.
 extern const std::map<std::int32_t, std::string> sSpkrConf2Name;
 
-// Speaker configuration id to layout, one-to-one.
+// The layout of each speaker configuration, by id. Each layout belongs to one configuration only.
 extern const std::map<std::int32_t, LSS::eMixLayout> sSpkrConf2Layout;
 
-// Parameter number (a slot number of the settings client in the shared session) to default value.
+// The default values of the parameters 32 to 41, by number: the index in `LIPC::ClientEntry::params` of the
+// agent's record. Solo mode, number 4, is not included.
 extern const std::map<std::int32_t, float> cParameterDefaults;
 
-// Returns the lowest speaker configuration whose layout has the id `layout`, -1 if there is none. The id is
-// an integer because it is read from a settings file and may be no layout.
+// Returns the id of the speaker configuration whose layout has the id `layout`; -1 if there is none. `layout`
+// may be any integer, for example one from a settings file.
 std::int32_t speakerConfigurationOfLayout(std::int32_t layout);
 
 } // namespace Kest::Settings

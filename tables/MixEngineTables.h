@@ -1,5 +1,5 @@
-// Parameters, strings and mix profiles of the mixing engine, with names and defaults. The agent reads none of
-// them; they complete the tables that the system's programs share.
+// The parameters, texts and mix profiles of the mixing engine, with their names and defaults. The agent reads
+// none of these tables; other programs of the mixing system share them.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,17 @@
 
 namespace Kest::MixEngine {
 
-// Real-time input parameters: key to name, and under the same keys the defaults. "_dB" names are in decibels.
+// The names and the default values of the real-time input parameters. Both maps have the same keys. The unit
+// of a parameter whose name ends with "_dB" is decibels.
 extern const std::map<std::int32_t, std::string> cRTIn_ParameterNames;
 extern const std::map<std::int32_t, float> cRTIn_ParameterDefaultValues;
 
-// Offline rendering parameters, keys 0 to 75.
+// The default values of the offline rendering parameters, keys 0 to 75. All values are 0, because the
+// engine's defaults are not known.
 extern const std::map<std::int32_t, float> cOfflineParameterDefaultValues;
 
-// Text parameters: key to name, and under the same keys the defaults (empty where there is none).
+// The names and the defaults of the text parameters. Both maps have the same keys. A text without a default
+// is empty.
 extern const std::map<std::int32_t, std::string> cStringNames;
 extern const std::map<std::int32_t, std::string> cStringDefaults;
 
@@ -31,7 +34,7 @@ enum class eMixProfiles : std::int32_t {
 enum class eObjectExportFormats : std::int32_t { MDA };
 
 struct mixprofile {
-    bool cinema; // mixed for a cinema rather than for the near field
+    bool cinema; // for a cinema; false: for near-field monitoring
     std::set<eObjectExportFormats> objectExportFormats;
 };
 

@@ -1,4 +1,4 @@
-// The speaker layouts of the mixing system: their ids and, per id, name, channel counts and preset.
+// The speaker layouts of the mixing system: the id, name, channel counts and preset of each.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace LSS {
 
-// The layout ids that the host stores and exchanges; 23 is not used.
+// The layout ids that the host and the settings file use. 23 is not used.
 enum class eMixLayout : std::int32_t {
     Mono = 0,
     Stereo = 1,
@@ -28,7 +28,7 @@ enum class eMixLayout : std::int32_t {
     Kest_11_1_740 = 17,
     Kest_13_1_751 = 18,
     Atmos_9_1 = 19,
-    Kest_13_1_661 = 20, // has a speaker list only, and is in neither layout map
+    Kest_13_1_661 = 20, // in `cSpeakerLabels`, but in neither map of this header
     Kest_11_1_Cinema = 21,
     Kest_13_1_Cinema = 22,
     KestMax_20_1 = 24,
@@ -39,13 +39,13 @@ enum class eMixLayout : std::int32_t {
 
 struct MixLayout {
     const char* name;         // NUL-terminated, never null
-    std::int32_t channels;    // loudspeakers without the LFEs
+    std::int32_t channels;    // number of loudspeakers, without LFEs
     std::int32_t lfeChannels; // 0 to 2
-    std::int32_t flag;        // 0 or 1; belongs to the host, no meaning in this agent
+    std::int32_t flag;        // 0 or 1; used by the host only
     const char* presetName;   // NUL-terminated; null if the layout has no preset
 };
 
-// Look up with find: missing ids are normal.
+// Use `find` to look up an id: neither map contains all ids.
 extern const std::map<eMixLayout, MixLayout> cMixLayouts;     // ids 0 to 19, 21, 22
 extern const std::map<eMixLayout, MixLayout> cKestMaxLayouts; // ids 24 to 27
 

@@ -1,5 +1,5 @@
-// The table of settings: getters, setters, the write-back at the start, the titles in menu and log, and the
-// names that the tools print use its rows.
+// The table of settings, one row for each. The agent and the tools take keys, defaults, titles and names from
+// this table.
 #pragma once
 
 #include <algorithm>
@@ -10,48 +10,50 @@
 
 namespace Kest::Settings {
 
-/// How a stored value is read; no range is checked. A toggle of either number type is on when its value is
-/// not 0, and choosing it stores 1 - value.
+/// How the text in the settings file is read. The range is not checked. A toggle in the menu is on if its
+/// value is not 0; choosing the toggle stores 1 - value.
 enum class SettingType : std::uint8_t {
-    integer, // as stored
-    boolean, // 0 or 1; another number reads as 1
+    integer, // the stored number
+    boolean, // 0 or 1; any other stored number is read as 1
     text,
 };
 
 struct Setting {
     const char* key;       // in the settings file
-    int number;            // of the parameter in the agent's record, or of the text
-    const char* byDefault; // as the file would contain it
+    int number;            // index in `params` of the agent's record; in `strings` for a text
+    const char* byDefault; // the default value, as the settings file would contain it
     SettingType type;
     const char* name;  // in the output of the tools
     const char* title; // in the menu and in the log
 };
 
-// In the order in which toggles are written back at the start and the simulator prints; texts are last.
-// clang-format off
+// The order in which the agent saves its toggles again when it starts, and in which the simulator prints
+// settings. Texts must be last.
 inline constexpr Setting kSettings[] = {
     {"SoloMode", 4, "0", SettingType::integer, "SoloMode", "Solo Mode"},
     {"HdxAuxTrackDelaySetting", 32, "0", SettingType::integer, "HdxAuxTrackDelay", "HDX Aux Track Delay"},
     {"DAWLinkControlSetting", 33, "0", SettingType::integer, "DAWLinkControl", "DAW Link Control"},
     {"defaultPannerObjects", 37, "0", SettingType::boolean, "defaultPannerObjects", "Default Panner Objects"},
-    {"LatencyCompensationControlSetting", 40, "1", SettingType::integer, "LatencyCompensationControl", "Latency Compensation"},
-    {"PhysMonConfig", 41, "26", SettingType::integer, "PhysMonConfig", "Speaker Configuration"}, // an `LSS::eMixLayout`
+    {"LatencyCompensationControlSetting", 40, "1", SettingType::integer, "LatencyCompensationControl",
+     "Latency Compensation"},
+    {"PhysMonConfig", 41, "26", SettingType::integer, "PhysMonConfig",
+     "Speaker Configuration"}, // an `LSS::eMixLayout`
     {"Facility", 0, "Standard-Surround", SettingType::text, "Facility", "Monitoring Facility"},
 };
 // clang-format on
 
-/// The bus that is always in the menu.
+/// The name of the bus that is always in the menu "Default Bus".
 inline constexpr char kMainBus[] = "Main Bus";
 
-/// The pipe that encoders report to.
+/// The path of the named pipe into which encoders write their reports.
 inline constexpr char kEncodingProgressFifo[] = "/tmp/kest_settings_enc_progress_fifo";
 
-/// The settings that are parameters of the agent's record.
+/// The settings that are numbers, which the agent's record contains as parameters.
 inline constexpr std::span<const Setting> kParameterSettings(std::begin(kSettings),
                                                              std::ranges::find(kSettings, SettingType::text,
                                                                                &Setting::type));
 
-/// Returns the row of a key. A key without a row does not compile.
+/// Returns the row with this key. A key without a row is a compile error.
 consteval const Setting& setting(std::string_view key)
 {
     return *std::ranges::find(kSettings, key, &Setting::key);

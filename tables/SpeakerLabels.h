@@ -11,7 +11,7 @@
 
 namespace LSS {
 
-// The nominal position of a loudspeaker. The exact direction varies between layouts and is in Speaker.
+// The nominal position of a loudspeaker. `Speaker` contains the exact direction, which depends on the layout.
 enum class ePosition : std::int32_t {
     Left = 0,
     Centre = 1,
@@ -60,14 +60,15 @@ enum class ePosition : std::int32_t {
 
 struct Speaker {
     char label[8];             // NUL-terminated, at most 7 characters
-    std::int32_t channelIndex; // index in the layout's channel order, from 0
+    std::int32_t channelIndex; // index of the layout's channel, from 0
     ePosition position;
-    float azimuth;               // degrees, positive to the left
-    float elevation;             // degrees, positive upwards
-    std::int32_t referenceIndex; // index in the reference order of the 5.1-based layouts, -1 for none
+    float azimuth;   // degrees, positive to the left
+    float elevation; // degrees, positive upwards
+    // Index in the order L, R, Ls, Rs, C, LFE, HL, HR, HLs, HRs, T, HC; -1 if the layout does not use it.
+    std::int32_t referenceIndex;
 };
 
-// Array order is not channel order: sort by channelIndex if the order matters.
+// The lists are not sorted by `channelIndex`.
 extern const std::array<Speaker, 1> cSpeakerLabels_Mono_1_0;
 extern const std::array<Speaker, 2> cSpeakerLabels_Stereo_2_0;
 extern const std::array<Speaker, 3> cSpeakerLabels_LCR_3_0;
@@ -94,11 +95,11 @@ extern const std::vector<Speaker> cSpeakerLabels_KestMax_22_1;
 extern const std::vector<Speaker> cSpeakerLabels_KestMax_26_1;
 extern const std::vector<Speaker> cSpeakerLabels_NHK_22_2;
 
-// All lists. The two cinema layouts share the lists of the layouts that they derive from. The views are valid
-// until the process exits. Look up with find.
+// The list of each layout. `Kest_11_1_Cinema` and `Kest_13_1_Cinema` have the lists of `Kest_11_1` and
+// `Kest_13_1_751`. Use `find` to look up an id. The views are valid until the process ends.
 extern const std::map<eMixLayout, std::span<const Speaker>> cSpeakerLabels;
 
-// The lists of the layouts in cKestMaxLayouts, again.
+// The lists of the layouts in `cKestMaxLayouts`, which `cSpeakerLabels` contains too.
 extern const std::map<eMixLayout, std::span<const Speaker>> cKestMaxSpeakerLabelArrays;
 
 } // namespace LSS

@@ -1,4 +1,4 @@
-// The texts of the host's status messages.
+// The texts of the host's status numbers.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace Kest::Settings {
 struct StatusMessage {
     std::int32_t number;
     const char* text;
-    bool isShown; // handed to the notification hook
+    bool isShown; // the agent passes the text to its notification hook
 };
 
 inline constexpr StatusMessage kStatusMessages[] = {
@@ -25,7 +25,7 @@ inline constexpr StatusMessage kStatusMessages[] = {
     {2, "Linking...", true},
 };
 
-/// Returns null for a number without a text.
+/// Returns the message with this number; null if there is none.
 inline const StatusMessage* statusMessage(std::int32_t number)
 {
     const auto* found = std::ranges::find(kStatusMessages, number, &StatusMessage::number);

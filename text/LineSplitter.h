@@ -8,15 +8,15 @@
 
 namespace Kest::Text {
 
-/// A line ends at a line feed, a carriage return or a NUL byte.
+/// A line ends at a line feed, a carriage return or a NUL byte. Not synchronised.
 class LineSplitter {
 public:
-    // PIPE_BUF: a pipe keeps shorter lines whole and may mix longer ones with those of other writers.
+    // PIPE_BUF on Linux: a pipe may mix a longer write with the writes of other processes.
     static constexpr std::size_t kMaxLineBytes = 4096;
 
-    /// Calls `take` with each line that ends in these bytes, without its end; skips empty lines. For a line
-    /// of more than 4096 bytes it calls `drop` instead, once, with the first 4097 bytes. A line is valid
-    /// during the call.
+    /// Adds `bytes`, and calls `take` with each line that ends in them, without the line end. Skips empty
+    /// lines. For a line of more than 4096 bytes calls `drop` with the first 4097 bytes of the line instead.
+    /// The argument of `take` and `drop` is valid during the call only.
     template <typename Take, typename Drop>
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
     {
@@ -38,7 +38,7 @@ public:
         }
     }
 
-    /// Returns the beginning of the line that has not ended yet, at most 4097 bytes.
+    /// Returns the beginning of the line that has not ended yet, at most 4097 bytes; empty if there is none.
     const std::string& unfinished() const { return begun; }
 
 private:
@@ -48,7 +48,7 @@ private:
         return static_cast<unsigned char>(c) <= '\r' && (c == '\n' || c == '\r' || c == '\0');
     }
 
-    // One byte more than the maximum marks a line that is too long.
+    // Keeps one byte more than the maximum, which shows that the line is too long.
     const std::string& keep(std::string_view piece)
     {
         return begun.append(piece.substr(0, kMaxLineBytes + 1 - begun.size()));

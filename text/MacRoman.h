@@ -6,10 +6,12 @@
 
 namespace Kest::Text {
 
-/// Every byte is a character, so `utf8ToMacRoman` returns the same bytes.
+/// Converts Mac OS Roman, in which every byte is a character, to UTF-8. `utf8ToMacRoman` returns the original
+/// bytes.
 std::string macRomanToUtf8(std::string_view bytes);
 
-/// Replaces a character that Mac OS Roman does not have by "?".
+/// Converts UTF-8 to Mac OS Roman. Replaces each character that Mac OS Roman lacks, and each invalid byte, by
+/// "?".
 std::string utf8ToMacRoman(std::string_view text);
 
 } // namespace Kest::Text

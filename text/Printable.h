@@ -1,4 +1,4 @@
-// Prints text and numbers of other processes in one line, without control characters.
+// Converts text and numbers of other processes to text for one line, without control characters.
 #pragma once
 
 #include <string>
@@ -6,18 +6,19 @@
 
 namespace Kest::Text {
 
-/// Returns valid UTF-8, with "?" for each control character and U+FFFD for each invalid byte.
+/// Returns `text` as valid UTF-8, with "?" for each control character and U+FFFD for each invalid byte.
 std::string printable(std::string_view text);
 
-/// Returns valid UTF-8 without losing a byte: each byte of a control character and each invalid byte becomes
-/// \xNN.
+/// Returns `text` as valid UTF-8, with \xNN (hexadecimal) for each byte of a control character and for each
+/// invalid byte. A backslash is not escaped.
 std::string escaped(std::string_view text);
 
-/// Returns ASCII, with \xNN for every byte that is not a printable ASCII character. For Mac OS Roman, which
-/// terminals do not decode.
+/// Returns `text` as ASCII, with \xNN (hexadecimal) for each byte that is not a printable ASCII character. A
+/// backslash is not escaped. Use it for Mac OS Roman, which terminals do not decode.
 std::string escapedBytes(std::string_view text);
 
-/// Returns the shortest decimal that reads back as `value`, without decimals for a whole number below 1e9.
+/// Returns the shortest decimal number that is read back as `value`, possibly with an exponent. A whole
+/// number below 1e9 in magnitude has no exponent. Infinities are "inf" and "-inf"; NaN is "nan".
 std::string printable(float value);
 
 } // namespace Kest::Text

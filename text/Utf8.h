@@ -1,4 +1,4 @@
-// UTF-8 decoding: other processes send any bytes, desktops and terminals accept only valid text.
+// Decodes UTF-8. Other processes send any bytes; desktops and terminals accept only valid UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -9,18 +9,19 @@ namespace Kest::Text {
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
+/// One character of a text, or one invalid byte, for which `code` is U+FFFD.
 struct Character {
-    std::string_view bytes;
+    std::string_view bytes; // points into the text
     char32_t code = kReplacementCharacter;
     bool isValid = false;
     bool isControl() const { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 };
 
-/// Returns the first character of a text that is not empty. If no character begins there, returns the first
-/// byte as U+FFFD, not valid. Over-long forms, surrogates and values above U+10FFFF are not characters.
+/// Returns the first character of `text`, which must not be empty; the first byte, as invalid, if `text` does
+/// not begin with a valid character. Over-long forms, surrogates and values above U+10FFFF are invalid.
 Character firstCharacter(std::string_view text);
 
-/// Calls `use` with each character.
+/// Calls `use` with each character and each invalid byte of `text`, in order.
 template <typename Use>
 void forEachCharacter(std::string_view text, Use use)
 {
@@ -33,14 +34,14 @@ void forEachCharacter(std::string_view text, Use use)
 
 bool isUtf8(std::string_view text);
 
-/// Returns the text with U+FFFD for each invalid byte.
+/// Returns `text` with U+FFFD for each invalid byte.
 std::string toUtf8(std::string_view text);
 
-/// Appends a character; `code` is not a surrogate.
+/// Appends a character in UTF-8. `code` is at most U+10FFFF and is not a surrogate.
 void append(std::string& text, char32_t code);
 
-/// Returns how many of the first `limit` bytes of a longer text are whole characters; `limit` if the text is
-/// not UTF-8 there.
+/// Returns the length, at most `limit`, to which `text` can be cut without splitting a character. `text` must
+/// have more than `limit` bytes. The result for invalid UTF-8 is `limit` or up to 3 bytes less.
 std::size_t wholeCharacters(std::string_view text, std::size_t limit);
 
 } // namespace Kest::Text

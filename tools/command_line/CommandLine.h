@@ -8,13 +8,13 @@
 
 namespace CommandLine {
 
-/// Parses the arguments into the variables of the options of `app`. Returns false if the program is to exit
-/// with `exitStatus`: 0 after --help, which prints `help`, and after --version; 2 after an error, which
-/// prints one line on standard error.
+/// Parses the arguments into the variables that the options of `app` refer to. Returns true if the program
+/// can continue. Returns false if the program must exit with `exitStatus`: 0 after --help, which prints
+/// `help`, and after --version; 2 after an error, which prints one line on standard error.
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
-/// Returns a transformation that accepts a decimal number from `min` to `max`, which an error calls `what`.
-/// CLI11 alone would read 010 as 8.
+/// Returns a validator that accepts a decimal number from `min` to `max`. An error message calls the number
+/// `what`. CLI11's own conversion reads 010 as octal.
 template <typename Number>
 CLI::Validator number(const std::string& what, Number min, Number max)
 {

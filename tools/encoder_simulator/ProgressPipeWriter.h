@@ -1,4 +1,4 @@
-// Writes an encoder's lines into the named pipe of a process that follows encodings.
+// Writes an encoder's lines into the named pipe of the agent.
 #pragma once
 
 #include <deque>
@@ -8,9 +8,9 @@
 
 namespace EncoderSimulator {
 
-/// Sends whole lines, one write each, and never blocks: the reader may be missing, slow, or replaced by
-/// another. Opens the pipe when it has a reader and never creates it; does not write to a file of another
-/// type at the path. The process must ignore SIGPIPE.
+/// Writes each line with one call and never blocks. There may be no reader, the reader may be slow, and
+/// another reader may replace it. Opens the pipe when it has a reader; never creates the pipe, and never
+/// writes to a file at the path that is not a pipe. The process must ignore SIGPIPE. Not synchronised.
 class ProgressPipeWriter {
 public:
     explicit ProgressPipeWriter(std::string pipePath) : path(std::move(pipePath)) {}
@@ -18,16 +18,19 @@ public:
     ProgressPipeWriter(const ProgressPipeWriter&) = delete;
     ProgressPipeWriter& operator=(const ProgressPipeWriter&) = delete;
 
-    /// Sets the lines that each new reader gets first.
+    /// Sets the lines that each new reader receives first, each with its line feed. Call it before `send`.
     void setIntroduction(std::vector<std::string> lines) { introduction = std::move(lines); }
 
-    /// Sends a line to the current reader. A later reader gets only the last of these lines.
+    /// Sends a line, which must end with a line feed, to the current reader. A reader that connects later
+    /// receives only the last line that was sent.
     void send(const std::string& line);
 
-    /// Connects to a reader if there is none yet, and sends what the pipe had no room for. Call it often.
+    /// Opens the pipe if it is not open and has a reader, then writes the lines that were not written because
+    /// the pipe was full. If the reader has ended, closes the pipe and drops these lines. Call this function
+    /// at short intervals.
     void pump();
 
-    /// Returns whether there is a reader that has not received all lines.
+    /// Returns whether the pipe is open and some lines are not written yet.
     bool hasUnsentLines() const { return descriptor >= 0 && !unsent.empty(); }
 
 private:
@@ -36,7 +39,7 @@ private:
 
     std::string path;
     std::vector<std::string> introduction;
-    std::string lastLine; // empty until a line was sent
+    std::string lastLine; // empty before the first `send`
     std::deque<std::string> unsent;
     int descriptor = -1;
 };

@@ -1,4 +1,4 @@
-// The source of a scenario's commands: a file, read and checked at once, or lines as they arrive.
+// Supplies the commands of a scenario, from a file or from an open descriptor.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -11,24 +11,29 @@
 
 namespace K3DHostSimulator {
 
+/// Use one of `readFile` and `readFrom`. Not synchronised.
 class CommandSource {
 public:
     /// Creates a source without commands.
     CommandSource() = default;
 
-    /// Reads all commands of a file. Fails if it cannot be read or a line is invalid.
+    /// Reads and checks all commands of a file at once. Fails if the file cannot be read or contains an
+    /// invalid line.
     Failure readFile(const std::string& path);
-    /// Reads lines from a descriptor as they arrive. The caller keeps the descriptor.
+    /// Makes `next` return the commands that arrive on a descriptor. The caller closes the descriptor.
     void readFrom(int descriptor) { input = descriptor; }
 
-    /// Returns the next command; nullopt if none has arrived, or the next line is invalid: then `error` is
-    /// set.
+    /// Returns the next command; nullopt if none has arrived. Also returns nullopt, with one line in `error`,
+    /// if the next line is invalid; `error` must be empty before. After `readFrom`, call `sleep` to read more
+    /// input.
     std::optional<Command> next(std::string& error);
-    /// Returns whether the end of the descriptor was reached and all commands before it were returned.
+    /// Returns whether the descriptor of `readFrom` has ended or failed and `next` has returned all commands.
+    /// Always false for a file, because the host keeps running after the last command.
     bool hasEnded() const { return endSeen && commands.empty() && unread.empty(); }
+    /// Returns whether the next command is "start". For a file only.
     bool beginsWithStart() const;
 
-    /// Sleeps until input arrives, at most for this time.
+    /// Waits until input arrives, a signal arrives or `atMost` has passed, and reads the input.
     void sleep(std::chrono::milliseconds atMost);
 
 private:
@@ -37,7 +42,7 @@ private:
     std::optional<Command> parseNext(std::string& error);
 
     std::deque<Command> commands; // of a file
-    int input = -1;               // not read after its end
+    int input = -1;               // -1 if there is none
     bool endSeen = false;
     std::string unread;
     int lineNumber = 0;

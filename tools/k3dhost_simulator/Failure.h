@@ -6,7 +6,7 @@
 
 namespace K3DHostSimulator {
 
-/// nullopt after success, otherwise an error of one line without a line feed.
+/// nullopt after success; otherwise the error, as one line without a line feed.
 using Failure = std::optional<std::string>;
 
 } // namespace K3DHostSimulator

@@ -1,4 +1,4 @@
-// The simulated host: its segments, its clients, and what it prints about them.
+// The simulated host: its segments, its clients and the lines that it prints.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -13,29 +13,38 @@
 
 namespace K3DHostSimulator {
 
-/// Initially stopped. Prints lines as --help lists them, without line feeds. One thread only.
+/// The host is initially stopped. The program's --help lists the lines that the host prints. Not
+/// synchronised.
 class Host {
 public:
+    /// Called with one line, without its line feed.
     using Print = std::function<void(const std::string& line)>;
 
-    /// `event` prints what the host does, `write` what other processes write into its segments.
+    /// Calls `event` when the host does something, and `write` when another process has written into the
+    /// host's segments.
     Host(Print event, Print write);
     ~Host() { stop(); }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Creates new segments and registers the fixed clients. Stops a running host first.
+    /// Stops the host if it is running, then creates new segments and registers the fixed clients. `wordSize`
+    /// is 32 or 64 bits. `withSettings` also registers the agent's record. Fails as `HostSegments::create`
+    /// does.
     Failure start(int wordSize, bool withSettings);
-    /// Prints pending lines and removes the segments; does nothing if the host is stopped.
+    /// Prints the writes that are not printed yet, and removes the segments. Does nothing if the host is
+    /// stopped.
     void stop();
 
-    /// Each fails if the host is stopped or does not allow the change.
+    /// Change the session; ids and names have at most 64 bytes. Each function fails if the host is stopped.
+    /// `addBus` fails if a client has the id or no slot is free, `removeBus` and `renameBus` if no bus has
+    /// the id, `postMessage` if there is no agent's record.
     Failure addBus(const std::string& id, const std::string& name);
     Failure removeBus(const std::string& id);
     Failure renameBus(const std::string& id, const std::string& name);
     Failure postMessage(float number);
 
-    /// Prints the writes since the last call: of the agent's fields each time, of all others once a second.
+    /// Prints the writes of other processes since the last call. Checks the agent's fields in each call, all
+    /// other bytes once a second. Does nothing if the host is stopped.
     void printWrites();
 
 private:

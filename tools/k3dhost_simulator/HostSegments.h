@@ -9,12 +9,12 @@
 
 namespace K3DHostSimulator {
 
-/// Returns the live process whose segments exist; 0 if there is none. A host in another process namespace is
-/// not found.
+/// Returns the id of a running process, other than this one, that has created a segment of a host; 0 if there
+/// is none. Does not find a process in another process namespace. Creates the key files if they are missing.
 pid_t runningHost();
 
-/// The segments of one running host, of exactly the documented sizes, initially zero. The destructor removes
-/// them; a killed process leaves them behind.
+/// The segments of one running host: of the sizes that `LIPC` defines, initially filled with zeros. The
+/// destructor removes the segments; if the process is killed, they remain.
 class HostSegments {
 public:
     HostSegments() = default;
@@ -22,13 +22,13 @@ public:
     HostSegments(const HostSegments&) = delete;
     HostSegments& operator=(const HostSegments&) = delete;
 
-    /// Creates both segments or none. Replaces those of an ended process, with one line on standard error.
-    /// Fails if a host is running or the system refuses.
+    /// Creates both segments or none. Removes segments that an ended process has left, and prints one line
+    /// about that on standard error. Fails if a host is running or the system refuses a segment.
     Failure create();
-    /// Detaches and removes both segments, if there are any.
+    /// Detaches and removes the segments that this object has created, if any.
     void remove();
 
-    /// Null while there are no segments.
+    /// Return the segments' contents; null if this object has no segments.
     LIPC::VersionBuffer* version() const { return static_cast<LIPC::VersionBuffer*>(versionSegment.address); }
     LIPC::SessionBuffer* session() const { return static_cast<LIPC::SessionBuffer*>(sessionSegment.address); }
 

@@ -7,25 +7,28 @@
 
 namespace K3DHostSimulator {
 
-/// Reads a line from left to right; blanks before each element are skipped.
+/// Reads the elements of a line from left to right. Skips the blanks (spaces, tabs, carriage returns) before
+/// each element and at the end of the line. The line must outlive the reader.
 class LineReader {
 public:
     explicit LineReader(std::string_view line);
 
     bool atEnd() const { return rest.empty(); }
-    /// Returns the rest of the line without blanks at its ends.
+    /// Returns the part of the line that is not read yet, without blanks at its ends.
     std::string_view remainder() const { return rest; }
 
-    /// Reads the next word, which ends at a blank; empty at the end.
+    /// Reads the next word, which ends at a blank; empty at the end of the line.
     std::string_view word();
-    /// Skips `expectedWords`, with one blank between two of them, if they are next and complete. Returns
-    /// whether they were.
+    /// Skips `expectedWords` and returns true if the rest of the line begins with exactly this text, followed
+    /// by a blank or the end of the line. Otherwise skips nothing and returns false.
     bool accept(std::string_view expectedWords);
 
-    /// Reads a word or a text in double quotes. Returns nullopt, with `error` set, if there is none or it is
-    /// malformed. Within quotes \xNN is a byte, \\ a backslash and \" a quote.
+    /// Reads a word or a text in double quotes. Returns nullopt, with one line in `error`, at the end of the
+    /// line and for a malformed text. Within quotes, \xNN is the byte with the hexadecimal number NN except
+    /// 00, \\ is a backslash, and \" is a quote.
     std::optional<std::string> wordOrQuoted(std::string& error);
-    /// Does the same, but without quotes the text is the rest of the line; with quotes nothing may follow.
+    /// Reads the last element of the line: the whole rest, or a text in double quotes. Fails as
+    /// `wordOrQuoted` does, and also if anything follows the closing quote.
     std::optional<std::string> lastText(std::string& error);
 
 private:

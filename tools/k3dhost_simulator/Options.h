@@ -8,10 +8,10 @@ namespace K3DHostSimulator {
 
 struct Options {
     std::optional<std::string> scenario; // a path, or "-" for standard input
-    bool check = false;
+    bool check = false;                  // only check whether a host is running
 };
 
-/// Returns the parsed options; nullopt if the program is to exit with `exitStatus`, see CommandLine::parse.
+/// Returns the parsed options; nullopt if the program must exit with `exitStatus`, see `CommandLine::parse`.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace K3DHostSimulator

@@ -1,4 +1,4 @@
-// The scenario language, which --help describes: the actions of the simulated host, one command per line.
+// Parses the scenario language: one command for the simulated host per line. --help describes the language.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -13,18 +13,18 @@ namespace K3DHostSimulator {
 class ScenarioPlayer;
 
 struct Command {
-    int line = 0; // its number in the scenario, from 1
+    int line = 0; // the line number in the scenario, from 1
     bool isStart = false;
-    std::function<Failure(ScenarioPlayer&)> play; // executes it, or begins a wait
+    std::function<Failure(ScenarioPlayer&)> play; // executes the command; a wait only begins
 };
 
-/// A blank line or a comment has neither a command nor an error.
+/// The result of `parseLine`. A blank line or a comment has neither a command nor an error.
 struct ParsedLine {
     std::optional<Command> command;
-    std::string error; // "line 3: unknown command 'bsu'"
+    std::string error; // one line, which contains the line number; empty if the line is valid
 };
 
-/// Parses one line without its line feed; `number` is its line number.
+/// Parses one line without its line feed. `number` is the line number for error messages.
 ParsedLine parseLine(std::string_view text, int number);
 
 } // namespace K3DHostSimulator

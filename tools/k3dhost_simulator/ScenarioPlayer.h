@@ -1,4 +1,4 @@
-// The simulated host, controlled by a scenario, and the scenario's waits.
+// Executes the commands of a scenario: controls the simulated host and waits.
 #pragma once
 
 #include "tools/k3dhost_simulator/Host.h"
@@ -12,26 +12,29 @@ namespace K3DHostSimulator {
 
 class ScenarioPlayer {
 public:
-    /// `print` is called with each line of the host.
+    /// `print` is called with each line that the host prints.
     explicit ScenarioPlayer(const Host::Print& print);
 
     Host& host() { return simulatedHost; }
 
-    /// Restarts the host and discards the lines of earlier starts.
+    /// Starts the host again and forgets all lines printed before. Fails as `Host::start` does.
     Failure start(int wordSize, bool withSettings);
+    /// Stops the host; `hasEnded` returns true afterwards.
     void end();
-    /// Kills this process, so that the segments remain.
+    /// Kills this process with SIGKILL, so that the host's segments remain.
     [[noreturn]] static void killSelf();
 
-    /// Begins a wait until the time is over or, unless `line` is empty, until a write of another process
-    /// prints `line`. Each printed line ends one wait, which may begin after it.
+    /// Begins a wait, which ends after `atMost`. If `line` is not empty, the wait also ends when a write of
+    /// another process has printed `line`, even before this call but not before the last `start`. Each
+    /// printed line ends one wait only.
     void wait(std::chrono::milliseconds atMost, const std::string& line);
-    /// Returns whether a wait is not over yet.
+    /// Returns whether the wait has not ended yet. Call it repeatedly: it checks the time and the printed
+    /// lines.
     bool isWaiting();
-    /// Set after a wait for a line has timed out.
+    /// Returns an error after a wait for a line has timed out; otherwise nullopt.
     const Failure& failure() const { return timedOut; }
 
-    /// Returns whether the scenario has ended the host.
+    /// Returns whether `end` was called.
     bool hasEnded() const { return ended; }
 
 private:
@@ -41,8 +44,8 @@ private:
     bool takeWrite(const std::string& line);
 
     Host simulatedHost;
-    std::deque<std::string> unusedWrites; // lines about writes of other processes that no wait has used
-    std::optional<std::string> awaited;
+    std::deque<std::string> unusedWrites; // lines that have ended no wait yet, at most 1000
+    std::optional<std::string> awaited;   // empty in a wait for time only; nullopt if there is no wait
     std::chrono::milliseconds timeout{};
     Clock::time_point waitEnds;
     Failure timedOut;

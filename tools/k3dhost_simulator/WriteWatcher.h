@@ -1,4 +1,4 @@
-// Detects what other processes wrote into the session by comparing it with its expected content.
+// Detects what other processes have written into the session, by comparing it with its expected content.
 #pragma once
 
 #include "lipc/SessionBuffer.h"
@@ -10,12 +10,14 @@
 
 namespace K3DHostSimulator {
 
-/// Debounces a text that another process writes byte by byte.
+/// Debounces a text, because another process writes it byte by byte: a text counts only when two successive
+/// readings are equal.
 class Debounced {
 public:
+    /// Returns the last text that counted; initially empty.
     const std::string& text() const { return stable; }
 
-    /// Takes the text of one reading. Returns true if two readings in a row agree on a new text.
+    /// Adds a reading. Returns true if it makes a new text count.
     bool update(std::string_view now)
     {
         const bool agrees = now == last;
@@ -31,24 +33,25 @@ private:
     std::string last;
 };
 
-/// Keeps the expected content of the session: the host's changes and the reported writes. Each change of the
-/// segment by the host must also be made in `expected`.
+/// Contains the expected content of the session: what the host has written and what was reported. The host
+/// must make each of its changes in the segment and in `expected`. Not synchronised.
 class WriteWatcher {
 public:
     WriteWatcher();
 
     LIPC::SessionBuffer& expected() { return *expectedSession; }
 
-    /// Returns one line for each of the agent's own fields that changed since the last call. A text is
-    /// reported when two calls in a row found it, so that it is never half written. Several writes of a field
-    /// between two calls count as the last one; none is reported if the value is the old one.
+    /// Returns one line for each of the agent's fields whose value differs from `expected`, and changes
+    /// `expected` accordingly. Only the value at the time of the call matters. A text is reported only when
+    /// two successive calls have found the same text.
     std::vector<std::string> agentWrites(const LIPC::SessionBuffer& session);
 
-    /// Returns "FOREIGN WRITE at offset N" for the first changed byte of each range between the agent's own
-    /// fields. A reported change is expected from then on. Compares all 3.4 MB.
+    /// Returns the line "FOREIGN WRITE at offset N" for each range of bytes between the agent's fields that
+    /// differs from `expected`, and changes `expected` accordingly. N is the offset in the session of the
+    /// first byte that differs. Compares all 3.4 MB.
     std::vector<std::string> foreignWrites(const LIPC::SessionBuffer& session);
 
-    /// Returns whether this class can report such a line.
+    /// Returns whether `line` has the form of a line that this class reports. Checks only the beginning.
     static bool canReport(std::string_view line);
 
 private:

@@ -13,17 +13,17 @@
 
 namespace KestInspect {
 
-/// The data of several checks.
+/// The state of the system, gathered once for all checks.
 struct CheckContext {
     Kest::Settings::SystemPaths paths;
-    std::optional<Segment> version;
-    std::optional<Segment> session;
+    std::optional<Segment> version; // nullopt if there is no such segment
+    std::optional<Segment> session; // nullopt if there is no such segment
     HostSnapshot snapshot;
-    bool agentRuns = false;         // an agent of this user
-    std::vector<FileHolder> agents; // those that the system lists
+    bool agentRuns = false;         // an agent holds the lock of the settings folder
+    std::vector<FileHolder> agents; // the holders of the lock; empty if the system does not list open files
 };
 
-/// nullopt if there is nothing to check.
+/// The result of a check; nullopt if there is nothing to check, for example no segment.
 using Check = std::optional<Finding>;
 
 Check checkHost(const CheckContext& context);
@@ -38,14 +38,14 @@ Check checkSettings(const CheckContext& context);
 Check checkFacilities(const CheckContext& context);
 Check checkLastUser(const CheckContext& context);
 
-/// Runs all checks, from the host to the tray, and returns their findings. Changes nothing.
+/// Runs all checks and returns their findings, first those about the host and last that about the tray.
+/// Changes nothing on the system.
 std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths);
 
-/// Returns the status of the file at a path without following a link; nullopt, with `errno` set, after an
-/// error.
+/// Returns the status of the file at `path`; nullopt, with `errno` set, on failure. Does not follow a link.
 std::optional<struct stat> statusOf(const std::string& path);
 
-/// Returns "a file", "a link", ...
+/// Returns the type of a file with an article, for example "a file" or "a link".
 std::string kindOf(const struct stat& status);
 
 } // namespace KestInspect

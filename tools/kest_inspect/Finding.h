@@ -1,4 +1,4 @@
-// One line of the output of `kest-inspect doctor`.
+// A finding: one line in the output of `kest-inspect doctor`.
 #pragma once
 
 #include <algorithm>
@@ -11,14 +11,14 @@ namespace KestInspect {
 enum class Severity {
     ok,
     warning, // may be intentional
-    error,   // prevents something from working
+    error,   // something does not work
 };
 
 struct Finding {
     Severity severity = Severity::ok;
-    std::string subject; // what was checked: a fixed text
-    std::string text;    // any bytes: contains names of files, users and processes
-    std::string hint;    // empty if there is nothing to do
+    std::string subject; // what was checked; a constant text
+    std::string text;    // may contain any bytes, from names of files, users and processes
+    std::string hint;    // what the user can do; empty for an ok finding
 };
 
 inline Finding ok(std::string subject, std::string text)

@@ -1,4 +1,4 @@
-// Formats numbers and bytes of the session: names, meanings and UTF-8 text.
+// Converts numbers and bytes of the session to names, meanings and UTF-8 text.
 #pragma once
 
 #include <cstdint>
@@ -7,20 +7,23 @@
 
 namespace KestInspect {
 
-/// Returns the name of a parameter or a text of the agent's record; empty if it has none.
+/// Return the name of the parameter or of the text with this number in the agent's record; empty if it has
+/// none.
 std::string_view parameterName(int number);
 std::string_view textName(int number);
 
-/// Returns the meaning of a parameter's value; empty if it is only a number.
+/// Returns the meaning of a parameter's value, for example the name of a speaker configuration; empty if the
+/// value is only a number.
 std::string parameterMeaning(int number, float value);
-/// Returns the meaning of the host's message; empty if the number has none.
+/// Returns the text of a status number of the host; empty if the number has none.
 std::string messageMeaning(std::int32_t number);
 
-/// Returns the four letters of a client's type, as "KBUS", or its number if they are not printable ASCII.
+/// Returns a client's type as four letters, for example "KBUS"; as a decimal number if a letter is not
+/// printable ASCII.
 std::string typeText(std::int32_t type);
 
-/// Return a client's id or label, and a text of the agent's record, as valid UTF-8, whatever bytes they
-/// contain.
+/// Return valid UTF-8 for any bytes. `nameInUtf8` converts a client's id or label from Mac OS Roman;
+/// `textInUtf8` replaces each invalid byte by U+FFFD.
 std::string nameInUtf8(std::string_view bytes);
 std::string textInUtf8(std::string_view bytes);
 

@@ -13,39 +13,40 @@
 namespace KestInspect {
 
 struct Client {
-    int slot = 0; // 0 to 1023
-    std::string id;
+    int slot = 0;   // 0 to 1023
+    std::string id; // any bytes
     std::int32_t type = 0;
-    std::string label; // Mac OS Roman, any bytes
+    std::string label; // Mac OS Roman, so any bytes are valid
 
     bool operator==(const Client&) const = default;
 };
 
-/// The record "KestSettings".
+/// The content of the agent's record, whose id is "KestSettings".
 struct AgentRecord {
     int slot = 0;
     std::array<float, LIPC::ClientEntry::kParameters> parameters{};
-    std::array<std::string, LIPC::ClientEntry::kStrings>
-        texts; // UTF-8 if the agent wrote them, else any bytes
+    // The agent writes UTF-8; another process may have written any bytes.
+    std::array<std::string, LIPC::ClientEntry::kStrings> texts;
 };
 
 struct Session {
-    int segment = -1;            // the segment's id, which changes when the host restarts
-    std::vector<Client> clients; // in slot order: all with a type, and the agent's record
-    std::optional<AgentRecord> agent;
-    std::string defaultBus; // a client's id
+    int segment = -1;                 // the segment's identifier, new after each start of the host
+    std::vector<Client> clients;      // all with a type, and the agent's record; in slot order
+    std::optional<AgentRecord> agent; // nullopt if there is no such record
+    std::string defaultBus;           // the id of the default bus; empty if there is none
 };
 
 struct HostSnapshot {
-    std::optional<std::int32_t> versionWord; // bits of the host; none without a version segment
-    std::optional<Session> session;          // none without a session segment that is long enough
+    std::optional<std::int32_t> versionWord; // the host's word size in bits; nullopt without a segment
+    std::optional<Session> session;          // nullopt without a segment, or if it is too small
 };
 
-/// Reads the host's segments. Creates no key file, writes nothing and keeps nothing attached. The host writes
-/// names without a lock, so it reads up to five times, until two readings in a row have the same names.
+/// Returns a copy of the content of the host's segments. Creates no key file and writes nothing. The host
+/// writes names without a lock, so this function reads the session until two successive readings contain the
+/// same names and texts, but at most five times, and returns the last reading. Blocks for a few milliseconds.
 HostSnapshot readHost(const Kest::Settings::SystemPaths& paths);
 
-/// Returns the label of the client with this id; empty if there is none.
+/// Returns the label of the first client with this id; empty if there is none, or if `id` is empty.
 std::string labelOf(const Session& session, const std::string& id);
 
 } // namespace KestInspect

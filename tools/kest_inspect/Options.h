@@ -10,11 +10,11 @@ struct Options {
 
     Command command = Command::session;
     bool json = false;
-    int interval = 200;         // watch: milliseconds between two readings
-    std::optional<int> seconds; // watch: how long, without an end by default
+    int interval = 200;         // watch: polling interval in milliseconds
+    std::optional<int> seconds; // watch: duration in seconds; nullopt: unlimited
 };
 
-/// Returns what the program is to do; nullopt when it is to end with `exitStatus`, see CommandLine::parse.
+/// Returns the parsed options; nullopt if the program must exit with `exitStatus`, see `CommandLine::parse`.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// The output of the tool: each part as text for a terminal and as JSON for programs.
+// Formats the output of the tool, as text for a terminal and as JSON for programs.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -14,30 +14,31 @@ using Json = nlohmann::ordered_json;
 
 // NOLINTNEXTLINE(bugprone-exception-escape): moving a JSON value does not throw
 struct Printed {
-    std::string text; // UTF-8, without control characters of other processes
+    std::string text; // UTF-8; control characters from other processes are escaped
     Json json;
 };
 
-/// `text` is several lines, each with its line feed.
+/// Return a whole document. `text` consists of lines that end with a line feed.
 Printed printed(const HostSnapshot& snapshot);
 Printed printed(const std::vector<Finding>& findings);
 
-/// Returns ASCII, whatever bytes `json` contains: several lines, each with its line feed, or one line without
-/// one. A number that is not finite is null.
+/// Return `json` as ASCII text: `jsonDocument` as several lines that end with a line feed, `jsonLine` as one
+/// line without a line feed. Invalid UTF-8 is replaced by U+FFFD, and a number that is not finite by null.
 std::string jsonDocument(const Json& json);
 std::string jsonLine(const Json& json);
 
-/// Parts of a snapshot; `text` is one line without a line feed.
+/// Return one part of a snapshot. `text` is one line without a line feed.
 Printed printedClient(const Client& client);
 Printed printedParameter(int number, float value);
 Printed printedText(int number, const std::string& value);
-Printed printedBus(const std::string& id, const std::string& label); // "none" without an id
+Printed printedBus(const std::string& id, const std::string& label); // "none" if `id` is empty
 std::string printedVersionWord(std::int32_t bits);
 
-/// Returns a client's id or label for a terminal.
+/// Returns a client's id or label as printable UTF-8.
 std::string printedName(std::string_view bytes);
-/// Returns a blank and `meaning` in brackets; empty if `meaning` is empty.
+/// Returns a blank and `meaning` in round brackets; empty if `meaning` is empty.
 std::string inBrackets(const std::string& meaning);
+/// Returns `text` as a JSON string of valid UTF-8; null if `text` is empty.
 Json textOrNull(std::string_view text);
 
 } // namespace KestInspect

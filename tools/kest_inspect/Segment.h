@@ -10,22 +10,22 @@ namespace KestInspect {
 
 struct Segment {
     int id = -1;
-    int error = 0; // the error number if the rest is unknown, otherwise 0
+    int error = 0; // 0, or the system's error number: then all further fields are unknown
     std::size_t bytes = 0;
     unsigned mode = 0; // permission bits
     uid_t owner = 0;
-    pid_t creator = 0; // 0 if it is in a process namespace that is not visible here
-    unsigned long attached = 0;
-    bool isWritable = false; // by this user
+    pid_t creator = 0;          // the process id; 0 if the process is in a namespace that is not visible
+    unsigned long attached = 0; // number of attachments
+    bool isWritable = false;    // this user may read and write the segment
 };
 
-/// Returns nullopt if there is no segment of that name, or no key file for it.
+/// Returns the segment `name`; nullopt if there is no such segment or no key file for it.
 std::optional<Segment> findSegment(const std::string& name);
 
-/// Returns whether a process has ended; false for 0.
+/// Returns whether no process has this id any more; false for 0.
 bool hasEnded(pid_t process);
 
-/// Returns "root", or the number of a user without a name.
+/// Returns the login name of a user, or the user's number if there is no name.
 std::string userName(uid_t user);
 
 } // namespace KestInspect

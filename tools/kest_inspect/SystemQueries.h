@@ -1,4 +1,4 @@
-// Platform-specific queries, implemented in one folder for each platform.
+// Platform-specific queries. Each platform has its own implementation in a separate folder.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -14,27 +14,29 @@ namespace KestInspect {
 /// A process that has a file open.
 struct FileHolder {
     pid_t process = 0;
-    std::string program;
-    bool reads = false;     // has a descriptor that can read
-    bool holdsLock = false; // has locked the whole file
+    std::string program;    // file name of the program; "unknown" if the system does not show it
+    bool reads = false;     // has the file open for reading
+    bool holdsLock = false; // has locked the file with flock
 };
 
-/// Returns the processes that have the file at a path open, without opening it. Processes of other users may
-/// be missing. Empty if the system does not list open files.
+/// Returns the processes that have the file at `path` open, without opening the file. Processes of other
+/// users may be missing. Empty if the system does not list open files.
 std::vector<FileHolder> processesHolding(const std::string& path);
 
-/// Returns the same for removed files that were at this path.
+/// Returns the processes that have a file open that was at `path` and was removed. The same restrictions as
+/// for `processesHolding`.
 std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 
-/// Returns whether a process holds the lock of a file, without taking the lock.
+/// Returns whether a process has locked the file at `path`. Does not lock the file.
 bool isLocked(const std::string& path);
 
-/// Returns the live creator of a segment with a key, whatever key that is, and a size from `bytes` to less
-/// than a page more; nullopt if there is none or the system does not list segments. For a session whose key
-/// file was removed.
+/// Finds a session segment whose key file was removed: a segment with any key, of `bytes` bytes or up to a
+/// page more. Returns the id of the process that created it, if that process still runs. Returns nullopt if
+/// there is no such segment or the system does not list segments.
 std::optional<pid_t> creatorOfSegment(std::size_t bytes);
 
-/// Checks whether there is a tray for the menu; nullopt on systems that always have a menu bar.
+/// Checks whether a tray can display the menu, within two seconds. Returns nullopt on systems that always
+/// have a menu bar.
 std::optional<Finding> checkTray();
 
 } // namespace KestInspect

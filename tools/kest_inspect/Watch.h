@@ -6,8 +6,8 @@
 
 namespace KestInspect {
 
-/// Runs until SIGINT, SIGTERM or SIGHUP, the end of the time in `options`, or the end of the reader of the
-/// output.
+/// Prints the content of the session, then each change of it. Returns after SIGINT, SIGTERM or SIGHUP, after
+/// the time in `options`, or when writing the output has failed.
 void watch(const Kest::Settings::SystemPaths& paths, const Options& options);
 
 } // namespace KestInspect
