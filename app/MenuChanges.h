@@ -16,8 +16,8 @@ struct PreviousState {
     bool hadSubmenu = false;
 };
 
-/// The change of one menu's list of items. If nothing was added or removed, only the order of the items has
-/// changed.
+/// The change of one menu's list of items. If nothing was added or removed, only the order of the items can
+/// have changed.
 struct LayoutChange {
     std::map<ItemId, SharedProperties> removed; // with their last properties
     std::vector<ItemId> added;                  // ascending
@@ -46,10 +46,11 @@ public:
     /// is kept. Also call it when a refilled menu reuses the id of a removed item, with the state of that
     /// item.
     void itemWillChange(ItemId id, const PreviousState& before);
-    /// `owner` is the id of the item in whose submenu `id` is.
+    /// `owner` is the id of the item whose submenu contains the item `id`.
     void itemAdded(ItemId owner, ItemId id);
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
-    /// Call before all items of a menu are removed to be added again, with their ids in order.
+    /// Call before a menu is refilled: all its items are removed, then items are added. `before` has the ids
+    /// of its items from top to bottom.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` that were recorded
@@ -57,8 +58,8 @@ public:
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest id
-    /// assigned so far: items that get higher ids count as new until the next `take`. A menu can be reported
-    /// without a difference, if an item was added to it and a refill removed that item again.
+    /// assigned so far: items that get higher ids count as new until the next `take`. A menu can be
+    /// reported although it has not changed: if an item was added, and a refill removed that item.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

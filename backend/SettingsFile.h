@@ -18,9 +18,10 @@ enum class SaveResult : std::uint8_t {
     refused, // the file cannot contain the text; the previous value stays in effect
 };
 
-/// The settings file and its backup. Wraps JUCE's store, which reports a truncated file as saved and reads a
-/// damaged file as empty. Beside the settings file are the backup ("<file>.last") and, after damage, the
-/// damaged file ("<file>.bad"). A failure is logged in one line. Main thread only.
+/// The settings file and its backup. Wraps JUCE's store, which reports success if the
+/// file was written only in part, and reads a damaged file as empty. Beside the settings file are the backup
+/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main
+/// thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -33,19 +34,18 @@ public:
     SettingsFile& operator=(const SettingsFile&) = delete;
 
     /// Returns the settings in effect, including those that could not be saved. The reference is valid as
-    /// long as this object; the next call renews the content. Reads the file; if that is damaged or
-    /// unreadable, reads the backup. Writes nothing.
+    /// long as this object; the next call of `values` updates its content. Reads the file; if that is damaged
+    /// or unreadable, reads the backup. Writes nothing.
     const juce::PropertySet& values();
 
-    /// Writes a value into the file, with all values that could not be saved before. A damaged file is
-    /// renamed to
-    /// ".bad" first, and its backup takes its name. An unreadable file is not changed: the save fails.
-    /// Commits the previous save.
+    /// Commits the previous save, then writes a value into the file, with all values that could not be saved
+    /// before. A damaged file is first renamed to "<file>.bad", and the backup is renamed to "<file>". An
+    /// unreadable file is not changed: the save fails.
     SaveResult save(const char* key, const juce::var& value);
 
     /// Waits until the last save is on the disk, then copies the file to the backup. Returns false if the
-    /// disk reports an error: the file of before that save is restored, and its values count as not saved, as
-    /// after `SaveResult::failed`. Without a save since the last call it does nothing and returns true.
+    /// disk reports an error: then the previous file is restored, and the values of the save count as not
+    /// saved, as after `SaveResult::failed`. Does nothing and returns true if there is no save to commit.
     bool commit();
 
     /// Delays the log line about settings that could not be saved until `reportHeld`, which logs one line for
@@ -59,7 +59,7 @@ private:
 
     /// A save that is in the file, but perhaps not yet on the disk.
     struct PendingSave {
-        Load before; // how the file was loaded before the save: it is restored to that
+        Load before; // result of the load before the save: `rollBack` restores that file
         std::string text;
         juce::PropertySet values;
     };
@@ -88,7 +88,7 @@ private:
     bool isLoaded = false;
     bool isBackupCurrent = false; // the backup contains the same text
     std::optional<PendingSave> pendingSave;
-    bool isReported = false;   // the line that the file cannot be used was logged
+    bool isReported = false;   // it was logged that the file cannot be used
     std::string reason;        // why the last save failed
     bool isHolding = false;    // log lines are suppressed
     bool isHeld = false;       // a log line was suppressed

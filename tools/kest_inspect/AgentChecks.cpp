@@ -46,7 +46,7 @@ bool isOurs(const struct stat& status) { return status.st_uid == geteuid(); }
 Finding missingPipe(const CheckContext& context, const std::string& path)
 {
     if (!context.agentRuns)
-        return ok(kPipe, "not checked: no agent is running");
+        return ok(kPipe, "not needed: no agent is running");
     return error(kPipe, "the agent is running, but there is no " + path,
                  "check again in a second, then restart the agent");
 }

@@ -103,7 +103,7 @@ Check checkFacilities(const CheckContext& context)
         return error(kFacilities, path + ": " + failure.message(), "make the folder readable by this user");
     if (count == 0)
         return warning(kFacilities, "none in " + path,
-                       "install the studio's facilities, one folder for each");
+                       "install the studio's facilities there, one folder for each");
     return ok(kFacilities, std::to_string(count) + " in " + path);
 }
 

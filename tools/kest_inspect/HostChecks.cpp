@@ -11,7 +11,7 @@
 namespace KestInspect {
 namespace {
 
-constexpr char kStartHost[] = "start K3DHost; the agent's menu can: Restart Host Service";
+constexpr char kStartHost[] = "start K3DHost, or choose Restart Host Service in the agent's menu";
 constexpr char kRestartHost[] = "restart K3DHost";
 
 std::string process(pid_t number)
@@ -41,7 +41,7 @@ Finding staleSegments(const CheckContext& context, pid_t creator)
     for (const auto& segment : {context.version, context.session})
         removal += segment ? " -m " + std::to_string(segment->id) : "";
     return error("host", process(creator) + " has ended, but its segments remain",
-                 std::string(kRestartHost) + "; if the segments remain, delete them: " + removal);
+                 std::string(kRestartHost) + "; if the segments are still there then, delete them: " + removal);
 }
 
 Check checkSegment(const char* subject, const std::optional<Segment>& segment, std::size_t needed)

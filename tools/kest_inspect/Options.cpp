@@ -10,7 +10,8 @@ namespace {
 constexpr char kHelp[] =
     R"(Usage: kest-inspect COMMAND [options]
 
-Helps to find out why a setting does not reach K3DHost, or why the agent's menu is wrong. Changes nothing.
+Helps to find out why a setting does not reach K3DHost, or why the menu of the agent (kest-settings or
+kest-settings-terminal) is wrong. Changes nothing.
 
 Commands:
   doctor     checks everything that the agent depends on: the host, the agent, its files, the encoders' pipe and
@@ -20,13 +21,13 @@ Commands:
   watch      prints the session, then one line per change, until SIGINT, SIGTERM or SIGHUP
 
 Options:
-  --json             prints JSON: watch one object per line, the other commands one document
+  --json             prints JSON: one object per line for watch, one document for the others
   --interval MS      watch: polling interval in ms (10 to 60000, default 200)
   --for SECONDS      watch: ends after this time (1 to 1000000)
   --help, --version
 
-Exit status: 0 success, also if doctor found only warnings; 1 no session (session), or an error found (doctor);
-2 wrong command line. The manual page kest-inspect(1) describes the JSON.
+Exit status: 0 success, also if doctor found only warnings; 1 if session found no session, or doctor an error;
+2 for a wrong command line. The manual page kest-inspect(1) describes the JSON.
 )";
 
 const std::map<std::string, Options::Command> kCommands = {
