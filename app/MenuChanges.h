@@ -26,8 +26,8 @@ struct LayoutChange {
 /// The changes of the menu since the last `MenuJournal::take`. An added or removed item appears in its menu's
 /// `LayoutChange` only. The items of its submenu, at any depth, are not listed.
 struct MenuChanges {
-    /// By the item's id: items that existed before, whose properties changed or which gained or lost a
-    /// submenu.
+    /// By id: the previous states of items that still exist and whose properties changed, or which gained or
+    /// lost a submenu.
     std::map<ItemId, PreviousState> items;
     /// By the id of the item whose submenu changed; `kStatusMenuId` for the status menu.
     std::map<ItemId, LayoutChange> menus;
@@ -57,8 +57,8 @@ public:
     /// since the last `take`: a measure of the journal's memory.
     std::size_t recordCount() const { return recorded; }
 
-    /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest id
-    /// assigned so far: items that get higher ids count as new until the next `take`. A menu can be
+    /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
+    /// id assigned so far: items that get higher ids count as new until the next `take`. A menu can be
     /// reported although it has not changed: if an item was added, and a refill removed that item.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 

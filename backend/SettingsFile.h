@@ -9,7 +9,6 @@
 
 namespace Kest::Settings {
 
-struct FileContent;
 struct SystemPaths;
 
 enum class SaveResult : std::uint8_t {
@@ -18,10 +17,9 @@ enum class SaveResult : std::uint8_t {
     refused, // the file cannot contain the text; the previous value stays in effect
 };
 
-/// The settings file and its backup. Wraps JUCE's store, which reports success if the
-/// file was written only in part, and reads a damaged file as empty. Beside the settings file are the backup
-/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main
-/// thread only.
+/// The settings file and its backup. Wraps JUCE's store, which reports success if the file was written only
+/// in part, and reads a damaged file as empty. Beside the settings file are the backup ("<file>.last") and,
+/// after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
