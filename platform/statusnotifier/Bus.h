@@ -37,10 +37,9 @@ private:
     typename Owner::pointer made = nullptr;
 };
 
-// Each returns sd-bus's result: a negative errno on failure. The message must not be sent then.
-
 // Each function returns the result of sd-bus: a negative errno on failure. After a failure, the message must
 // not be sent.
+
 /// Calls `append` with each element until one call fails.
 template <typename Range, typename Append>
 int appendEach(const Range& range, Append append)

@@ -21,10 +21,9 @@ struct LayoutRequest {
     std::set<std::string> properties; // requested properties; empty: all
 };
 
-// Each returns sd-bus's result: a negative errno on failure, for example for a malformed message.
-
 // Each function returns the result of sd-bus: a negative errno on failure, for example if the message is
 // malformed. The comments contain the D-Bus signature of the arguments.
+
 /// "ai". Replaces `ids` by the ids in the message, each once, in ascending order.
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
 /// "iias".

@@ -34,7 +34,7 @@ public:
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
     std::set<App::ItemId> closed(App::ItemId menu);
     /// Forgets all panels and all open menus. Call it when a panel starts.
-    std::set<App::ItemId> reset(); // before other panels
+    std::set<App::ItemId> reset();
 
     /// Returns whether a panel has a menu open. If so, records that LayoutUpdated is held back for `menu`.
     bool holdBack(App::ItemId menu);
