@@ -13,7 +13,7 @@ public:
     virtual ~MenuListener() = default;
     virtual void itemChosen(App::ItemId id) = 0;
     /// Called when the menu may be about to open. The menu's items may be changed in this call, but not in
-    /// the next two.
+    /// `menuWillOpen` and `menuDidClose`.
     virtual void menuNeedsUpdate(App::ItemId id) = 0;
     /// Called when the menu is about to open.
     virtual void menuWillOpen(App::ItemId id) = 0;

@@ -29,8 +29,8 @@ public:
     /// Reads at most 4096 bytes of the available input. Sets `isDead` if the connection has failed.
     void read();
     /// Removes and returns the next complete line of the input, without its line feed. Returns nullopt if
-    /// there is no complete line, while a reply is awaited or unsent, and if the line is longer than
-    /// `kMaxRequestBytes`.
+    /// there is no complete line or the line is longer than `kMaxRequestBytes`. Also returns nullopt while a
+    /// reply is awaited or unsent, and if `isClosing` is true.
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
@@ -39,8 +39,9 @@ public:
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
     bool hasTooLongLine() const;
-    /// Returns whether the connection can be closed: it is dead, or nothing is unsent or awaited and either
-    /// `isClosing` is true or the client can send no more requests and does not watch.
+    /// Returns whether the connection must be closed: if `isDead`, at once. Otherwise only when all output is
+    /// sent, no reply is awaited, and one of these is true: `isClosing`; or the client sends no more, has no
+    /// request left and does not watch.
     bool isFinished() const;
 
     const ClientId id;

@@ -10,7 +10,7 @@ namespace Kest::Control {
 
 // Each function returns one line with its line feed. Paths must be printable UTF-8.
 
-/// The first line of each connection.
+/// The first line that each client gets: the agent's name, version, protocol and process id.
 std::string greeting();
 /// The reply to `menu`: all visible items.
 std::string menuReply(const App::ItemSnapshot& statusMenu);

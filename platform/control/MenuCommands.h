@@ -47,7 +47,8 @@ private:
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Returns why no abort is running after the abort item `id` was chosen; an empty text if one is running.
+    /// Returns why no abort is running after the user chose the abort item `id`; an empty text if an abort is
+    /// running.
     std::string whyNotAborting(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

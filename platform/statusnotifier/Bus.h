@@ -19,11 +19,9 @@ using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
-/// An output argument for a function that creates an object; the owner has it after the call.
+/// Passes an owning pointer to a function with an output argument, such as `sd_bus_open_user`. The pointer
+/// owns the created object at the end of the whole expression.
 template <typename Owner>
-/// Passes an owning pointer to a function with an output argument, such as
-/// `sd_bus_message_new_method_return`. The pointer owns the created object when the whole expression has
-/// ended.
 class Into {
 public:
     explicit Into(Owner& owner) : target(owner) {}

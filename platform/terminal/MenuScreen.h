@@ -30,7 +30,7 @@ enum class Key : std::uint8_t {
     click,     // at `Input::line`
     wheelUp,
     wheelDown,
-    suspend, // ignored by the menu
+    suspend, // handled by the front end
     other,
 };
 
@@ -44,7 +44,7 @@ struct Input {
 /// What the front end must do after an input. If `quit` is true, it quits. Otherwise it first chooses the
 /// item `chosen`, then reports the submenus `opened`.
 struct Command {
-    App::ItemId chosen = App::kStatusMenuId; // `kStatusMenuId`: none
+    App::ItemId chosen = App::kStatusMenuId; // `kStatusMenuId` means none
     std::vector<App::ItemId> opened;         // submenus that are now shown, or needed for a search
     bool quit = false;
 };
