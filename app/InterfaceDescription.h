@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. Menus that are
-/// rebuilt are included, their items are not.
+/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. Includes menus
+/// that are rebuilt, but not their items.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;

@@ -22,9 +22,9 @@ struct OutputFolder {
 /// mount point. Any thread. Blocks as long as the disk does.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
-/// Returns whether one of these is true since the process started: this user's file with the name in `output`
-/// was modified in the folder, or the folder was created and is this user's. Returns false if the folder is
-/// not open or the start of the process is unknown. Any thread.
+/// Returns true if this user's file with the name in `output` was modified in the folder after the process
+/// started. Also returns true if the folder belongs to this user and was created after the process started.
+/// Returns false if the folder is not open or the start time of the process is unknown. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 
