@@ -13,13 +13,15 @@
 
 namespace Kest::App {
 
-/// Runs each abort on a separate thread. Main thread only; the front end outlives it.
+/// Runs each abort on a separate thread. Main thread only. The front end must outlive this object.
 class AbortJobs {
 public:
-    static constexpr std::size_t kMaxRunning = 16;
+    static constexpr std::size_t kMaxRunning = 16; // at the same time
 
+    /// Performs one abort; `abortEncoder` describes the result and `stop`. Called on a separate thread.
     using Abort = std::function<std::string(const AbortRequest&, const std::atomic<bool>& stop)>;
-    /// Called on the main thread when an abort has ended; `failure` is empty when it is complete.
+    /// Called on the main thread after an abort has ended. `failure` is empty if the abort is complete;
+    /// otherwise it is the reason why not.
     using Finished =
         std::function<void(const Settings::ProcessIdentity& process, const std::string& failure)>;
 
@@ -28,15 +30,17 @@ public:
     AbortJobs(const AbortJobs&) = delete;
     AbortJobs& operator=(const AbortJobs&) = delete;
 
-    /// Waits up to 1 s for running aborts, then requests them to stop and waits up to 200 ms more. Logs one
-    /// line for each abort that still runs and abandons it. Later no result is handled, and `start` is not
-    /// allowed.
+    /// Waits up to 1 s for running aborts, then sets `stop` for them and waits up to 200 ms more. Abandons
+    /// each abort that still runs, and logs one line for it. After this call, `Finished` is not called, and
+    /// `start` must not be called.
     void end();
 
-    /// Starts an abort unless one of the same process is running. Returns an empty text, or the reason for
-    /// not starting. A failure of the abort itself is logged in one line.
+    /// Starts an abort. Returns an empty text if the abort was started, or if an abort of the same process is
+    /// already running. Otherwise returns the reason: `kMaxRunning` aborts are running, or the system cannot
+    /// start a thread. If the abort itself fails, one line is logged, and `Finished` gets the reason.
     std::string start(const AbortRequest& request);
-    /// Returns whether an abort of the process was started and its end has not been handled yet.
+    /// Returns true from the start of the abort of `process` until just before `Finished` is called for that
+    /// process.
     bool isRunning(const Settings::ProcessIdentity& process) const;
 
 private:

@@ -1,4 +1,4 @@
-// The menu of the session's buses, one of which is the default bus.
+// The menu of the session's buses, one of which is the session's default bus.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -13,24 +13,25 @@ class Backend;
 
 namespace Kest::App {
 
-/// Main thread only; both references outlive it.
+/// Main thread only. Both references must outlive this object.
 class DefaultBusMenu {
 public:
     DefaultBusMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend)
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Handles message 3: reads the names that the Backend has now, prints them to standard output in
-    /// printable form and rebuilds the menu.
+    /// Called when the buses have changed: gets the bus names from the Backend, prints them to standard
+    /// output in printable form, one line each, and rebuilds the menu.
     void refreshBusList();
-    /// Does the same at launch, without printing: only message 3 prints the names.
+    /// Does the same as `refreshBusList`, but prints nothing.
     void fillAtLaunch();
 
-    /// Rebuilds the menu from the names read last. If the current bus is not among them, selects the main
-    /// bus.
+    /// Rebuilds the menu from the bus names that `refreshBusList` or `fillAtLaunch` got last. If the current
+    /// default bus is not among these names, makes the main bus the default, in the Backend too.
     void updateKestBusMenu();
 
-    /// Makes the sender's bus the default; a tag outside the list changes nothing.
+    /// Makes the sender's bus the default and rebuilds the menu. If the sender's tag is not the index of a
+    /// bus, the default does not change.
     void setDefaultKestBus(Sender sender);
 
 private:
@@ -39,8 +40,8 @@ private:
 
     const Outlets& outlets;
     Settings::Backend& backend;
-    std::vector<std::string> kestBusNamesList; // UTF-8; the index is the tag of the bus
-    std::string currentDefaultKestBus;         // the title that is checked
+    std::vector<std::string> kestBusNamesList; // UTF-8; an item's tag is the index of its bus
+    std::string currentDefaultKestBus;         // UTF-8; its item is checked
 };
 
 } // namespace Kest::App

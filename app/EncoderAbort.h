@@ -1,4 +1,4 @@
-// Aborts an encoding: ends the encoder and deletes its output folder, or refuses and returns the reason.
+// Aborts an encoding: ends its encoder and deletes its output folder, or refuses to and returns the reason.
 #pragma once
 
 #include "backend/Process.h"
@@ -9,18 +9,20 @@
 
 namespace Kest::App {
 
-/// The arguments of one abort: the state that the row showed when the user chose it.
+/// The arguments of one abort: the state that the menu showed when the user chose the abort.
 struct AbortRequest {
-    Settings::ProcessIdentity process; // identified at the encoding's first line
-    bool wroteToPipe = false;          // the process was once seen with the progress pipe open
-    std::string output;                // path of the output file; empty when none was reported
+    Settings::ProcessIdentity process; // the encoder, identified when it wrote its first line
+    bool wroteToPipe = false;          // whether the encoder was ever seen with the progress pipe open
+    std::string output;                // path of the output file; empty if the encoder reported none
     std::string pipe;                  // path of the progress pipe
-    std::string settingsFolder;        // absolute
+    std::string settingsFolder;        // an absolute path; never deleted
 };
 
-/// Ends the encoder, then deletes its output folder. Returns an empty text when complete, also if there was
-/// nothing left to end or delete; otherwise one line with what was refused or failed. Stops between two files
-/// when `stop` becomes true. Any thread; blocks as long as the disk does.
+/// Ends the encoder, then deletes its output folder. Returns an empty text when both are complete, also if
+/// the encoder had already ended or there was no folder. Otherwise returns one line of printable text that
+/// says what was refused or failed. If `stop` becomes true during the deletion, stops before the next file
+/// and returns that not everything was deleted. Any thread. Blocks up to 5 s until the encoder has ended, and
+/// as long as the disk does.
 std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

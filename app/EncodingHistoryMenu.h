@@ -1,4 +1,4 @@
-// The menu of the offline encodings since the agent started: their progress, and the actions on each.
+// The menu of the offline encodings since the agent started, with their progress and actions.
 #pragma once
 
 #include "app/AbortJobs.h"
@@ -18,12 +18,14 @@ class Backend;
 
 namespace Kest::App {
 
-/// Returns the name of an encoding: the description without a final "_Print" or a final underscore and three
-/// characters; empty for a description of less than five bytes.
+/// Returns the name of an encoding: its description without a final "_Print", or else without a final
+/// underscore and the three characters after it. Returns an empty text if the description has fewer than five
+/// bytes.
 std::string encodingName(const std::string& description);
 
-/// A row is an item whose tag is the encoder's process id. It belongs to one process: the next process with
-/// the same id gets a new row, and the old row does not change. Main thread only; all references outlive it.
+/// A row is an item whose tag is the encoder's process id. Each row belongs to one process. If the system
+/// uses the process id again, the next process gets a new row, and the row of the earlier process does not
+/// change. Main thread only. All references must outlive this object.
 class EncodingHistoryMenu {
 public:
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
@@ -31,30 +33,35 @@ public:
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows an encoding that the Backend has no record of. `number` is its percentage, negative if it has
-    /// failed. Called after `showReported`, which shows records: they may be newer than the message.
+    /// Shows an encoding that the Backend has no record of. Does nothing if the Backend has a record, or has
+    /// ever evicted one. `number` is the percentage; a negative number means that the encoding has failed.
+    /// Must be called after `showReported`, because the records may be newer than this message.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
-    /// Shows a batch of the encodings reported since the previous call, as recorded in the Backend's table,
-    /// and removes the rows of evicted records. Returns false if there was nothing to show.
+    /// Shows the encodings reported since the previous call, at most 250 of them, from the Backend's records.
+    /// Removes the rows of evicted records. Returns false if no encoding was reported; call it until then.
     bool showReported();
 
-    // Actions on the row whose submenu the sender is in.
+    // Actions. `sender` is an item in the submenu of a row; other senders have no effect.
+    /// Shows the folder of the encoding's output in the file manager. Does nothing if no output was reported.
     void encShowInFinder(Sender sender);
-    /// Starts the abort of the encoding, unless it has just finished. The row stays until `abortEnded`.
+    /// Starts the abort of the encoding, unless the encoding has just finished. The row remains until
+    /// `abortEnded`. If the abort cannot be started, logs one line.
     void abortEncoding(Sender sender);
-    /// Removes the row of an encoding whose abort is complete; after a failure, enables its abort again.
+    /// Removes the row of an encoding whose abort is complete, that is, if `failure` is empty. Otherwise
+    /// keeps the row and enables its abort item again.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
-    /// Removes all rows; ends no process and removes no file.
+    /// Removes all rows. Does not end a process or delete a file.
     void clearEncodingHistory(Sender sender);
 
+    /// Enables the item "Clear History" if there is a row, and greys it if there is none.
     void setClearEncodingHistoryEnabled() const;
-    /// Returns the number of items, the two fixed ones included.
+    /// Returns the number of items in the menu: the rows and the two fixed items.
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// The state that a row shows and its actions use, even if newer reports exist. Small: a flood makes
-    /// many.
+    /// The state that a row shows. The row's actions use this state even if newer reports exist. Kept small,
+    /// because there can be thousands of rows.
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
         std::string path() const { return output == nullptr ? std::string() : *output; }
@@ -65,7 +72,7 @@ private:
         bool wroteToPipe = false;
         bool mayBeAborted = false;
     };
-    using Rows = std::multimap<std::int32_t, Row>; // by process id, the newest one last
+    using Rows = std::multimap<std::int32_t, Row>; // by process id, then by age: newest last
 
     void show(const Settings::encodingStatus& status, std::int32_t number);
     void update(Row& row, const Settings::encodingStatus& status, std::int32_t number);
@@ -81,7 +88,7 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    // The part of the Backend's table that is shown already.
+    // The newest report and the number of evictions of the Backend's table that the menu shows.
     std::uint64_t lastReport = 0;
     std::uint64_t evictions = 0;
 };

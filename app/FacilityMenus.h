@@ -1,4 +1,4 @@
-// The menus of installed rooms, one of which is the monitoring facility.
+// The menus of the installed facilities, one of which is the monitoring facility.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -10,21 +10,23 @@ class Backend;
 
 namespace Kest::App {
 
-/// Main thread only; both references outlive it.
+/// Main thread only. Both references must outlive this object.
 class FacilityMenus {
 public:
     FacilityMenus(const Outlets& menuOutlets, Settings::Backend& settingsBackend)
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Rebuilds a facility menu, since the folder of facilities may change at any time. Ignores other menus.
+    /// Rebuilds `menu` if it is a facility menu, because facilities can be installed or removed at any time.
+    /// Does nothing for other menus.
     void menuWillOpen(Menu& menu);
 
-    /// Fills the menu with the installed facilities in sorted order and checks the current one. A current
-    /// facility that is no longer installed is shown in red at its sorted position.
+    /// Fills `menu` with the installed facilities in sorted order and checks the current facility. If the
+    /// current facility is no longer installed, its item is red and at its sorted position.
     void rebuildFacilityList(Menu& menu);
 
-    /// Stores the chosen item's title. The check mark is updated when the menu opens the next time.
+    /// Saves the title of the sender's item as the facility. The check mark changes when the menu opens the
+    /// next time.
     void setFacility(Sender sender);
 
 private:

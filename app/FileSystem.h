@@ -1,4 +1,4 @@
-// Queries about files and folders that do not follow links. Each system has its own implementation.
+// Queries about files and folders, which do not follow links. Each system has its own implementation.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -13,7 +13,7 @@ namespace Kest::App {
 
 struct FileIdentity {
     std::uint64_t device = 0;
-    std::uint64_t number = 0; // of the inode
+    std::uint64_t number = 0; // inode number
 
     bool operator==(const FileIdentity&) const = default;
 };
@@ -23,21 +23,23 @@ struct FileFacts {
     std::uint64_t mount = 0; // equal for two files in the same mount
     mode_t mode = 0;
     uid_t owner = 0;
-    // Nanoseconds since 1970.
+    // All times are in nanoseconds since 1970.
     std::int64_t modified = 0;
-    std::int64_t changed = 0;            // last change of content, name or permissions
-    std::optional<std::int64_t> created; // if the file system records it
+    std::int64_t changed = 0;            // last change of content or metadata
+    std::optional<std::int64_t> created; // nullopt if the file system does not record it
 };
 
-/// Returns the facts about an entry of an open folder, without following a link; about the folder itself if
-/// `name` is empty. nullopt, with `errno` set, on failure. Any thread.
+/// Returns the facts about the entry `name` of an open folder, without following a link; about the folder
+/// itself if `name` is empty. Returns nullopt and sets `errno` on failure. Any thread.
 std::optional<FileFacts> examine(int folder, const std::string& name = {});
 
-/// Opens a folder inside an open folder, or by an absolute path with AT_FDCWD, for access to its entries. The
-/// last component must not be a link. Empty, with `errno` set, on failure. Any thread.
+/// Opens the folder `name` inside the open folder `parent`, for access to its entries. If `parent` is
+/// AT_FDCWD, `name` is an absolute path. Fails if the last component is a link. Returns an empty descriptor
+/// and sets `errno` on failure. Any thread.
 Settings::Descriptor openFolder(int parent, const std::string& name);
 
-/// Returns the absolute path of an open folder, without links; empty if the system reports none. Any thread.
+/// Returns the absolute path of an open folder, without links; an empty text if the system does not report
+/// it. Any thread.
 std::string pathOf(const Settings::Descriptor& folder);
 
 /// Returns the absolute paths of all mount points, without links; nullopt if the system does not report them.

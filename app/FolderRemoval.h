@@ -7,10 +7,11 @@
 
 namespace Kest::App {
 
-/// Deletes an open output folder. Deletes links without following them and does not enter other mounts.
-/// Returns an empty text when nothing is left; otherwise stops and returns the first entry that could not be
-/// deleted and the reason. Stops between two entries when `stop` becomes true. Descriptors and stack do not
-/// grow with the depth. Any thread; blocks as long as the disk does.
+/// Deletes an open output folder with all its contents. Deletes links without following them and does not
+/// enter other mounts. Returns an empty text when the folder is deleted. Otherwise stops at the first failure
+/// and returns the entry that could not be deleted and the reason. If `stop` becomes true, stops before the
+/// next entry and returns a text that says so. The number of open descriptors and the stack's size do not
+/// depend on the depth. Any thread. Blocks as long as the disk does.
 std::string removeFolder(const OutputFolder& opened, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

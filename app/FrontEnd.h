@@ -11,39 +11,43 @@
 
 namespace Kest::App {
 
-/// Draws the menu and runs the main loop. Calls `KestSettingsAppDelegate` for each chosen item and for each
-/// submenu about to open; decides nothing itself.
+/// Draws the menu and runs the main loop. Calls `KestSettingsAppDelegate::choose` for each item that the user
+/// chooses, and `menuWillOpen` before it shows a submenu. Makes no other decisions.
 class FrontEnd {
 public:
     virtual ~FrontEnd() = default;
 
-    /// Shows the item that opens the menu, with the image of that name. Called once, first. Main thread.
+    /// Shows the status item, which opens the menu, with the image `imageName`. Called once, before all other
+    /// functions except `post`. Main thread.
     virtual void showStatusItem(const std::string& imageName) = 0;
-    /// Runs a job on the main thread, later and in order; drops it if the loop has ended. Any thread.
+    /// Queues a job for the main thread, which runs jobs in the order of these calls. Jobs that have not run
+    /// when the loop ends are dropped. Any thread.
     virtual void post(std::function<void()> job) = 0;
-    /// Called once per batch of changes to the model, more often under load. Main thread.
+    /// Called after a batch of changes if the menu differs. During a long batch, also called each time that
+    /// more than 2000 changes are recorded, which bounds the memory. Main thread.
     virtual void menuChanged(const MenuChanges& changes) = 0;
-    /// Called when `KestSettingsAppDelegate::hostState` has changed and the menu is updated. Main thread.
+    /// Called after `KestSettingsAppDelegate::hostState` has changed and the menu is updated. Does nothing by
+    /// default. Main thread.
     virtual void hostChanged() {}
-    /// Ends the loop. Main thread.
+    /// Ends the main loop. Main thread.
     virtual void quit() = 0;
 };
 
-/// Services of the desktop. Main thread only; no function waits for a program that it starts.
+/// Services of the desktop. Main thread only. No function waits for a program that it starts.
 class Workspace {
 public:
     virtual ~Workspace() = default;
 
-    /// Starts a program by its path. Returns false if it could not be started.
+    /// Starts the program at a path. Returns false if it could not be started.
     virtual bool run(const std::string& program, const std::vector<std::string>& arguments) = 0;
-    /// Starts an application by its path. Returns false if there is none.
+    /// Starts the application at a path. Returns false if it could not be started.
     virtual bool launchApplication(const std::string& path) = 0;
-    /// Shows a folder in the file manager: selected in its parent folder.
+    /// Shows the parent folder of `folder` in the file manager, with `folder` selected.
     virtual void selectFile(const std::string& folder) = 0;
-    /// Returns whether there is an about panel. Without one, the menu shows its text in a submenu.
+    /// Returns whether the desktop has an about panel. If not, the menu contains the about text in a submenu.
     virtual bool hasAboutPanel() const { return true; }
     virtual void showAboutPanel(const About& about) = 0;
-    /// Writes one line to the log of the desktop; by default to the agent's own.
+    /// Writes one line to the desktop's log; by default, to the agent's log.
     virtual void log(const std::string& line) { Lct::Log(Lct::eLogError, "desktop", "%s", line.c_str()); }
 };
 

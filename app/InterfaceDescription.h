@@ -1,4 +1,4 @@
-// The items of the menu, their titles and order, and the members that refer to some of them.
+// The items of the menu: titles, order, and pointers to the items and menus that change later.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus of the loaded description, valid for the life of the model. Items of menus that are
-/// rebuilt are not included.
+/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. Includes menus
+/// that are rebuilt, but not their items.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;
@@ -24,18 +24,19 @@ struct Outlets {
     MenuItem* mLatencyCompensationControlMenu = nullptr;
     Menu* mDefaultBusMenu = nullptr;
 
-    /// Indexed like `kSettings`; null for a setting that is not a toggle in the menu.
+    /// The index is that of `kSettings`. Null for a setting that is not a toggle in the menu.
     std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;
     MenuItem* mClearEncodingHistory = nullptr;
-    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's actions; not attached to a menu
+    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's submenu; not attached to an item
 };
 
-/// The tag of the abort item in `mEncodingSubMenu`.
+/// The tag of the abort item in `mEncodingSubMenu` and its copies.
 constexpr int kAbortTag = 2;
 
-/// Fills the empty status menu. Without an about panel, the about item is a submenu of greyed lines.
+/// Fills the status menu of `model`, which must be empty, and returns the outlets. If `hasAboutPanel` is
+/// false, the about item has a submenu of greyed items with the about text.
 Outlets loadInterface(MenuModel& model, bool hasAboutPanel);
 
 } // namespace Kest::App

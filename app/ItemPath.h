@@ -11,27 +11,30 @@ namespace Kest::App {
 
 constexpr std::string_view kPathSeparator = " > ";
 
-/// Returns whether the item has a path: it is visible and not a separator.
+/// Returns whether the item itself is neither hidden nor a separator. A listed item has a path if all items
+/// whose submenus contain it are listed too.
 inline bool isListed(const ItemProperties& item) { return !item.hidden && !item.separator; }
 
-/// An item and its unique path. If a menu has several items with the same name, the second is "Name #2".
+/// An item and its unique path. If a menu has several listed items with the same name, their names in the
+/// path are numbered from the top: "Name #1", "Name #2".
 struct NamedItem {
-    const ItemSnapshot* item = nullptr; // points into the menu that was searched
+    const ItemSnapshot* item = nullptr; // points into the searched snapshot
     std::string path;                   // printable UTF-8
 };
 
-/// Returns all listed items at any depth, from top to bottom.
+/// Returns all items that have a path, at any depth, from top to bottom.
 std::vector<NamedItem> namedItems(const ItemSnapshot& statusMenu);
 
 struct FoundItem {
-    const ItemSnapshot* item = nullptr; // points into the menu that was searched
-    std::string path{};
-    std::string error{};   // when `item` is null: what was not found or is ambiguous
-    std::string nearest{}; // when `item` is null: the path of the most similar item, if one is similar
+    const ItemSnapshot* item = nullptr; // points into the searched snapshot; null if not found
+    std::string path{};                 // of `item`
+    std::string error{};                // if `item` is null: why no item was found
+    std::string nearest{}; // if `item` is null: the path of the most similar item; empty if none is similar
 };
 
-/// Finds a listed item by its path. Ignores case unless paths differ only in case. A name shared by several
-/// items matches none of them.
+/// Finds the item with a path. An exact match has priority; otherwise letter case is ignored. `item` is null
+/// if no item matches, if several paths differ only in case, or if the path contains, without its number, a
+/// name that several items of a menu have.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

@@ -1,4 +1,4 @@
-// The properties of a menu item, and texts made from them.
+// The properties of a menu item, and texts that are made from them.
 #pragma once
 
 #include "app/Action.h"
@@ -11,23 +11,24 @@
 
 namespace Kest::App {
 
-/// Identifies an item while it exists; an id is reused only after all others. 0 identifies the status menu;
-/// an item's id also identifies its submenu.
+/// Identifies an item while it exists, and the submenu of that item. 0 identifies the status menu. An id is
+/// used again only after every other id was used, or by an item with the same title and action when its menu
+/// is refilled.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 
-/// The kind of mark that shows that an item is on.
+/// The kind of mark that shows whether an item is on.
 enum class Mark : std::uint8_t { none, check, radio };
 
-/// The state of an encoding, which its row shows instead of the item's title.
+/// The state of an encoding, which is shown instead of the item's title.
 struct EntryView {
-    std::string name;
-    std::optional<int> percent; // 0 or more, not clamped
+    std::string name;           // may be empty
+    std::optional<int> percent; // not negative; may exceed 100
     bool failed = false;
     bool operator==(const EntryView&) const = default;
-    /// Returns "Film", or "Film - Failed".
+    /// Returns the name, followed by " - Failed" if the encoding has failed.
     std::string title() const;
-    /// Returns "42%"; empty without a percentage.
+    /// Returns the percentage, for example "42%"; an empty text if there is none.
     std::string percentText() const;
 };
 
@@ -40,21 +41,21 @@ struct ItemProperties {
     bool on = false;
     bool enabled = true;
     bool hidden = false;
-    bool red = false; // a stored choice that is no longer offered
+    bool red = false; // shows a stored choice that is no longer offered
     bool separator = false;
     std::optional<EntryView> view{};
     bool operator==(const ItemProperties&) const = default;
 };
 
-/// Immutable properties, shared between copied items, the model, its snapshots and its change records. This
-/// keeps a history of thousands of encodings small.
+/// Immutable properties. Copies share one object: the model, its snapshots, its change records and copied
+/// items. So a history of thousands of encodings uses little memory.
 class SharedProperties {
 public:
     SharedProperties(ItemProperties properties)
         : shared(std::make_shared<const ItemProperties>(std::move(properties)))
     {}
 
-    /// Returns a copy with one property changed.
+    /// Returns a copy in which one property has another value.
     template <typename Property, typename Value>
     SharedProperties with(Property ItemProperties::*property, Value&& value) const
     {
@@ -74,11 +75,12 @@ private:
     std::shared_ptr<const ItemProperties> shared;
 };
 
-/// Returns the title of the item, or of its encoding: "Process 4711" for an encoding whose title is empty.
+/// Returns the item's name: its title, or for an encoding `EntryView::title`. Returns for example "Process
+/// 4711", with the item's tag, for an encoding without a name that has not failed.
 std::string itemName(const ItemProperties& item);
 
-/// Returns the item's text for output without colours and views: its name, with the percentage of an encoding
-/// and "(not available)" for a red item.
+/// Returns the item's text for output without colours and progress bars: its name, followed by the percentage
+/// of an encoding, or by " (not available)" for a red item.
 std::string plainLabel(const ItemProperties& item);
 
 } // namespace Kest::App

@@ -1,4 +1,4 @@
-// The application: owns the menu, the Backend and the controllers, to which it dispatches events.
+// The application: owns the menu, the Backend and the controllers, and dispatches events to the controllers.
 #pragma once
 
 #include "app/AbortJobs.h"
@@ -24,7 +24,7 @@
 
 namespace Kest::App {
 
-/// Main thread only, except `queueMsgFromBackend`. The front end and the workspace outlive it.
+/// Main thread only, except `queueMsgFromBackend`. The front end and the workspace must outlive this object.
 class KestSettingsAppDelegate {
 public:
     KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop, Settings::SystemPaths paths = {},
@@ -34,37 +34,46 @@ public:
     KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
 
-    // Start and end: each function is called once, in this order.
-    /// Loads the menu, starts the Backend and shows all stored settings.
+    // Start and end. Call these functions once each, in this order.
+    /// Loads the menu, calls the front end's `showStatusItem`, and starts the Backend. Shows the stored
+    /// settings and writes them to the settings file and the host, except Solo Mode and the facility.
     void awakeFromNib();
-    /// Returns 0, or an errno if `awakeFromNib` failed: then only the destructor may follow.
+    /// Returns 0, or an errno if the Backend could not start in `awakeFromNib`. After a failure, only the
+    /// destructor may be called.
     int startError() const;
-    /// Fills the bus menu, with "Main Bus" at least, with or without a host.
+    /// Shows the host's state and fills the bus menu, which always contains "Main Bus".
     void applicationDidFinishLaunching();
-    /// Waits for running aborts as ~AbortJobs does, destroys the Backend with its threads, if there is one,
-    /// and unloads the launch agent.
+    /// Destroys the observer, waits for running aborts as `AbortJobs::end` does, destroys the Backend with
+    /// its threads, and unloads the launch agent.
     void applicationWillTerminate();
 
-    // From the front end.
+    // For the front end.
     const MenuModel& menu() const { return model; }
-    /// Returns the host's state as the menu shows it. The front end's `hostChanged` is called after a change.
+    /// Returns the host's state as the menu shows it. The front end's `hostChanged` reports each change.
     const Settings::HostState& hostState() const { return host; }
-    /// Performs the item's action. Returns false if the id is unknown or the item is a separator, hidden,
-    /// greyed or without an action.
+    /// Performs the action of the item with this id. Returns false if there is no such item; if the item is
+    /// hidden, greyed, a separator or without an action; or before `awakeFromNib` and after
+    /// `applicationWillTerminate`.
     bool choose(ItemId id);
-    /// Called before the submenu of an item is shown. Ignores an id without a submenu.
+    /// Must be called before the submenu of the item with this id is shown, because some submenus are filled
+    /// at that time. Does nothing if there is no such submenu.
     void menuWillOpen(ItemId id);
 
-    /// Sets the observer; null for none. It is destroyed when the application terminates, before the Backend.
+    /// Sets the observer; null means none. `applicationWillTerminate` destroys it before the Backend.
     void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
-    // From the Backend.
-    /// Returns true if the slot was empty: then `handleQueuedMsgFromBackend` must be run. Any thread.
+    // For the Backend.
+    /// Stores a message in the message slot. Returns true if the slot was empty: then the caller must post a
+    /// job that calls `handleQueuedMsgFromBackend`. Any thread.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
+    /// Handles the message in the slot, and those that arrive meanwhile, until the slot is empty.
     void handleQueuedMsgFromBackend();
+    /// Handles one message. If `type` is 0, `number` is a status number. If `type` is positive, it is the
+    /// process id of an encoder, and `number` is the percentage or, if negative, a failure. Ignores a
+    /// negative `type`.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t type, const std::string& description);
 
-    /// A hook for displaying notifications; does nothing by default.
+    /// A hook that is called with the text of a status message for the user. Does nothing by default.
     virtual void showNotification(const std::string& text);
 
 private:
@@ -72,9 +81,10 @@ private:
     friend void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                           const char* description);
 
-    /// A batch of changes. The end of the outermost batch reports them to the front end.
+    /// A batch of changes to the menu. The end of the outermost batch reports them to the front end and the
+    /// observer.
     class ChangeBatch;
-    /// The controllers that need the Backend; destroyed before it.
+    /// The controllers, which use the Backend and are destroyed before it.
     struct Controllers {
         Controllers(const Outlets& outlets, Settings::Backend& backend, Workspace& workspace,
                     AbortJobs& aborts);
@@ -107,14 +117,15 @@ private:
     std::unique_ptr<Settings::Backend> mBackend;
     std::optional<Controllers> controllers;
     std::unique_ptr<MenuObserver> observer;
-    AbortJobs aborts; // destroyed first: its jobs use `controllers`
+    AbortJobs aborts; // destroyed first, because its jobs use `controllers`
 };
 
-/// The Backend's callback for a changed host: posts a job that reads its state. Any thread.
+/// Called by the Backend when the host's state has changed: posts a job that reads the state. `context` is
+/// the delegate, not null. Any thread.
 void host_state_callback(void* context);
 
-/// The Backend's callback for messages: stores one and posts a job that handles it. Any thread; does nothing
-/// if `context`, the delegate, is null.
+/// Called by the Backend with a message: stores the message and, if the slot was empty, posts a job that
+/// handles it. `context` is the delegate; does nothing if it is null. Any thread.
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                const char* description);
 

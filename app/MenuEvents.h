@@ -1,4 +1,4 @@
-// Changes of the menu as readable events.
+// Changes of the menu as events with readable texts.
 #pragma once
 
 #include "app/MenuChanges.h"
@@ -12,13 +12,17 @@ struct MenuEvent {
     enum class Kind : std::uint8_t { added, changed, removed };
     Kind kind = Kind::changed;
     ItemId id = kStatusMenuId;
-    std::string path; // "Default Bus > Dialog", printable UTF-8; not unique among items with the same name
-    std::string what; // "on", "greyed, 42%"; may be empty for an added or removed item
-    /// Returns a line like "changed Default Bus > Dialog: on".
+    // For example "Default Bus > Dialog"; printable UTF-8. Names are not numbered, so several items may have
+    // the same path.
+    std::string path;
+    std::string what; // for example "greyed, 42%"; may be empty for an added or removed item
+    /// Returns the event as one line without a line feed, for example "changed Default Bus > Dialog: on".
     std::string line() const;
 };
 
-/// Returns an event for each listed item that was added, removed or visibly changed. Main thread.
+/// Returns one event for each item that was added, removed or visibly changed. An item that becomes hidden or
+/// visible has changed. Omits separators, items that remain hidden, all items below a hidden item, and the
+/// items below an added or removed item. `menu` must be in the state after `changes`. Main thread.
 std::vector<MenuEvent> menuEvents(const MenuChanges& changes, const MenuModel& menu);
 
 } // namespace Kest::App

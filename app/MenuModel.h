@@ -1,4 +1,4 @@
-// The menu as plain objects. Front ends draw nothing else.
+// The menu as plain objects. Front ends show these objects and nothing else.
 #pragma once
 
 #include "app/MenuChanges.h"
@@ -16,7 +16,7 @@ class Menu;
 class MenuItem;
 class MenuModel;
 
-/// Main thread only, like the whole model. Owned by the menu that contains it.
+/// An item of a menu, which owns it. Main thread only, like the whole model.
 class MenuItem {
 public:
     explicit MenuItem(SharedProperties properties) : props(std::move(properties)) {}
@@ -34,12 +34,15 @@ public:
     void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
     void setHidden(bool hidden) { change(&ItemProperties::hidden, hidden); }
     void setView(const EntryView& view) { change(&ItemProperties::view, std::optional(view)); }
+    /// Attaches a menu of the same model, not null. Destroys the previous submenu.
     void setSubmenu(std::unique_ptr<Menu> menu);
 
+    /// Returns null if the item has no submenu.
     Menu* submenu() const { return ownSubmenu.get(); }
-    /// Returns the menu that contains the item; null if there is none.
+    /// Returns the menu that contains the item; null if no menu does.
     Menu* menu() const { return parent; }
-    /// Returns the item whose submenu contains this one; null at the top level.
+    /// Returns the item whose submenu contains this item; null if the item is in the status menu, in a
+    /// template or in no menu.
     MenuItem* parentItem() const;
 
 private:
@@ -55,10 +58,10 @@ private:
     std::unique_ptr<Menu> ownSubmenu;
 };
 
-/// An ordered list of items, which it owns.
+/// An ordered list of items. The menu owns the items.
 class Menu {
 public:
-    /// The model outlives the menu.
+    /// `ofModel` must outlive the menu.
     explicit Menu(MenuModel& ofModel) : model(ofModel) {}
     ~Menu();
     Menu(const Menu&) = delete;
@@ -66,30 +69,36 @@ public:
 
     int numberOfItems() const { return static_cast<int>(items.size()); }
     const std::vector<std::unique_ptr<MenuItem>>& itemArray() const { return items; }
-    /// Each returns the first match from the top; null if there is none.
+    /// Returns the first item from the top with this tag; null if there is none.
     MenuItem* itemWithTag(int tag) const;
+    /// Returns the first item from the top with this title; null if there is none.
     MenuItem* itemWithTitle(const std::string& title) const;
-    /// Returns the item's index; -1 for an item of another menu.
+    /// Returns the index of `item`; -1 if this menu does not contain it.
     int indexOfItem(const MenuItem& item) const;
 
     /// Inserts an item at `index`, 0 to `numberOfItems()`, and gives it an id. If the last `removeAllItems`
-    /// removed an item with the same title and action, the new item gets its id and counts as the same item.
+    /// removed an item with the same title and action, the new item gets the id of that item and counts as
+    /// the same item. Returns the inserted item.
     MenuItem& insertItem(std::unique_ptr<MenuItem> item, int index);
     MenuItem& addItem(std::unique_ptr<MenuItem> item) { return insertItem(std::move(item), numberOfItems()); }
-    /// Removes an item of this menu and returns it.
+    /// Removes an item, which must be in this menu, and returns it.
     std::unique_ptr<MenuItem> removeItem(const MenuItem& item);
+    /// Removes all items before the menu is refilled. Keeps the removed items until the next call, so that
+    /// `insertItem` can reuse their ids.
     void removeAllItems();
 
-    /// Returns a menu with copies of all items and their submenus; the copies have new ids.
+    /// Returns a menu with copies of all items and their submenus. The copies have new ids. The returned menu
+    /// is not attached to an item.
     std::unique_ptr<Menu> copy() const;
 
-    /// Returns the item whose submenu this is; null for the status menu and for templates.
+    /// Returns the item that has this menu as its submenu; null for the status menu, and for a menu that is
+    /// not attached.
     MenuItem* ownerItem() const { return owner; }
 
 private:
     friend class MenuItem;
     ItemId idFor(const MenuItem& item);
-    /// Returns whether the menu is the status menu or has an owner item. Templates and menus under
+    /// Returns whether the menu is the status menu or the submenu of an item. A template and a menu under
     /// construction are not attached.
     bool isAttached() const;
     ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->itemId; }
@@ -98,13 +107,13 @@ private:
     MenuModel& model;
     MenuItem* owner = nullptr;
     std::vector<std::unique_ptr<MenuItem>> items;
-    std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`; ids can be reused
+    std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`; `idFor` reuses their ids
 };
 
-/// Contains the status menu with all items and submenus.
+/// Contains the status menu with all its items and submenus.
 class MenuModel {
 public:
-    /// Items get ids from 1 to `maxId`, then again from 1, skipping the ids in use.
+    /// Items get the ids from 1 to `maxId`, then again from 1, without the ids in use.
     explicit MenuModel(ItemId maxId = std::numeric_limits<ItemId>::max())
         : maxItemId(maxId), root(std::make_unique<Menu>(*this))
     {}
@@ -113,21 +122,22 @@ public:
 
     Menu& statusMenu() { return *root; }
     const Menu& statusMenu() const { return *root; }
-    /// Returns the item with the id, at any depth of the status menu; null if there is none.
+    /// Returns the item with this id, at any depth of the status menu; null if there is none.
     MenuItem* itemWithId(ItemId id) const;
 
-    /// Returns the changes since the previous call.
+    /// Returns the changes since the previous call, and forgets them.
     MenuChanges takeChanges();
-    /// Returns whether so many changes are recorded that `takeChanges` should be called before more are made.
+    /// Returns whether more than 2000 changes are recorded. `takeChanges` should then be called before more
+    /// changes are made.
     bool hasManyChanges() const;
 
 private:
     friend class Menu;
     friend class MenuItem;
     ItemId unusedId();
-    /// Returns the position of the first item in the index whose id is not less than `id`.
+    /// Returns the position in the index of the first item whose id is not less than `id`.
     std::deque<MenuItem*>::const_iterator position(ItemId id) const;
-    /// Returns the item with the id, templates included; null if there is none.
+    /// Returns the item with this id, in the status menu or in a template; null if there is none.
     MenuItem* indexed(ItemId id) const;
     void addToIndex(MenuItem& item) { index.insert(position(item.id()), &item); }
     void removeFromIndex(const MenuItem& item) { index.erase(position(item.id())); }
@@ -136,7 +146,7 @@ private:
     ItemId lastId = kStatusMenuId;
     bool reusesIds = false;
     MenuJournal journal;
-    std::deque<MenuItem*> index; // sorted by id; a table needs three times the memory
+    std::deque<MenuItem*> index; // sorted by id; a map needs three times the memory
     std::unique_ptr<Menu> root;
 };
 

@@ -1,4 +1,4 @@
-// An interface for objects that observe the menu in addition to the front end.
+// The interface of an object that, in addition to the front end, is notified when the menu changes.
 #pragma once
 
 #include "app/MenuChanges.h"
@@ -11,9 +11,10 @@ namespace Kest::App {
 class MenuObserver {
 public:
     virtual ~MenuObserver() = default;
-    /// Called after the front end's `menuChanged`, with the same changes.
+    /// Called after each call of the front end's `menuChanged`, with the same changes.
     virtual void menuChanged(const MenuChanges& changes) = 0;
-    /// Called when an abort has ended and the menu is updated; `failure` is empty when it is complete.
+    /// Called after the abort of the encoding with process id `pid` has ended and the menu is updated.
+    /// `failure` is empty if the abort is complete; otherwise it is the reason why not.
     virtual void abortEnded(int pid, const std::string& failure) = 0;
 };
 

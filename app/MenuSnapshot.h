@@ -1,4 +1,4 @@
-// Snapshots of the menu: values that a front end may store.
+// Snapshots of the menu: values that do not change with the model.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -12,21 +12,24 @@ struct ItemSnapshot {
     ItemId id = kStatusMenuId;
     SharedProperties properties = ItemProperties();
     bool hasSubmenu = false;
-    std::vector<ItemSnapshot> items; // of the submenu
+    std::vector<ItemSnapshot> items; // of the submenu, to the depth of the snapshot
     bool operator==(const ItemSnapshot&) const = default;
 };
 
-/// Returns the whole menu, as the submenu of an item with the id `kStatusMenuId` that is never drawn.
+/// Returns the whole menu, hidden items included, as the submenu of an item with the id `kStatusMenuId`. That
+/// item only contains the menu and is not drawn.
 ItemSnapshot takeSnapshot(const MenuModel& model);
 
-/// Returns one item with its submenu down to a depth: 0 is the item alone, -1 all levels. nullopt if no item
-/// in the status menu or below has the id.
+/// Returns the item with this id and `depth` levels of submenus: 0 means none, -1 means all. `kStatusMenuId`
+/// means the whole menu. Returns nullopt if the menu has no such item.
 std::optional<ItemSnapshot> takeSnapshot(const MenuModel& model, ItemId id, int depth);
 
-/// Returns the item with the id, at any depth; null if there is none.
+/// Returns the item with this id: `menu` itself or an item below it, at any depth; null if there is none. The
+/// pointer points into `menu`.
 const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id);
 
-/// Returns the visible submenus at any depth below an item.
+/// Returns the ids of the items below `menu`, at any depth, that have a submenu. Omits hidden items and all
+/// items below them.
 std::vector<ItemId> submenusBelow(const ItemSnapshot& menu);
 
 } // namespace Kest::App

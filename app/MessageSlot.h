@@ -1,4 +1,4 @@
-// Passes a backend message from the Backend's threads to the main thread.
+// Passes the Backend's messages from its threads to the main thread.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -9,31 +9,34 @@
 
 namespace Kest::App {
 
-/// The status messages that were replaced in the slot by a newer message of another kind. Encoding messages
-/// are not recorded: the Backend's table contains their reports.
+/// The status messages that a newer message of another kind has replaced in the slot. A replaced encoding
+/// message is not recorded, because the Backend's table contains its report.
 struct SkippedMessages {
-    std::optional<std::int32_t> status; // the newest status number other than 3
-    bool busList = false;
+    std::optional<std::int32_t> status; // the newest replaced status number other than 3
+    bool busList = false;               // whether the status number 3, "buses changed", was replaced
 };
 
+/// A message of the Backend; `BackendMessageCallback` describes `number` and `type`.
 struct BackendMessage {
     std::int32_t number = 0;
     std::int32_t type = 0;
     std::string description; // valid UTF-8 of at most 1022 bytes
-    SkippedMessages skipped; // all older than this one
+    SkippedMessages skipped; // messages that are older than this one
 };
 
-/// Returns a description, cut at a whole character to 1022 bytes; empty for null and for invalid UTF-8.
+/// Returns `description`, cut to at most 1022 bytes without splitting a character. Returns an empty text for
+/// null and for invalid UTF-8.
 std::string descriptionText(const char* description);
 
-/// Stores one message, by design: a newer one replaces it, and a busy main thread gets one job. Any thread.
+/// Stores one message. A newer message replaces it, so that at most one job for messages waits for a busy
+/// main thread. Any thread.
 class MessageSlot {
 public:
-    /// Stores the message; replaces a waiting one. Returns true if the slot was empty: then the caller must
-    /// schedule a call of `take`.
+    /// Stores a message; replaces a waiting one. Returns true if the slot was empty: then the caller must
+    /// post a job that calls `take`. `description` may be null.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
 
-    /// Empties the slot and returns its message; nullopt if it was empty.
+    /// Returns the message and empties the slot; nullopt if the slot was empty.
     std::optional<BackendMessage> take();
 
 private:

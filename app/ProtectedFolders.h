@@ -1,4 +1,4 @@
-// The folders that are never deleted, whatever an encoder reports as its output.
+// The folders that are never deleted, even if an encoder reports them as its output.
 #pragma once
 
 #include <limits>
@@ -7,17 +7,18 @@
 
 namespace Kest::App {
 
-/// Protects a folder, each folder that contains it, and its subfolders down to `levels`: 1 is its direct
-/// children. A folder that does not exist protects nothing.
+/// Protects a folder, each folder that contains it, and its subfolders to the depth `levels`. A folder that
+/// does not exist or cannot be accessed protects nothing.
 struct ProtectedFolder {
     static constexpr int kWholeTree = std::numeric_limits<int>::max();
 
-    std::string path;
-    int levels = 0;
-    bool hiddenTrees = false; // also protects the trees of direct children with a leading dot
+    std::string path;         // absolute; may contain links
+    int levels = 0;           // 0: no subfolders; 1: its direct subfolders
+    bool hiddenTrees = false; // also protects direct subfolders with a leading dot, with all their contents
 };
 
-/// Returns the protected folders of this system and this user. Any thread.
+/// Returns the protected folders of this system, of this user and of the agent, with the tree of
+/// `settingsFolder`. Any thread.
 std::vector<ProtectedFolder> protectedFolders(const std::string& settingsFolder);
 
 } // namespace Kest::App

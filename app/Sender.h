@@ -5,9 +5,11 @@
 
 namespace Kest::App {
 
-/// A chosen item, or the delegate at start-up, when stored values are shown and not changed, or neither.
+/// The sender is one of: an item that the user has chosen; the delegate, which shows stored values at the
+/// start; or none.
 class Sender {
 public:
+    /// Null means that there is no sender.
     Sender(MenuItem* chosen) : item(chosen) {}
     static Sender delegate()
     {
@@ -18,7 +20,7 @@ public:
 
     bool isDelegate() const { return isTheDelegate; }
     MenuItem* menuItem() const { return item; }
-    /// Returns the item's tag; 0 without an item.
+    /// Returns the item's tag; 0 if the sender is not an item.
     int tag() const { return item == nullptr ? 0 : item->tag(); }
 
 private:

@@ -1,4 +1,4 @@
-// Actions on the installation. None waits for the program that it starts.
+// Actions on the installation. They start programs and do not wait for them.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -6,23 +6,24 @@
 
 namespace Kest::App {
 
-/// Main thread only; both references outlive it.
+/// Main thread only. Both references must outlive this object.
 class ServiceActions {
 public:
     ServiceActions(Workspace& desktop, const Settings::SystemPaths& systemPaths)
         : workspace(desktop), paths(systemPaths)
     {}
 
-    /// Writes the user's name to the last-user marker, then starts the host's restart command. A missing
-    /// command is not reported.
+    /// Writes the user's name to the last-user file, then starts the host's restart command. Does not report
+    /// a missing command.
     void restartService();
     // The architecture items are shown but have no effect, by design.
     void switchTo32() {}
     void switchTo64() {}
     void showAboutDialog();
-    /// Starts the uninstaller; logs one line if there is none.
+    /// Starts the uninstaller. Logs one line if it cannot be started.
     void openUninstaller();
-    /// Unloads the launch agent at the end: the system need not start it again. Ignores the result.
+    /// Starts `launchctl` to unload the agent's launch agent, so that the system does not start the agent
+    /// again. Ignores failures.
     void unloadLaunchAgent();
 
 private:

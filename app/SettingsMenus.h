@@ -1,4 +1,4 @@
-// The menus for solo mode, HDX delay and speaker configuration, and the toggles.
+// The menus of solo mode, HDX delay and speaker configuration, and the toggles.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -10,23 +10,30 @@ class Backend;
 
 namespace Kest::App {
 
-/// Shows each setting with check marks and sets the user's choices in the Backend. Main thread only; both
-/// references outlive it.
+/// Shows each setting with check marks, and sets the user's choices in the Backend. Main thread only. Both
+/// references must outlive this object.
 class SettingsMenus {
 public:
     SettingsMenus(const Outlets& menuOutlets, Settings::Backend& settingsBackend)
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Shows the stored solo mode, HDX delay and toggles; writes the HDX delay and the toggles back.
+    /// Shows the stored solo mode, HDX delay and toggles. Writes the HDX delay and the toggles to the Backend
+    /// again; a delay without an item becomes 0.
     void showStoredChoices();
+    /// Fills the speaker menu, checks the stored configuration and writes it to the Backend again. A negative
+    /// stored configuration is neither checked nor written.
     void showStoredSpeakerConfig();
 
-    // Actions. From the delegate they show the stored value, otherwise they apply the user's choice.
+    // Actions. Each shows the user's choice and writes it to the Backend.
+    // From the delegate, the next two show the mode but do not write it.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    void setHdxAuxTrackDelay(Sender sender); // always applies the sender's tag
+    // Shows and writes the sender's tag, from any sender.
+    void setHdxAuxTrackDelay(Sender sender);
+    // From the delegate, uses the stored configuration instead of the sender's tag.
     void setSpeakerConfig(Sender sender);
+    // Inverts the setting of the sender's item; does nothing without an item.
     void toggleSetting(Sender sender);
     void setDAWType(Sender) {} // the menu is kept but has no effect, by design
 

@@ -15,7 +15,7 @@ class KestSettingsAppDelegate;
 
 namespace Kest::AppKit {
 
-/// Requires the application object. Main thread only, except `post`.
+/// The application object must exist. Main thread only, except `post`.
 class AppKitFrontEnd : public App::FrontEnd, private MenuListener {
 public:
     AppKitFrontEnd();
@@ -23,15 +23,15 @@ public:
     AppKitFrontEnd(const AppKitFrontEnd&) = delete;
     AppKitFrontEnd& operator=(const AppKitFrontEnd&) = delete;
 
-    /// Sets the application whose menu is shown and which receives the choices. Call it once, before anything
-    /// is shown. The application must outlive the last job.
+    /// Sets the application, whose menu is shown and which gets the user's choices. Call it once, before all
+    /// other functions except `post`. The application must outlive the last job.
     void setApplication(App::KestSettingsAppDelegate& application);
     NSMenu* statusMenu() const { return mirror->statusMenu(); }
 
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
     void menuChanged(const App::MenuChanges& changes) override { mirror->show(changes); }
-    /// Terminates the application after the current event.
+    /// Terminates the application after the current event. This ends the process.
     void quit() override;
 
 private:
@@ -42,7 +42,7 @@ private:
 
     App::KestSettingsAppDelegate* delegate = nullptr;
     KestMenuBridge* const bridge;
-    std::optional<MenuMirror> mirror; // set with the delegate
+    std::optional<MenuMirror> mirror; // set by `setApplication`
     id statusItem = nil;
     Posix::JobQueue jobs;
     const InputWatch wakeUps;

@@ -11,8 +11,9 @@ public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override;
     void selectFile(const std::string& folder) override;
-    /// Shows the panel in front of all other applications.
+    /// Shows the about panel and activates the application, so that the panel is in front of all others.
     void showAboutPanel(const App::About& about) override;
+    /// Writes to the system's log with NSLog.
     void log(const std::string& line) override;
 };
 

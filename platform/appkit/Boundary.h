@@ -1,11 +1,12 @@
-// The boundary where Objective-C calls C++: no C++ exception passes through the frames of AppKit.
+// The boundary at which Objective-C calls C++. No C++ exception may pass through the frames of AppKit.
 #pragma once
 
 #include <functional>
 
 namespace Kest::AppKit {
 
-/// Runs `work`; a `std::exception` becomes one log line that names `where`. Any thread.
+/// Calls `work`. If it throws a `std::exception`, logs one line with the name `where`. Any other exception
+/// ends the process. Any thread.
 void stopExceptions(const char* where, const std::function<void()>& work) noexcept;
 
 } // namespace Kest::AppKit

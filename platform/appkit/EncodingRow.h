@@ -1,4 +1,4 @@
-// The row of an encoding: name, percentage and progress bar.
+// The view of an encoding's item: name, percentage and progress bar.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -6,32 +6,35 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// Contains a name, a percentage, a progress bar below them, and the arrow of a submenu, which AppKit does
-/// not draw for an item with a view.
+/// Contains the name, the percentage, a progress bar below them, and the arrow of a submenu. AppKit draws no
+/// arrow for an item with a view. Main thread only.
 @interface KestEncodingRow : NSView {
     CGFloat progress;
 }
-/// The filled part of the bar, 0 to 1; 0 in a copy of the row.
+/// The filled part of the bar, 0 to 1. A copy of a row has the value 0.
 @property(nonatomic) CGFloat progress;
 - (NSTextField*)nameLabel;
 - (NSTextField*)percentageLabel;
-/// The frames of the whole bar and of the arrow, in the row's coordinates.
+/// Returns the frame of the whole bar, in the row's coordinates.
 - (NSRect)bar;
+/// Returns the frame of the arrow, in the row's coordinates.
 - (NSRect)arrow;
-/// Returns whether the item that has this view is highlighted.
+/// Returns whether the menu highlights the item that has this view. Returns NO if views have no
+/// `enclosingMenuItem`.
 - (BOOL)isSelected;
-/// Sets the labels' colour, which depends on `isSelected`.
+/// Sets the colour of the labels, which depends on `isSelected`.
 - (void)colorLabels;
 @end
 
-/// Draws the bar and the arrow of its superview, a row, above the row's selection.
+/// A subview that draws the bar and the arrow of its superview, a `KestEncodingRow`. The subview is above the
+/// row's selection.
 @interface KestEncodingBar : NSView
 @end
 
 namespace Kest::AppKit {
 
-/// Returns a deep copy of the template row with these labels; `accessibilityText` is its accessibility label.
-/// Autoreleased. Main thread only.
+/// Returns a new row with these labels and the progress. `accessibilityText` is its accessibility label.
+/// Autoreleased. Main thread.
 KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& accessibilityText);
 
 } // namespace Kest::AppKit

@@ -1,22 +1,23 @@
-// The platform-specific parts of an encoding's row: its colours and its selection.
+// The platform-specific parts of an encoding's row: the colours and the selection.
 #pragma once
 
 #import "platform/appkit/EncodingRow.h"
 
 namespace Kest::AppKit {
 
-/// Each colour contrasts with the menu, or with the selection, in every appearance of the system.
+/// Colours that contrast with the menu's background, or with the selection, in every appearance of the
+/// system.
 struct RowColors {
     NSColor* text;
     NSColor* barFrame;
     NSColor* barFill;
 };
 
-/// Autoreleased. Main thread.
+/// Returns the colours of a selected or an unselected row. Autoreleased. Main thread.
 RowColors rowColors(bool selected);
 
-/// Adds the selection to a row, because AppKit draws none behind a view. Call it once for each copy. Main
-/// thread.
+/// Adds the view that draws the selection, because AppKit draws none behind a view. Call it once for each
+/// row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
 void addSelection(KestEncodingRow* row);
 
 } // namespace Kest::AppKit

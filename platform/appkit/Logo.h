@@ -5,8 +5,9 @@
 
 namespace Kest::AppKit {
 
-/// Returns the bundle's image of that name, or else the drawn logo under that name: black on transparent, 19
-/// points square, drawn at any resolution. Autoreleased.
+/// Returns the image `name` of the bundle. If there is none, returns the logo, black on transparent and 19
+/// points square, and registers it as the image `name`. The logo is drawn as vectors, so it is sharp at any
+/// resolution. Autoreleased. Main thread.
 NSImage* logoNamed(NSString* name);
 
 } // namespace Kest::AppKit

@@ -7,38 +7,43 @@
 
 namespace Kest::AppKit {
 
-/// Receives the events of the menus. Main thread only.
+/// Gets the events of the menus. Main thread only.
 class MenuListener {
 public:
     virtual ~MenuListener() = default;
     virtual void itemChosen(App::ItemId id) = 0;
-    /// The menu may be about to open. Items may change in this call, but not in the two below.
+    /// Called when the menu may be about to open. The menu's items may be changed in this call, but not in
+    /// `menuWillOpen` and `menuDidClose`.
     virtual void menuNeedsUpdate(App::ItemId id) = 0;
+    /// Called when the menu is about to open.
     virtual void menuWillOpen(App::ItemId id) = 0;
-    /// The action of an item chosen from the menu follows.
+    /// Called when the menu has closed. If the user has chosen an item, `itemChosen` is called after this.
     virtual void menuDidClose(App::ItemId id) = 0;
 };
 
-/// The id of an item is stored as its represented object.
+/// Stores the model's id of the item as the represented object of the NSMenuItem.
 void setId(NSMenuItem* item, App::ItemId id);
+/// Returns the id that `setId` has stored; `kStatusMenuId` if there is none.
 App::ItemId idOf(NSMenuItem* item);
-/// Returns the id of the item that the submenu belongs to; `kStatusMenuId` for a menu without a parent.
+/// Returns the id of the item that has this submenu; `kStatusMenuId` for a menu without such an item.
 App::ItemId idOf(NSMenu* menu);
 
 } // namespace Kest::AppKit
 
-/// The target of all items and the delegate of all menus. An opening menu sends it `menuNeedsUpdate:` and
-/// `menuWillOpen:`, a closing one `menuDidClose:`. Main thread only.
+/// The target of all items and the delegate of all menus; passes their events to a listener. Main thread
+/// only.
 @interface KestMenuBridge : NSObject {
 @private
     Kest::AppKit::MenuListener* listener;
 }
-/// The listener is not called after `disconnect`.
+/// The listener must exist until `disconnect` is called.
 - (id)initWithListener:(Kest::AppKit::MenuListener*)menuListener;
+/// From now on, the listener is not called.
 - (void)disconnect;
 
 - (void)chooseItem:(NSMenuItem*)item;
-/// Returns NO: no item has a key equivalent. Without it AppKit would send `menuNeedsUpdate:` for each key.
+/// Returns NO, because no item has a key equivalent. Without this method, AppKit would send
+/// `menuNeedsUpdate:` for each key.
 - (BOOL)menuHasKeyEquivalent:(NSMenu*)menu forEvent:(NSEvent*)event target:(id*)target action:(SEL*)action;
 - (void)menuNeedsUpdate:(NSMenu*)menu;
 - (void)menuWillOpen:(NSMenu*)menu;

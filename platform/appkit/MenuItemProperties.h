@@ -5,7 +5,8 @@
 
 #import <AppKit/AppKit.h>
 
-// Methods of NSMenuItem on the Mac that GNUstep lacks; test with `instancesRespondToSelector:`.
+// Methods that NSMenuItem has on the Mac but not in GNUstep. Test with `instancesRespondToSelector:` before a
+// call.
 @protocol KestMacMenuItem
 - (void)setHidden:(BOOL)hidden;
 - (BOOL)isHidden;
@@ -15,13 +16,13 @@
 
 namespace Kest::AppKit {
 
-/// If false, the menu omits hidden items.
+/// Returns whether NSMenuItem can be hidden. If not, the menu must omit hidden items.
 bool itemsCanHide();
-/// If false, an encoding's title contains its progress.
+/// Returns whether NSMenuItem can have a view. If not, the title of an encoding contains its progress.
 bool itemsCanHaveViews();
 
-/// Applies all visible properties of an item, except its submenu. An encoding gets a new view each time. Main
-/// thread only.
+/// Applies all visible properties to an item. Gives the item of an encoding a new view each time. A separator
+/// gets only its tag and whether it is hidden. Main thread.
 void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

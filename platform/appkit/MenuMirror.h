@@ -1,4 +1,4 @@
-// Mirrors the model's menu in AppKit's menus.
+// Mirrors the model's menu in menus of AppKit.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -12,14 +12,14 @@
 
 namespace Kest::AppKit {
 
-/// Updates only what has changed. In an open menu items change in place, a removed item stays, greyed, and
-/// new ones are appended, so that no item's index changes. The menu keeps this layout when it closes, because
-/// AppKit sends the action of the chosen item later; `applyDeferredLayouts` and `menuNeedsUpdate` then apply
-/// the model's layout. Main thread only.
+/// Updates only what has changed. In an open menu, items change in place, a removed item remains but is
+/// greyed, and a new item is appended, so that no item's index changes. The menu keeps this layout when it
+/// closes, because AppKit sends the action of the chosen item later. `applyDeferredLayouts` or
+/// `menuNeedsUpdate` then applies the model's layout. Main thread only.
 class MenuMirror {
 public:
-    /// The bridge must outlive this object. Only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use the
-    /// model.
+    /// `title` is the title of the status menu. `target` must outlive this object. `ofModel` may be destroyed
+    /// before this object; only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use it.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
@@ -27,17 +27,21 @@ public:
 
     NSMenu* statusMenu() const { return root; }
 
-    /// Shows the changes of the model; requires all of them, including the first ones.
+    /// Applies changes of the model. Must be called with all changes, from the first ones on.
     void show(const App::MenuChanges& changes);
 
-    /// Applies the model's layout to a menu that has closed; an open menu keeps its layout.
+    /// Applies the model's layout to the menu if it has closed. Does nothing if the menu is open or its
+    /// layout is not deferred.
     void menuNeedsUpdate(App::ItemId id);
-    /// Only records the event, as does `menuClosed`: AppKit forbids changing items while it reports either.
+    /// Records that the menu has opened. Changes no items, because AppKit forbids that while it reports the
+    /// event.
     void menuOpened(App::ItemId id);
+    /// Records that the menu has closed, and defers its layout. Changes no items either.
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredLayouts();
-    /// Returns whether items are being added or removed, during which GNUstep sends `menuNeedsUpdate:`.
+    /// Returns whether this object is adding or removing items. GNUstep then sends `menuNeedsUpdate:`, which
+    /// must be ignored.
     bool isChanging() const { return changing; }
 
 private:
@@ -56,9 +60,9 @@ private:
     KestMenuBridge* const bridge;
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
-    std::set<App::ItemId> openMenus;
-    std::set<App::ItemId> closedMenus;  // those of openMenus whose layout is still to be applied
-    std::set<App::ItemId> removedItems; // removed from the model, still in open menus
+    std::set<App::ItemId> openMenus;                    // have opened; removed when their layout is applied
+    std::set<App::ItemId> closedMenus;                  // the menus in `openMenus` that have closed
+    std::set<App::ItemId> removedItems;                 // removed from the model, but still in open menus
     bool changing = false;
 };
 

@@ -1,29 +1,33 @@
-// Platform-specific parts: the screen, the main loop, the menu and its status item.
+// The platform-specific parts: the screen, the main loop, the menu and its status item.
 #pragma once
 
 #import <AppKit/AppKit.h>
 
 namespace Kest::AppKit {
 
-/// Returns false, with one line on standard error, if there is no screen. Call it before any other part of
-/// AppKit. Main thread.
+/// Creates the application object. Returns false and prints one line to standard error if there is no screen.
+/// Call it before all other functions of AppKit. Main thread.
 bool connectToScreen();
-/// Runs the application until it terminates, which ends the process. Main thread. On the Mac it begins an
-/// activity: App Nap would delay the timers of an agent without windows, and so the monitor's pass each
-/// second. The Mac may still sleep.
+/// Runs the main loop until the application terminates, which ends the process. On the Mac, first begins an
+/// activity, because App Nap would delay the timers of an agent without windows, and with them the monitor's
+/// pass each second. The Mac may still sleep. Main thread.
 int runApplication(int argc, const char** argv);
 
-/// Shows the menu at the system's position for such menus, until `removeStatusItem`. Main thread.
+/// Shows the menu where the system shows such menus, and returns the status item. Pass the item to
+/// `removeStatusItem` at the end. Main thread.
 [[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
-/// Removes and releases the item. Main thread.
+/// Removes and releases the item that `showStatusItem` has returned. Main thread.
 void removeStatusItem(id item);
 
-/// Returns NSMenuItem, or a subclass that adds what GNUstep's lacks.
+/// Returns the class for menu items: NSMenuItem, or with GNUstep a subclass that keeps and draws attributed
+/// titles. Main thread.
 Class menuItemClass();
-/// Returns NSMenu, or a subclass that sends its delegate the messages that GNUstep's does not send.
+/// Returns the class for menus: NSMenu, or with GNUstep a subclass that also sends `menuWillOpen:` and
+/// `menuDidClose:` to its delegate.
 Class menuClass();
 
-/// Returns the run-loop modes in which the main thread runs jobs: also while a menu or a panel is open.
+/// Returns the run-loop modes in which the main thread runs jobs, also while a menu or a panel is open.
+/// Autoreleased.
 inline NSArray* workingModes()
 {
     return [NSArray

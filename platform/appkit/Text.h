@@ -8,7 +8,7 @@
 
 namespace Kest::AppKit {
 
-/// Returns the text with U+FFFD for each invalid byte, never nil. Autoreleased.
+/// Returns the text, in which each invalid byte is replaced by U+FFFD; never nil. Autoreleased.
 inline NSString* toNSString(const std::string& text)
 {
     return [NSString stringWithUTF8String:Text::toUtf8(text).c_str()];

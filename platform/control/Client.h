@@ -10,20 +10,23 @@
 
 namespace Kest::Control {
 
-/// One thread only.
+/// A connection to an agent. Use it on one thread only.
 class Client {
 public:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>; // nullopt: no limit
 
-    /// Connects to the first agent of this user that accepts at its socket in one of the folders. nullopt if
-    /// there is none.
+    /// Connects to the socket in the first of `folders` in which an agent of this user accepts the
+    /// connection. Returns nullopt if there is none.
     static std::optional<Client> connect(const std::vector<std::string>& folders);
 
-    /// Sends one line, given without its line feed. Returns false if the agent has closed the connection.
+    /// Sends one line, which is given without its line feed. Blocks while the agent does not read. Returns
+    /// false if the connection has ended. The process ignores SIGPIPE from the first call on.
     bool send(const std::string& line);
 
+    /// `line`: a line was received; `end`: the connection has ended; `timeout`: the deadline has passed.
     enum class Received { line, end, timeout };
-    /// Waits for the next line and stores it in `line` without its line feed.
+    /// Waits for the next line and stores it in `line`, without its line feed. Changes `line` only if a line
+    /// was received.
     Received receive(std::string& line, Deadline deadline);
 
 private:

@@ -1,4 +1,4 @@
-// The connection of one client, on the server's thread.
+// The connection of one client, as the server's thread uses it.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -12,37 +12,43 @@ namespace Kest::Control {
 
 using Clock = std::chrono::steady_clock;
 
-/// Server's thread only. Never blocks.
+/// Server's thread only. No function blocks.
 class Connection {
 public:
     Connection(ClientId clientId, Settings::Descriptor opened) : id(clientId), socket(std::move(opened)) {}
 
     int descriptor() const { return socket.get(); }
-    /// Returns the events to poll for.
+    /// Returns the events to wait for with poll.
     short events() const;
 
-    /// Appends to the unsent output.
+    /// Appends `text` to the unsent output. Call `write` to send it.
     void send(const std::string& text);
-    /// Writes as much output as the socket accepts at once.
+    /// Writes as much of the unsent output as the socket accepts at once. Sets `isDead` if the connection has
+    /// failed.
     void write();
-    /// Reads available input, at most 4096 bytes.
+    /// Reads at most 4096 bytes of the available input. Sets `isDead` if the connection has failed.
     void read();
-    /// Returns the next complete line, without its end; nullopt if there is none or the reply to the previous
-    /// request is not sent yet.
+    /// Removes and returns the next complete line of the input, without its line feed. Returns nullopt if
+    /// there is no complete line or the line is longer than `kMaxRequestBytes`. Also returns nullopt while a
+    /// reply is awaited or unsent, and if `isClosing` is true.
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
-    /// Returns since when the client has read no output; nullopt when all is sent.
+    /// Returns the time since which the client has read none of the unsent output; nullopt if there is no
+    /// unsent output.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
+    /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
     bool hasTooLongLine() const;
-    /// Returns whether the connection can be dropped.
+    /// Returns whether the connection must be closed: if `isDead`, at once. Otherwise only when all output is
+    /// sent, no reply is awaited, and one of these is true: `isClosing`; or the client sends no more, has no
+    /// request left and does not watch.
     bool isFinished() const;
 
     const ClientId id;
-    bool awaitsReply = false;
-    bool watches = false;
-    bool isClosing = false; // after the unsent output
-    bool isDead = false;    // at once
+    bool awaitsReply = false; // a request is being executed
+    bool watches = false;     // the client gets events
+    bool isClosing = false;   // to be closed when all output is sent
+    bool isDead = false;      // to be closed at once
 
 private:
     bool canRequest() const { return !awaitsReply && !isClosing && unsentBytes() == 0; }
@@ -50,8 +56,8 @@ private:
     Settings::Descriptor socket;
     std::string input;
     std::string output;
-    std::size_t sent = 0; // of `output`
-    bool inputEnded = false;
+    std::size_t sent = 0;    // bytes of `output` that are written
+    bool inputEnded = false; // the client sends no more
     std::optional<Clock::time_point> stalled;
 };
 

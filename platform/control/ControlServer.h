@@ -1,4 +1,4 @@
-// The server of the control socket: other programs of the user read the menu and choose items through it.
+// The server of the control socket, through which other programs of the user read the menu and choose items.
 #pragma once
 
 #include "app/MenuObserver.h"
@@ -19,7 +19,8 @@ namespace Kest::Control {
 
 class MenuCommands;
 
-/// Main thread only; application and front end outlive it. The destructor sends the replies that are ready.
+/// Main thread only. The application and the front end must outlive this object. The destructor sends the
+/// replies that are ready and removes the socket.
 class ControlServer final : public App::MenuObserver {
 public:
     ControlServer(App::KestSettingsAppDelegate& application, App::FrontEnd& frontEnd, ListeningSocket socket,
@@ -33,11 +34,12 @@ public:
 
 private:
     Outbox outbox;
-    const std::shared_ptr<MenuCommands> commands; // posted jobs check that it exists
-    ServerThread thread;                          // destroyed first
+    const std::shared_ptr<MenuCommands> commands; // posted jobs do nothing after its destruction
+    ServerThread thread;                          // destroyed first, because it uses the other members
 };
 
-/// Starts a server at the user's socket. Null, with one log line, on failure: the agent runs without it.
+/// Starts a server at the user's socket. Returns null and logs one line on failure; the agent then runs
+/// without a server.
 std::unique_ptr<App::MenuObserver> startServer(App::KestSettingsAppDelegate& application,
                                                App::FrontEnd& frontEnd, const Settings::SystemPaths& paths);
 

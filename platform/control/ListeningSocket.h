@@ -10,12 +10,14 @@
 
 namespace Kest::Control {
 
-/// Listens until destroyed; the destructor removes the socket, and its folder if empty.
+/// Listens until it is destroyed. The destructor removes the socket, and its folder if that is empty. Does
+/// not remove a socket that another process has created at the same path.
 class ListeningSocket {
 public:
-    /// Creates the socket with mode 0600 in the first folder whose path is short enough; creates that folder
-    /// with mode 0700. Replaces the socket of a killed agent, but follows or removes no other file. Never
-    /// blocks. nullopt, with one log line, on failure.
+    /// Creates the socket, with mode 0600, in the first of `folders` in which its path is short enough.
+    /// Creates that folder, with mode 0700, if it does not exist. `folders` must not be empty. Replaces the
+    /// socket of a killed agent, but follows no link and removes no other file. Never blocks. Returns nullopt
+    /// and logs one line on failure.
     static std::optional<ListeningSocket> open(const std::vector<std::string>& folders);
     ~ListeningSocket();
     ListeningSocket(ListeningSocket&&) = default;
@@ -28,7 +30,7 @@ private:
 
     Settings::Descriptor socket;
     std::string path;
-    dev_t device = 0;
+    dev_t device = 0; // of the created socket, to recognise it
     ino_t inode = 0;
 };
 

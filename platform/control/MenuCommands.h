@@ -1,4 +1,4 @@
-// Executes the requests of clients.
+// Executes the requests of clients on the main thread.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -15,21 +15,24 @@ struct FoundItem;
 
 namespace Kest::Control {
 
-/// Main thread only, except `watchers`. All references outlive it.
+/// Main thread only, except `watchers`. All references must outlive this object.
 class MenuCommands {
 public:
     MenuCommands(App::KestSettingsAppDelegate& application, Outbox& replies)
         : delegate(application), outbox(replies)
     {}
 
-    /// Executes a request and replies once. The reply to `choose` is sent after its effects: the settings
-    /// file is saved and the host informed, or an abort has ended.
+    /// Executes a request and adds one reply to the outbox. The reply to `choose` is added after the choice
+    /// has its effect: the settings file is saved and the host informed. The reply to a chosen abort is added
+    /// by `abortEnded`.
     void run(const Request& request, ClientId client);
 
     void menuChanged(const App::MenuChanges& changes);
+    /// Adds the replies to the requests that chose this abort. `failure` is empty if the abort is complete.
     void abortEnded(int pid, const std::string& failure);
 
-    /// The number of watching clients: incremented here, decremented by the server's thread.
+    /// Returns the number of clients that watch. `run` increments it, and the server's thread decrements it.
+    /// Any thread.
     std::atomic<int>& watchers() { return watching; }
 
 private:
@@ -39,12 +42,13 @@ private:
     };
     App::FoundItem find(App::ItemSnapshot& menu, const std::string& path);
     void openAll();
-    /// Opens the menus that contain the item, since some are filled when they open.
+    /// Calls `menuWillOpen` for each submenu that contains the item, because some submenus are filled then.
     void openMenusOf(App::ItemId id);
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Returns why the abort of the item's encoding is not running after it was chosen; empty if it is.
+    /// Returns why no abort is running after the user chose the abort item `id`; an empty text if an abort is
+    /// running.
     std::string whyNotAborting(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

@@ -1,4 +1,4 @@
-// A queue of replies and events from the main thread to the server's thread.
+// A queue of replies and events, from the main thread to the server's thread.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -17,9 +17,9 @@ using ClientId = std::uint64_t;
 constexpr ClientId kAllWatchers = 0;
 
 struct Message {
-    ClientId client = kAllWatchers;
-    std::string text;         // whole lines
-    bool startsWatch = false; // the reply to `watch`: events follow
+    ClientId client = kAllWatchers; // the recipient; `kAllWatchers`: all clients that watch
+    std::string text;               // whole lines
+    bool startsWatch = false;       // the reply to `watch`: the client gets events from now on
 };
 
 /// Any thread.
@@ -33,13 +33,14 @@ public:
         }
         wakeUp.raise();
     }
+    /// Returns all messages and empties the queue.
     std::deque<Message> take()
     {
         wakeUp.clear();
         const MutexLock lock(mutex);
         return std::exchange(messages, {});
     }
-    /// Returns a descriptor that is readable while messages wait.
+    /// Returns a descriptor that is readable while messages are queued.
     int descriptor() const { return wakeUp.descriptor(); }
 
 private:

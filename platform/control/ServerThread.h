@@ -1,4 +1,4 @@
-// The thread that serves the socket. It never waits for a client or for the main thread.
+// The thread that serves the control socket. It does not wait for a client or for the main thread.
 #pragma once
 
 #include "platform/control/Connection.h"
@@ -18,23 +18,29 @@
 
 namespace Kest::Control {
 
+/// Limits of the server, and the function that identifies the user of a client.
 struct ServerLimits {
-    std::size_t clients = 16;
-    std::size_t unreadBytes = 1'048'576;          // unsent events of a watching client
-    std::chrono::milliseconds unreadTime{10'000}; // during which a client reads none of its output
+    std::size_t clients = 16; // connections at the same time; further clients get an error
+    // A client that watches is disconnected by the next event if more bytes than these are unsent.
+    std::size_t unreadBytes = 1'048'576;
+    std::chrono::milliseconds unreadTime{10'000}; // without a read, after which a client is disconnected
     std::function<std::optional<uid_t>(int)> peerUser = Control::peerUser;
 };
 
-/// Main thread only. The thread waits in poll while no client is connected.
+/// Owns the thread. The thread sleeps while it has nothing to do. Main thread only.
 class ServerThread {
 public:
-    /// Called on the server's thread with each request. A reply must be added to the outbox, from any thread.
+    /// Called on the server's thread with each request. One reply to each request must be added to the
+    /// outbox, on any thread.
     using Handler = std::function<void(ClientId, const Request&)>;
 
-    /// Throws std::system_error if the thread cannot be started. `replies` and `watching` outlive it.
+    /// Starts the thread. Throws std::system_error if that fails. `replies` and `watching` must outlive this
+    /// object. `watching` is the number of clients that watch: the handler increments it, and this class
+    /// decrements it.
     ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
                  Handler requestHandler, ServerLimits serverLimits);
-    /// Sends as much as the sockets accept at once, and disconnects the clients.
+    /// Sends as much of the output as the sockets accept at once, disconnects all clients and ends the
+    /// thread.
     ~ServerThread();
     ServerThread(const ServerThread&) = delete;
     ServerThread& operator=(const ServerThread&) = delete;
@@ -44,7 +50,7 @@ private:
 
     void run();
     std::vector<pollfd> polled() const;
-    int timeout() const; // milliseconds; -1: none
+    int timeout() const; // for poll, in milliseconds; -1: none
     void acceptClients();
     void deliver(const std::deque<Message>& messages);
     void deliver(const Message& message);
@@ -60,7 +66,7 @@ private:
     std::atomic<bool> stopping = false;
     ClientId lastClient = kAllWatchers;
     Connections clients;
-    std::optional<Clock::time_point> acceptAfter; // set while the system is out of descriptors
+    std::optional<Clock::time_point> acceptAfter; // set while the system has no free descriptors
     std::thread thread;
 };
 

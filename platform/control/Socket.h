@@ -9,18 +9,21 @@
 
 namespace Kest::Control {
 
-/// Returns a non-blocking stream socket, which is not inherited by programs that the agent starts. Returns an
-/// empty descriptor, with `errno` set, on failure.
+/// Returns a new stream socket, which does not block and is closed in programs that the agent starts. Returns
+/// an empty descriptor and sets `errno` on failure.
 Settings::Descriptor makeSocket();
 
-/// Accepts the next waiting connection of a listening socket; returns as `makeSocket` does.
+/// Accepts the next waiting connection of a listening socket. Returns a socket, or a failure, as `makeSocket`
+/// does.
 Settings::Descriptor acceptConnection(int listener);
 
-/// Returns the user whose process created the other end; nullopt if the system does not report it.
+/// Returns the user whose process created the other end of a connection; nullopt if the system does not
+/// report the user.
 std::optional<uid_t> peerUser(int connection);
 
-/// Returns the user's folder for sockets: of the environment's and the system's default, the first that
-/// exists, belongs to the user and is not writable by others. Empty if there is none.
+/// Returns the user's folder for sockets: XDG_RUNTIME_DIR, or else the system's default. A folder is used
+/// only if it exists, belongs to the user and is not writable by others. Returns an empty text if there is
+/// none, and always on macOS.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

@@ -1,4 +1,4 @@
-// The path of the control socket.
+// The paths at which the control socket can be.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -10,13 +10,15 @@
 
 namespace Kest::Control {
 
-/// Returns the folders that may contain the socket of this user's agent, the preferred one first.
+/// Returns the folders that can contain the socket of this user's agent, the preferred one first. At least
+/// one.
 std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
 
-/// Returns the path of the socket in a folder.
+/// Returns the path of the socket in `folder`.
 std::string socketPath(const std::string& folder);
 
-/// Returns the address of a socket; nullopt if the path is longer than 107 bytes on Linux or 103 on macOS.
+/// Returns the address of the socket at `path`; nullopt if the path is longer than 107 bytes on Linux or 103
+/// bytes on macOS.
 std::optional<sockaddr_un> socketAddress(const std::string& path);
 
 } // namespace Kest::Control

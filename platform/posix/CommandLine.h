@@ -5,9 +5,11 @@
 
 namespace Kest::Posix {
 
-/// Prints the help for --help, the version for --version, and one line to standard error for any other
-/// argument. Returns the exit status, 0 or 2; nullopt without an argument, when the agent starts. `purpose`
-/// is one sentence for the help. Opens no file and starts no thread except the output's.
+/// Handles the arguments of an agent program. Without arguments, returns nullopt: the agent must start.
+/// Otherwise returns the exit status. If all arguments are --help or --version, prints the help or the
+/// version as the first one requests, and returns 0. The help contains the sentence `purpose`. If there is
+/// any other argument, prints one line to standard error and returns 2. Opens no file, and starts no thread
+/// except those of the output. Waits up to 1 s until the output is written.
 std::optional<int> answerArguments(int argc, const char* const* argv, const char* purpose);
 
 } // namespace Kest::Posix

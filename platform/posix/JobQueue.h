@@ -1,4 +1,4 @@
-// A queue of jobs for the main thread, and the process's signals, with one descriptor to poll.
+// A queue of jobs for the main thread, which also handles the process's signals. One descriptor to poll.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -10,30 +10,35 @@
 
 namespace Kest::Posix {
 
-/// One per process. While it exists, SIGTERM, SIGINT and SIGHUP call `quit`. A second one ends the process at
-/// once; after the first one, SIGALRM does so if the process still runs five seconds later. To embed the
-/// queue in an event loop: poll `wakeUpDescriptor` for input, call `dispatchWakeUps`, check `isQuitting`.
+/// One per process. While it exists, SIGTERM, SIGINT and SIGHUP have the effect of `quit`, and SIGPIPE is
+/// ignored. A second one of the three ends the process at once, and so does SIGALRM if the process still runs
+/// five seconds after the first one. To embed the queue in an event loop: poll `wakeUpDescriptor` for input,
+/// then call `dispatchWakeUps`, then end the loop if `isQuitting`.
 class JobQueue {
 public:
+    /// Prints one line and exits with status 1 if the descriptor to poll cannot be created.
     JobQueue();
+    /// Restores the default actions of the handled signals, except SIGPIPE. If one of the three ending
+    /// signals has arrived, keeps their handlers, and the five seconds continue.
     ~JobQueue();
     JobQueue(const JobQueue&) = delete;
     JobQueue& operator=(const JobQueue&) = delete;
 
-    /// Adds a job. Jobs run in order on the main thread; those left when it quits are dropped. Any thread.
+    /// Adds a job. Jobs run on the main thread in the order of these calls. Jobs that have not run when the
+    /// queue quits are dropped. Any thread.
     void post(std::function<void()> job);
-    /// Calls `arrived` from `dispatchWakeUps` after the signal; several signals may cause one call. Not for
-    /// the ending signals. The destructor restores the signal's default action. Main thread.
+    /// Makes `dispatchWakeUps` call `arrived` after the signal has arrived. Several signals may cause one
+    /// call. Must not be used for the three signals that quit. Main thread.
     void watchSignal(int signal, std::function<void()> arrived);
-    /// Sets a function that is called when an ending signal ends the process at once; must be
-    /// async-signal-safe. Main thread.
+    /// Sets a function that is called when a signal ends the process at once. The function must be
+    /// async-signal-safe; null means none. Main thread.
     static void setEmergencyCleanup(void (*cleanup)());
-    /// Requests the end: no further job runs. Main thread.
+    /// Makes `isQuitting` true, so that no further job runs. Main thread.
     void quit() { quitting = true; }
     bool isQuitting() const { return quitting; }
 
     int wakeUpDescriptor() const { return wakeUp.descriptor(); }
-    /// Handles the signals that have arrived, then runs the waiting jobs. Main thread.
+    /// Handles the signals that have arrived, then runs the queued jobs. Main thread.
     void dispatchWakeUps();
 
 private:

@@ -11,17 +11,18 @@ struct pollfd;
 
 namespace Kest::Posix {
 
-/// A job queue with a loop, which waits in poll. Main thread only, except `post`.
+/// A job queue with a loop that waits with poll. A descriptor has at most one watch; a new watch replaces the
+/// previous one. Main thread only, except `post`.
 class MainLoop : public JobQueue {
 public:
-    /// Calls `readable` whenever the descriptor is readable or at its end.
+    /// Calls `readable` whenever the descriptor has input, is at its end or has failed.
     void watchInput(int descriptor, std::function<void()> readable);
-    /// Calls `writable` whenever the descriptor is writable.
+    /// Calls `writable` whenever the descriptor accepts output or has failed.
     void watchOutput(int descriptor, std::function<void()> writable);
-    /// Ends either watch; does nothing if there is none.
+    /// Removes the watch of a descriptor; does nothing if there is none.
     void unwatch(int descriptor) { watches.erase(descriptor); }
-    /// Runs until `quit`, and finishes the current callback. Returns false, with one line printed, if waiting
-    /// for events fails.
+    /// Runs until `quit` is called; the callback that called it still completes. Returns false and prints one
+    /// line if waiting for events fails.
     bool run();
 
 private:

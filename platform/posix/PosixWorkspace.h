@@ -1,4 +1,4 @@
-// Starts programs without the services of a desktop.
+// Starts programs on systems without desktop services.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -7,17 +7,20 @@
 
 namespace Kest::Posix {
 
-/// The standard streams of a started program: the agent's own, or none if the agent's own belong to a full
-/// screen and end with it.
+/// The standard streams of a started program: those of the agent, or /dev/null. Use `none` if the agent draws
+/// on a full screen, on which other output must not appear.
 enum class Streams { inherited, none };
 
-/// Main thread only. Front ends implement the functions that show something to the user.
+/// Implements the start of programs. Derived classes implement the functions that show something to the user.
+/// Main thread only.
 class PosixWorkspace : public App::Workspace {
 public:
     explicit PosixWorkspace(Streams streams = Streams::inherited) : programStreams(streams) {}
 
-    /// Starts the program in a new session, so that it outlives the agent's terminal. From the first call on,
-    /// the process ignores SIGCHLD: the system removes ended children, and nothing can wait for them.
+    /// Starts the program in a new session, so that it continues when the agent's terminal closes. Returns
+    /// false if the program could not be started; logs one line unless the program is missing or is not
+    /// executable. From the first call on, the process ignores SIGCHLD: the system removes ended children,
+    /// and this process cannot wait for one.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }
 

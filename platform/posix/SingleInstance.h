@@ -1,4 +1,4 @@
-// The start and the end of every agent program on POSIX systems.
+// The start and the end of each agent program on POSIX systems.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -11,16 +11,16 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Posix {
 
-/// Runs an agent with the default paths and returns its exit status. If another agent of this user runs,
-/// prints one line and returns `statusIfRunning`. If the system allows too few descriptors, prints one line
-/// and returns 1.
+/// Calls `agent` with the default paths and returns its result, an exit status. If another agent of this user
+/// runs, prints one line and returns `statusIfRunning`. If the system has too few free descriptors, prints
+/// one line and returns 1.
 int runSingleInstance(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
-/// Calls `awakeFromNib`. Returns false, with one line printed, if the application cannot start.
+/// Calls `awakeFromNib`. Returns false and prints one line if the application cannot start.
 bool startApplication(App::KestSettingsAppDelegate& application);
 
-/// Runs the application from start to end; `loop` is the front end's and returns false on failure. Returns
-/// the exit status: 1 after a failure.
+/// Starts the application, calls `loop`, and terminates the application. `loop` is the front end's main loop
+/// and returns false on failure. Returns the exit status: 0, or 1 if the start or `loop` failed.
 int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop);
 
 } // namespace Kest::Posix

@@ -1,4 +1,4 @@
-// Owners of sd-bus objects, and functions that append to messages and check each step.
+// Owning pointers to sd-bus objects, and functions that append to messages and check each step.
 #pragma once
 
 #include "platform/statusnotifier/MenuProperties.h"
@@ -14,12 +14,13 @@ template <typename Object, Object* (*unref)(Object*)>
 struct Unref {
     void operator()(Object* object) const { unref(object); }
 };
-using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_close_unref>>; // flushing would wait for the bus
+using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_close_unref>>; // no flush, which could block
 using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_message_unref>>;
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
-/// An output argument for a function that creates an object; the owner has it after the call.
+/// Passes an owning pointer to a function with an output argument, such as `sd_bus_open_user`. The pointer
+/// owns the created object at the end of the whole expression.
 template <typename Owner>
 class Into {
 public:
@@ -34,9 +35,10 @@ private:
     typename Owner::pointer made = nullptr;
 };
 
-// Each returns sd-bus's result: a negative errno on failure. The message must not be sent then.
+// Each function returns the result of sd-bus: a negative errno on failure. After a failure, the message must
+// not be sent.
 
-/// Calls `append` with each element, up to the first failure.
+/// Calls `append` with each element until one call fails.
 template <typename Range, typename Append>
 int appendEach(const Range& range, Append append)
 {
@@ -49,7 +51,8 @@ int appendEach(const Range& range, Append append)
     return result;
 }
 
-/// Appends a container with the elements that `append` appends. `type` and `contents` are as for sd-bus.
+/// Opens a container in the message, calls `append`, which appends the contents, and closes the container.
+/// `type` and `contents` are those of `sd_bus_message_open_container`.
 template <typename Append>
 int appendContainer(sd_bus_message* message, char type, const char* contents, Append append)
 {
@@ -63,8 +66,8 @@ int appendVariant(sd_bus_message* message, const Value& value);
 int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as
 
-/// Replies to a method call; `append` gets the reply. A negative result, returned to sd-bus by the method,
-/// becomes an error reply.
+/// Replies to a method call. `append` gets the reply and appends its arguments. If a method of the vtable
+/// returns a negative result, sd-bus sends an error reply.
 template <typename Append>
 int reply(sd_bus_message* call, Append append)
 {

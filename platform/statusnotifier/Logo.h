@@ -1,4 +1,4 @@
-// The agent's logo as pixels, for panels that do not find it by its name.
+// The agent's logo as pixels, for panels that do not find the icon by its name.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,12 @@
 namespace Kest::StatusNotifier {
 
 struct Pixmap {
-    int side;                       // pixels; the picture is square
+    int side;                       // width and height in pixels
     std::vector<std::uint8_t> argb; // four bytes per pixel from the top left, alpha first, not premultiplied
 };
 
-/// Returns the logo in a light colour with a dark outline: one of them contrasts with the panel.
+/// Returns the logo in a light colour with a dark outline, so that it is visible on light and dark panels.
+/// `side` is in pixels, at least 1.
 Pixmap drawLogo(int side);
 
 } // namespace Kest::StatusNotifier

@@ -1,4 +1,4 @@
-// Exports the menu on the session bus: com.canonical.dbusmenu, version 3.
+// Exports the menu on the session bus with the interface com.canonical.dbusmenu, version 3.
 #pragma once
 
 #include "platform/statusnotifier/AccordionPanel.h"
@@ -10,38 +10,41 @@
 
 namespace Kest::StatusNotifier {
 
-/// The functions of the application that the exporter calls.
+/// The model and the functions of the application that the exporter uses.
 struct MenuCallbacks {
-    const App::MenuModel& menu; // outlives the exporter
-    // `choose` and `menuWillOpen` report changes by `menuChanged` before they return.
+    const App::MenuModel& menu; // must outlive the exporter
+    // If `choose` or `menuWillOpen` changes the menu, `MenuExporter::menuChanged` is called before they
+    // return.
     std::function<void(App::ItemId)> choose;
     std::function<void(App::ItemId)> menuWillOpen;
-    std::function<void(std::function<void()>)> post; // runs a job later
+    std::function<void(std::function<void()>)> post; // runs a job later, on the main thread
 };
 
 constexpr char kMenuPath[] = "/MenuBar";
 
-/// Main thread only. The bus outlives it.
+/// Main thread only. The bus must outlive this object.
 class MenuExporter {
 public:
     MenuExporter(sd_bus* bus, MenuCallbacks menuCallbacks);
     MenuExporter(const MenuExporter&) = delete;
     MenuExporter& operator=(const MenuExporter&) = delete;
 
-    /// Returns a negative errno if the object could not be put on the bus.
+    /// Returns a negative errno if the menu could not be exported; otherwise 0 or more.
     int failure() const { return exportResult; }
 
-    /// Sends the changes to panels: at most one signal of properties to all, one to the accordion panel, and
-    /// one of layout for each menu whose items were added, removed or moved. While the bus does not read, the
-    /// queue is bounded.
+    /// Sends signals for the changes: at most one with properties to all panels, one with labels to the
+    /// accordion panel, and one for each menu whose items were added, removed or moved. While
+    /// `Panels::holdBack` returns true, the signals of the last kind are held back, and removed items are
+    /// sent as invisible. If more than 16 messages are queued, omits signals until `catchUp` sends the whole
+    /// state.
     void menuChanged(const App::MenuChanges& changes);
-    /// Sends the whole menu's state if changes were omitted and the queue is empty, otherwise does nothing.
-    /// Called after each event of the main loop.
+    /// If signals were omitted and the queue is empty, sends the state of the whole menu; otherwise does
+    /// nothing. Call it after each event of the main loop.
     void catchUp();
-    /// Called when a panel starts again: discards what is known about panels, and sends the held layouts.
+    /// Forgets all panels and sends the layout signals that were held back. Call it when a panel starts.
     void resetPanels();
 
-    // Called by sd-bus.
+    // Called by sd-bus for method calls.
     int getLayout(sd_bus_message* call);
     int getGroupProperties(sd_bus_message* call);
     int getProperty(sd_bus_message* call);

@@ -1,4 +1,4 @@
-// The arguments of com.canonical.dbusmenu's methods and signals, read from and appended to messages.
+// Reads and appends the arguments of the methods and signals of com.canonical.dbusmenu.
 #pragma once
 
 #include "platform/statusnotifier/Bus.h"
@@ -10,30 +10,34 @@
 
 namespace Kest::StatusNotifier {
 
+/// What a panel reports about an item.
 enum class PanelEvent { clicked, opened, closed, other };
 using PanelEvents = std::vector<std::pair<App::ItemId, PanelEvent>>;
 
+/// The arguments of GetLayout.
 struct LayoutRequest {
     App::ItemId parent = App::kStatusMenuId;
-    int depth = 0;                    // levels below the parent; -1: all
-    std::set<std::string> properties; // requested by the client; empty: all
+    int depth = 0;                    // levels of submenus; -1: all
+    std::set<std::string> properties; // requested properties; empty: all
 };
 
-// Each returns sd-bus's result: a negative errno on failure, for example for a malformed message.
+// Each function returns the result of sd-bus: a negative errno on failure, for example if the message is
+// malformed. The comments contain the D-Bus signature of the arguments.
 
-/// ai: stores each id once, in ascending order.
+/// "ai". Replaces `ids` by the ids in the message, each once, in ascending order.
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);
-int readLayoutRequest(sd_bus_message* message, LayoutRequest& request); // iias
-/// isvu: adds the event to `events`.
+/// "iias".
+int readLayoutRequest(sd_bus_message* message, LayoutRequest& request);
+/// "isvu". Adds one event to `events`.
 int readEvent(sd_bus_message* message, PanelEvents& events);
-/// a(isvu)
+/// "a(isvu)". Adds all events of the array to `events`.
 int readEvents(sd_bus_message* message, PanelEvents& events);
 
 int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids);           // ai
 int appendItem(sd_bus_message* message, App::ItemId id, const Properties& properties); // (ia{sv})
 int appendLayout(sd_bus_message* message, const Layout& layout);                       // (ia{sv}av)
 int appendUpdates(sd_bus_message* message, const std::vector<ItemUpdate>& items);      // a(ia{sv})a(ias)
-/// a(ia{sv})a(ias): the changeable properties of every item of a menu, defaults included.
+/// "a(ia{sv})a(ias)". Appends `changeableProperties` of each item below `menu`, at any depth.
 int appendWholeMenu(sd_bus_message* message, const App::ItemSnapshot& menu);
 
 } // namespace Kest::StatusNotifier

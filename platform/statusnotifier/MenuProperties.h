@@ -1,4 +1,4 @@
-// The properties and the layout of menu items in com.canonical.dbusmenu, without a bus.
+// The properties and the layout of menu items as com.canonical.dbusmenu defines them. Uses no bus.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -13,39 +13,43 @@
 namespace Kest::StatusNotifier {
 
 using Value = std::variant<std::string, bool, std::int32_t>;
+/// The values by property name.
 using Properties = std::map<std::string, Value>;
 
-/// Returns UTF-8 that sd-bus accepts: with U+FFFD for each of U+FDD0..U+FDEF, U+nFFFE and U+nFFFF, and for
-/// each invalid byte.
+/// Returns `text` as UTF-8 that sd-bus accepts: each noncharacter (U+FDD0 to U+FDEF, U+nFFFE, U+nFFFF) and
+/// each invalid byte is replaced by U+FFFD.
 std::string busText(std::string_view text);
 
-/// Returns a label in which underscores, the marks of mnemonics, are doubled and ASCII control characters are
-/// blanks.
+/// Returns `text` as a label that `busText` makes valid. Doubles underscores, which would mark mnemonics, and
+/// replaces ASCII control characters by blanks.
 std::string escapedLabel(const std::string& text);
 
-/// Returns the properties of an item for panels. Omits defaults, except the label and the state of an item
-/// with a mark.
+/// Returns the item's properties for panels. Omits properties with default values, except the label, and the
+/// state of an item with a mark. A separator has neither.
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// Returns the current value of each property that can change while the item exists, defaults included.
+/// Returns the properties that can change while the item exists, also those with default values.
 Properties changeableProperties(const App::ItemSnapshot& item);
 
-/// An item with its submenu, to the depth of the snapshot.
+/// An item with the items of its submenu.
 struct Layout {
     App::ItemId id = App::kStatusMenuId;
     Properties properties;
     std::vector<Layout> children;
 };
 
+/// Returns the layout of a snapshot, to the depth of the snapshot.
 Layout layoutOf(const App::ItemSnapshot& item);
 
+/// The changed properties of an item.
 struct ItemUpdate {
     App::ItemId id;
     Properties updated;
-    std::vector<std::string> removed; // back to their defaults
+    std::vector<std::string> removed; // names of properties that have their default values again
 };
 
-/// Returns the updates of changed items for panels; omits items without a change that panels see.
+/// Returns the updates of changed items for panels. Omits items whose properties for panels are unchanged.
+/// `menu` must be in the state after `changes`.
 std::vector<ItemUpdate> itemUpdates(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::StatusNotifier

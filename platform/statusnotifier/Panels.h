@@ -1,4 +1,4 @@
-// Tracks the panels that show the menu: the submenus that each one knows, and when layouts are held back.
+// Records which submenus each panel knows and which menus are open, to decide when layout signals are sent.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -12,34 +12,37 @@ namespace Kest::StatusNotifier {
 
 /// A panel reads the menu in one of two ways.
 ///
-/// One level at a time, as Qt does: it reads a submenu when the user opens it, too late to position it by its
-/// size. The next LayoutUpdated for a submenu that was read this way is lost. So each submenu is announced to
-/// the panel before.
+/// One level at a time, as Qt does: the panel reads a submenu when the user opens it. At that time the panel
+/// has already positioned the submenu, and it ignores the next signal LayoutUpdated for the submenu. So the
+/// submenu is announced in advance: this panel gets a LayoutUpdated for it before the user opens it.
 ///
-/// The whole menu, as GTK and GNOME do: rows added to an open submenu are not shown. GTK hides other rows
-/// instead, MATE and GNOME close the submenu. So layouts are held while such a panel has a menu open.
+/// The whole menu, as GTK and GNOME do. If rows are added to an open submenu, GTK hides other rows, and MATE
+/// and GNOME close the submenu. So LayoutUpdated is held back while such a panel has a menu open.
 ///
 /// Main thread only.
 class Panels {
 public:
-    /// Returns the submenus in `menu` that were not announced to `panel` yet, and records them as announced.
-    /// `panel` has read `menu` without its submenus.
+    /// Call it when `panel` has read one level of `menu`. Returns the submenus in `menu` that were not
+    /// announced to `panel` yet, and records them as announced.
     std::set<App::ItemId> unannounced(const std::string& panel, const App::ItemSnapshot& menu);
 
-    // Events that panels report: some only of the whole menu, others only of its submenus; a killed panel
-    // reports no closing. Each returns the held layouts to send now.
+    // Events that panels report. Some panels report events of the status menu only, others those of its
+    // submenus only, and a killed panel does not report that a menu closes. Each function returns the menus
+    // for which LayoutUpdated was held back and must be sent now.
     std::set<App::ItemId> aboutToShow(App::ItemId menu);
+    /// Records `menu` as open, unless `panel` reads one level at a time.
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
     std::set<App::ItemId> closed(App::ItemId menu);
-    std::set<App::ItemId> reset(); // before other panels
+    /// Forgets all panels and all open menus. Call it when a panel starts.
+    std::set<App::ItemId> reset();
 
-    /// Returns whether the menu's layout must be held back, and records it if so.
+    /// Returns whether a panel has a menu open. If so, records that LayoutUpdated is held back for `menu`.
     bool holdBack(App::ItemId menu);
 
 private:
     std::set<App::ItemId> allClosed();
 
-    // By panel and menu: the submenus that the menu had when it was last read.
+    // By panel and menu: the submenus that the menu had when the panel last read it.
     std::map<std::pair<std::string, App::ItemId>, std::set<App::ItemId>> announced;
     std::set<App::ItemId> open;
     std::set<App::ItemId> held;

@@ -9,29 +9,32 @@
 
 namespace Kest::StatusNotifier {
 
-/// Registered by path: GNOME's extension loses some items that are registered by bus name. Cinnamon also
-/// opens the menu of an item below this folder with the left button.
+/// The object path of the item. The item is registered by this path, because GNOME's extension loses some
+/// items that are registered by bus name. For an item with a path below /org/ayatana/NotificationItem,
+/// Cinnamon opens the menu with the left button too.
 constexpr char kItemPath[] = "/org/ayatana/NotificationItem/kest_settings";
 
-/// Main thread only. The bus outlives it. Registers with the current watcher, with each new one, and again
-/// when a watcher removes the item: it appears in panels that start later or restart.
+/// Registers the item with the current watcher and with each later one, so that the item appears in panels
+/// that start or restart later. If a watcher removes the item, registers it again, at most 10 times with one
+/// watcher. Main thread only. The bus must outlive this object.
 class StatusItem {
 public:
-    /// Called from a callback of the bus.
+    /// Called from callbacks of the bus; `registering` also from the constructor.
     struct Callbacks {
-        std::function<void()> noTray;         // once, if there is no watcher at the start
+        std::function<void()> noTray;         // at most once, if there is no watcher at the start
         std::function<void()> registering;    // a panel is about to read the item and its whole menu
-        std::function<void(int)> notAccepted; // the bus refused the item; a negative errno
+        std::function<void(int)> notAccepted; // the bus has refused the item; gets a negative errno
     };
-    /// Does not wait: the item appears when the bus has replied.
+    /// Exports the item and registers it, without waiting for replies. `themePath` is the folder of the icon
+    /// theme.
     StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
 
-    /// Returns a negative errno if the item could not be put on the bus.
+    /// Returns a negative errno if the item could not be exported; otherwise 0 or more.
     int failure() const { return exportResult; }
 
-    // Called by sd-bus.
+    // Called by sd-bus for the item's properties, for signals and for replies.
     int getProperty(const std::string& property, sd_bus_message* reply) const;
     void watcherOwnerChanged(const std::string& owner);
     void unregistered(std::string_view removedItem);
@@ -54,7 +57,7 @@ private:
     SlotPtr watcherMatch;
     SlotPtr unregisteredMatch;
     SlotPtr registration;
-    int registrationsLeft = 0; // with the current watcher
+    int registrationsLeft = 0; // attempts with the current watcher
     int exportResult = 0;
 };
 

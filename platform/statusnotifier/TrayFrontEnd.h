@@ -1,4 +1,4 @@
-// The front end of Linux desktops: an item in the panel that opens the menu.
+// The front end for Linux desktops: an item in the panel that opens the menu.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -18,26 +18,26 @@ namespace Kest::StatusNotifier {
 /// Main thread only, except `post`.
 class TrayFrontEnd final : public App::FrontEnd {
 public:
-    /// Starts to connect to the user's session bus, without waiting. On failure prints one line to standard
-    /// error, and `bus()` is null.
+    /// Starts to connect to the user's session bus, without waiting. On failure, prints one line to standard
+    /// error; `bus` then returns null, and `run` must not be called.
     TrayFrontEnd();
 
     sd_bus* bus() const { return sessionBus.get(); }
 
-    /// Shows the item and runs until `quit`. Returns false, with one line on standard error, if the item
-    /// could not be put on the bus or the bus has ended.
+    /// Exports the item and the menu, and runs until `quit` is called. Returns false and prints one line to
+    /// standard error if the bus refuses the item, the bus has ended, or the main loop fails.
     bool run(App::KestSettingsAppDelegate& application);
 
-    void showStatusItem(const std::string&) override {} // the item appears with its menu, in `run`
+    void showStatusItem(const std::string&) override {} // no effect: `run` shows the item with its menu
     void post(std::function<void()> job) override { wakeUps.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
     void quit() override { end(kQuit); }
 
 private:
-    // Results of the event loop; sd-bus ends it with 1 when the connection is lost.
+    // Results of the event loop. sd-bus ends the loop with 1 when the connection is lost.
     static constexpr int kQuit = 0;
     static constexpr int kBusLost = 1;
-    static constexpr int kFailed = 2; // already reported
+    static constexpr int kFailed = 2; // the failure is printed already
 
     int connect();
     void start(App::KestSettingsAppDelegate& application);

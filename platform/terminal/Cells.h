@@ -1,13 +1,13 @@
-// Measures, cuts and pads text for the cells of a terminal.
+// Measures, cuts and pads text for the character cells of a terminal.
 #pragma once
 
 #include <string>
 
 namespace Kest::Terminal {
 
-/// The symbols that a screen can draw.
+/// The symbols for drawing on a screen.
 struct Glyphs {
-    bool isUnicode = true; // false: ASCII only
+    bool isUnicode = true; // false: the screen can draw ASCII only
     const char* separator() const { return isUnicode ? "\u2500" : "-"; }
     const char* submenuArrow() const { return isUnicode ? "\u25B8" : ">"; }
     const char* done() const { return isUnicode ? "\u2588" : "#"; }
@@ -15,14 +15,16 @@ struct Glyphs {
     const char* ellipsis() const { return isUnicode ? "\u2026" : "~"; }
 };
 
-/// Returns the text as `printable` does, with "?" for each character that the screen or the locale lacks.
+/// Returns the text as `printable` does, with "?" for each character that the screen or the locale cannot
+/// draw.
 std::string drawable(const std::string& text, Glyphs glyphs);
 
-/// Returns the width of drawable text in cells, by the process's locale: 2 for a wide character, 0 for a
-/// combining accent.
+/// Returns the width of a drawable text in cells, by the process's locale. A wide character counts 2, a
+/// combining accent 0.
 int cellWidth(const std::string& text);
 
-/// Returns drawable text cut or padded with blanks to exactly `width` cells; empty for a width below 1.
+/// Returns a drawable text, cut or padded with blanks to exactly `width` cells. A cut text ends with an
+/// ellipsis. Returns an empty text if `width` is below 1.
 std::string fitToWidth(const std::string& text, int width, Glyphs glyphs);
 
 /// Returns `text` repeated `times` times.

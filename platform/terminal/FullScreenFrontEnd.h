@@ -15,8 +15,8 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Terminal {
 
-/// While it exists, text that the process prints is shown in a line of the screen. Main thread only, except
-/// `post`.
+/// While this object exists, text that the process prints is shown in one line of the screen. Main thread
+/// only, except `post`.
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
     /// The screen must outlive this object.
@@ -25,11 +25,11 @@ public:
     FullScreenFrontEnd(const FullScreenFrontEnd&) = delete;
     FullScreenFrontEnd& operator=(const FullScreenFrontEnd&) = delete;
 
-    /// Shows the menu and handles keys until `quit` is called. Returns false after a failure, which is
-    /// printed.
+    /// Shows the menu and handles keys until `quit` is called or the terminal hangs up. Returns false if
+    /// waiting for events failed.
     bool run(App::KestSettingsAppDelegate& application);
 
-    void showStatusItem(const std::string&) override {} // the screen shows the menu
+    void showStatusItem(const std::string&) override {} // no effect: the screen shows the menu
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
     void hostChanged() override { scheduleDrawing(); }
@@ -46,7 +46,7 @@ private:
     Screen& screen;
     Posix::MainLoop loop;
     MenuScreen menu;
-    App::KestSettingsAppDelegate* delegate = nullptr; // set while running
+    App::KestSettingsAppDelegate* delegate = nullptr; // null except during `run`
     bool isMenuStale = true;
     bool isDrawingScheduled = false;
 };

@@ -10,11 +10,11 @@ namespace Kest::Terminal {
 
 struct SearchMatch {
     App::ItemId id = App::kStatusMenuId;
-    std::string path; // "Speaker Configuration > Stereo"
+    std::string path; // for example "Speaker Configuration > Stereo"; may contain control characters
 };
 
-/// Returns the listed items at any depth whose name contains `part`, from the top down, ignoring case. Every
-/// listed item matches an empty `part`.
+/// Returns the items whose name contains `part`, ignoring case, at any depth and from top to bottom. Omits
+/// hidden items, separators and all items below a hidden item. If `part` is empty, returns all other items.
 std::vector<SearchMatch> findItems(const App::ItemSnapshot& statusMenu, const std::string& part);
 
 } // namespace Kest::Terminal

@@ -1,4 +1,4 @@
-// The full-screen menu without a terminal: handles keys and returns the lines to draw.
+// The full-screen menu without a terminal: handles keys, and returns the lines to draw.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -26,32 +26,36 @@ enum class Key : std::uint8_t {
     enter,
     escape,
     backspace,
-    character, // `text` contains it
-    click,     // at `line`
+    character, // `Input::text` contains it
+    click,     // at `Input::line`
     wheelUp,
     wheelDown,
-    suspend, // ignored by the menu
+    suspend, // handled by the front end
     other,
 };
 
+/// A key or a mouse event.
 struct Input {
     Key key = Key::other;
-    std::string text{}; // in the locale's encoding
-    int line = 0;       // of the screen, counted from 0
+    std::string text{}; // for `Key::character`: one character in the locale's encoding
+    int line = 0;       // for `Key::click`: the line of the screen, counted from 0
 };
 
-/// What the front end does after an input: chooses an item, then reports the opened submenus; or quits.
+/// What the front end must do after an input. If `quit` is true, it quits. Otherwise it first chooses the
+/// item `chosen`, then reports the submenus `opened`.
 struct Command {
-    App::ItemId chosen = App::kStatusMenuId;
-    std::vector<App::ItemId> opened; // submenus that are now displayed or part of a search
+    App::ItemId chosen = App::kStatusMenuId; // `kStatusMenuId` means none
+    std::vector<App::ItemId> opened;         // submenus that are now shown, or needed for a search
     bool quit = false;
 };
 
+/// The size of a screen, in character cells.
 struct Size {
     int lines = 0;
     int columns = 0;
     bool operator==(const Size&) const = default;
 };
+/// On a smaller screen, only a message is drawn.
 constexpr Size kMinSize{8, 40};
 
 enum class Style : std::uint8_t { plain, title, greyed, red, status };
@@ -62,25 +66,27 @@ struct ScreenLine {
     bool selected = false;
 };
 
-/// Returns an item as one row of `width` cells: a pointer if it is selected, mark and title, and an arrow if
-/// it has a submenu. The row of an encoding has a progress bar after the name.
+/// Returns an item as one row of `width` cells: a pointer if the item is selected, its mark and title, and an
+/// arrow if it has a submenu. If the item is an encoding with a percentage, a progress bar follows the name.
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
 
-/// Displays a title, the rows of the open menu, the last printed line, and the state of the host and its
-/// buses.
+/// Displays a title, the rows of the innermost open menu, the last printed line, and the state of the host
+/// and its buses. Main thread only.
 class MenuScreen {
 public:
     explicit MenuScreen(Glyphs ofScreen) : glyphs(ofScreen) {}
 
-    /// Replaces the menu; `now` is in seconds since 1970.
+    /// Replaces the menu. `now` is the time in seconds since 1970; it is shown as the time of the last change
+    /// if the buses differ.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// Takes printed text, in pieces of any size. Its last line that is not blank is shown; a log line is
-    /// shown without date and level.
+    /// Adds text that was printed, in pieces of any size. The last line that is not blank is shown. An error
+    /// or a warning of the log is shown without its date and level.
     void addPrintedText(const std::string& printed);
     void showHost(Settings::HostPresence presence) { host = presence; }
+    /// Handles one key or mouse event, and returns what the front end must do.
     Command press(const Input& input);
 
-    /// Returns all lines of the screen from the top; scrolls to the selected row.
+    /// Returns all lines of the screen from the top, scrolled so that the selected row is visible.
     std::vector<ScreenLine> lines(Size size);
 
 private:
@@ -107,15 +113,15 @@ private:
     const Glyphs glyphs;
     Navigator navigator;
     std::vector<std::string> buses;
-    std::time_t busesChanged = 0; // 0: never since the first list
+    std::time_t busesChanged = 0; // seconds since 1970; 0: no change since the first list
     Settings::HostPresence host = Settings::HostPresence::absent;
     std::string lastPrintedLine;
-    std::string unfinishedLine;
+    std::string unfinishedLine; // printed text after the last line feed
     Mode mode = Mode::menu;
     std::string searchText;
     std::vector<SearchMatch> matches;
     int match = 0; // index of the selected match
-    // Of the last drawing, for clicks and page keys.
+    // The first row and the number of rows in the last drawing, for clicks and page keys.
     int drawnTop = 0;
     int drawnHeight = 1;
 };

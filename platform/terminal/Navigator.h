@@ -1,4 +1,4 @@
-// The position in the menu: the open submenus and the selected item of each.
+// The position in the menu: the open submenus, and the selected item of each open menu.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -7,45 +7,54 @@
 
 namespace Kest::Terminal {
 
-/// Refers to items by their ids, so that a change of the menu does not move the selection. When an open
-/// submenu is removed, its parent becomes the innermost open menu; when the selected row is removed, the
-/// nearest row is selected.
+/// Identifies items by their ids, so that the selection survives changes of the menu. If an open submenu is
+/// removed, its parent becomes the innermost open menu. If the selected item is removed, the nearest row is
+/// selected. Main thread only.
 class Navigator {
 public:
     /// Replaces the menu.
     void show(App::ItemSnapshot statusMenu);
     const App::ItemSnapshot& statusMenu() const { return shown; }
 
-    /// The innermost open menu, and all open menus from the status menu on. Valid until the next `show`.
+    /// Returns the innermost open menu. Valid until the next call of `show`.
     const App::ItemSnapshot& menu() const;
+    /// Returns all open menus: the status menu first, the innermost open menu last. Valid until the next call
+    /// of `show`.
     std::vector<const App::ItemSnapshot*> openMenus() const;
-    /// Returns the visible items of the open menu, with separators. Valid until the next `show`.
+    /// Returns the visible items of the innermost open menu, separators included. Valid until the next call
+    /// of `show`.
     std::vector<const App::ItemSnapshot*> rows() const;
 
-    /// Returns `kStatusMenuId` if there is nothing to select.
+    /// Returns the selected item of the innermost open menu; `kStatusMenuId` if that menu has no item to
+    /// select.
     App::ItemId selected() const { return levels.back().selected; }
+    /// Selects an item of the innermost open menu. If the menu has no such row, selects the row nearest to
+    /// the previous selection.
     void select(App::ItemId id);
-    /// Moves down by `steps` selectable rows, up if negative; stops at the ends.
+    /// Moves the selection down by `steps` rows, or up if `steps` is negative. Skips separators, and stops at
+    /// the first and the last row.
     void moveBy(int steps);
 
-    /// Opens the submenu of an item in the open menu and selects its first item that is on, or else its first
-    /// row.
+    /// Opens the submenu of an item in the innermost open menu. Selects the first item of the submenu that is
+    /// on, or the first row if no item is on. Does nothing if the innermost open menu has no such visible
+    /// item with a submenu.
     void enter(App::ItemId submenu);
     /// Closes the innermost submenu. Returns false if none is open.
     bool leave();
-    /// Selects an item at any depth and opens all submenus that contain it; does nothing if there is none.
+    /// Selects an item at any depth and opens all submenus that contain it. Does nothing if no visible item
+    /// has the id.
     void goTo(App::ItemId id);
 
-    /// Returns the first row of the open menu to draw in a window of `height` rows; scrolls only as far as
-    /// the selected row requires.
+    /// Returns the index of the first row to draw in a window of `height` rows. Scrolls only as far as needed
+    /// to show the selected row.
     int firstRow(int height);
 
 private:
     struct Level {
         App::ItemId menu = App::kStatusMenuId;
         App::ItemId selected = App::kStatusMenuId;
-        int row = 0; // of the selected item
-        int top = 0; // the first drawn row
+        int row = 0; // index of the selected item in `rows`
+        int top = 0; // index of the first drawn row
     };
 
     bool isOpenable(const App::ItemSnapshot& in, App::ItemId submenu) const;

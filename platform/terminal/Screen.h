@@ -1,4 +1,4 @@
-// Draws on a terminal and reads its keys, with ncurses.
+// Draws on a terminal and reads its keys and mouse events, with ncurses.
 #pragma once
 
 #include "platform/terminal/MenuScreen.h"
@@ -13,18 +13,20 @@
 
 namespace Kest::Terminal {
 
-/// Converts a typed character, which may be a control character.
+/// Converts a character that was typed. Control characters become Enter, Esc, Backspace or `Key::other`.
 Input inputOfCharacter(std::wint_t character);
-/// Converts a KEY_ code of ncurses.
+/// Converts a KEY_ code of ncurses; unknown codes become `Key::other`.
 Input inputOfKey(int code);
-/// Converts the button state of a mouse event; `line` is its line of the screen.
+/// Converts the button state of a mouse event of ncurses. `line` is the line of the screen, counted from 0.
 Input inputOfMouse(unsigned long buttons, int line);
 
-/// A terminal's screen; one per process. Has its own descriptor of the terminal, so that standard output can
-/// be redirected. Its destructor restores the terminal. Main thread only.
+/// The screen of a terminal; one per process. Uses its own descriptor of the terminal, so that standard
+/// output can be redirected. The destructor restores the terminal. Main thread only.
 class Screen {
 public:
-    /// Returns null unless standard input and output are a terminal that can be drawn on.
+    /// Opens the screen. Returns null if standard input or output is not a terminal that can be drawn on, or
+    /// on failure. Waits while the terminal is stopped. Blocks the signals SIGTERM, SIGINT and SIGHUP, which
+    /// the constructor of `Posix::JobQueue` unblocks.
     static std::unique_ptr<Screen> open();
     ~Screen();
     Screen(const Screen&) = delete;
@@ -32,24 +34,28 @@ public:
 
     Glyphs glyphs() const;
     Size size() const;
-    /// Returns false while the terminal is stopped or stalled: `draw` would then block. Poll `descriptor` for
-    /// output.
+    /// Returns false while the terminal is stopped or its connection is stalled, because `draw` would block.
+    /// To wait until it can draw, poll `descriptor` for output.
     bool canDraw() const;
+    /// Returns the screen's descriptor of the terminal.
     int descriptor() const;
     void draw(const std::vector<ScreenLine>& lines);
-    /// Returns the next key or click; nullopt if none is waiting. May take 50 ms after an Esc.
+    /// Returns the next key or mouse event; nullopt if none is waiting. After an Esc, waits up to 50 ms for
+    /// the rest of a key's sequence.
     std::optional<Input> nextInput();
-    /// Returns whether the terminal has hung up, so that no more input will arrive.
+    /// Returns whether the terminal has hung up, so that no more input can be read.
     static bool hasHungUp();
 
-    /// Adopts the size of the window, which may have changed. Call `draw` afterwards, as after `resume`.
+    /// Adopts the current size of the window, and makes the next `draw` redraw everything.
     void resize();
-    /// Releases the terminal, then stops the process group, as Ctrl-Z does in other programs: a shell script
-    /// that waits for this process is stopped with it. The process gets a SIGCONT when it is continued, or at
-    /// once if nothing could continue it.
+    /// Releases the terminal and stops the process group as Ctrl-Z does, so that a shell script that waits
+    /// for this process is stopped too. Returns when the process is continued, or at once if nothing could
+    /// continue it. In both cases the process gets a SIGCONT.
     void suspend();
-    /// Acquires the terminal again. Call it on SIGCONT, in the foreground.
+    /// Acquires the terminal again. Call `resume` after a SIGCONT if the process is in the foreground, then
+    /// call `draw`.
     void resume();
+    /// Returns whether this process group is the terminal's foreground process group.
     bool isInForeground() const;
 
 private:
@@ -64,7 +70,7 @@ private:
     void drawLine(int line, const ScreenLine& text) const;
 
     FILE* const output;
-    const termios modesBefore;
+    const termios modesBefore; // restored by the destructor
     std::unique_ptr<Curses> curses;
     std::optional<TerminalGuard> guard;
     bool hasColours = false;

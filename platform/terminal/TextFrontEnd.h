@@ -18,15 +18,17 @@ namespace Kest::Terminal {
 /// Main thread only, except `post`.
 class TextFrontEnd final : public App::FrontEnd {
 public:
-    /// Returns whether commands can come from a script: standard input is a file, a pipe or a socket.
+    /// Returns whether commands can come from a script, that is, whether standard input is not a character
+    /// device such as a terminal or /dev/null.
     static bool hasScript();
 
     /// Prints the menu, then executes commands and prints changes until `quit` is called or standard input
-    /// ends; without any command, only the end of a terminal counts. Returns false if a command of a script
-    /// or the loop failed; each failure prints one line.
+    /// ends. If standard input ends without any command and is not a terminal, continues until `quit` is
+    /// called. Returns false if waiting for events failed or a command of a script failed. Each failure
+    /// prints one line.
     bool run(App::KestSettingsAppDelegate& application);
 
-    void showStatusItem(const std::string&) override {} // the lines show the menu
+    void showStatusItem(const std::string&) override {} // no effect: the printed lines show the menu
     void post(std::function<void()> job) override { loop.post(std::move(job)); }
     void menuChanged(const App::MenuChanges& changes) override;
     void quit() override { loop.quit(); }
@@ -44,10 +46,10 @@ private:
     void announceOpening(const App::ItemSnapshot& menu);
 
     Posix::MainLoop loop;
-    App::KestSettingsAppDelegate* delegate = nullptr; // set while running
+    App::KestSettingsAppDelegate* delegate = nullptr; // null except during `run`
     bool printsChanges = false;
     bool hasHadCommand = false;
-    bool commandFailed = false; // a command failed
+    bool commandFailed = false;
     Text::LineSplitter lines;
 };
 

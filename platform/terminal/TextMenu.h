@@ -15,13 +15,16 @@ using App::itemName;
 using App::kPathSeparator;
 using Text::printable;
 
-/// Returns "(x) " or a similar mark; empty for an item that cannot be on.
+/// Returns the item's mark, for example "(x) " for a radio item that is on; an empty text for an item without
+/// a mark.
 std::string markText(const App::ItemProperties& item);
 
-/// Returns one line for each visible item of a menu, those of submenus indented below it.
+/// Returns one line for each visible item below `menu`, at any depth, without line feeds. The items of a
+/// submenu follow its item and are indented.
 std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
 
-/// Returns one line for each item that was added, removed or changed, with its path ("Default Bus > Dialog").
+/// Returns `MenuEvent::line` for each event of `menuEvents`, for example "changed Default Bus > Dialog: on".
+/// Main thread.
 std::vector<std::string> changeLines(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::Terminal

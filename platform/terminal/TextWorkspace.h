@@ -1,4 +1,4 @@
-// The desktop services of an agent in a terminal.
+// The desktop services for an agent in a terminal.
 #pragma once
 
 #include "log/Output.h"
@@ -7,7 +7,7 @@
 
 namespace Kest::Terminal {
 
-/// Prints to standard output what a desktop would show.
+/// Prints to standard output what a desktop would show. Main thread only.
 class TextWorkspace final : public Posix::PosixWorkspace {
 public:
     using PosixWorkspace::PosixWorkspace;
