@@ -14,9 +14,8 @@ Helps to find out why a setting does not reach K3DHost, or why the menu of the a
 kest-settings-terminal) is wrong. Changes nothing.
 
 Commands:
-  doctor     checks everything that the agent depends on: the host, the agent, its files, the encoders' pipe and
-             the tray. Prints one line per check: ok, warning (may be intentional) or error, and after an arrow
-             what to do
+  doctor     checks the host, the agent, its files, the encoders' pipe and the tray. Prints one line per check: ok,
+             warning (may be intentional) or error, and after an arrow what to do
   session    prints the host's session: its clients, the agent's record with all settings, the default bus
   watch      prints the session, then one line per change, until SIGINT, SIGTERM or SIGHUP
 
