@@ -1,4 +1,4 @@
-"""The manual pages, and what is installed and removed from a build."""
+"""What is installed and removed from a build: programs, manual pages, desktop entries."""
 
 import os
 import pathlib
@@ -10,25 +10,33 @@ import pytest
 
 SOURCE = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["KEST_BUILD"])
+ID = "com.kestronics.kest-settings"
 COMPLETIONS = ("bash-completion/completions/kest-settings-ctl", "zsh/site-functions/_kest-settings-ctl",
                "fish/vendor_completions.d/kest-settings-ctl.fish")
 
 
 def output(*command):
+    if not shutil.which(command[0]):
+        pytest.skip(f"{command[0]} is not installed")
     return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=True).stdout
 
 
 def test_manual_pages():
     os.environ.update(LC_ALL="C.UTF-8", MANWIDTH="200")
-    pages = list((BUILD / "packaging/linux/man").iterdir())
-    show = ("man", "--warnings", "--encoding=UTF-8", "--local-file")
-    for page in pages:
-        assert not subprocess.run([*show, page], capture_output=True, check=True).stderr, page
-        assert not re.search("@[A-Za-z_]+@", page.read_text()), f"{page} has a name that was not filled in"
-    text = output(*show, BUILD / "packaging/linux/man/kest-settings.5")
+    pages = {page: output("man", "--warnings", "--encoding=UTF-8", "--local-file", page)
+             for page in (BUILD / "packaging/linux/man").iterdir()}
+    for page, text in pages.items():
+        assert not re.search(r"^\S+:.*(warning|error):|@[A-Za-z_]+@", text, re.M), page
+    text = pages[BUILD / "packaging/linux/man/kest-settings.5"]
     for table, row in (("Settings.h", r'^ *\{"([^"]*)", \d'), ("KestSettingsTables.cpp", r'^ *\{[ \d]*, "(.*)"\},$')):
         names = re.findall(row, (SOURCE / "tables" / table).read_text(), re.M)
         assert names and not [name for name in names if " " + name not in text], table
+
+
+def test_desktop_entries_and_metainfo():
+    linux = BUILD / "packaging/linux"
+    output("desktop-file-validate", SOURCE / f"packaging/linux/{ID}.desktop", linux / f"autostart/{ID}.desktop")
+    output("appstreamcli", "validate", "--no-net", linux / f"{ID}.metainfo.xml")
 
 
 @pytest.fixture
@@ -61,7 +69,7 @@ def uninstall():
 def test_installed_files_work_from_any_folder(root):
     install("/opt/kest")
     install("/opt/kest", "--component", "autostart")
-    assert (root / "etc/xdg/autostart/com.kestronics.kest-settings.desktop").is_file()
+    assert (root / f"etc/xdg/autostart/{ID}.desktop").is_file()
     kest = root / "opt/kest"
     programs = {file.name: file for file in (kest / "bin").iterdir()}
     assert programs and not set(programs) - {"kest-settings", "kest-settings-terminal", "kest-settings-ctl", "kest-inspect"}
@@ -73,8 +81,7 @@ def test_installed_files_work_from_any_folder(root):
         content = file.read_bytes()
         named = [path for path in (SOURCE, BUILD) if b"\0" not in content and os.fsencode(path) in content]
         assert not named, f"{file} names {named}"
-    if shutil.which("appstreamcli"):
-        output("appstreamcli", "validate-tree", "--no-net", kest)
+    output("appstreamcli", "validate-tree", "--no-net", kest)
 
 
 def test_uninstalls_every_prefix_and_only_own_files(root):
