@@ -1,6 +1,7 @@
 """What make_installer, the installer's scripts and the uninstall script do. macOS's programs are stand-ins."""
 
 import pathlib
+import re
 import shutil
 
 import pytest
@@ -51,21 +52,19 @@ def test_agents_end_before_and_start_after_an_installation(mac, script, volume, 
 @pytest.fixture
 def uninstall(mac, tmp_path):
     """The script on a Mac, DESTDIR, on which the agent and another application are installed."""
-    disk = tmp_path / "mac disk"
-    apps = disk / "Applications/Kestronics"
-    for file in (apps / "Kest Settings.app/Contents/MacOS/kest-settings", apps / "Other.app", disk / PLIST[1:]):
+    apps = tmp_path / "mac disk/Applications/Kestronics"
+    for file in (apps / "Kest Settings.app/Contents/MacOS/kest-settings", apps / "Other.app", tmp_path / f"mac disk{PLIST}"):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.touch()
-    mac.environment["DESTDIR"] = str(disk)
+    mac.environment["DESTDIR"] = str(tmp_path / "mac disk")
     return shutil.copy(SOURCE / "packaging/macos/uninstall", apps / "Uninstall Kest Settings.command")
 
 
-def test_user_uninstalls(mac, uninstall):
+def test_user_uninstalls(mac, tmp_path, uninstall):
     status, output, calls = mac.run(uninstall, user="501")
     assert status == 0 and calls == f"id -u\nsudo {uninstall}\nid -u\n{BOOTOUT}pkgutil --forget {LABEL}\n"
     assert "Kept: each user's settings, ~/Library/Application Support/Kestronics/Kest-Settings.*" in output
-    disk = pathlib.Path(mac.environment["DESTDIR"])
-    assert [file.name for file in disk.rglob("*") if file.is_file()] == ["Other.app"]
+    assert [file.name for file in (tmp_path / "mac disk").rglob("*") if file.is_file()] == ["Other.app"]
 
 
 def test_application_that_cannot_be_removed(mac, uninstall):
@@ -76,12 +75,16 @@ def test_application_that_cannot_be_removed(mac, uninstall):
 
 APP = "build/macos/installer/root/Applications/Kestronics/Kest Settings.app"
 PACKAGE = "build/macos/Kest-Settings-1.2.3.pkg"
-COMPONENT = (f"codesign --verify --strict --deep {APP}\n"
-             "pkgbuild --root build/macos/installer/root --component-plist packaging/macos/components.plist --ownership"
-             f" recommended --scripts packaging/macos/scripts --identifier {LABEL} --version 1.2.3 --install-location /"
-             " build/macos/installer/component.pkg\n"
-             "productbuild --distribution build/macos/packaging/macos/distribution.xml"
-             " --package-path build/macos/installer")
+CALLS = f"""\
+{{sign_app}} {APP}/Contents/MacOS/kest-settings-terminal
+{{sign_app}} {APP}
+codesign --verify --strict --deep {APP}
+pkgbuild --root build/macos/installer/root --component-plist packaging/macos/components.plist --ownership recommended \
+--scripts packaging/macos/scripts --identifier {LABEL} --version 1.2.3 --install-location / \
+build/macos/installer/component.pkg
+productbuild --distribution build/macos/packaging/macos/distribution.xml --package-path build/macos/installer{{sign}} {PACKAGE}
+"""
+NOTARISE = f"xcrun notarytool submit --wait --keychain-profile kest {PACKAGE}\nxcrun stapler staple {PACKAGE}\n"
 PAYLOAD = f"""\
 644 Applications/Kestronics/Kest Settings.app/Contents/Info.plist
 755 Applications/Kestronics/Kest Settings.app/Contents/MacOS/kest-settings
@@ -94,7 +97,7 @@ PAYLOAD = f"""\
 
 @pytest.fixture
 def make_installer(mac, tmp_path):
-    """make_installer(OPTION..., VARIABLE=...): its status, its output, and the calls that sign and pack."""
+    """make_installer(OPTION..., VARIABLE=...): its status, its output, and the calls that build, sign and pack."""
     tree = tmp_path / "mein kest"
     shutil.copytree(SOURCE / "packaging", tree / "packaging")
     shutil.copy(SOURCE / "LICENSE", tree)
@@ -113,24 +116,22 @@ def make_installer(mac, tmp_path):
 
     def run(*options, **variables):
         status, output, calls = mac.run(tree / "packaging/macos/make_installer", *options, **variables)
-        build = [line for line in calls.splitlines() if line.split()[0] in
-                 ("cmake", "codesign", "pkgbuild", "productbuild", "xcrun")]
-        return status, output, "\n".join(build).replace(f"{tree}/", "")
+        build = re.findall("^(?:cmake|codesign|pkgbuild|productbuild|xcrun) .*\n", calls, re.M)
+        return status, output, "".join(build).replace(f"{tree}/", "")
     return run
 
 
 PROFILE = ("--notarize", "kest")
 IDENTITIES = ("--sign-app", "App: K", "--sign-installer", "Installer: K", *PROFILE)
-NOTARISED = (f" --timestamp --sign Installer: K {PACKAGE}\n"
-             f"xcrun notarytool submit --wait --keychain-profile kest {PACKAGE}\nxcrun stapler staple {PACKAGE}")
 
 
-@pytest.mark.parametrize("options, signature, end", [((), "--timestamp=none --sign -", f" {PACKAGE}"),
-                                                     (IDENTITIES, "--timestamp --sign App: K", NOTARISED)])
-def test_package(make_installer, tmp_path, options, signature, end):
+@pytest.mark.parametrize("options, sign_app, sign, end", [
+    ((), "--timestamp=none --sign -", "", ""),
+    (IDENTITIES, "--timestamp --sign App: K", " --timestamp --sign Installer: K", NOTARISE)])
+def test_package(make_installer, tmp_path, options, sign_app, sign, end):
     status, output, calls = make_installer(*options)
-    sign = f"codesign --force --options runtime {signature} {APP}"
-    assert calls.split("\n", 2)[2] == f"{sign}/Contents/MacOS/kest-settings-terminal\n{sign}\n{COMPONENT}{end}"
+    sign_app = f"codesign --force --options runtime {sign_app}"
+    assert calls == "cmake --preset macos\ncmake --build --preset macos\n" + CALLS.format(sign_app=sign_app, sign=sign) + end
     assert status == 0 and output.splitlines()[-1] == PACKAGE
     assert (tmp_path / "payload").read_text() == PAYLOAD
 
