@@ -55,10 +55,10 @@ void readBuses()
 {
     const auto scan = scanBuses(session, {});
     const auto again = scanBuses(session, scan.table);
-    require(scan.table == again.table && (scan.changed || !again.changed), "the same is read twice");
-    require(scan.changed == !scan.table.empty(), "each bus is a change");
+    require(scan.table == again.table && (scan.changed || !again.changed));
+    require(scan.changed == !scan.table.empty());
     for (const auto& [name, id] : scan.table)
-        require(name.size() <= 64 && id.size() <= 64, "texts end with their fields");
+        require(name.size() <= 64 && id.size() <= 64);
 }
 
 void writeAsAgent(LIPC::ClientEntry& own, Kest::Fuzz::Input& input)
@@ -67,8 +67,8 @@ void writeAsAgent(LIPC::ClientEntry& own, Kest::Fuzz::Input& input)
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
     auto& field = own.strings[setting("Facility").number];
     field.put(name.c_str(), static_cast<int>(name.size()));
-    require(name.starts_with(field.text()), "the facility or its beginning is published");
-    require(LIPC::ClientEntry(own).labelText().size() <= 64, "a label ends with its field");
+    require(name.starts_with(field.text()));
+    require(LIPC::ClientEntry(own).labelText().size() <= 64);
     std::memset(static_cast<void*>(&own), 0, sizeof own);
 }
 
@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (auto* own = session.getClientEntry(LIPC::kSettingsClientName))
         writeAsAgent(*own, input);
     session.defaultBus = LIPC::ClientID(input.text(70).c_str());
-    require(image[kBytes - 1] == '\0', "the default bus ends");
+    require(image[kBytes - 1] == '\0');
 
     session.defaultBus = LIPC::ClientID("");
     for (const auto& [offset, count] : written)

@@ -16,8 +16,7 @@ using Fuzz::require;
 
 void checkDrawable(const std::string& line)
 {
-    require(std::ranges::none_of(line, [](unsigned char c) { return c < 0x20 || c == 0x7F; }),
-            "no control character is drawn");
+    require(std::ranges::none_of(line, [](unsigned char c) { return c < 0x20 || c == 0x7F; }));
 }
 
 struct Session {
@@ -45,19 +44,18 @@ struct Session {
     {
         const auto request = screen.press(pressed);
         const auto* item = findItem(menu, request.chosen);
-        require(item != nullptr && !item->properties->hidden, "what is chosen is seen");
+        require(item != nullptr && !item->properties->hidden);
         for (const auto id : request.opened)
-            require(findItem(menu, id) != nullptr && findItem(menu, id)->hasSubmenu,
-                    "what is opened is a submenu");
+            require(findItem(menu, id) != nullptr && findItem(menu, id)->hasSubmenu);
     }
 
     void draw(Size size)
     {
         const auto lines = screen.lines(size);
-        require(lines.size() == static_cast<std::size_t>(size.lines), "as many lines as the screen has");
+        require(lines.size() == static_cast<std::size_t>(size.lines));
         for (const auto& line : lines) {
             checkDrawable(line.text);
-            require(cellWidth(line.text) == size.columns, "as wide as the screen");
+            require(cellWidth(line.text) == size.columns);
         }
     }
 

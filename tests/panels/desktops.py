@@ -25,6 +25,7 @@ XFCE_SETTINGS = "".join(f"xfconf-query --channel xfce4-panel --create --property
     "/configver --type int --set 2",
     "/panels --force-array --type int --set 1",
     "/panels/panel-1/position --type string --set 'p=6;x=0;y=0'",
+    "/panels/panel-1/position-locked --type bool --set true",
     "/panels/panel-1/length --type uint --set 100",
     "/panels/panel-1/size --type uint --set 28",
     "/panels/panel-1/plugin-ids --type int --set 1 --type int --set 2",
