@@ -39,8 +39,10 @@ printf '%s\n' panels=panel1 [panel1] plugins=spacer,statusnotifier position=Top 
 """
 GNOME_OVERVIEW = "-property org.gnome.Shell /org/gnome/Shell org.gnome.Shell OverviewActive"
 KDE_WALLPAPER = """busctl --user call org.kde.plasmashell /PlasmaShell org.kde.PlasmaShell evaluateScript s 'for (const d of desktops()) {
-    d.wallpaperPlugin = "org.kde.color"; d.currentConfigGroup = ["Wallpaper", "org.kde.color", "General"];
-    d.writeConfig("Color", "#dfe5ea"); }'"""
+    d.wallpaperPlugin = "org.kde.color";
+    d.currentConfigGroup = ["Wallpaper", "org.kde.color", "General"];
+    d.writeConfig("Color", "#dfe5ea");
+}'"""
 SWAY = """mkdir -p ~/.config/sway ~/.config/waybar
 printf 'output * resolution 1024x768 bg #dfe5ea solid_color\nexec env >/tmp/sway.env\n' >~/.config/sway/config
 echo '{"layer": "top", "height": 30, "modules-right": ["tray"], "tray": {"icon-size": 21}}' >~/.config/waybar/config
