@@ -67,7 +67,7 @@ void writeAsAgent(LIPC::ClientEntry& own, Kest::Fuzz::Input& input)
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
     auto& field = own.strings[setting("Facility").number];
     field.put(name.c_str(), static_cast<int>(name.size()));
-    require(name.starts_with(field.text()));
+    require(name.starts_with(field.text()) && field.text().empty() == (name[0] == '\0'));
     require(LIPC::ClientEntry(own).labelText().size() <= 64);
     std::memset(static_cast<void*>(&own), 0, sizeof own);
 }
