@@ -11,6 +11,7 @@ import pytest
 SOURCE = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["KEST_BUILD"])
 ID = "com.kestronics.kest-settings"
+PROGRAMS = {"kest-settings", "kest-settings-terminal", "kest-settings-ctl", "kest-inspect"}
 COMPLETIONS = ("bash-completion/completions/kest-settings-ctl", "zsh/site-functions/_kest-settings-ctl",
                "fish/vendor_completions.d/kest-settings-ctl.fish")
 
@@ -60,11 +61,12 @@ def files_in(folder):
 
 
 def test_installed_files_work_from_any_folder_and_only_they_are_removed(root):
-    for prefix, *component in (["/opt/kest"], ["/opt/kest", "--component", "autostart"], ["/opt/second"], ["/opt/second"]):
+    autostart = ("--component", "autostart")
+    for prefix, component in (("/opt/kest", ()), ("/opt/kest", autostart), ("/opt/second", ()), ("/opt/second", ())):
         output("cmake", "--install", BUILD, "--prefix", prefix, *component)
     kest = root / "opt/kest"
     programs = {file.name: file for file in (kest / "bin").iterdir()}
-    assert programs and not set(programs) - {"kest-settings", "kest-settings-terminal", "kest-settings-ctl", "kest-inspect"}
+    assert programs and not set(programs) - PROGRAMS
     for name, program in programs.items():
         assert not re.search(r"R(UN)?PATH", output("readelf", "-d", program)), name
         assert (kest / f"share/man/man1/{name}.1.gz").is_file()

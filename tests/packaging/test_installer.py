@@ -52,11 +52,12 @@ def test_agents_end_before_and_start_after_an_installation(mac, script, volume, 
 @pytest.fixture
 def uninstall(mac, tmp_path):
     """The script on a Mac, DESTDIR, on which the agent and another application are installed."""
-    apps = tmp_path / "mac disk/Applications/Kestronics"
-    for file in (apps / "Kest Settings.app/Contents/MacOS/kest-settings", apps / "Other.app", tmp_path / f"mac disk{PLIST}"):
+    disk = tmp_path / "mac disk"
+    apps = disk / "Applications/Kestronics"
+    for file in (apps / "Kest Settings.app/Contents/MacOS/kest-settings", apps / "Other.app", disk / PLIST[1:]):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.touch()
-    mac.environment["DESTDIR"] = str(tmp_path / "mac disk")
+    mac.environment["DESTDIR"] = str(disk)
     return shutil.copy(SOURCE / "packaging/macos/uninstall", apps / "Uninstall Kest Settings.command")
 
 
@@ -76,6 +77,8 @@ def test_application_that_cannot_be_removed(mac, uninstall):
 APP = "build/macos/installer/root/Applications/Kestronics/Kest Settings.app"
 PACKAGE = "build/macos/Kest-Settings-1.2.3.pkg"
 CALLS = f"""\
+cmake --preset macos
+cmake --build --preset macos
 {{sign_app}} {APP}/Contents/MacOS/kest-settings-terminal
 {{sign_app}} {APP}
 codesign --verify --strict --deep {APP}
@@ -131,7 +134,7 @@ IDENTITIES = ("--sign-app", "App: K", "--sign-installer", "Installer: K", *PROFI
 def test_package(make_installer, tmp_path, options, sign_app, sign, end):
     status, output, calls = make_installer(*options)
     sign_app = f"codesign --force --options runtime {sign_app}"
-    assert calls == "cmake --preset macos\ncmake --build --preset macos\n" + CALLS.format(sign_app=sign_app, sign=sign) + end
+    assert calls == CALLS.format(sign_app=sign_app, sign=sign) + end
     assert status == 0 and output.splitlines()[-1] == PACKAGE
     assert (tmp_path / "payload").read_text() == PAYLOAD
 

@@ -24,7 +24,8 @@ def test_names_agree():
     assert (SOURCE / "packaging/icons" / INFO["CFBundleIconFile"]).with_suffix(".iconset").is_dir()
 
     installer = xml.etree.ElementTree.parse(BUILT / "distribution.xml")
-    assert [package.attrib for package in installer.iter("pkg-ref") if package.text] == [{"id": label, "version": version}]
+    package, = [package.attrib for package in installer.iter("pkg-ref") if package.text]
+    assert package == {"id": label, "version": version}
     assert installer.find(".//os-version").get("min") == oldest
 
 
