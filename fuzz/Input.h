@@ -1,4 +1,4 @@
-// What a fuzz target reads its input with, and how it says that something does not hold.
+// What a fuzz target reads its input and checks its results with.
 #pragma once
 
 #include <cstddef>
@@ -40,11 +40,11 @@ private:
     std::string_view left;
 };
 
-inline void require(bool holds, const char* what)
+inline void require(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE())
 {
     if (holds)
         return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::fprintf(stderr, "%s:%d: does not hold\n", file, line);
     std::abort();
 }
 

@@ -25,17 +25,15 @@ bool isWithin(const fs::path& folder, const fs::path& tree)
 // By texts, in another way than the decision itself.
 void checkFolder(const fs::path& folder, const std::string& output)
 {
-    require(folder == fs::canonical(output.substr(0, output.rfind('/'))), "the folder of the output");
-    require(folder.has_relative_path(), "not the root folder");
-    require(!isWithin(kHome, folder) && folder.parent_path() != kHome,
-            "not the home, above it or directly in it");
-    require(!isWithin(folder, kTree) && !isWithin(kTree, folder), "not in the tree, and not above it");
+    require(folder == fs::canonical(output.substr(0, output.rfind('/'))));
+    require(folder.has_relative_path());
+    require(!isWithin(kHome, folder) && folder.parent_path() != kHome); // neither above it nor directly in it
+    require(!isWithin(folder, kTree) && !isWithin(kTree, folder));
     for (auto part = folder; isWithin(part, kHome) && part != kHome; part = part.parent_path())
-        require(part.parent_path() != kHome || !part.filename().string().starts_with('.'), "not hidden");
+        require(part.parent_path() != kHome || !part.filename().string().starts_with('.'));
     const auto mounts = App::mountPoints().value();
-    require(std::ranges::none_of(mounts, [&](const auto& mount) { return isWithin(mount, folder); }),
-            "no mount point");
-    require(output.find('\'') >= output.rfind('/'), "no quote");
+    require(std::ranges::none_of(mounts, [&](const auto& mount) { return isWithin(mount, folder); }));
+    require(output.find('\'') >= output.rfind('/')); // no quote in the folder's path
 }
 
 } // namespace
@@ -50,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::string output(path->path);
         const auto opened = App::openOutputFolder(
             output, {{kHome, 1, true}, {kTree, App::ProtectedFolder::kWholeTree}, {"/none", 1}});
-        require(!opened.folder || opened.refusal.empty(), "a folder, or a reason");
+        require(!opened.folder || opened.refusal.empty());
         if (opened.folder)
             checkFolder(App::pathOf(opened.folder), output);
     }

@@ -15,32 +15,23 @@ using namespace Kest::Settings;
 using Kest::Fuzz::require;
 using Kest::Text::LineSplitter;
 
-/// A number that sscanf has a result for.
-bool fits(const char* text)
-{
-    errno = 0;
-    const long value = std::strtol(text, nullptr, 10);
-    return errno == 0 && value >= INT_MIN && value <= INT_MAX;
-}
-
-/// Makes or changes the record that one line is about; nothing when its number or its value is over-long.
+/// Changes a record as sscanf reads a line. A number that does not fit 32 bits is none.
 void scanLine(const std::string& line, std::map<int, encodingStatus>& table)
 {
     static char text[LineSplitter::kMaxLineBytes + 1];
-    int pid = 0;
-    int percentage = -1;
-    int end = 0;
-    if (std::sscanf(line.c_str(), "pid: %d", &pid) != 1 || !fits(line.c_str() + 4))
+    long pid = 0;
+    long percentage = 0;
+    if (std::sscanf(line.c_str(), "pid: %ld", &pid) != 1 || pid < INT_MIN || pid > INT_MAX)
         return;
-    auto& record = table[pid];
-    if (std::sscanf(line.c_str(), "pid: %d , P: %n%d", &pid, &end, &percentage) == 2 && percentage >= 0 &&
-        fits(line.c_str() + end)) {
-        record.percentage = percentage;
-    } else if (std::sscanf(line.c_str(), "pid: %d , path: %[^\n]", &pid, text) == 2) {
+    auto& record = table[static_cast<int>(pid)];
+    if (std::sscanf(line.c_str(), "pid: %*d , P: %ld", &percentage) == 1 && percentage >= 0 &&
+        percentage <= INT_MAX) {
+        record.percentage = static_cast<int>(percentage);
+    } else if (std::sscanf(line.c_str(), "pid: %*d , path: %[^\n]", text) == 1) {
         record.path = std::strlen(text) > 1023 ? "" : text;
         record.name = record.path.substr(record.path.rfind('/') + 1);
         record.name = record.name.substr(0, record.name.rfind('.'));
-    } else if (std::sscanf(line.c_str(), "pid: %d , enc_type: %s", &pid, text) == 2) {
+    } else if (std::sscanf(line.c_str(), "pid: %*d , enc_type: %s", text) == 1) {
         if (std::strlen(text) <= 1023)
             record.encType = text;
     } else {
@@ -62,9 +53,13 @@ std::string unfolded(Kest::Fuzz::Input& input)
     return bytes;
 }
 
-auto fields(const encodingStatus& is)
+bool isAs(const encodingStatus* found, const encodingStatus& wanted)
 {
-    return std::tie(is.percentage, is.path, is.name, is.encType, is.errorCount);
+    const auto fields = [](const encodingStatus& is) {
+        return std::tie(is.percentage, is.path, is.name, is.encType, is.errorCount);
+    };
+    return found != nullptr && fields(*found) == fields(wanted) &&
+           found->nameText == (found->path.empty() ? nullptr : found->name.c_str());
 }
 
 } // namespace
@@ -75,32 +70,25 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Kest::Fuzz::Input input(data, size);
     auto cuts = static_cast<std::uint32_t>(input.number());
     const auto bytes = unfolded(input);
-    const bool isSmall = cuts % 4 == 0; // it takes most of the time
+    const bool isSmall = cuts % 4 == 0; // without sscanf, which takes most of the time
     EncodingTable table(isSmall ? kSmall : EncodingTable::kMaxTextBytes);
     LineSplitter splitter;
     std::map<int, encodingStatus> wanted;
     const auto take = [&](std::string_view line) {
         const auto parsed = parseEncodingLine(line);
         const auto* changed = parsed ? table.take(*parsed) : nullptr;
-        require(!parsed || (changed != nullptr && changed == table.find(parsed->pid)), "the record is kept");
-        require(!isSmall || table.textBytes() <= kSmall || table.size() == 1, "the bound of a table");
+        require(!parsed || (changed != nullptr && changed == table.find(parsed->pid)));
+        require(!isSmall || table.textBytes() <= kSmall || table.size() == 1);
         if (!isSmall)
             scanLine(std::string(line), wanted);
     };
-    int pieces = 0;
-    for (std::string_view rest = bytes; !rest.empty(); ++pieces) {
+    for (std::size_t at = 0, pieces = 0, count = 0; at < bytes.size(); at += count, ++pieces) {
         cuts = cuts * 1664525 + 1013904223;
-        const std::size_t limit = (cuts & 0x100U) != 0 || pieces > 32 ? 1024 : 16;
-        const auto piece = rest.substr(0, 1 + (cuts >> 16) % limit);
-        splitter.feed(piece, take, [](std::string_view) {});
-        rest.remove_prefix(piece.size());
+        count = 1 + (cuts >> 16) % ((cuts & 0x100U) != 0 || pieces > 32 ? 1024 : 16);
+        splitter.feed(std::string_view(bytes).substr(at, count), take, [](std::string_view) {});
     }
-    require(isSmall || table.size() == wanted.size(), "as many encodings as sscanf finds");
-    for (const auto& [pid, status] : wanted) {
-        const auto* found = table.find(pid);
-        require(found != nullptr && fields(*found) == fields(status), "each is as sscanf finds it");
-        require(found->nameText == (found->path.empty() ? nullptr : found->name.c_str()),
-                "the text of a name");
-    }
+    require(isSmall || table.size() == wanted.size());
+    for (const auto& [pid, status] : wanted)
+        require(isAs(table.find(pid), status));
     return 0;
 }

@@ -19,14 +19,14 @@ void checkSave(const juce::StringPairArray& values)
     const auto text = settingsText(values);
     auto kept = readSettingsText(text);
     if (!kept) { // too large, or with a character that XML cannot contain
-        require(!readXml(text) || text.size() > kMaxSettingsBytes, "what the store writes is read again");
+        require(!readXml(text) || text.size() > kMaxSettingsBytes);
         return;
     }
     const auto& again = kept->getAllProperties();
-    require(again.size() == values.size(), "every value is kept");
-    require(std::ranges::all_of(again.getAllValues(), canBeWritten), "and can be written again");
+    require(again.size() == values.size());
+    require(std::ranges::all_of(again.getAllValues(), canBeWritten));
     auto last = readSettingsText(settingsText(again));
-    require(last && last->getAllProperties() == again, "in the same form");
+    require(last && last->getAllProperties() == again);
 }
 
 } // namespace
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     if (auto values = readSettingsText(text)) {
         const auto document = readXml(text);
-        require(document && document->root == "PROPERTIES", "what passes is a settings file");
+        require(document && document->root == "PROPERTIES");
         checkSave(values->getAllProperties());
     }
     if (juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size()))) {

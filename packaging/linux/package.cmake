@@ -5,9 +5,9 @@ set(CPACK_PACKAGE_CONTACT ${maintainer})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "settings of the studio's immersive-audio host, in the tray")
 set(CPACK_PACKAGE_DESCRIPTION
 "Kest Settings is a tray agent for the K3DHost immersive-audio mixing system.
-Its menu shows the status of the host and the settings that the user chooses: solo
-mode, default bus, speaker configuration, monitoring facility, and how the DAW
-is linked. It lists running and finished encodings with their progress.
+Its menu shows the status of the host and the settings that the user chooses:
+solo mode, default bus, speaker configuration, monitoring facility, and how
+the DAW is linked. It lists running and finished encodings with their progress.
 .
 The same menu is available in a terminal, full screen or as lines of text for
 scripts.")

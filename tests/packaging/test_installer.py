@@ -1,6 +1,7 @@
 """What make_installer, the installer's scripts and the uninstall script do. macOS's programs are stand-ins."""
 
 import pathlib
+import re
 import shutil
 
 import pytest
@@ -8,13 +9,14 @@ import pytest
 from harness.stand_ins import StandIns
 
 SOURCE = pathlib.Path(__file__).parents[2]
-SCRIPTS = SOURCE / "packaging/macos/scripts"
 LABEL = "com.kestronics.kest-settings"
 PLIST = f"/Library/LaunchAgents/{LABEL}.plist"
 # Two users with a desktop, one of them twice; the setup assistant's and root's; a user who logged in by ssh.
 PROCESSES = "  501 Dock\n  502 Dock\n  501 Dock\n  248 Dock\n    0 Dock\n  503 sshd\n  501 kest-settings\n"
 PS = "ps -axc -o uid= -o comm=\n"
-BOOTOUT = PS + f"launchctl bootout gui/501/{LABEL}\nlaunchctl bootout gui/502/{LABEL}\npkill -x kest-settings\n"
+PKILL = "pkill -x kest-settings\n"
+PGREP = "pgrep -x kest-settings\n"
+BOOTOUT = f"{PS}launchctl bootout gui/501/{LABEL}\nlaunchctl bootout gui/502/{LABEL}\n{PKILL}"
 
 
 @pytest.fixture
@@ -30,68 +32,62 @@ def mac(tmp_path):
     return mac
 
 
-def test_upgrade_ends_the_agent_of_each_user_and_waits(mac):
-    waiting = "pgrep -x kest-settings\nsleep 0.2\npgrep -x kest-settings\n"
-    assert mac.run(SCRIPTS / "preinstall", "a.pkg", "/", "/", ends_after="2") == (0, "", BOOTOUT + waiting)
-
-
-def test_each_agent_is_started_though_one_is_refused(mac):
-    assert mac.run(SCRIPTS / "postinstall", "a.pkg", "/", "/", refused="gui/501") == (
-        0, "postinstall: the agent was not started for user 501; it starts at the next login\n",
-        PS + f"launchctl bootstrap gui/501 {PLIST}\nlaunchctl bootstrap gui/502 {PLIST}\n")
-
-
-def test_agent_that_does_not_end_does_not_stop_the_installation(mac):
-    status, output, _ = mac.run(SCRIPTS / "preinstall", "a.pkg", "/", "/", ends_after="100")
-    assert status == 0 and "has not ended" in output
-
-
-@pytest.mark.parametrize("script", ["preinstall", "postinstall"])
-def test_no_user_or_another_volume(mac, script):
-    nobody = "  248 Dock\n    0 loginwindow\n"
-    status, _, calls = mac.run(SCRIPTS / script, "a.pkg", "/", "/", processes=nobody)
-    assert status == 0 and "launchctl" not in calls
-    assert mac.run(SCRIPTS / script, "a.pkg", "/Volumes/Other", "/Volumes/Other") == (0, "", "")
+@pytest.mark.parametrize("script, volume, variables, output, calls", [
+    ("preinstall", "/", {"ends_after": "2"}, "", BOOTOUT + PGREP + "sleep 0.2\n" + PGREP),
+    ("preinstall", "/", {"ends_after": "100"},
+     "preinstall: a running agent has not ended; the new version starts after it has ended\n",
+     BOOTOUT + 50 * (PGREP + "sleep 0.2\n") + PGREP),
+    ("preinstall", "/", {"processes": "  248 Dock\n    0 loginwindow\n"}, "", PS + PKILL + PGREP),
+    ("preinstall", "/Volumes/Other", {}, "", ""),
+    ("postinstall", "/", {"refused": "gui/501"},
+     "postinstall: the agent was not started for user 501; it starts at the next login\n",
+     f"{PS}launchctl bootstrap gui/501 {PLIST}\nlaunchctl bootstrap gui/502 {PLIST}\n"),
+    ("postinstall", "/", {"processes": "  248 Dock\n    0 loginwindow\n"}, "", PS),
+    ("postinstall", "/Volumes/Other", {}, "", "")])
+def test_agents_end_before_and_start_after_an_installation(mac, script, volume, variables, output, calls):
+    script = SOURCE / "packaging/macos/scripts" / script
+    assert mac.run(script, "a.pkg", volume, volume, **variables) == (0, output, calls)
 
 
 @pytest.fixture
-def disk(mac, tmp_path):
-    """The root folder of a Mac on which the agent, and another application, are installed."""
+def uninstall(mac, tmp_path):
+    """The script on a Mac, DESTDIR, on which the agent and another application are installed."""
     disk = tmp_path / "mac disk"
     apps = disk / "Applications/Kestronics"
     for file in (apps / "Kest Settings.app/Contents/MacOS/kest-settings", apps / "Other.app", disk / PLIST[1:]):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.touch()
     mac.environment["DESTDIR"] = str(disk)
-    mac.environment["uninstall"] = shutil.copy(SOURCE / "packaging/macos/uninstall",
-                                               apps / "Uninstall Kest Settings.command")
-    return disk
+    return shutil.copy(SOURCE / "packaging/macos/uninstall", apps / "Uninstall Kest Settings.command")
 
 
-def test_user_uninstalls(mac, disk):
-    script = mac.environment["uninstall"]
-    status, output, calls = mac.run(script, user="501")
-    assert status == 0 and calls == f"id -u\nsudo {script}\nid -u\n{BOOTOUT}pkgutil --forget {LABEL}\n"
+def test_user_uninstalls(mac, tmp_path, uninstall):
+    status, output, calls = mac.run(uninstall, user="501")
+    assert status == 0 and calls == f"id -u\nsudo {uninstall}\nid -u\n{BOOTOUT}pkgutil --forget {LABEL}\n"
     assert "Kept: each user's settings, ~/Library/Application Support/Kestronics/Kest-Settings.*" in output
-    assert [file.name for file in disk.rglob("*") if file.is_file()] == ["Other.app"]
+    assert [file.name for file in (tmp_path / "mac disk").rglob("*") if file.is_file()] == ["Other.app"]
 
 
-@pytest.mark.usefixtures("disk")
-def test_application_that_cannot_be_removed(mac):
+def test_application_that_cannot_be_removed(mac, uninstall):
     mac.add("rm", script='[ "$1" != -rf ] || exit 1; exec /bin/rm "$@"')
-    script = mac.environment["uninstall"]
-    status, _, calls = mac.run(script)
-    assert status == 1 and "pkgutil" not in calls and pathlib.Path(script).exists()
+    status, _, calls = mac.run(uninstall)
+    assert status == 1 and "pkgutil" not in calls and uninstall.exists()
 
 
 APP = "build/macos/installer/root/Applications/Kestronics/Kest Settings.app"
 PACKAGE = "build/macos/Kest-Settings-1.2.3.pkg"
-COMPONENT = (f"codesign --verify --strict --deep {APP}\n"
-             "pkgbuild --root build/macos/installer/root --component-plist packaging/macos/components.plist --ownership"
-             f" recommended --scripts packaging/macos/scripts --identifier {LABEL} --version 1.2.3 --install-location /"
-             " build/macos/installer/component.pkg\n"
-             "productbuild --distribution build/macos/packaging/macos/distribution.xml"
-             " --package-path build/macos/installer")
+CALLS = f"""\
+cmake --preset macos
+cmake --build --preset macos
+{{sign_app}} {APP}/Contents/MacOS/kest-settings-terminal
+{{sign_app}} {APP}
+codesign --verify --strict --deep {APP}
+pkgbuild --root build/macos/installer/root --component-plist packaging/macos/components.plist --ownership recommended \
+--scripts packaging/macos/scripts --identifier {LABEL} --version 1.2.3 --install-location / \
+build/macos/installer/component.pkg
+productbuild --distribution build/macos/packaging/macos/distribution.xml --package-path build/macos/installer{{sign}} {PACKAGE}
+"""
+NOTARISE = f"xcrun notarytool submit --wait --keychain-profile kest {PACKAGE}\nxcrun stapler staple {PACKAGE}\n"
 PAYLOAD = f"""\
 644 Applications/Kestronics/Kest Settings.app/Contents/Info.plist
 755 Applications/Kestronics/Kest Settings.app/Contents/MacOS/kest-settings
@@ -104,47 +100,47 @@ PAYLOAD = f"""\
 
 @pytest.fixture
 def make_installer(mac, tmp_path):
-    """make_installer(OPTION..., VARIABLE=...): its status, its output, and the calls that sign and pack."""
+    """make_installer(OPTION..., VARIABLE=...): its status, its output, and the calls that build, sign and pack."""
     tree = tmp_path / "mein kest"
     shutil.copytree(SOURCE / "packaging", tree / "packaging")
     shutil.copy(SOURCE / "LICENSE", tree)
-    mac.add("uname", script="echo Darwin")
+    mac.add("uname", script="echo ${system-Darwin}")
     mac.add("cmake", script="""[ "$1" = --build ] || exit 0
         umask 077
         contents=build/macos/bin/kest-settings.app/Contents
         mkdir -p $contents/MacOS $contents/Resources
         echo CMAKE_PROJECT_VERSION:STATIC=1.2.3 >build/macos/CMakeCache.txt
-        touch $contents/Info.plist $contents/MacOS/kest-settings build/macos/bin/kest-settings-terminal
-        chmod u+x $contents/MacOS/kest-settings build/macos/bin/kest-settings-terminal""")
+        touch $contents/Info.plist
+        install -m 700 /dev/null $contents/MacOS/kest-settings
+        install -m 700 /dev/null build/macos/bin/kest-settings-terminal""")
     mac.add("ninja", "codesign", "iconutil", "plutil", "productbuild", "xcrun")
     mac.add("lipo", script='[ -z "${one_processor-}" ]')
     mac.add("pkgbuild", script='find "$2" ! -type d -printf "%m %P\n" | sort -k 2 >"$work/payload"')
 
     def run(*options, **variables):
         status, output, calls = mac.run(tree / "packaging/macos/make_installer", *options, **variables)
-        build = [line for line in calls.splitlines() if line.split()[0] in
-                 ("cmake", "codesign", "pkgbuild", "productbuild", "xcrun")]
-        return status, output, "\n".join(build).replace(f"{tree}/", "")
+        build = re.findall("^(?:cmake|codesign|pkgbuild|productbuild|xcrun) .*\n", calls, re.M)
+        return status, output, "".join(build).replace(f"{tree}/", "")
     return run
 
 
 PROFILE = ("--notarize", "kest")
 IDENTITIES = ("--sign-app", "App: K", "--sign-installer", "Installer: K", *PROFILE)
-NOTARISED = (f" --timestamp --sign Installer: K {PACKAGE}\n"
-             f"xcrun notarytool submit --wait --keychain-profile kest {PACKAGE}\nxcrun stapler staple {PACKAGE}")
 
 
-@pytest.mark.parametrize("options, signature, end", [((), "--timestamp=none --sign -", f" {PACKAGE}"),
-                                                     (IDENTITIES, "--timestamp --sign App: K", NOTARISED)])
-def test_package(make_installer, tmp_path, options, signature, end):
+@pytest.mark.parametrize("options, sign_app, sign, end", [
+    ((), "--timestamp=none --sign -", "", ""),
+    (IDENTITIES, "--timestamp --sign App: K", " --timestamp --sign Installer: K", NOTARISE)])
+def test_package(make_installer, tmp_path, options, sign_app, sign, end):
     status, output, calls = make_installer(*options)
-    sign = f"codesign --force --options runtime {signature} {APP}"
-    assert calls.split("\n", 2)[2] == f"{sign}/Contents/MacOS/kest-settings-terminal\n{sign}\n{COMPONENT}{end}"
+    sign_app = f"codesign --force --options runtime {sign_app}"
+    assert calls == CALLS.format(sign_app=sign_app, sign=sign) + end
     assert status == 0 and output.splitlines()[-1] == PACKAGE
     assert (tmp_path / "payload").read_text() == PAYLOAD
 
 
 @pytest.mark.parametrize("options, variables, error, missing", [
+    ((), {"system": "Linux"}, "building an installer package requires macOS; this is Linux", "cmake"),
     ((), {"one_processor": "yes"}, "does not contain code for both processors", "pkgbuild"),
     (PROFILE, {}, "--notarize requires --sign-app and --sign-installer", "cmake")])
 def test_refused(make_installer, options, variables, error, missing):

@@ -21,31 +21,18 @@ class Desktop:
 # A window that is shown before there is a window manager can stay hidden.
 OPENBOX = "openbox >/tmp/openbox.log 2>&1 & until xprop -root _NET_SUPPORTING_WM_CHECK | grep 'window id'; do sleep 0.1; done\n"
 
-XFCE_SETTINGS = """mkdir -p ~/.config/xfce4/xfconf/xfce-perchannel-xml
-cat >~/.config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml <<XML
-<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="28"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/><value type="int" value="2"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="separator">
-      <property name="expand" type="bool" value="true"/>
-      <property name="style" type="uint" value="0"/>
-    </property>
-    <property name="plugin-2" type="string" value="systray"/>
-  </property>
-</channel>
-XML
-"""
+XFCE_SETTINGS = "".join(f"xfconf-query --channel xfce4-panel --create --property {line}\n" for line in (
+    "/configver --type int --set 2",
+    "/panels --force-array --type int --set 1",
+    "/panels/panel-1/position --type string --set 'p=6;x=0;y=0'",
+    "/panels/panel-1/position-locked --type bool --set true",
+    "/panels/panel-1/length --type uint --set 100",
+    "/panels/panel-1/size --type uint --set 28",
+    "/panels/panel-1/plugin-ids --type int --set 1 --type int --set 2",
+    "/plugins/plugin-1 --type string --set separator",
+    "/plugins/plugin-1/expand --type bool --set true",
+    "/plugins/plugin-1/style --type uint --set 0",
+    "/plugins/plugin-2 --type string --set systray"))
 LXQT_SETTINGS = """mkdir -p ~/.config/lxqt
 printf '%s\n' panels=panel1 [panel1] plugins=spacer,statusnotifier position=Top panelSize=30 iconSize=22 width=100 \
     width-percent=true [spacer] type=spacer expandable=true [statusnotifier] type=statusnotifier >~/.config/lxqt/panel.conf

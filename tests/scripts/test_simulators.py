@@ -8,7 +8,6 @@ import pytest
 
 from harness.stand_ins import StandIns
 
-SOURCE = pathlib.Path(__file__).parents[2]
 HOST = """if [ "$1" = --check ]; then exec test -e "$work/host-runs"; fi
     trap "exit 0" TERM
     [ -z "${dies-}" ] || (sleep; sleep; sleep; sleep; sleep; kill -KILL $$) &
@@ -17,37 +16,28 @@ HOST = """if [ "$1" = --check ]; then exec test -e "$work/host-runs"; fi
 AGENT = 'test -e "$work/host-runs" || exit 9; cat >/dev/null'
 ENCODER = "case $* in *Film_Mix*) kill -KILL $$ ;; esac"
 REFUSED = 'case $1 in --scenario) echo "no memory for a segment" ;; esac; exit 1'
+DEMO = ["scripts/demo"]
+BESIDE = ["scripts/with_simulators", "sh", "-c", 'test -e "$work/host-runs" && exit 7']
 
 
-@pytest.mark.parametrize("status, program, script, printed", [
-    (0, "", "", ""),
-    (1, "kest-settings-terminal", AGENT + "; exit 1", "the agent ended with status 1"),
-    (1, "encoder-simulator", "exit 0", "the encoding that the agent aborts ended with status 0"),
-    (1, "encoder-simulator", ENCODER + "; exit 1", "the other encoding ended with status 1"),
-    (1, "k3dhost-simulator", "dies=yes\n" + HOST, "the host ended with status 137"),
-    (1, "k3dhost-simulator", REFUSED, "The simulated host did not start")])
-def test_each_step_that_fails_ends_the_demo(tmp_path, status, program, script, printed):
-    got, output = play(tmp_path, "scripts/demo", program, script)
-    assert got == status and printed in output
-
-
-@pytest.mark.parametrize("status, program, script, printed", [
-    (7, "", "", ""), (1, "k3dhost-simulator", REFUSED, "no memory for a segment")])
-def test_command_beside_the_simulators(tmp_path, status, program, script, printed):
-    got, output = play(tmp_path, "scripts/with_simulators", program, script, "sh", "-c", 'test -e "$work/host-runs" && exit 7')
-    assert got == status and printed in output
-
-
-def play(folder, script, program, changed, *arguments):
-    """Runs a script with these programs, one of them changed: its status and its output. It leaves no files."""
-    os.chdir(SOURCE)
-    programs = StandIns(folder)
-    for name, body in (("k3dhost-simulator", HOST), ("kest-settings-terminal", AGENT), ("encoder-simulator", ENCODER)):
-        programs.add(name, script=changed if name == program else body)
-    programs.add("sleep", script=f"exec {shutil.which('sleep')} 0.05")
-    temporary = folder / "temporary"
+@pytest.mark.parametrize("script, status, changed, printed", [
+    (DEMO, 0, {}, ""),
+    (DEMO, 1, {"kest-settings-terminal": AGENT + "; exit 1"}, "the agent ended with status 1"),
+    (DEMO, 1, {"encoder-simulator": "exit 0"}, "the encoding that the agent aborts ended with status 0"),
+    (DEMO, 1, {"encoder-simulator": ENCODER + "; exit 1"}, "the other encoding ended with status 1"),
+    (DEMO, 1, {"k3dhost-simulator": "dies=yes\n" + HOST}, "the host ended with status 137"),
+    (DEMO, 1, {"k3dhost-simulator": REFUSED}, "The simulated host did not start"),
+    (BESIDE, 7, {}, ""),
+    (BESIDE, 1, {"k3dhost-simulator": REFUSED}, "no memory for a segment")])
+def test_status_and_no_files_are_left(tmp_path, monkeypatch, script, status, changed, printed):
+    monkeypatch.chdir(pathlib.Path(__file__).parents[2])
+    programs = StandIns(tmp_path)
+    originals = {"k3dhost-simulator": HOST, "kest-settings-terminal": AGENT, "encoder-simulator": ENCODER}
+    for name, body in {**originals, **changed, "sleep": f"exec {shutil.which('sleep')} 0.05"}.items():
+        programs.add(name, script=body)
+    temporary = tmp_path / "temporary"
     temporary.mkdir()
-    status, output, _ = programs.run(script, programs.tools, *arguments, TMPDIR=str(temporary),
-                                     KEST_HOST_LOG=str(folder / "host.log"))
+    got, output, _ = programs.run(script[0], programs.tools, *script[1:], TMPDIR=str(temporary),
+                                  KEST_HOST_LOG=str(tmp_path / "host.log"))
+    assert got == status and printed in output
     assert not os.listdir(temporary)
-    return status, output
