@@ -1,21 +1,27 @@
 // The row of an encoding, as copies and as pixels.
 #import "platform/appkit/EncodingRow.h"
 
-#include "platform/appkit/MenuItemProperties.h"
-#import "platform/appkit/System.h"
-
 #include <gtest/gtest.h>
-
-// In MacAbilities.mm.
-@protocol KestHighlights
-- (void)setHighlighted:(BOOL)highlighted;
-@end
 
 namespace {
 
-using namespace Kest;
+BOOL isHighlighted = NO;
 
-KestEncodingRow* rowAt(int percent) { return AppKit::encodingRow({"Film é", percent}, "Film é"); }
+} // namespace
+
+// A row that is its own menu item, as only the Mac's menu items have views.
+@implementation KestEncodingRow (Highlighted)
+- (id)enclosingMenuItem
+{
+    return self;
+}
+- (BOOL)isHighlighted
+{
+    return isHighlighted;
+}
+@end
+
+namespace {
 
 // The share of a rectangle of the row that is drawn in a colour, 0 to 1.
 double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
@@ -33,7 +39,7 @@ double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
     [window close];
 
     NSColor* wanted = [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
-    int drawn = 0;
+    double drawn = 0;
     for (NSInteger y = 0; y < [pixels pixelsHigh]; ++y)
         for (NSInteger x = 0; x < [pixels pixelsWide]; ++x) {
             NSColor* is = [[pixels colorAtX:x y:y] colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
@@ -42,20 +48,19 @@ double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
                          std::abs([is blueComponent] - [wanted blueComponent]) <
                      0.05;
         }
-    return static_cast<double>(drawn) / static_cast<double>([pixels pixelsHigh] * [pixels pixelsWide]);
+    return drawn / static_cast<double>([pixels pixelsHigh] * [pixels pixelsWide]);
 }
 
 double filledPart(KestEncodingRow* row, NSColor* color)
 {
-    const NSRect bar = [row bar];
-    return drawnIn(color, row, NSMakeRect(NSMinX(bar), NSMinY(bar) + 2, NSWidth(bar), 1));
+    return drawnIn(color, row, NSInsetRect([row bar], 0, 2));
 }
 
-TEST(EncodingRow, IsAFreshCopyWithItsOwnLabelsAndBar)
+TEST(EncodingRow, IsACopyWithItsOwnLabelsAndBar)
 {
-    KestEncodingRow* before = AppKit::encodingRow({"Other", {}, true}, "Other - Failed");
+    KestEncodingRow* before = Kest::AppKit::encodingRow({"Other", {}, true}, "Other - Failed");
     for (const int percent : {0, 25, 250}) {
-        KestEncodingRow* row = rowAt(percent);
+        KestEncodingRow* row = Kest::AppKit::encodingRow({"Film é", percent}, "Film é");
         EXPECT_TRUE([[[row nameLabel] stringValue] isEqual:@"Film é"]);
         EXPECT_NEAR(filledPart(row, [NSColor selectedControlColor]), std::min(percent, 100) / 100.0, 0.02);
     }
@@ -65,22 +70,18 @@ TEST(EncodingRow, IsAFreshCopyWithItsOwnLabelsAndBar)
 
 TEST(EncodingRow, DrawsTheArrowOfItsSubmenuAndTheSelectionOfItsItem)
 {
-    KestEncodingRow* row = rowAt(40);
+    KestEncodingRow* row = Kest::AppKit::encodingRow({"Film é", 40}, "Film é");
+    NSColor* selection = [NSColor selectedMenuItemColor];
+    NSColor* ink = [NSColor selectedMenuItemTextColor];
     const NSRect margin = NSMakeRect(6, 6, 6, 6);
     EXPECT_GT(drawnIn([NSColor controlTextColor], row, [row arrow]), 0);
-    EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 0);
-    if (!AppKit::itemsCanHaveViews())
-        return;
-    auto* item =
-        (NSMenuItem<KestMacMenuItem, KestHighlights>*)[[[AppKit::menuItemClass() alloc] init] autorelease];
-    [item setView:row];
-    [item setHighlighted:YES];
-    NSColor* ink = [NSColor selectedMenuItemTextColor];
-    EXPECT_EQ(drawnIn([NSColor selectedMenuItemColor], row, margin), 1);
+    EXPECT_EQ(drawnIn(selection, row, margin), 0);
+    isHighlighted = YES;
+    EXPECT_EQ(drawnIn(selection, row, margin), 1);
     EXPECT_GT(drawnIn(ink, row, [row arrow]), 0);
     EXPECT_NEAR(filledPart(row, ink), 0.4, 0.02);
     EXPECT_TRUE([[[row nameLabel] textColor] isEqual:ink]);
-    [item setView:nil];
+    isHighlighted = NO;
 }
 
 } // namespace
