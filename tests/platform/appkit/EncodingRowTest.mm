@@ -1,4 +1,4 @@
-// The row of an encoding, as copies and as pixels.
+// The row of an encoding, as pixels.
 #import "platform/appkit/EncodingRow.h"
 
 #include <gtest/gtest.h>
@@ -30,13 +30,11 @@ double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
                                                     styleMask:NSWindowStyleMaskBorderless
                                                       backing:NSBackingStoreBuffered
                                                         defer:NO] autorelease];
-    [window setReleasedWhenClosed:NO];
     [window setContentView:row];
     [row display];
     [row lockFocus];
     NSBitmapImageRep* pixels = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:rectangle] autorelease];
     [row unlockFocus];
-    [window close];
 
     NSColor* wanted = [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
     double drawn = 0;
@@ -51,37 +49,19 @@ double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
     return drawn / static_cast<double>([pixels pixelsHigh] * [pixels pixelsWide]);
 }
 
-double filledPart(KestEncodingRow* row, NSColor* color)
+TEST(EncodingRow, DrawsItsBarAndTheArrowOfItsSubmenuInTheColorsOfItsItem)
 {
-    return drawnIn(color, row, NSInsetRect([row bar], 0, 2));
-}
-
-TEST(EncodingRow, IsACopyWithItsOwnLabelsAndBar)
-{
-    KestEncodingRow* before = Kest::AppKit::encodingRow({"Other", {}, true}, "Other - Failed");
-    for (const int percent : {0, 25, 250}) {
-        KestEncodingRow* row = Kest::AppKit::encodingRow({"Film é", percent}, "Film é");
-        EXPECT_TRUE([[[row nameLabel] stringValue] isEqual:@"Film é"]);
-        EXPECT_NEAR(filledPart(row, [NSColor selectedControlColor]), std::min(percent, 100) / 100.0, 0.02);
-    }
-    EXPECT_TRUE([[[before nameLabel] stringValue] isEqual:@"Other - Failed"]);
-    EXPECT_TRUE([[[before percentageLabel] stringValue] isEqual:@""]);
-}
-
-TEST(EncodingRow, DrawsTheArrowOfItsSubmenuAndTheSelectionOfItsItem)
-{
-    KestEncodingRow* row = Kest::AppKit::encodingRow({"Film é", 40}, "Film é");
-    NSColor* selection = [NSColor selectedMenuItemColor];
-    NSColor* ink = [NSColor selectedMenuItemTextColor];
-    const NSRect margin = NSMakeRect(6, 6, 6, 6);
-    EXPECT_GT(drawnIn([NSColor controlTextColor], row, [row arrow]), 0);
-    EXPECT_EQ(drawnIn(selection, row, margin), 0);
-    isHighlighted = YES;
-    EXPECT_EQ(drawnIn(selection, row, margin), 1);
-    EXPECT_GT(drawnIn(ink, row, [row arrow]), 0);
-    EXPECT_NEAR(filledPart(row, ink), 0.4, 0.02);
-    EXPECT_TRUE([[[row nameLabel] textColor] isEqual:ink]);
-    isHighlighted = NO;
+    for (const int percent : {0, 25, 250})
+        for (const BOOL highlighted : {NO, YES}) {
+            isHighlighted = highlighted;
+            NSColor* text = highlighted ? [NSColor selectedMenuItemTextColor] : [NSColor controlTextColor];
+            NSColor* bar = highlighted ? text : [NSColor selectedControlColor];
+            KestEncodingRow* row = Kest::AppKit::encodingRow({"Film", percent}, "Film");
+            EXPECT_NEAR(drawnIn(bar, row, NSInsetRect([row bar], 0, 2)), std::min(percent, 100) / 100.0,
+                        0.02);
+            EXPECT_GT(drawnIn(text, row, [row arrow]), 0);
+            EXPECT_TRUE([[[row nameLabel] textColor] isEqual:text]);
+        }
 }
 
 } // namespace

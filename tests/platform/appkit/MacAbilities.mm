@@ -5,37 +5,27 @@
 
 namespace {
 
-struct State {
-    NSView* view = nil;
-    BOOL hidden = NO;
-};
-
-State& stateOf(NSMenuItem* item)
-{
-    static std::map<NSMenuItem*, State> states;
-    if (!states.contains(item))
-        [item retain]; // for ever: no later item has its address
-    return states[item];
-}
+// New items get both, so that none has those of an earlier item at its address.
+std::map<NSMenuItem*, BOOL> hiddenItems;
+std::map<NSMenuItem*, NSView*> views; // retained for ever
 
 } // namespace
 
 @implementation NSMenuItem (MacAbilities)
 - (void)setHidden:(BOOL)hidden
 {
-    stateOf(self).hidden = hidden;
+    hiddenItems[self] = hidden;
 }
 - (BOOL)isHidden
 {
-    return stateOf(self).hidden;
+    return hiddenItems[self];
 }
 - (void)setView:(NSView*)view
 {
-    [stateOf(self).view autorelease];
-    stateOf(self).view = [view retain];
+    views[self] = [view retain];
 }
 - (NSView*)view
 {
-    return stateOf(self).view;
+    return views[self];
 }
 @end
