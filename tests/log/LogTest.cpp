@@ -4,13 +4,14 @@
 #include "log/OutputQueue.h"
 #include "log/RepeatLimiter.h"
 #include "tests/support/Captured.h"
-#include "tests/support/Eventually.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
+#include <thread>
 
 namespace {
 
@@ -62,22 +63,19 @@ TEST(RepeatLimiter, AdmitsALineOnceAMinuteAndAFormatSomeTimes)
     EXPECT_EQ(limiter.admit(format, "full", 60), 0u);
     int admitted = 0;
     for (int pid = 0; pid < 1000; ++pid)
-        admitted += limiter.admit(format, std::to_string(pid), 61) ? 1 : 0;
+        admitted += limiter.admit(format, std::to_string(pid), 61).has_value();
     EXPECT_EQ(admitted, Lct::RepeatLimiter::kMaxLines - 2) << "different texts of one format";
     EXPECT_EQ(limiter.admit("another", "full", 61), 0u);
 }
 
 TEST(Output, GoesToAFrontEndThatTakesItButErrorsOnlyFromATerminal)
 {
-    captureErrors();
     std::string taken;
+    captureErrors();
     Lct::redirectOutput([&](std::string_view text) { taken += text; });
     Lct::print("bus 0 : Main Bus\n");
     Lct::printError("no session\n");
     Lct::redirectOutput({});
-    captureOutput();
-    Lct::print("bus 1 : Dialog\n");
-    EXPECT_EQ(capturedOutput(), "bus 1 : Dialog\n");
     EXPECT_EQ(taken, "bus 0 : Main Bus\n");
     EXPECT_EQ(capturedErrors(), "no session\n");
 }
@@ -94,6 +92,11 @@ TEST(OutputQueue, WritesAllToANonBlockingPipeAndNothingToAClosedOne)
     });
     EXPECT_TRUE(readFile("/dev/fd/" + std::to_string(ends[0])) == text);
     writer.join();
+    close(ends[0]);
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    Lct::writeAll(ends[1], text); // returns
+    close(ends[1]);
 }
 
 std::atomic<bool> isStuck = false;

@@ -41,10 +41,8 @@ double drawnIn(NSColor* color, KestEncodingRow* row, NSRect rectangle)
     for (NSInteger y = 0; y < [pixels pixelsHigh]; ++y)
         for (NSInteger x = 0; x < [pixels pixelsWide]; ++x) {
             NSColor* is = [[pixels colorAtX:x y:y] colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
-            drawn += std::abs([is redComponent] - [wanted redComponent]) +
-                         std::abs([is greenComponent] - [wanted greenComponent]) +
-                         std::abs([is blueComponent] - [wanted blueComponent]) <
-                     0.05;
+            drawn += std::abs([is redComponent] - [wanted redComponent]) < 0.02 &&
+                     std::abs([is blueComponent] - [wanted blueComponent]) < 0.02;
         }
     return drawn / static_cast<double>([pixels pixelsHigh] * [pixels pixelsWide]);
 }
