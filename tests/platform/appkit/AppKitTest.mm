@@ -19,8 +19,7 @@ class Pool : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo&) override
     {
         pool = [[NSAutoreleasePool alloc] init];
-        if (!AppKit::connectToScreen())
-            std::exit(1);
+        AppKit::connectToScreen();
     }
     void OnTestEnd(const testing::TestInfo&) override { [pool drain]; }
 
@@ -111,18 +110,14 @@ public:
         NSMenuItem* chosen = item(path);
         [[chosen menu] performActionForItemAtIndex:[[chosen menu] indexOfItem:chosen]];
     }
-    static KestMenuBridge* bridge(NSMenu* menu) { return (KestMenuBridge*)[menu delegate]; }
+    /// The delegate of all menus.
+    KestMenuBridge* bridge() const { return (KestMenuBridge*)[frontEnd.statusMenu() delegate]; }
     void open(const std::string& path) const
     {
-        NSMenu* menu = submenu(path);
-        [bridge(menu) menuNeedsUpdate:menu];
-        [bridge(menu) menuWillOpen:menu];
+        [bridge() menuNeedsUpdate:submenu(path)];
+        [bridge() menuWillOpen:submenu(path)];
     }
-    void close(const std::string& path) const
-    {
-        NSMenu* menu = submenu(path);
-        [bridge(menu) menuDidClose:menu];
-    }
+    void close(const std::string& path) const { [bridge() menuDidClose:submenu(path)]; }
     std::string differs() const { return difference(frontEnd.statusMenu(), takeSnapshot(delegate.menu())); }
 };
 
@@ -150,14 +145,13 @@ TEST(MenuTree, IsUnchangedWhenAMenuOpensAndCloses)
     agent.open("Encoding History");
     agent.choose("Encoding History/Clear History");
     std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
-    NSMenu* history = agent.submenu("Encoding History");
-    NSArray* shown = [NSArray arrayWithArray:[history itemArray]];
+    NSArray* shown = [NSArray arrayWithArray:[agent.submenu("Encoding History") itemArray]];
     agent.close("Encoding History");
-    EXPECT_TRUE([[history itemArray] isEqual:shown]);
+    EXPECT_TRUE([[agent.submenu("Encoding History") itemArray] isEqual:shown]);
     EXPECT_NE(agent.differs(), "");
     EXPECT_TRUE(agent.pumpUntil([&] { return agent.differs().empty(); }));
 
-    [AppKitAgent::bridge(history) menuWillOpen:agent.submenu("Monitoring Facility")];
+    [agent.bridge() menuWillOpen:agent.submenu("Monitoring Facility")];
     EXPECT_EQ(agent.item("Monitoring Facility/Studio"), nil);
 }
 

@@ -3,11 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-BOOL isHighlighted = NO;
-
-} // namespace
+static BOOL isHighlighted = NO;
 
 // A row that is its own menu item, as only the Mac's menu items have views.
 @implementation KestEncodingRow (Highlighted)
