@@ -124,7 +124,7 @@ TEST_F(ControlTest, EachRequestHasItsReply)
     EXPECT_EQ(agent.stored("Facility"), "Studio");
 
     fs::remove_all(agent.place.paths.settingsFolder);
-    writeFile(agent.place.paths.settingsFolder, "a file in place of the folder");
+    writeFile(agent.place.paths.settingsFolder, "not a folder");
     EXPECT_THAT(reply(connected(), choice("Solo Mode > Exclusive (XOR)")), HasSubstr("not saved"));
 }
 
