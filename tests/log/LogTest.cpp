@@ -4,13 +4,14 @@
 #include "log/OutputQueue.h"
 #include "log/RepeatLimiter.h"
 #include "tests/support/Captured.h"
-#include "tests/support/Eventually.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
+#include <thread>
 
 namespace {
 
@@ -62,45 +63,39 @@ TEST(RepeatLimiter, AdmitsALineOnceAMinuteAndAFormatSomeTimes)
     EXPECT_EQ(limiter.admit(format, "full", 60), 0u);
     int admitted = 0;
     for (int pid = 0; pid < 1000; ++pid)
-        admitted += limiter.admit(format, std::to_string(pid), 61) ? 1 : 0;
+        admitted += limiter.admit(format, std::to_string(pid), 61).has_value();
     EXPECT_EQ(admitted, Lct::RepeatLimiter::kMaxLines - 2) << "different texts of one format";
     EXPECT_EQ(limiter.admit("another", "full", 61), 0u);
 }
 
 TEST(Output, GoesToAFrontEndThatTakesItButErrorsOnlyFromATerminal)
 {
-    captureErrors();
     std::string taken;
+    captureErrors();
     Lct::redirectOutput([&](std::string_view text) { taken += text; });
     Lct::print("bus 0 : Main Bus\n");
     Lct::printError("no session\n");
     Lct::redirectOutput({});
-    captureOutput();
-    Lct::print("bus 1 : Dialog\n");
-    EXPECT_EQ(capturedOutput(), "bus 1 : Dialog\n");
     EXPECT_EQ(taken, "bus 0 : Main Bus\n");
     EXPECT_EQ(capturedErrors(), "no session\n");
 }
 
-TEST(OutputQueue, WritesAllToANonBlockingPipeAndGivesUpOnAClosedOne)
+TEST(OutputQueue, WritesAllToANonBlockingPipeAndNothingToAClosedOne)
 {
+    std::signal(SIGPIPE, SIG_IGN);
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    for (const int end : ends)
-        ASSERT_EQ(fcntl(end, F_SETFL, O_NONBLOCK), 0);
+    ASSERT_TRUE(pipe(ends) == 0 && fcntl(ends[1], F_SETFL, O_NONBLOCK) == 0);
     const std::string text(200'000, 'x'); // three times what a pipe holds
-    std::thread writer([&] { Lct::writeAll(ends[1], text); });
-    std::string received(text.size(), ' ');
-    std::size_t size = 0;
-    EXPECT_TRUE(eventually([&] {
-        size += static_cast<std::size_t>(std::max(read(ends[0], &received[size], text.size() - size), 0L));
-        return size == text.size();
-    }));
-    EXPECT_TRUE(received == text);
+    std::thread writer([&] {
+        Lct::writeAll(ends[1], text);
+        close(ends[1]);
+    });
+    EXPECT_TRUE(readFile("/dev/fd/" + std::to_string(ends[0])) == text);
     writer.join();
     close(ends[0]);
-    std::signal(SIGPIPE, SIG_IGN);
-    Lct::writeAll(ends[1], text);
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    Lct::writeAll(ends[1], text); // returns
     close(ends[1]);
 }
 
@@ -120,24 +115,21 @@ void writeSlowly(std::string_view text)
 TEST(OutputQueue, LosesNothingToASlowOutputAndReportsWhatItDroppedForAStuckOne)
 {
     auto& queue = *new Lct::OutputQueue(writeSlowly); // its thread never ends
-    const auto addLines = [&queue] {
+    for (const bool stuck : {false, true, false}) {
+        linesWritten = 0;
+        isStuck = stuck;
         for (int i = 0; i < 10'000; ++i) // sixteen times what the buffer holds
             queue.add(std::string(99, 'x') + "\n");
-    };
-    addLines();
-    ASSERT_TRUE(queue.flush(5000));
-    EXPECT_EQ(linesWritten.exchange(0), 10'000);
-
-    isStuck = true;
-    addLines();
-    EXPECT_FALSE(queue.flush(1));
-    isStuck = false;
-    ASSERT_TRUE(queue.flush(5000));
-    EXPECT_TRUE(linesWritten > 600 && linesWritten < 700) << linesWritten;
-    EXPECT_THAT(lastPiece, MatchesRegex("\\([0-9]+ lines of output were dropped: nothing read them\\)\n"));
-    queue.add("next\n");
-    ASSERT_TRUE(queue.flush(5000));
-    EXPECT_EQ(lastPiece, "next\n");
+        EXPECT_FALSE(stuck && queue.flush(1));
+        isStuck = false;
+        ASSERT_TRUE(queue.flush(5000));
+        if (stuck) {
+            EXPECT_TRUE(linesWritten > 600 && linesWritten < 700) << linesWritten;
+            EXPECT_THAT(lastPiece,
+                        MatchesRegex("\\([0-9]+ lines of output were dropped: nothing read them\\)\n"));
+        } else
+            EXPECT_EQ(linesWritten, 10'000);
+    }
 }
 
 } // namespace

@@ -20,14 +20,10 @@ TEST(SpeakerLabels, MatchTheChannelCountsOfTheirLayoutAndUseEachLabelAndPosition
         std::set<std::string_view> labels;
         std::set<LSS::ePosition> positions;
         std::set<std::int32_t> channels;
-        for (const auto& speaker : list) {
-            labels.insert(speaker.label);
-            positions.insert(speaker.position);
-            channels.insert(speaker.channelIndex);
-        }
-        EXPECT_TRUE(labels.size() == list.size() && positions.size() == list.size() &&
-                    channels.size() == list.size() && *channels.begin() == 0 &&
-                    *channels.rbegin() + 1 == std::ssize(list));
+        for (const auto& speaker : list)
+            EXPECT_TRUE(labels.insert(speaker.label).second && positions.insert(speaker.position).second &&
+                        channels.insert(speaker.channelIndex).second);
+        EXPECT_TRUE(*channels.begin() == 0 && *channels.rbegin() + 1 == std::ssize(list));
         if (const auto layout = layouts.find(id); layout != layouts.end()) {
             const auto lfes =
                 std::ranges::count_if(labels, [](auto label) { return label.starts_with("LFE"); });

@@ -1,68 +1,31 @@
-// Gives GNUstep's menu items what those of the Mac have besides, kept and not drawn, so that what is for the
-// Mac alone runs here too.
+// Gives GNUstep's menu items the abilities of the Mac's to hide and to have a view. They store both and draw
+// neither.
 #import <AppKit/AppKit.h>
 #include <map>
 
 namespace {
 
-struct Kept {
-    NSView* view = nil;
-    BOOL hidden = NO;
-    BOOL highlighted = NO;
-};
-
-std::map<NSMenuItem*, Kept> items;
-
-// Of items that are never freed, so that no other item is taken for one of them.
-Kept& kept(NSMenuItem* item)
-{
-    if (!items.contains(item))
-        [item retain];
-    return items[item];
-}
+// New items get both, so that none has those of an earlier item at its address.
+std::map<NSMenuItem*, BOOL> hiddenItems;
+std::map<NSMenuItem*, NSView*> views; // retained for ever
 
 } // namespace
-
-@interface NSMenuItem (MacAbilities)
-@end
 
 @implementation NSMenuItem (MacAbilities)
 - (void)setHidden:(BOOL)hidden
 {
-    kept(self).hidden = hidden;
+    hiddenItems[self] = hidden;
 }
 - (BOOL)isHidden
 {
-    return kept(self).hidden;
+    return hiddenItems[self];
 }
 - (void)setView:(NSView*)view
 {
-    [kept(self).view autorelease];
-    kept(self).view = [view retain];
+    views[self] = [view retain];
 }
 - (NSView*)view
 {
-    return kept(self).view;
-}
-- (void)setHighlighted:(BOOL)highlighted
-{
-    kept(self).highlighted = highlighted;
-}
-- (BOOL)isHighlighted
-{
-    return kept(self).highlighted;
-}
-@end
-
-@interface NSView (MacAbilities)
-@end
-
-@implementation NSView (MacAbilities)
-- (NSMenuItem*)enclosingMenuItem
-{
-    for (const auto& [item, is] : items)
-        if (is.view == self)
-            return item;
-    return nil;
+    return views[self];
 }
 @end

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -15,6 +16,7 @@
 namespace {
 
 using namespace Kest;
+using namespace Kest::Test;
 
 TEST(MainLoop, EndsTheProcessAtOnceOnASecondEndingSignal)
 {
@@ -27,23 +29,21 @@ TEST(MainLoop, EndsTheProcessAtOnceOnASecondEndingSignal)
         testing::ExitedWithCode(128 + SIGTERM), "");
 }
 
-TEST(MainLoop, TellsOfOtherSignalsAndOfEachInputUntilItIsNotWatchedAnyMore)
+TEST(MainLoop, ReportsSignalsAndInputUntilItIsUnwatched)
 {
     Posix::MainLoop loop;
-    int ends[2];
-    ASSERT_TRUE(pipe(ends) == 0 && write(ends[1], "x", 1) == 1); // never read
+    const int input = open("/dev/null", O_RDONLY); // always readable
     int inputs = 0;
     int signals = 0;
-    loop.watchInput(ends[0], [&] {
+    loop.watchInput(input, [&] {
         ++inputs;
-        loop.unwatch(ends[0]);
+        loop.unwatch(input);
         raise(SIGWINCH);
     });
     loop.watchSignal(SIGWINCH, [&] { ++signals == 3 ? loop.quit() : static_cast<void>(raise(SIGWINCH)); });
     EXPECT_TRUE(loop.run());
     EXPECT_EQ(inputs, 1);
-    close(ends[0]);
-    close(ends[1]);
+    close(input);
 }
 
 TEST(MainLoop, EndsWithOneLineWhenItCannotWait)
@@ -52,12 +52,11 @@ TEST(MainLoop, EndsWithOneLineWhenItCannotWait)
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     const rlimit none{0, before.rlim_max}; // poll takes no more descriptors than this
-    testing::internal::CaptureStderr();
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    captureErrors();
+    setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(loop.run());
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
-    EXPECT_EQ(Kest::Test::capturedErrors(),
-              "Kest Settings ends: waiting for events failed: Invalid argument\n");
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(capturedErrors(), "Kest Settings ends: waiting for events failed: Invalid argument\n");
 }
 
 TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
@@ -66,26 +65,26 @@ TEST(PosixWorkspace, StartsProgramsOnTheirOwn)
         void selectFile(const std::string&) override {}
         void showAboutPanel(const App::About&) override {}
     } workspace;
-    const Kest::Test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     EXPECT_FALSE(workspace.run(folder / "missing", {}));
-    Kest::Test::writeFile(folder / "no program", "\x7F\x45LF");
+    writeFile(folder / "no program", "\x7F\x45LF");
     std::filesystem::permissions(folder / "no program", std::filesystem::perms::owner_all);
-    testing::internal::CaptureStderr();
+    captureErrors();
     EXPECT_FALSE(workspace.run(folder / "no program", {}));
-    EXPECT_NE(Kest::Test::capturedErrors().find("no program: Exec format error"), std::string::npos);
+    EXPECT_NE(capturedErrors().find("no program: Exec format error"), std::string::npos);
 
     const Posix::JobQueue ignoresSigpipe; // the agent's dispositions and session are not the program's
     const auto script = "cd '" + folder.path().string() +
                         "'; sh -c 'kill -PIPE $$'; echo $? $$ > draft && mv draft out && exec sleep 60";
     ASSERT_TRUE(workspace.run("/bin/sh", {"-c", script}));
-    ASSERT_TRUE(Kest::Test::eventually([&] { return std::filesystem::exists(folder / "out"); }));
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(folder / "out"); }));
     int status = 0;
     pid_t pid = 0;
-    std::istringstream(Kest::Test::readFile(folder / "out")) >> status >> pid;
+    std::istringstream(readFile(folder / "out")) >> status >> pid;
     EXPECT_EQ(status, 128 + SIGPIPE);
     EXPECT_EQ(getsid(pid), pid);
     kill(pid, SIGKILL);
-    EXPECT_TRUE(Kest::Test::eventually([&] { return kill(pid, 0) != 0; })) << "a zombie";
+    EXPECT_TRUE(eventually([&] { return kill(pid, 0) != 0; })) << "a zombie";
     std::signal(SIGCHLD, SIG_DFL); // for other tests of this process
 }
 

@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <cstring>
 #include <regex>
 #include <sys/socket.h>
@@ -13,7 +12,6 @@ namespace Kest::StatusNotifier {
 namespace {
 
 using App::ItemProperties;
-using testing::ElementsAre;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
@@ -22,12 +20,7 @@ App::MenuItem& add(App::MenuModel& model, ItemProperties properties)
     return model.statusMenu().addItem(std::make_unique<App::MenuItem>(std::move(properties)));
 }
 
-Properties propertiesOf(ItemProperties properties)
-{
-    return itemProperties({1, std::move(properties), false, {}});
-}
-
-TEST(AccordionPanel, ShowsEachLabelAsItIs)
+TEST(AccordionPanel, ShowsEachLabelUnchanged)
 {
     const std::regex mnemonic("_([^_])"); // as the panel replaces it, once
     App::MenuModel model;
@@ -40,31 +33,33 @@ TEST(AccordionPanel, ShowsEachLabelAsItIs)
     }
 }
 
-TEST(ItemProperties, SayEverythingInWords)
+TEST(ItemProperties, ContainWhatIsNotTheDefaultAsTextThatTheBusAccepts)
 {
-    EXPECT_THAT(propertiesOf({.tag = 7, .enabled = false, .view = {{"", 42}}}),
+    const auto properties = [](ItemProperties item) {
+        return itemProperties({1, std::move(item), false, {}});
+    };
+    EXPECT_THAT(properties({.tag = 7, .enabled = false, .view = {{"", 42}}}),
                 UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
-    EXPECT_THAT(propertiesOf({.hidden = true, .separator = true}),
+    EXPECT_THAT(properties({.hidden = true, .separator = true}),
                 UnorderedElementsAre(Pair("type", Value("separator")), Pair("visible", Value(false))));
     EXPECT_EQ(escapedLabel("__ \x01\xFF\xEF\xB7\x90\xF0\x9F\xBF\xBE\xEF\xBF\xBF"),
-              "____  \uFFFD\uFFFD\uFFFD\uFFFD")
-        << "nothing that the bus refuses";
+              "____  \uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
-TEST(ItemUpdates, NameWhatIsAsUsualAgainAndNothingThatAPanelDoesNotSee)
+TEST(ItemUpdates, NamePropertiesThatHaveTheirDefaultAgain)
 {
     App::MenuModel model;
-    auto& greyed = add(model, {.title = "A", .enabled = false});
-    auto& plain = add(model, {.title = "B"});
+    auto& greyed = add(model, {.enabled = false});
+    auto& plain = add(model, {});
     model.takeChanges();
     greyed.setEnabled(true);
     plain.setState(true); // it has no mark
     const auto updates = itemUpdates(model.takeChanges(), model);
     ASSERT_EQ(updates.size(), 1U);
-    EXPECT_THAT(updates[0].removed, ElementsAre("enabled"));
+    EXPECT_THAT(updates[0].removed, testing::ElementsAre("enabled"));
 }
 
-TEST(MenuExporter, RefusesAGroupOfEventsWithANameThatIsNoText)
+TEST(MenuExporter, RefusesAGroupOfEventsWithANameThatIsNotText)
 {
     int ends[2];
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends), 0);
@@ -74,20 +69,18 @@ TEST(MenuExporter, RefusesAGroupOfEventsWithANameThatIsNoText)
         sd_bus_set_server(buses[i].get(), i == 0 ? 1 : 0, {});
         sd_bus_set_fd(buses[i].get(), ends[i], ends[i]);
         sd_bus_set_anonymous(buses[i].get(), 1);
-        ASSERT_GE(sd_bus_start(buses[i].get()), 0);
+        sd_bus_start(buses[i].get());
     }
     App::MenuModel model;
     const auto id = add(model, {.title = "A"}).id();
-    int opened = 0;
-    const MenuExporter exporter(buses[0].get(), {model, {}, [&](App::ItemId) { ++opened; }, {}});
+    const MenuExporter exporter(buses[0].get(), {model, {}, [](App::ItemId) {}, {}});
 
     MessagePtr call;
     sd_bus_message_new_method_call(buses[1].get(), Into(call), nullptr, kMenuPath, "com.canonical.dbusmenu",
                                    "EventGroup");
-    sd_bus_message_append(call.get(), "a(isvu)", 2, id, "opened", "i", 0, 0, id, "opened", "i", 0, 0);
+    sd_bus_message_append(call.get(), "a(isvu)", 1, id, "opened", "i", 0, 0);
     sd_bus_message_seal(call.get(), 1, 0);
     sd_bus_message_enter_container(call.get(), SD_BUS_TYPE_ARRAY, "(isvu)");
-    sd_bus_message_skip(call.get(), "(isvu)");
     sd_bus_message_enter_container(call.get(), SD_BUS_TYPE_STRUCT, "isvu");
     const char* name = nullptr;
     ASSERT_GT(sd_bus_message_read(call.get(), "is", nullptr, &name), 0);
@@ -101,34 +94,23 @@ TEST(MenuExporter, RefusesAGroupOfEventsWithANameThatIsNoText)
     for (int i = 0; i < 100; ++i)
         sd_bus_process(buses[i % 2].get(), nullptr);
     EXPECT_EQ(refused, 1);
-    EXPECT_EQ(opened, 0);
 }
 
-// As WCAG 2 defines them for a grey, 0 to 255.
-double luminance(double grey)
+// Greys from 156 on and to 109 have a contrast of at least 4.5 to dark and to light panels, as WCAG 2 defines
+// it.
+TEST(Logo, ContrastsWithDarkAndLightPanels)
 {
-    const double value = grey / 255;
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-double contrast(double a, double b)
-{
-    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
-    return (high + 0.05) / (low + 0.05);
-}
-
-TEST(Logo, ContrastsWithEachPanel)
-{
-    for (const int side : {16, 22, 24, 32, 44, 48, 64})
-        for (const double panel : {0.0, 52.0, 128.0, 240.0, 255.0}) {
-            const auto pixmap = drawLogo(side);
-            int visible = 0;
-            for (std::size_t pixel = 0; pixel < pixmap.argb.size(); pixel += 4) {
-                const double alpha = pixmap.argb[pixel] / 255.0;
-                const double shown = alpha * pixmap.argb[pixel + 1] + (1 - alpha) * panel;
-                visible += contrast(shown, panel) >= (panel == 128 ? 3.5 : 4.5) ? 1 : 0;
-            }
-            EXPECT_GE(visible, side * side / 8) << side << " pixels on " << panel;
+    for (const int side : {16, 22, 24, 32, 44, 48, 64}) {
+        const auto pixmap = drawLogo(side);
+        int light = 0;
+        int dark = 0;
+        for (std::size_t pixel = 0; pixel < pixmap.argb.size(); pixel += 4) {
+            const bool isOpaque = pixmap.argb[pixel] > 230;
+            light += isOpaque && pixmap.argb[pixel + 1] >= 156 ? 1 : 0;
+            dark += isOpaque && pixmap.argb[pixel + 1] <= 109 ? 1 : 0;
         }
+        EXPECT_GE(std::min(light, dark), side * side / 8) << side;
+    }
 }
 
 } // namespace

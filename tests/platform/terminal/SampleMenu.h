@@ -1,4 +1,4 @@
-// A small menu for tests of what shows one.
+// A small menu for tests of the code that shows one.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -16,19 +16,9 @@ inline App::ItemSnapshot leaf(App::ItemId id, App::ItemProperties properties)
     return {id, std::move(properties), false, {}};
 }
 
-inline void hide(App::ItemSnapshot& item)
-{
-    item.properties = item.properties.with(&App::ItemProperties::hidden, true);
-}
-
 inline App::ItemSnapshot plainLeaf(App::ItemId id, const std::string& title)
 {
     return leaf(id, {.title = title, .action = App::Action::restartService});
-}
-
-inline App::ItemSnapshot submenu(App::ItemId id, const std::string& title, Items items)
-{
-    return {id, App::ItemProperties{.title = title}, true, std::move(items)};
 }
 
 inline App::ItemSnapshot bus(App::ItemId id, const std::string& title, bool on = false)
@@ -43,11 +33,12 @@ inline App::ItemSnapshot statusMenu(Items items) { return {.hasSubmenu = true, .
 /// (7) with Hidden Dialog (8), About (9).
 inline App::ItemSnapshot sampleMenu()
 {
-    auto hidden = submenu(7, "Hidden", {plainLeaf(8, "Hidden Dialog")});
-    hide(hidden);
-    return statusMenu({plainLeaf(1, "Restart"), leaf(2, {.separator = true}),
-                       submenu(3, "Buses", {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")}),
-                       hidden, plainLeaf(9, "About")});
+    const Items buses = {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")};
+    return statusMenu({plainLeaf(1, "Restart"),
+                       leaf(2, {.separator = true}),
+                       {3, App::ItemProperties{.title = "Buses"}, true, buses},
+                       {7, App::ItemProperties{.hidden = true}, true, {plainLeaf(8, "Hidden Dialog")}},
+                       plainLeaf(9, "About")});
 }
 
 /// Fills a menu of a model with the items of a snapshot.

@@ -1,0 +1,39 @@
+// What the files *_mac.mm use of AppKit and GNUstep's headers lack, as Apple documents it: types, and the
+// first release of macOS that has it.
+#import <AppKit/AppKit.h>
+#import <AppKit/NSVisualEffectView.h>
+
+#define SINCE(version) __attribute__((availability(macos, introduced = version)))
+
+// Macros, as a later GNUstep may have them as constants.
+#define NSImageResizingModeStretch 1
+#define NSVisualEffectMaterialSelection 4
+
+@interface NSColor (Mac)
++ (NSColor*)separatorColor SINCE(10.14);
++ (NSColor*)controlAccentColor SINCE(10.14);
+@end
+
+@interface NSImage (Mac)
++ (NSImage*)imageWithSize:(NSSize)size flipped:(BOOL)flipped drawingHandler:(BOOL (^)(NSRect rect))draw;
+- (void)setCapInsets:(NSEdgeInsets)insets SINCE(10.10);
+- (void)setResizingMode:(NSInteger)mode SINCE(10.10);
+- (void)setTemplate:(BOOL)isTemplate;
+@end
+
+@interface NSView (Mac)
+- (void)viewWillDraw;
+- (void)setAccessibilityLabel:(NSString*)label SINCE(10.10);
+@end
+
+@interface NSVisualEffectView (Mac)
+- (void)setEmphasized:(BOOL)emphasized SINCE(10.12);
+@end
+
+@interface NSWorkspace (Mac)
+- (BOOL)accessibilityDisplayShouldIncreaseContrast SINCE(10.10);
+@end
+
+@interface NSStatusItem (Mac)
+- (NSStatusBarButton*)button SINCE(10.10);
+@end
