@@ -76,14 +76,14 @@ protected:
 
 TEST_F(BackendMessages, AreOneJobForTheLastAndForTheOneThatArrivesMeanwhile)
 {
-    agent.delegate.whenNoted = [&] {
+    agent.delegate.whenNotified = [&] {
         agent.choose(notes.size() == 1 ? "DAW Link Control" : "Solo Mode/Exclusive (XOR)");
         if (notes.size() == 1)
             call({2});
     };
     call({-5, -2, -7});
     msg_from_backend_callback(nullptr, -2, 0, "");
-    EXPECT_EQ(agent.frontEnd.runJobs(), 1);
+    EXPECT_EQ(agent.frontEnd.runJobs(), 1U);
     EXPECT_THAT(notes, ElementsAre("No volume information is received", "Linking..."));
     EXPECT_EQ(agent.frontEnd.changes, changes + 1) << "once a job";
     agent.frontEnd.runJobs();
@@ -116,7 +116,7 @@ TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
     };
     auto& host = agent.place.startHost();
     ASSERT_TRUE(becomes(HostPresence::present, 0));
-    host.putFloat(RawSegment::slot(TestPaths::kAgentSlot) + 300, 5);
+    host.put(RawSegment::slot(TestPaths::kAgentSlot) + 300, 5.0F);
     ASSERT_TRUE(agent.report(4711, ""));
     ASSERT_TRUE(becomes(HostPresence::present, 5));
     EXPECT_EQ(agent.frontEnd.hostChanges, 2);

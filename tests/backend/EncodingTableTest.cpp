@@ -1,5 +1,5 @@
-// The forms of an encoder's line, and the table of encodings: what it keeps when it cannot keep all, and what
-// has been reported since.
+// The table of encodings: what it keeps when it cannot keep all, and what has been reported since. The forms
+// of a line are in fuzz/corpus/lines, where they are compared with sscanf.
 #include "backend/EncodingTable.h"
 
 #include <gmock/gmock.h>
@@ -8,46 +8,6 @@ namespace {
 
 using namespace Kest::Settings;
 using testing::ElementsAre;
-
-struct Description {
-    std::string operator()(const ProgressLine& line) { return "P " + std::to_string(line.percentage); }
-    std::string operator()(const PathLine& line) { return "path " + std::string(line.path); }
-    std::string operator()(const TypeLine& line) { return "type " + std::string(line.word); }
-    std::string operator()(const ErrorLine&) { return "error"; }
-    std::string operator()(const OverlongValue&) { return "overlong"; }
-};
-
-TEST(EncodingLine, HasFourForms)
-{
-    const std::string longest(1023, 'x');
-    const std::pair<std::vector<std::string>, std::string> cases[] = {
-        {{"pid: 4711 , P: 37", "pid:4711,P:37", "pid: \t\v\f4711\t , \tP: \v37 %", "pid: +4711 , P: +37.9"},
-         "4711 P 37"},
-        {{"pid: 4711 , path:  /Out/My Film.wav ", "pid:4711,path:/Out/My Film.wav "},
-         "4711 path /Out/My Film.wav "},
-        {{"pid: 4711 , enc_type: Main Profile", "pid:4711,enc_type:Main"}, "4711 type Main"},
-        {{"pid: 4711 , ERROR: disk full", "pid: 4711 , P: -1", "pid: 4711 , P: ", "pid: 4711 P: 5",
-          "pid: 4711 , path: \t ", "pid: 4711 , path:", "pid: 4711 , enc_type:", "pid: 4711",
-          "pid: 4711.5 , P: 5", "pid: 4711 , P: 99999999999"},
-         "4711 error"},
-        {{"", "bla", " pid: 4711 , P: 5", "PID: 4711 , P: 5", "pid : 4711 , P: 5", "pid: +-4711 , P: 5",
-          "pid: 2147483648 , P: 5"},
-         "nothing"},
-        {{"pid: 2147483647 , P: 2147483647"}, "2147483647 P 2147483647"},
-        {{"pid: -2147483648 , ERROR: "}, "-2147483648 error"},
-        {{"pid: 1 , path: " + longest}, "1 path " + longest},
-        {{"pid: 1 , enc_type: " + longest + " and more"}, "1 type " + longest},
-        {{"pid: 1 , path: " + longest + "x", "pid: 1 , enc_type: " + longest + "x"}, "1 overlong"},
-    };
-    for (const auto& [lines, wanted] : cases)
-        for (const auto& text : lines) {
-            const auto line = parseEncodingLine(text);
-            EXPECT_EQ(line ? std::to_string(line->pid) + " " + std::visit(Description(), line->content)
-                           : "nothing",
-                      wanted)
-                << text;
-        }
-}
 
 class EncodingTableTest : public testing::Test {
 protected:
