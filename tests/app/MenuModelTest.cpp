@@ -80,4 +80,19 @@ TEST_P(MenuChangesOf, LeadFromEachStateOfTheMenuToTheNext)
 
 INSTANTIATE_TEST_SUITE_P(Ids, MenuChangesOf, testing::Values(std::numeric_limits<ItemId>::max(), 300));
 
+TEST(MenuModel, GivesARefilledItemNoIdThatIsInUse)
+{
+    MenuModel model(3);
+    const auto add = [](Menu& menu, const char* title) -> MenuItem& {
+        return menu.addItem(std::make_unique<MenuItem>(ItemProperties{.title = title}));
+    };
+    auto& owner = add(model.statusMenu(), "Owner");
+    owner.setSubmenu(std::make_unique<Menu>(model));
+    const auto id = add(*owner.submenu(), "Refilled").id();
+    owner.submenu()->removeAllItems();
+    model.statusMenu().removeItem(add(model.statusMenu(), "New"));
+    EXPECT_EQ(add(model.statusMenu(), "New").id(), id) << "all were given, and the owner has the first";
+    EXPECT_NE(add(*owner.submenu(), "Refilled").id(), id);
+}
+
 } // namespace

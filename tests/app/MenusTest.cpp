@@ -133,7 +133,6 @@ TEST(Choices, AreRefusedForWhatIsNotOfferedAndReportedOnceWhenTheyChangeSomethin
         EXPECT_FALSE(agent.delegate.choose(none));
         agent.delegate.menuWillOpen(none);
     }
-    EXPECT_EQ(agent.stored("defaultPannerObjects") + " " + agent.stored("Facility"), "0 absent");
     EXPECT_EQ(agent.frontEnd.changes, changes);
     agent.choose("Solo Mode/Exclusive (XOR)"); // two items change
     agent.choose("Solo Mode/Exclusive (XOR)");
@@ -157,15 +156,15 @@ TEST(FacilityMenu, IsRefilledAtEachOpeningAndItsChoicesReachFileAndHost)
 {
     HostedAgent agent;
     EXPECT_THAT(agent.facilities({"Studio é"}), ElementsAre("Standard-Surround 0*!", "Studio é 0"));
-    agent.open("Second Monitoring Facility");
-    const auto id = agent.at("Second Monitoring Facility/Studio é").id();
+    const auto id = agent.at(kFacilities + "/Studio é").id();
     EXPECT_TRUE(agent.choose(kFacilities + "/Studio é"));
     EXPECT_EQ(agent.host.at<int>(kRecord + 656 + 264), 1);
     EXPECT_EQ(agent.host.textAt(kRecord + 656 + 8 + 128), "Studio é");
     EXPECT_EQ(agent.stored("Facility"), "Studio é");
     EXPECT_THAT(agent.facilities({"Annex"}), ElementsAre("Annex 0", "Studio é 0*"));
+    EXPECT_EQ(agent.at(kFacilities + "/Studio é").id(), id);
     agent.open("Second Monitoring Facility");
-    EXPECT_EQ(agent.at("Second Monitoring Facility/Studio é").id(), id);
+    EXPECT_EQ(agent.items("Second Monitoring Facility"), agent.items(kFacilities));
 }
 
 TEST(DefaultBusMenu, FollowsTheBusesOfTheHostAndTheChoice)

@@ -1,8 +1,6 @@
 // A backend message's way to the main thread, alone and through the application.
 #include "tests/app/Agent.h"
 
-#include <semaphore>
-
 namespace {
 
 using namespace Kest::App;
@@ -23,37 +21,6 @@ TEST(MessageSlot, ReturnsTheLastMessageOnceWithATextCutAtACharacter)
         const auto kept = letters <= 1019 ? 1022 : std::min<std::size_t>(letters, 1022);
         EXPECT_EQ(descriptionText(text.c_str()), text.substr(0, kept)) << letters;
     }
-}
-
-TEST(MessageSlot, LosesNoWakeUpAndReturnsNothingTwice)
-{
-    constexpr int kMessages = 20000;
-    MessageSlot slot;
-    std::counting_semaphore<> jobs(0);
-    const auto send = [&](int type) {
-        for (int number = 1; number <= kMessages; ++number)
-            if (slot.queueMsgFromBackend(number, type, std::to_string(number * type).c_str()))
-                jobs.release();
-    };
-    std::map<int, int> newest;
-    int last = 0;
-    const auto handle = [&] {
-        while (const auto message = slot.take()) {
-            last = message->number;
-            EXPECT_GT(last, std::exchange(newest[message->type], last)) << "returned twice";
-            EXPECT_EQ(message->description, std::to_string(last * message->type)) << "of two messages";
-        }
-    };
-    std::thread one(send, 1);
-    std::thread two(send, 2);
-    while (last < kMessages && jobs.try_acquire_for(std::chrono::seconds(20)))
-        handle();
-    one.join();
-    two.join();
-    while (jobs.try_acquire())
-        handle();
-    EXPECT_FALSE(slot.take()) << "a message without a wake-up";
-    EXPECT_EQ(last, kMessages) << "the last one was lost";
 }
 
 class BackendMessages : public testing::Test {
