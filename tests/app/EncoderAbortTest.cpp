@@ -73,6 +73,12 @@ TEST_F(EncoderAbort, EndsAnEncoderAndDeletesItsFolderUnlessTheAgentEnds)
     EXPECT_EQ(abort(click) + abort(ofNew), "");
     EXPECT_TRUE(fs::is_empty(root / "out"));
     EXPECT_EQ(abort(click), "") << "nothing is left to do";
+
+    const int pipe = open((root / "pipe").c_str(), O_RDWR);
+    encoder.emplace(); // inherits it
+    close(pipe);
+    EXPECT_EQ(abort(request("")), "");
+    EXPECT_FALSE(encoder->runs());
 }
 
 TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
@@ -104,15 +110,6 @@ TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
     click.wroteToPipe = true;
     EXPECT_THAT(abort(click), HasSubstr("ancestors"));
     EXPECT_TRUE(fs::exists(output)) << "of a process that is not killed";
-}
-
-TEST_F(EncoderAbort, EndsAProcessThatHasThePipeOpen)
-{
-    const int pipe = open((root / "pipe").c_str(), O_RDWR);
-    encoder.emplace(); // inherits it
-    close(pipe);
-    EXPECT_EQ(abort(request("")), "");
-    EXPECT_FALSE(encoder->runs());
 }
 
 TEST_F(EncoderAbort, RefusesProtectedFolders)

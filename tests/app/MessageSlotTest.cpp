@@ -1,6 +1,8 @@
 // A backend message's way to the main thread, alone and through the application.
 #include "tests/app/Agent.h"
 
+#include <semaphore>
+
 namespace {
 
 using namespace Kest::App;
@@ -21,6 +23,26 @@ TEST(MessageSlot, ReturnsTheLastMessageOnceWithATextCutAtACharacter)
         const auto kept = letters <= 1019 ? 1022 : std::min<std::size_t>(letters, 1022);
         EXPECT_EQ(descriptionText(text.c_str()), text.substr(0, kept)) << letters;
     }
+}
+
+TEST(MessageSlot, LosesNoWakeUpAndReturnsNothingTwice)
+{
+    constexpr int kMessages = 20000;
+    MessageSlot slot;
+    std::counting_semaphore<> jobs(0);
+    std::thread sender([&] {
+        for (int number = 1; number <= kMessages; ++number)
+            if (slot.queueMsgFromBackend(number, 1, std::to_string(number).c_str()))
+                jobs.release();
+    });
+    int last = 0;
+    while (last < kMessages && jobs.try_acquire_for(std::chrono::seconds(20)))
+        while (const auto message = slot.take()) {
+            EXPECT_GT(message->number, std::exchange(last, message->number)) << "returned twice";
+            EXPECT_EQ(message->description, std::to_string(last)) << "of two messages";
+        }
+    sender.join();
+    EXPECT_EQ(last, kMessages) << "the last one was lost";
 }
 
 class BackendMessages : public testing::Test {

@@ -1,8 +1,10 @@
 // How the Backend starts and ends, and the processes that it identifies and ends.
+#include "backend/HomeFolder.h"
 #include "backend/Process.h"
 #include "tests/backend/BackendFixture.h"
 #include "tests/support/Sleeper.h"
 
+#include <future>
 #include <pwd.h>
 
 namespace {
@@ -58,6 +60,22 @@ TEST_F(Lifecycle, WritesTheLastUserIntoItsOwnFileThatEverybodyMayOverwrite)
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
 }
 
+TEST(HomeFolder, IsAnAbsolutePathThatCanBeUsed)
+{
+    const std::string own = getpwuid(getuid())->pw_dir;
+    for (const auto& unusable : {"~"s, "~/x"s, "here"s, ""s, "/" + std::string(5000, 'a'), "/\xFF"s}) {
+        setenv("HOME", unusable.c_str(), 1);
+        EXPECT_THAT(repairHome(), HasSubstr(own + " is used")) << unusable;
+        EXPECT_EQ(std::getenv("HOME"), own) << unusable;
+    }
+    unsetenv("HOME");
+    EXPECT_EQ(repairHome(), "") << "as under a service manager";
+    EXPECT_EQ(std::getenv("HOME"), own);
+    setenv("HOME", "/tmp/", 1);
+    EXPECT_EQ(repairHome(), "");
+    EXPECT_STREQ(std::getenv("HOME"), "/tmp/");
+}
+
 TEST_F(Lifecycle, IdentifiesAProcessByItsNumberAndItsStartTime)
 {
     const auto now = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ns; };
@@ -104,7 +122,7 @@ TEST(EndProcess, EndsExactlyThisOne)
     EXPECT_FALSE(sleeper.runs());
 }
 
-TEST(EndProcess, RefusesTheAgentAndItsAncestors)
+TEST(EndProcess, RefusesTheAgentItsAncestorsAndItsThreads)
 {
     const pid_t agent = fork();
     if (agent == 0)
@@ -113,6 +131,16 @@ TEST(EndProcess, RefusesTheAgentAndItsAncestors)
     int status = -1;
     waitpid(agent, &status, 0);
     EXPECT_EQ(status, 0);
+
+    std::promise<void> end;
+    std::thread thread([&] { end.get_future().wait(); });
+    std::error_code none; // where threads have no numbers of their own
+    for (const auto& task : fs::directory_iterator("/proc/self/task", none))
+        if (const int number = std::stoi(task.path().filename()); number != getpid()) {
+            EXPECT_NE(endProcess(identifyProcess(number)), "");
+        }
+    end.set_value();
+    thread.join();
 }
 
 } // namespace

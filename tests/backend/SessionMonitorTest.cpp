@@ -43,18 +43,17 @@ TEST_F(SessionMonitor, ReportsABusOnceThatIsNewRenamedReplacedOrGone)
 {
     auto& session = place.startHost();
     start();
-    const std::pair<std::function<void()>, std::string> changes[] = {
-        {[&] { session.putBus(10, "bus-1", "Bus A"); }, "Bus A"},
-        {[&] { session.putText(RawSegment::slot(10) + 72, "Bus B"); }, "Bus B"},
-        {[&] { session.putText(RawSegment::slot(10), "bus-2"); }, "Bus B"},
-        {[&] { session.removeClient(10); }, "Main Bus"},
+    const std::function<void()> changes[] = {
+        [&] { session.putBus(10, "bus-1", "Bus A"); },
+        [&] { session.putText(RawSegment::slot(10) + 72, "Bus B"); },
+        [&] { session.putText(RawSegment::slot(10), "bus-2"); },
+        [&] { session.removeClient(10); },
     };
-    for (const auto& [change, last] : changes) {
+    for (const auto& change : changes) {
         received();
         change();
         awaitPasses(2);
-        EXPECT_THAT(received(), ElementsAre(kBusListChanged)) << last;
-        EXPECT_EQ(busNames().back(), last);
+        EXPECT_THAT(received(), ElementsAre(kBusListChanged)) << &change - changes;
     }
 }
 
