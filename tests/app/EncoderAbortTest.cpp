@@ -127,6 +127,8 @@ TEST_F(EncoderAbort, RefusesProtectedFolders)
          {"/.", "/home", "/home/me", "/home/me/", "/home/me/out", "/home/me/out/..", "/home/me/.ssh/keys",
           "/link", "/link/.ssh", "/link/out", "/tree", "/tree/a/b", "/it's", "/film", "/out/../tree/a"})
         EXPECT_NE(refusal(r + folder, rows), "") << folder;
+    for (const std::string folder : {"/dev/shm", "relative"}) // a mount point, and no path
+        EXPECT_NE(refusal(folder, rows), "") << folder;
     for (const std::string folder : {"/out/Film", "/out//Film//", "/home/me/out/deep", "/link/out/deep",
                                      "/tree/../out/Film", "/none", "/none/Film", "/out/Film/none"})
         EXPECT_EQ(refusal(r + folder, rows), "") << folder;

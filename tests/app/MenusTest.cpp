@@ -122,6 +122,18 @@ TEST(Toggles, AreWrittenBackAtTheStartAndInvertedByAChoice)
         }
 }
 
+TEST(Choices, AreRefusedForWhatIsNotOffered)
+{
+    Agent agent;
+    agent.start();
+    for (const char* path : {"Default Panner Objects", "Latency Compensation", "Facility", "Solo Mode"})
+        EXPECT_FALSE(agent.choose(path)) << path;
+    for (const int none : {-1, 10000}) {
+        EXPECT_FALSE(agent.delegate.choose(none));
+        agent.delegate.menuWillOpen(none);
+    }
+}
+
 TEST(FacilityMenu, ShowsAStaleChoiceInRedAtItsSortedPosition)
 {
     const std::tuple<Strings, std::string, Strings> cases[] = {

@@ -85,7 +85,7 @@ TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsParameterAlone)
         std::memcpy(&wanted[slot], &value, sizeof value);
         EXPECT_EQ(backend->value(setting), initial);
         std::optional<float> slotAtSaving; // of the first rename: the backup comes later
-        beforeRename = [&, at = slot] { slotAtSaving = slotAtSaving.value_or(session.at<float>(at)); };
+        beforeRename = [&] { slotAtSaving = slotAtSaving.value_or(session.at<float>(slot)); };
         diskCalls.clear();
 
         backend->setValue(setting, chosen);
