@@ -3,19 +3,19 @@
 
 #include "app/KestSettingsAppDelegate.h"
 #include "app/MenuSnapshot.h"
+#include "backend/SettingsFileCheck.h"
 #include "tests/support/Captured.h"
 #include "tests/support/Encoder.h"
 #include "tests/support/TestPaths.h"
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <map>
 #include <mutex>
 
 namespace Kest::Test {
 
-// A front end and a desktop that only record the calls.
+// A front end, a desktop and a notification hook that record the calls.
 
 class FakeFrontEnd final : public App::FrontEnd {
 public:
@@ -30,19 +30,21 @@ public:
     void quit() override { hasQuit = true; }
 
     /// Runs what has been posted so far, and returns how much that was.
-    int runJobs()
+    std::size_t runJobs()
     {
         std::unique_lock lock(mutex);
         const auto toRun = std::exchange(jobs, {});
         lock.unlock();
         for (const auto& job : toRun)
             job();
-        return static_cast<int>(toRun.size());
+        return toRun.size();
     }
-    bool hasJobs()
+    bool awaitJob()
     {
-        const std::lock_guard lock(mutex);
-        return !jobs.empty();
+        return eventually([this] {
+            const std::lock_guard lock(mutex);
+            return !jobs.empty();
+        });
     }
 
     std::string imageName;
@@ -78,17 +80,16 @@ public:
     std::function<void()> whenRun = [] {};
 };
 
-/// Records what the notification hook gets.
-class NotingDelegate final : public App::KestSettingsAppDelegate {
+class FakeDelegate final : public App::KestSettingsAppDelegate {
 public:
     using KestSettingsAppDelegate::KestSettingsAppDelegate;
     void showNotification(const std::string& text) override
     {
         notes.push_back(text);
-        whenNoted();
+        whenNotified();
     }
     std::vector<std::string> notes;
-    std::function<void()> whenNoted = [] {};
+    std::function<void()> whenNotified = [] {};
 };
 
 /// With any front end that has `runJobs`, which runs what was posted.
@@ -100,12 +101,12 @@ public:
                      App::AbortJobs::Abort abortOne = App::abortEncoder)
         : delegate(frontEnd, workspace, place.paths, std::chrono::milliseconds(5), std::move(abortOne))
     {
-        std::string values;
+        juce::StringPairArray values;
         for (const auto& [key, value] : settings)
-            values.append("<VALUE name=\"").append(key).append("\" val=\"").append(value).append("\"/>");
+            values.set(key, value);
         std::filesystem::create_directories(place.paths.settingsFolder);
         if (!settings.empty())
-            writeFile(place.paths.settingsFile(), "<PROPERTIES>" + values + "</PROPERTIES>");
+            writeFile(place.paths.settingsFile(), Settings::settingsText(values));
     }
     void start()
     {
@@ -138,13 +139,6 @@ public:
         }
         return lines;
     }
-    std::vector<App::ItemId> ids(const std::string& path) const
-    {
-        std::vector<App::ItemId> found;
-        for (const auto& item : at(path).submenu()->itemArray())
-            found.push_back(item->id());
-        return found;
-    }
 
     /// Runs jobs as they are posted until the condition holds.
     bool pumpUntil(const std::function<bool()>& condition)
@@ -152,14 +146,11 @@ public:
         return eventually([&] { return frontEnd.runJobs(), condition(); });
     }
 
-    /// The text in the settings file; "absent" when the key is not there.
+    /// The value in the settings file; "absent" when the key is not there.
     std::string stored(const std::string& key) const
     {
-        const auto text = readFile(place.paths.settingsFile());
-        const auto start = "name=\"" + key + "\" val=\"";
-        const auto found = text.find(start);
-        const auto value = found + start.size();
-        return found == std::string::npos ? "absent" : text.substr(value, text.find('"', value) - value);
+        const auto values = Settings::readSettingsText(readFile(place.paths.settingsFile()));
+        return values ? values->getValue(key, "absent").toStdString() : "absent";
     }
 
     /// As an encoder: reports its output file, unless it is "", and its progress. The menu shows it on
@@ -183,7 +174,7 @@ public:
     TestPaths place;
     FrontEnd frontEnd;
     FakeWorkspace workspace;
-    NotingDelegate delegate;
+    FakeDelegate delegate;
 };
 
 using Agent = AgentOn<FakeFrontEnd>;

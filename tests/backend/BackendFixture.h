@@ -1,4 +1,4 @@
-// A Backend with private paths and segments, and all messages that it has sent.
+// A Backend with private paths and segments, and the messages that it has sent.
 #pragma once
 
 #include "backend/Backend.h"
@@ -20,6 +20,21 @@ using namespace std::chrono_literals;
 using namespace std::string_literals;
 
 class BackendTest : public testing::Test {
+    void receive(int number, int type, const char* description)
+    {
+        std::vector<std::string> names;
+        running->getKestBusNamesList(names); // queries are allowed in a callback
+        const auto errors = -running->getEncodingStatus(type).errorCount;
+        const std::lock_guard lock(mutex);
+        messages.push_back(std::to_string(number) + " " + std::to_string(type) + " " +
+                           (description == nullptr ? "null" : "'" + std::string(description) + "'") +
+                           (errors == 0 ? "" : " (" + std::to_string(errors) + ")"));
+    }
+
+    std::mutex mutex;
+    std::vector<std::string> messages;
+    Settings::Backend* running = nullptr;
+
 protected:
     BackendTest() { std::signal(SIGPIPE, SIG_IGN); }
 
@@ -31,38 +46,26 @@ protected:
         backend->messageContext = this;
         backend->hostStateCallback = [](void* context) { ++static_cast<BackendTest*>(context)->hostChanges; };
         backend->messageCallback = [](void* context, int number, int type, const char* description) {
-            auto& self = *static_cast<BackendTest*>(context);
-            const auto text = description == nullptr ? "null" : "'" + std::string(description) + "'";
-            std::vector<std::string> names;
-            self.running->getKestBusNamesList(names); // queries are allowed in a callback
-            const auto errors = self.running->getEncodingStatus(type).errorCount;
-            const std::lock_guard lock(self.mutex);
-            self.messages.push_back(std::to_string(number) + " " + std::to_string(type) + " " + text);
-            self.errorCounts.push_back(errors);
+            static_cast<BackendTest*>(context)->receive(number, type, description);
         };
     }
-
-    /// All messages, each as "number type 'description'", as soon as there are so many.
-    std::vector<std::string> heard(std::size_t count = 0)
+    /// Waits for so many messages. Returns all that have arrived since the last call, each as "number type
+    /// 'description'"; the number of errors of an encoding that has any follows in brackets.
+    std::vector<std::string> received(std::size_t count = 0)
     {
-        std::vector<std::string> all;
-        EXPECT_TRUE(eventually([&] {
+        const auto isComplete = [&] {
             const std::lock_guard lock(mutex);
-            all = messages;
-            return all.size() >= count;
-        }));
-        return all;
-    }
-    void forget()
-    {
+            return messages.size() >= count;
+        };
+        EXPECT_TRUE(eventually(isComplete));
         const std::lock_guard lock(mutex);
-        messages.clear();
+        return std::exchange(messages, {});
     }
-    /// Returns when a whole pass of the monitor has ended that began after this call: each begins by emptying
-    /// the session's marker file.
-    void awaitWholePass() const
+    /// Returns when so many whole passes of the monitor have ended that began after this call: each begins by
+    /// emptying the session's marker file.
+    void awaitPasses(int count = 1) const
     {
-        for (int beginning = 0; beginning < 2; ++beginning) {
+        for (int beginning = 0; beginning <= count; ++beginning) {
             writeFile(marker, "waiting");
             EXPECT_TRUE(eventually([&] { return fs::file_size(marker) == 0; }));
         }
@@ -86,12 +89,8 @@ protected:
     const std::string fifo = place.paths.encodingProgressFifo;
     const std::string marker = place.sessionMarker.marker;
     const std::string file = place.paths.settingsFile();
-    std::mutex mutex;
-    std::vector<std::string> messages;
-    std::vector<int> errorCounts; // of the encoding of each message, as the callback read it
     std::atomic<int> hostChanges = 0;
-    Settings::Backend* running = nullptr;
-    std::unique_ptr<Settings::Backend> backend; // ends first: it writes to the messages
+    std::unique_ptr<Settings::Backend> backend; // ends before the messages
 };
 
 } // namespace Kest::Test

@@ -1,8 +1,11 @@
-// Encodings as they are reported through the real pipe, and the pipe's path in the file system.
+// Encodings as they are reported through the real pipe, and the table of them: what it keeps when it cannot
+// keep all. The forms of a line are in fuzz/corpus/lines, where they are compared with sscanf.
+#include "backend/EncodingTable.h"
 #include "tests/backend/BackendFixture.h"
 
 namespace {
 
+using namespace Kest::Settings;
 using namespace Kest::Test;
 
 std::string line(int pid, int percentage)
@@ -10,21 +13,7 @@ std::string line(int pid, int percentage)
     return "pid: " + std::to_string(pid) + " , P: " + std::to_string(percentage) + "\n";
 }
 
-class EncodingProgress : public BackendTest {
-protected:
-    /// Puts something that cannot be removed at the path. The pipe may be made again after its removal: then
-    /// the folder cannot be moved there, and nothing is lost.
-    void occupyPath() const
-    {
-        fs::create_directories(place.folder / "folder/in it");
-        EXPECT_TRUE(eventually([this] {
-            std::error_code failure;
-            fs::remove(fifo, failure);
-            fs::rename(place.folder / "folder", fifo, failure);
-            return !failure;
-        }));
-    }
-};
+using EncodingProgress = BackendTest;
 
 TEST_F(EncodingProgress, IsReportedWithTheNameOfTheLastPath)
 {
@@ -33,11 +22,10 @@ TEST_F(EncodingProgress, IsReportedWithTheNameOfTheLastPath)
     encoder.write("pid: 4711 , P: 37\npid: 4711 , ERROR: \npid: 4711 , path: /Out/Film.d/Film.v2.wav\n"
                   "pid: 4711 , enc_type: Main\npid: 4711 , path:\npid: 4711 , P: -4\npid: 4711 , P: 38\n"
                   "pid: 4711 , path: Film\npid: 4711 , P: 39\npid: 9 , path: /x.y/A\npid: 9 , P: 0\n");
-    EXPECT_THAT(heard(7), ElementsAre("37 4711 null", "-1 4711 null", "-1 4711 'Film.v2'",
-                                      "-1 4711 'Film.v2'", "38 4711 'Film.v2'", "39 4711 'Film'", "0 9 'A'"));
-    EXPECT_THAT(errorCounts, testing::IsSupersetOf({0, -1, -2, -3, -3, -3, 0})) << "each finds its own line";
-    const auto known = backend->getEncodingStatus(4711);
-    EXPECT_EQ(known.encType + " " + known.path + " " + known.name, "Main Film Film");
+    EXPECT_THAT(received(7), ElementsAre("37 4711 null", "-1 4711 null (1)", "-1 4711 'Film.v2' (2)",
+                                         "-1 4711 'Film.v2' (3)", "38 4711 'Film.v2' (3)",
+                                         "39 4711 'Film' (3)", "0 9 'A'"));
+    EXPECT_EQ(backend->getEncodingStatus(4711).encType, "Main");
     EXPECT_EQ(backend->getEncodingStatus(4712).pid, 0) << "unknown";
 }
 
@@ -45,21 +33,18 @@ TEST_F(EncodingProgress, IsReadFromLinesCutAnywhereAndOfAnyLineEnd)
 {
     start();
     const Encoder encoder(fifo);
-    std::size_t count = 0;
     for (const auto& lineEnd : {"\n"s, "\r\n"s, "\r"s, "\0"s}) {
         const auto text = "pid: 4711 , P: 37" + lineEnd;
         for (std::size_t cut = 0; cut <= text.size(); ++cut) {
             encoder.write(text.substr(0, cut));
             encoder.drain();
             encoder.write(text.substr(cut));
-            ASSERT_EQ(heard(++count).size(), count) << cut;
+            ASSERT_THAT(received(1), ElementsAre("37 4711 null")) << cut;
         }
     }
-    EXPECT_THAT(heard(), testing::Each("37 4711 null"));
-    EXPECT_EQ(backend->getEncodingStatus(4711).errorCount, 0);
 }
 
-TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
+TEST_F(EncodingProgress, DropsLinesAndRefusesValuesThatAreTooLong)
 {
     start();
     const Encoder encoder(fifo);
@@ -72,76 +57,64 @@ TEST_F(EncodingProgress, DropsOrRefusesWhatIsTooLongWhole)
     // Neither the first 4096 bytes of a longer line nor the bytes behind them are a line.
     encoder.write(padded(1, 4096) + '\n' + padded(2, 4097) + '\n' + padded(3, 40000) + '\n' + line(4, 4) +
                   padded(5, 4096) + line(6, 6) + line(7, 7));
-    EXPECT_THAT(heard(3), ElementsAre("1 1 null", "4 4 null", "7 7 null"));
-    EXPECT_EQ(std::ranges::count(capturedErrors(), '\n'), 1) << "once a minute";
-
-    captureErrors();
-    for (const auto length : {1024u, 5000u})
+    EXPECT_THAT(received(3), ElementsAre("1 1 null", "4 4 null", "7 7 null"));
+    for (const auto length : {1024u, 5000u}) {
         encoder.write("pid: 8 , path: /x/Film\npid: 8 , enc_type: " + std::string(1024, 'x') + "\n" +
                       line(8, 5) + "pid: 8 , path: " + std::string(length, '/') + "\n" + line(8, 6));
-    EXPECT_THAT(heard(7), testing::IsSupersetOf({"5 8 'Film'", "6 8 null", "5 8 'Film'", "6 8 null"}));
+        EXPECT_THAT(received(2), ElementsAre("5 8 'Film'", "6 8 null"));
+    }
     EXPECT_EQ(backend->getEncodingStatus(8).path + backend->getEncodingStatus(8).name, "");
-    EXPECT_EQ(std::ranges::count(capturedErrors(), '\n'), 1) << "once a minute";
+    EXPECT_EQ(std::ranges::count(capturedErrors(), '\n'), 2) << "one of each kind a minute";
 }
 
 TEST_F(EncodingProgress, HasItsPipeWhateverIsAtItsPath)
 {
-    writeFile(place.folder / "target", "kept");
+    const auto target = place.folder / "target";
+    writeFile(target, "kept");
     const std::function<void()> others[] = {
         [] {},
         [this] { writeFile(fifo, "another's"); },
-        [this] { fs::create_symlink(place.folder / "target", fifo); },
+        [&] { fs::create_symlink(target, fifo); },
         [this] { mkfifo(fifo.c_str(), 0600); },
     };
     const auto umaskBefore = umask(077);
     for (const auto& putOther : others) {
         putOther(); // left over from before
         start();
-        forget();
         {
             const Encoder early(fifo);
             early.write(line(4, 4));
-            heard(1);
+            EXPECT_THAT(received(1), ElementsAre("4 4 null"));
             fs::remove(fifo);
             putOther();
             EXPECT_TRUE(eventually([this] { // encoders of other users report too
                 return fs::symlink_status(fifo).permissions() == fs::perms(0666);
             }));
             Encoder(fifo).write(line(1, 5));
-            heard(2);
+            EXPECT_THAT(received(1), ElementsAre("5 1 null"));
             early.write(line(2, 6));
-            EXPECT_THAT(heard(3), ElementsAre("4 4 null", "5 1 null", "6 2 null"));
+            EXPECT_THAT(received(1), ElementsAre("6 2 null"));
         }
         backend.reset();
         EXPECT_FALSE(fs::exists(fs::symlink_status(fifo)));
     }
     umask(umaskBefore);
-    EXPECT_EQ(readFile(place.folder / "target"), "kept");
+    EXPECT_EQ(readFile(target), "kept");
 
     start(1h);
-    forget();
     Encoder(fifo).write(line(1, 5));
-    heard(1);
+    received(1);
     fs::remove(fifo);
     writeFile(fifo, "another's");
     backend.reset();
     EXPECT_EQ(readFile(fifo), "another's");
 }
 
-TEST_F(EncodingProgress, MakesItsPipeOnceAtTheStart)
+TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsOnceWhenItIsReached)
 {
-    captureErrors();
-    for (int i = 0; i < 100; ++i) {
-        start(1us); // the monitor's first passes coincide with it
-        const Encoder waited(fifo);
-    }
-    backend.reset();
-    EXPECT_EQ(capturedErrors(), "");
-}
-
-TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
-{
-    constexpr std::size_t kEarlier = 64;
+    const auto isOnce = [](const std::string& text, const std::string& part) {
+        return text.find(part) != std::string::npos && text.find(part) == text.rfind(part);
+    };
     captureErrors();
     captureOutput();
     start();
@@ -149,51 +122,53 @@ TEST_F(EncodingProgress, ReadsEarlierPipesUpToALimitAndLogsWhenItIsReached)
     for (int pid = 1; pid <= 70; ++pid) {
         encoders.push_back(std::make_unique<Encoder>(fifo));
         encoders.back()->write(line(pid, 0));
-        heard(static_cast<std::size_t>(pid));
+        received(1);
         fs::remove(fifo);
     }
     const Encoder last(fifo);
-    forget();
     for (const auto& encoder : encoders)
         encoder->write(line(2, 1));
-    EXPECT_EQ(heard(kEarlier).size(), kEarlier);
+    EXPECT_EQ(received(64).size(), 64U);
     encoders.clear();
     last.write(line(3, 2));
-    EXPECT_EQ(heard(kEarlier + 1).back(), "2 3 null");
-    const auto output = capturedOutput();
-    EXPECT_EQ(output.rfind("reading from : " + fifo), 1U) << "once";
-    const auto logged = capturedErrors();
-    EXPECT_THAT(logged, HasSubstr("more than 64 replaced pipes are open"));
-    EXPECT_EQ(logged.find("more than 64"), logged.rfind("more than 64")) << "once";
+    EXPECT_THAT(received(1), ElementsAre("2 3 null"));
+    EXPECT_TRUE(isOnce(capturedOutput(), "reading from : " + fifo));
+    EXPECT_TRUE(isOnce(capturedErrors(), "more than 64 replaced pipes are open"));
 }
 
-TEST_F(EncodingProgress, ReportsOnceWhatCannotBeReplacedAndReadsAndRetriesMeanwhile)
+TEST_F(EncodingProgress, IsReadFromAnEarlierPipeWhileItsPathIsOccupied)
 {
+    // The pipe may be created again after its removal: then the folder cannot be moved there.
+    const auto occupyPath = [this] {
+        fs::create_directories(place.folder / "folder/in it");
+        EXPECT_TRUE(eventually([this] {
+            std::error_code failure;
+            fs::remove(fifo, failure);
+            fs::rename(place.folder / "folder", fifo, failure);
+            return !failure;
+        }));
+    };
     captureErrors();
     occupyPath();
     start();
     EXPECT_TRUE(eventually([] { return std::ranges::count(errorsSoFar(), '\n') == 2; }));
-    for (int pass = 0; pass < 5; ++pass)
-        awaitWholePass();
+    awaitPasses(5);
     fs::remove(fifo + "/in it"); // the empty folder is replaced
     const Encoder early(fifo);
-    early.write(line(1, 5));
-    EXPECT_THAT(heard(1), ElementsAre("5 1 null"));
     EXPECT_EQ(capturedErrors(), "deleting existing file (or fifo): File exists\n"
-                                "can't create fifo: File exists\n");
+                                "can't create fifo: File exists\n")
+        << "once";
     occupyPath();
-    awaitWholePass();
-    awaitWholePass();
+    awaitPasses(2);
     early.write(line(1, 6));
-    EXPECT_EQ(heard(2).back(), "6 1 null") << "an encoder must not block while the path is occupied";
+    EXPECT_THAT(received(1), ElementsAre("6 1 null"));
 }
 
-TEST(PipeRivalry, ReplacesAnotherReadersPipeWithDoublingDelaysAndAnythingElseAtOnce)
+TEST(PipeRivalry, DoublesItsDelaysForAnotherReadersPipeAndReplacesAnythingElseAtOnce)
 {
-    using Kest::Settings::PipeRivalry;
     PipeRivalry rivalry;
     PipeRivalry::Clock::time_point now{1000s};
-    // How many seconds a pipe of another reader stays that replaces ours after `later`.
+    // Returns how many seconds a pipe of another reader stays that replaces ours after `later`.
     const auto stay = [&](std::chrono::seconds later) {
         rivalry.made(now);
         const auto lost = now += later;
@@ -213,6 +188,102 @@ TEST(PipeRivalry, ReplacesAnotherReadersPipeWithDoublingDelaysAndAnythingElseAtO
     EXPECT_FALSE(rivalry.mayReplace(true, now));
     EXPECT_TRUE(rivalry.mayReplace(false, now)) << "the other one has ended";
     EXPECT_EQ(stay(PipeRivalry::kStable), 0) << "ours had stayed for long";
+}
+
+class EncodingTableTest : public testing::Test {
+protected:
+    const encodingStatus* path(int pid, std::string_view text) { return table.take({pid, PathLine{text}}); }
+    const encodingStatus* progress(int pid, int percentage)
+    {
+        return table.take({pid, ProgressLine{percentage}});
+    }
+    const encodingStatus* error(int pid) { return table.take({pid, ErrorLine{}}); }
+    bool knows(int pid) const { return table.find(pid) != nullptr; }
+    std::vector<int> reported()
+    {
+        std::vector<int> pids;
+        for (const auto& status : table.reportedSince(since))
+            pids.push_back(status.pid);
+        return pids;
+    }
+
+    static constexpr std::size_t kMaxTexts = 20 * 1800;
+    const std::string longPath = std::string(900, 'p'); // its name has the same length
+    EncodingTable table{kMaxTexts};
+    std::uint64_t since = 0;
+};
+
+TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
+{
+    const ProcessIdentity nobody{5, 0};
+    const ProcessIdentity first{5, 100};
+    const ProcessIdentity second{5, 200};
+    table.identify(nobody);
+    path(5, "/Out/Forged/Film.wav");
+    table.identify(first);
+    EXPECT_EQ(table.find(5)->path, "") << "of a number that no process had";
+    path(5, "/Out/Film/Film.wav");
+    table.setWroteToPipe(5);
+    progress(5, 60);
+    table.identify(nobody);
+    progress(5, 61);
+    EXPECT_EQ(table.find(first)->percentage, 61) << "its last line arrives when it has ended";
+
+    table.identify(second);
+    EXPECT_TRUE(table.find(5) == table.find(second) && table.find(5)->process == second);
+    EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->wroteToPipe && table.find(5)->percentage < 0);
+    EXPECT_EQ(table.find(first)->path, "/Out/Film/Film.wav");
+    progress(5, 100);
+    EXPECT_EQ(table.find(first)->percentage, 61);
+    EXPECT_NE(path(5, "/Out/Second/Film.wav"), nullptr) << "a second output of a running process";
+    table.identify(nobody);
+    EXPECT_TRUE(progress(5, 50) == nullptr && path(5, "/Out/X/X.wav") == nullptr && error(5) == nullptr)
+        << "nothing is changed when it has finished and ended";
+    EXPECT_EQ(table.size(), 3U);
+}
+
+TEST_F(EncodingTableTest, EvictsThoseThatAreOverFirstAndTheOldestOfThem)
+{
+    for (int pid = 1; pid <= 20; ++pid) {
+        progress(pid, pid >= 19 ? 100 : 50);
+        path(pid, longPath);
+    }
+    error(18);
+    table.identify({1, 100}); // the number's next process: the record before is over
+    progress(2, 51);
+    EXPECT_EQ(table.evictions(), 0U);
+    path(21, longPath); // to 18 paths or less: three records
+    EXPECT_EQ(table.evictions(), 1U);
+    EXPECT_FALSE(knows(19) || knows(20) || table.find(ProcessIdentity{1, 0}) != nullptr);
+    EXPECT_TRUE(knows(18) && knows(3));
+    for (int pid = 22; pid <= 24; ++pid)
+        path(pid, longPath);
+    EXPECT_FALSE(knows(18) || knows(3) || knows(4));
+    EXPECT_TRUE(knows(2) && knows(5)) << "which has reported again";
+
+    for (int pid = 100; pid < 1000; ++pid) {
+        table.take({pid, TypeLine{longPath}});
+        ASSERT_TRUE(knows(pid) && table.textBytes() <= kMaxTexts);
+    }
+    path(7, std::string(2 * kMaxTexts, 'p'));
+    EXPECT_EQ(table.size(), 1u) << "one record is kept whatever its size";
+    path(7, "");
+    EXPECT_EQ(table.textBytes(), 0U);
+}
+
+TEST_F(EncodingTableTest, ReturnsEachThatReportedOnceAndInTheOrderOfTheirFirstReports)
+{
+    path(3, "/Out/Film.wav");
+    progress(2, 10);
+    progress(1, 10);
+    error(2);
+    EXPECT_THAT(reported(), ElementsAre(2, 1)) << "a path alone is no report";
+    path(1, "/Out/Other.wav");
+    EXPECT_THAT(reported(), ElementsAre());
+    progress(2, 11);
+    progress(3, 1);
+    EXPECT_FALSE(table.find(2)->hasFailed);
+    EXPECT_THAT(reported(), ElementsAre(2, 3));
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 
 namespace Kest::Test {
 
-/// Looks every millisecond; false when the condition still does not hold at the deadline.
+/// Checks every millisecond; returns false when the condition does not hold at the deadline.
 inline bool eventually(const std::function<bool()>& condition,
                        std::chrono::milliseconds deadline = std::chrono::seconds(20))
 {

@@ -13,7 +13,7 @@ class RandomMenuEdits {
 public:
     explicit RandomMenuEdits(App::MenuModel& ofModel) : model(ofModel) {}
 
-    static constexpr int kMostItems = 20; // of each menu, so that its submenus get items too
+    static constexpr int kMaxItems = 20; // of each menu, so that its submenus get items too
 
     int upTo(int maximum) { return std::uniform_int_distribution(0, maximum)(random); }
     void change() { changeIn(model.statusMenu()); }
@@ -42,7 +42,7 @@ private:
     void changeIn(App::Menu& menu)
     {
         const int count = menu.numberOfItems();
-        if (count == 0 || (count < kMostItems && upTo(3) == 0))
+        if (count == 0 || (count < kMaxItems && upTo(3) == 0))
             return (void)menu.insertItem(newItem(), upTo(count));
         auto& item = *menu.itemArray()[static_cast<std::size_t>(upTo(count - 1))];
         const bool isLeaf = item.submenu() == nullptr;

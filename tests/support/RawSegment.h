@@ -15,8 +15,7 @@ namespace Kest::Test {
 
 /// Removes a segment's key file. Outlives the segment: another test's file may then get the same inode, and
 /// with it the key.
-class MarkerRemover {
-public:
+struct MarkerRemover {
     explicit MarkerRemover(const std::string& name) : marker("/tmp/LIPC_" + name) {}
     ~MarkerRemover() { unlink(marker.c_str()); }
     MarkerRemover(const MarkerRemover&) = delete;
@@ -28,30 +27,43 @@ public:
 class RawSegment {
 public:
     static constexpr std::size_t kSessionBytes = 3458217;
-    static constexpr std::size_t kFirstSlot = 1120;
-    static constexpr std::size_t kSlotBytes = 3376;
 
-    /// Makes the segment of that name, all zeros.
-    RawSegment(const std::string& name, std::size_t bytes) : id(make("/tmp/LIPC_" + name, bytes))
+    /// Creates the segment of that name, all zeros.
+    RawSegment(const std::string& name, std::size_t bytes)
     {
-        memory = static_cast<unsigned char*>(shmat(id, freshAddress(bytes), 0));
-        if (reinterpret_cast<std::intptr_t>(memory) == -1) // another thread was faster
-            memory = static_cast<unsigned char*>(shmat(id, nullptr, 0));
-        if (reinterpret_cast<std::intptr_t>(memory) == -1)
+        const auto marker = "/tmp/LIPC_" + name;
+        std::ofstream(marker, std::ios::app).close();
+        id = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+        void* const none = reinterpret_cast<void*>(-1);
+        void* attached = shmat(id, freshAddress(bytes), 0);
+        if (attached == none) // another thread was faster
+            attached = shmat(id, nullptr, 0);
+        if (attached == none)
             throw std::runtime_error("no segment " + name);
+        memory = static_cast<unsigned char*>(attached);
     }
     /// Stays attached until the process ends, so that nothing else gets the address.
     ~RawSegment() { shmctl(id, IPC_RMID, nullptr); }
     RawSegment(const RawSegment&) = delete;
     RawSegment& operator=(const RawSegment&) = delete;
 
-    static std::size_t slot(int index) { return kFirstSlot + kSlotBytes * static_cast<std::size_t>(index); }
+    static std::size_t slot(int index) { return 1120 + 3376 * static_cast<std::size_t>(index); }
 
-    // Single accesses, as another process that runs beside the agent's threads makes them.
-    void putInt(std::size_t offset, std::int32_t value) { put(offset, value); }
-    void putFloat(std::size_t offset, float value) { put(offset, value); }
-    std::int32_t intAt(std::size_t offset) const { return at<std::int32_t>(offset); }
-    float floatAt(std::size_t offset) const { return at<float>(offset); }
+    /// Writes a 32-bit number in one access, as another process that runs beside the agent's threads does.
+    template <typename Number>
+    void put(std::size_t offset, Number value)
+    {
+        static_assert(sizeof value == 4);
+        __atomic_store(reinterpret_cast<Number*>(memory + offset), &value, __ATOMIC_RELEASE);
+    }
+    /// Reads a number in one access.
+    template <typename Number>
+    Number at(std::size_t offset) const
+    {
+        Number value = 0;
+        __atomic_load(reinterpret_cast<const Number*>(memory + offset), &value, __ATOMIC_ACQUIRE);
+        return value;
+    }
     /// With its terminator.
     void putText(std::size_t offset, const std::string& text)
     {
@@ -66,10 +78,10 @@ public:
     {
         putText(slot(index), busId);
         putText(slot(index) + 72, label);
-        putInt(slot(index) + 68, 0x4B425553);
+        put(slot(index) + 68, 0x4B425553);
     }
     void putAgentRecord(int index) { putText(slot(index), "KestSettings"); }
-    void removeClient(int index) { putInt(slot(index) + 68, 0); }
+    void removeClient(int index) { put(slot(index) + 68, 0); }
     int attachments() const
     {
         shmid_ds status{};
@@ -78,18 +90,6 @@ public:
     }
 
 private:
-    template <typename Number>
-    void put(std::size_t offset, Number value)
-    {
-        __atomic_store(reinterpret_cast<Number*>(memory + offset), &value, __ATOMIC_RELEASE);
-    }
-    template <typename Number>
-    Number at(std::size_t offset) const
-    {
-        Number value = 0;
-        __atomic_load(reinterpret_cast<const Number*>(memory + offset), &value, __ATOMIC_ACQUIRE);
-        return value;
-    }
     // The thread sanitizer does not know shmdt, and takes what a thread read in an earlier segment at the
     // same address for a race. It knows munmap, and forgets what was read there.
     static void* freshAddress(std::size_t bytes)
@@ -98,13 +98,8 @@ private:
         munmap(address, bytes);
         return address;
     }
-    static int make(const std::string& marker, std::size_t bytes)
-    {
-        std::ofstream(marker, std::ios::app).close();
-        return shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
-    }
 
-    int id;
+    int id = -1;
     unsigned char* memory = nullptr;
 };
 

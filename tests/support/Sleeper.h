@@ -6,7 +6,6 @@
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 
 extern char** environ;
 
@@ -25,19 +24,15 @@ public:
     Sleeper& operator=(const Sleeper&) = delete;
 
     int pid() const { return process; }
-    bool runs() const
-    {
-        siginfo_t ended{};
-        return isOurs &&
-               waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-               ended.si_pid == 0;
-    }
+    /// Waits for the process if it has ended: its id may then be used again.
+    bool runs() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
     void end()
     {
-        if (!std::exchange(isOurs, false))
+        if (!runs())
             return;
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);
+        isOurs = false;
     }
 
 private:

@@ -29,7 +29,7 @@ struct TestPaths {
         session->putAgentRecord(kAgentSlot);
         return *session;
     }
-    void publish(std::int32_t wordSize) const { version->putInt(4, wordSize); }
+    void publish(std::int32_t wordSize) const { version->put(4, wordSize); }
     void stopHost()
     {
         version.reset();
