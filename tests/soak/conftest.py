@@ -41,7 +41,7 @@ class Row:
         self.is_quick = is_quick
         self.tried = 0
         self.faults = collections.Counter()
-        self.notes = []
+        self.notes = []  # measured numbers, which are printed
 
     def count(self, full, quick):
         return quick if self.is_quick else full
@@ -66,10 +66,6 @@ class Row:
         wrong = wrong_end(agent, statuses, seconds)
         self.expect(not wrong, wrong)
         return time.monotonic() - begin
-
-    def note(self, text):
-        """Adds a measured number to what is printed."""
-        self.notes.append(text)
 
     def reached(self):
         faults = [f"{times} x {fault}" for fault, times in self.faults.items()] or ["no fault"]

@@ -16,16 +16,11 @@ SOCKET = os.path.dirname(SETTINGS) + "/Control/socket"
 SAMPLE = b'{"command":"choose","path":"Solo Mode > Latch","yes":true}'
 
 
-def connect():
+def greeted():
+    """Returns a connection whose greeting was read."""
     client = socket.socket(socket.AF_UNIX)
     client.settimeout(10)
     client.connect(SOCKET)
-    return client
-
-
-def greeted():
-    """Returns a connection whose greeting was read."""
-    client = connect()
     assert b"protocol" in client.recv(4096)
     return client
 
@@ -44,8 +39,8 @@ def works():
 
 
 def leave():
-    """Connects, and leaves before the reply."""
-    with connect() as client:
+    """Leaves before the reply, if it asks for anything."""
+    with greeted() as client:
         client.sendall(random.choice([b"", b'{"command":"menu"}\n']))
     return True
 
@@ -62,7 +57,7 @@ def any_bytes():
 @pytest.fixture
 def agent(start):
     started = start(Agent)
-    assert wait_until(lambda: os.path.exists(SOCKET) and works())
+    assert wait_until(works)
     return started
 
 
@@ -80,7 +75,7 @@ def test_hostile_clients(agent, row):
     row.expect(wait_until(lambda: process_of(agent).num_fds() <= before, 5), "descriptors")
     row.expect(works(), "hangs")
     more = process_of(agent).memory_full_info().uss // 1024 - used
-    row.note(f"{more} kB more")
+    row.notes.append(f"{more} kB more")
     row.expect(more <= 200, "memory")
 
 

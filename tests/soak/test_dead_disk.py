@@ -1,6 +1,5 @@
 """A disk that does not answer any more, on which a process has a file open and an encoder writes."""
 
-import ctypes
 import errno
 import multiprocessing
 import os
@@ -21,11 +20,10 @@ class Disk:
     """A file system in a process: each folder contains every name, those with a dot are files."""
 
     def __init__(self, path):
-        os.makedirs(path)
         self.device = os.open("/dev/fuse", os.O_RDWR)
-        options = f"fd={self.device},rootmode=40755,user_id=0,group_id=0".encode()
-        if ctypes.CDLL(None, use_errno=True).mount(b"disk", path.encode(), b"fuse", 0, options) != 0:
-            raise OSError(ctypes.get_errno(), "no file system can be mounted here")
+        options = f"fd={self.device},rootmode=40755,user_id=0,group_id=0"
+        subprocess.run(["mount", "--mkdir", "-i", "-t", "fuse", "-o", options, "disk", path], pass_fds=[self.device],
+                       check=True)
         self.nodes = 2
         self.server = multiprocessing.get_context("fork").Process(target=self._serve, daemon=True)
         self.server.start()

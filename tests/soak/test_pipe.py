@@ -40,7 +40,7 @@ def test_hostile_writer(start, kind, size, full, quick, megabytes, row):
     report(2, "P: 5", "P: 5")  # the first may be behind a line without end
     agent.expect("added Encoding History > Process 2: 5%")
     logged = len("".join(re.findall(r"^.*<\w{4}> .*\n", agent.text, re.M)))
-    row.note(f"{memory(agent) - base} kB more, {logged} bytes of log, {seconds * 1000:.0f} ms")
+    row.notes.append(f"{memory(agent) - base} kB more, {logged} bytes of log, {seconds * 1000:.0f} ms")
     row.expect(memory(agent) - base <= megabytes * 1024, "memory")
     row.expect(logged <= 10_000, "log")
     row.expect(seconds <= 0.1, "slow")
@@ -74,7 +74,7 @@ def test_two_agents_replace_each_other_s_pipe(start, row):
     time.sleep(row.count(15, 5))
     # Every line of the log is printed twice, on standard output and standard error.
     lines = sum(len(set(agent.text[begin:].split("\n")) - {""}) for agent, begin in zip(agents, before))
-    row.note(f"{lines} lines")
+    row.notes.append(f"{lines} lines")
     row.expect(lines <= 6, "too many lines")
     row.expect(any("is replaced by another process" in agent.text for agent in agents), "no reason")
     row.expect(all(load(agent) <= 0.1 for agent in agents), "spins")
