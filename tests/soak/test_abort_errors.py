@@ -58,14 +58,12 @@ def aborted(agent, title, options):
 
 
 @pytest.mark.row("abort: system calls fail", "complete, or one line and complete by the next click")
-def test_abort(start, row):
+def test_abort(row):
     put(HOME + "/masters/master.wav")
-    agents = []
 
     def play(*options):
-        if not agents or not is_running(agents[-1]):
-            agents.append(start(Agent))
-        return aborted(agents[-1], f"failing-{row.tried:05}", options)
+        with Agent() as agent:
+            return aborted(agent, f"failing-{row.tried:05}", options)
 
     play_all(row, play, 23)
 

@@ -33,9 +33,8 @@ def test_coverage(row):
                           ("abort-%4m", [*soak, "-k", "test_abort_errors"])):
         environment = {**os.environ, "LLVM_PROFILE_FILE": f"{BUILD}/profiles/{name}.profraw"}
         subprocess.run(command, cwd=SOURCES, env=environment, check=False)
-    profiles = glob.glob(BUILD + "/profiles/*")
     merge = ["llvm-profdata", "merge", "-sparse", "--failure-mode=all", "-o", BUILD + "/all.profdata"]
-    subprocess.run([*merge, *profiles], check=True)
+    subprocess.run([*merge, *glob.glob(BUILD + "/profiles/*")], check=True)
 
     paths = [os.path.join(SOURCES, folder) for folder in FOLDERS]
     files = json.loads(cover("export", "-summary-only", *paths))["data"][0]["files"]
@@ -48,8 +47,8 @@ def test_coverage(row):
     row.notes += [f"{each} {rate('lines', each + '/'):.1f} / {rate('branches', each + '/'):.1f}" for each in FOLDERS]
     row.expect(rate("lines") >= 95 and rate("branches") >= 90, "too little")
     row.expect(rate("branches", "backend/EncodingLine.cpp") == 100, "parser")
-    shown = cover("show", *paths, "-show-branches=count")
     with open(BUILD + "/missing", "w", encoding="utf-8") as missing:
+        shown = cover("show", *paths, "-show-branches=count")
         missing.writelines(re.findall(r"(?:^/.*:$|^ *\d+\| +0\||.*Branch .*(?:True|False): 0\b).*\n", shown, re.M))
 
 

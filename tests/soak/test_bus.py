@@ -39,7 +39,7 @@ class WatchingPanel(Panel):
         return [row.label] + [label for child in row.rows for label in self.labels(child)]
 
 
-@pytest.mark.row("start with a stopped bus", "works, ends at SIGTERM; doctor says so; the item appears when the bus goes on")
+@pytest.mark.row("start with a stopped bus", "works, doctor says so, ends at SIGTERM; then the item appears")
 def test_start_with_a_stopped_bus(row):
     for run in row.times(20, 4):
         with SessionBus() as bus:

@@ -13,7 +13,6 @@ from attacks import Agent, Program, process_of, wait_until
 from harness.studio import SETTINGS, program
 
 SOCKET = os.path.dirname(SETTINGS) + "/Control/socket"
-SAMPLE = b'{"command":"choose","path":"Solo Mode > Latch","yes":true}'
 
 
 def greeted():
@@ -32,7 +31,6 @@ def ask(client, request):
 
 
 def works():
-    """Returns whether a choice is answered."""
     with contextlib.suppress(OSError, AssertionError), greeted() as client:
         return json.loads(ask(client, b'{"command":"choose","path":"DAW Link Control"}'))["ok"]
     return False
@@ -46,7 +44,7 @@ def leave():
 
 
 def any_bytes():
-    text = bytearray(SAMPLE * random.choice([1, 1, 1, 40]))
+    text = bytearray(b'{"command":"choose","path":"Solo Mode > Latch","yes":true}' * random.choice([1, 1, 1, 40]))
     for _ in range(random.randrange(1, 8)):
         text[random.randrange(len(text))] = random.randrange(256)
     with contextlib.suppress(OSError), greeted() as client:

@@ -52,10 +52,6 @@ class Disk:
         mode = stat.S_IFREG | 0o644 if node % 2 and node > 1 else stat.S_IFDIR | 0o755
         return struct.pack("QQQQQQIIIIIIIIII", node, 0, 0, 0, 0, 0, 0, 0, 0, mode, 2, 0, 0, 0, 4096, 0)
 
-    def stop(self):
-        """Lets all requests wait. (None that was read is unanswered: that one could not even be ended by SIGKILL.)"""
-        os.kill(self.server.pid, signal.SIGSTOP)
-
 
 @pytest.mark.row("a disk that does not answer", "lines are read, the encoder is killed, SIGTERM ends the agent")
 def test_dead_disk(row):
@@ -66,7 +62,7 @@ def test_dead_disk(row):
             daw.expect("open")
             # After the answer to this one the kernel sends no requests for the end of a file's use.
             os.close(os.open(f"/tmp/disk{run}/Other.wav", os.O_RDONLY))
-            disk.stop()
+            os.kill(disk.server.pid, signal.SIGSTOP)
             report(daw.pid, "P: 1")
             with encoder(f"/tmp/disk{run}/Film/Picture.wav", "/", "") as film:
                 row.expect(agent.prints("added Encoding History > Picture: 5%", 2), "not read")

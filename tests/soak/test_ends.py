@@ -106,7 +106,6 @@ def test_output_that_nothing_reads(bus, kind, row):
 @pytest.mark.row("stalled terminal: {kind}", "one SIGTERM ends it within 6 s, modes put back")
 @pytest.mark.parametrize("kind, changes", [("Ctrl-S", 60), ("nothing read", 1500)])
 def test_stalled_terminal(kind, changes, row):
-    """The menu changes meanwhile."""
     for _ in row.times(20, 2):
         with Screen() as agent:
             assert agent.terminal.prints("Quit")
@@ -143,7 +142,6 @@ def test_few_resources(row):
 
 @pytest.mark.row("closed standard streams", "the lock file holds one number")
 def test_closed_standard_streams(row):
-    """Nothing is printed into the lock file."""
     for _, closed in row.times(1, 1, range(8)):
         redirections = " ".join(f"{stream}>&-" for stream in range(3) if closed & 1 << stream)
         with Program(["sh", "-c", f'exec "{program("kest-settings-terminal")}" {redirections}']) as agent:
@@ -162,7 +160,7 @@ def test_home_is_a_relative_path(monkeypatch, row):
     monkeypatch.setenv("HOME", "here")
     monkeypatch.chdir("/tmp")
     for _, command in row.times(1, 1, (["kest-settings-terminal"], ["kest-inspect", "doctor"])):
-        status, *texts = run(*command)
+        status, *texts = run(*command, text="quit\n")
         lines = re.findall(".*HOME .* is used", "".join(texts))
         row.expect(status in (0, 1) and len(set(lines)) == 1, f"status {status}, {lines}")
     subprocess.run(["umount", "-l", own], check=True)
