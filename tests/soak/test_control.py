@@ -25,7 +25,6 @@ def greeted():
 
 
 def ask(client, request):
-    """Returns the reply; the greeting has been read."""
     client.sendall(request + b"\n")
     return client.makefile("rb").readline()
 

@@ -33,6 +33,7 @@ def test_hostile_writer(start, kind, size, full, quick, megabytes, row):
     agent = start(Agent, stderr=subprocess.STDOUT)
     report(1, "P: 5")
     agent.expect("added Encoding History > Process 1: 5%")
+    time.sleep(0.3)  # until all of its start is done
     base = memory(agent)
     count = row.count(full, quick)
     Program([sys.executable, "-c", WRITER, kind, str(count)]).status(600)
