@@ -10,29 +10,24 @@
 #include "platform/terminal/TextWorkspace.h"
 
 #include <cstdio>
-#include <cstring>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
 using namespace Kest;
 
-constexpr char kSoloMode[] = "SoloMode";
-constexpr int kNotSaved = 3;
-
 int changeSettings(const std::string& folder, const char* choice)
 {
-    constexpr char kBegin[] = "begin\n"; // system calls are counted from here
-    [[maybe_unused]] const auto written = write(STDOUT_FILENO, kBegin, std::strlen(kBegin));
+    std::puts("begin"); // system calls are counted from here
+    std::fflush(stdout);
     juce::ApplicationProperties properties;
     Settings::SystemPaths paths;
     paths.settingsFolder = folder;
     Settings::SettingsFile file(properties, paths);
-    const int mode = choice != nullptr ? std::stoi(choice) : file.values().getIntValue(kSoloMode, -1);
-    const bool isSaved = file.save(kSoloMode, mode) == Settings::SaveResult::saved && file.commit();
+    const int mode = choice != nullptr ? std::stoi(choice) : file.values().getIntValue("SoloMode", -1);
+    const bool isSaved = file.save("SoloMode", mode) == Settings::SaveResult::saved && file.commit();
     std::printf("mode %d\n", mode);
-    return isSaved ? 0 : kNotSaved;
+    return isSaved ? 0 : 3;
 }
 
 int runAgent(const Settings::SystemPaths& paths, std::chrono::microseconds monitorPeriod)
@@ -55,9 +50,6 @@ int main(int count, char** arguments)
         return changeSettings(arguments[2], arguments[3]);
     if (command != "agent")
         return 2;
-    return Posix::runSingleInstance(
-        [&](const auto& paths) {
-            return runAgent(paths, std::chrono::microseconds(std::stoi(arguments[2])));
-        },
-        1);
+    const std::chrono::microseconds period(std::stoi(arguments[2]));
+    return Posix::runSingleInstance([&](const auto& paths) { return runAgent(paths, period); }, 1);
 }

@@ -6,11 +6,9 @@ import fcntl
 import os
 import pty
 import re
-import select
+import signal
 import subprocess
-import sys
 import termios
-import threading
 import time
 
 import psutil
@@ -20,7 +18,6 @@ from harness.studio import FIFO, READY, SETTINGS, is_pipe_read, program
 
 SOURCES = os.path.abspath(os.path.join(os.path.dirname(__file__), "../.."))
 HOME = "/tmp/home"
-USER = 54321  # who has no other processes
 WORK = HOME + "/work"  # encoders write into folders in it
 LOCK = os.path.join(os.path.dirname(SETTINGS), "Kest-Settings.lock")
 STRACE = ["strace", "-f", "-qq", "-o", "/tmp/trace"]
@@ -36,24 +33,15 @@ def driver(*arguments, preset=None):
     return [path.replace("/dev/", f"/{preset}/") if preset else path, *arguments]
 
 
-def encoder(reported, folder, file="out.wav", **options):
+def encoder(reported, folder, file="out.wav"):
     """Starts a process that reports a path, has the pipe open and has written a file into a folder."""
-    return Program(["sh", "-c", ENCODER, "sh", FIFO, reported, folder, file], stdout=subprocess.DEVNULL, **options)
+    assert wait_until(is_pipe_read)
+    return Program(["sh", "-c", ENCODER, "sh", FIFO, reported, folder, file], stdout=subprocess.DEVNULL)
 
 
-def encoder_in(folder, title, **options):
+def encoder_in(folder, title):
     """Starts an encoder whose output is in the folder that it reports."""
-    return encoder(f"{folder}/{title}.wav", folder, title + ".wav", **options)
-
-
-def bystander():
-    """Starts a process that has nothing to do with encoders."""
-    return Program(["sleep", "1000"], stdout=subprocess.DEVNULL)
-
-
-def python(code, *arguments):
-    """Starts a Python program."""
-    return Program([sys.executable, "-c", code, *map(str, arguments)])
+    return encoder(f"{folder}/{title}.wav", folder, title + ".wav")
 
 
 def is_running(process):
@@ -69,14 +57,15 @@ def put(path):
     return path
 
 
+def write_now(lines):
+    """Writes to the encoders' pipe without waiting, if an agent reads it and it is not full."""
+    with contextlib.suppress(OSError), open(os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK), "wb", buffering=0) as pipe:
+        pipe.write(lines)
+
+
 def process_of(program):
     """Returns what the system knows of a program."""
     return psutil.Process(program.pid)
-
-
-def has_ended(process):
-    """Returns whether a process is gone or waits for its parent."""
-    return not process.is_running() or process.status() == psutil.STATUS_ZOMBIE
 
 
 def load(process):
@@ -91,34 +80,19 @@ def memory(process):
     return process_of(process).memory_info().rss // 1024
 
 
-def open_pipe():
-    """Opens the encoders' pipe for writing without waiting, as soon as an agent reads it."""
-    assert wait_until(is_pipe_read)
-    return os.open(FIFO, os.O_WRONLY | os.O_NONBLOCK)
-
-
-def remove_pipe():
-    """Removes what an agent that was killed has left."""
-    with contextlib.suppress(FileNotFoundError):
-        os.remove(FIFO)
-
-
 def wrong_end(process, statuses=(0,), seconds=2):
     """Waits for the end of an agent. Returns what is wrong with it, or nothing; ends and removes what is left."""
     status = process.status(seconds)
     left = os.path.exists(FIFO)
-    process.__exit__()
-    remove_pipe()
+    Program.__exit__(process)
+    with contextlib.suppress(FileNotFoundError):
+        os.remove(FIFO)
     if status not in statuses:
         return f"status {status}"
     if left and status in (0, 1):
         return "the pipe is left"
-    try:
-        with open(LOCK, "rb") as lock:
-            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except FileNotFoundError:
-        pass  # it has another home, or had no time for a lock
-    except OSError:
+    # There is none if it has another home, or had no time for it.
+    if os.path.exists(LOCK) and subprocess.run(["flock", "--nonblock", LOCK, "true"], check=False).returncode != 0:
         return "the lock is held"
     return ""
 
@@ -126,11 +100,18 @@ def wrong_end(process, statuses=(0,), seconds=2):
 @contextlib.contextmanager
 def traced(agent, *options):
     """Runs the block with strace on all threads of the agent."""
-    with Program([*STRACE[:2], *STRACE[3:], "-p", str(agent.pid), *options]) as tracer:
+    with Program(["strace", "-f", "-o", "/tmp/trace", "-p", str(agent.pid), *options]) as tracer:
         assert tracer.prints("attached")
         yield
         tracer.signal()  # strace detaches; SIGKILL would leave a thread stopped
         tracer.status()
+
+
+def trace():
+    """Returns what strace has written."""
+    with contextlib.suppress(FileNotFoundError), open("/tmp/trace", encoding="utf-8", errors="replace") as file:
+        return file.read()
+    return ""
 
 
 def traced_calls(begin="", end="$ ^"):
@@ -138,8 +119,7 @@ def traced_calls(begin="", end="$ ^"):
     of its name and thread, from 1 on."""
     numbers = collections.Counter()
     calls = []
-    with open("/tmp/trace", encoding="utf-8", errors="replace") as trace:
-        text = re.split(end, trace.read())[0]
+    text = re.split(end, trace())[0]
     for call in re.finditer(r"^(?:(\d+) +)?(\w+)\(", text, re.M):
         numbers[call.groups()] += 1
         if call.start() >= text.index(begin):
@@ -178,18 +158,10 @@ class Agent(Program):
     def has_row(self, title):
         return wait_until(lambda: title in self.rows(), 10)
 
-    def clear(self):
-        self.choose("Encoding History", "Clear History")
-        wait_until(lambda: not self.rows(), 5)
-
     def choose_abort(self, title):
         self.choose("Encoding History", title, "Abort and Delete Output Folder")
 
     def abort(self, title, meanwhile=lambda: None):
-        """Aborts one row. Returns its log lines when the abort has ended, or None when the row does not appear."""
-        return self.abort_shown(title, meanwhile) if self.has_row(title) else None
-
-    def abort_shown(self, title, meanwhile=lambda: None):
         """Aborts a row that is in the menu. Returns its log lines when the abort has ended."""
         start = len(self.text)
         self.choose_abort(title)
@@ -205,19 +177,6 @@ class Agent(Program):
             self.abort(title)
 
 
-class UserAgent(Agent):
-    """The text agent of a user without rights, who has a folder. `identity` is a command that others are run by as this
-    user."""
-
-    def __init__(self, **options):
-        self.folder = "/tmp/user/films"
-        self.identity = ["setpriv", f"--reuid={USER}", f"--regid={USER}", "--clear-groups"]
-        os.makedirs(self.folder)
-        for path in ("/tmp/user", self.folder):
-            os.chown(path, USER, USER)
-        super().__init__(*self.identity, env={**os.environ, "HOME": "/tmp/user"}, **options)
-
-
 class Tray(Program):
     """The tray agent."""
 
@@ -225,42 +184,25 @@ class Tray(Program):
         super().__init__([program("kest-settings")], **options)
 
 
-class Terminal:
-    """A terminal of 80x24 for a program with these `options`. It is read until `stop_reading`."""
+class Screen(Program):
+    """The text agent, full screen in a terminal of 80x24 that is read by `terminal`, perhaps started by strace."""
 
-    def __init__(self):
-        self.master, self.slave = pty.openpty()
-        termios.tcsetwinsize(self.slave, (24, 80))
-        self.modes = termios.tcgetattr(self.slave)
-        self.drawn = b""
-        self.is_read = True
-        self.reader = threading.Thread(target=self._read)
-        self.reader.start()
-
-    def _read(self):
-        while self.is_read:
-            if select.select([self.master], [], [], 0.01)[0]:
-                self.drawn += os.read(self.master, 65536)
-
-    def stop_reading(self):
-        self.is_read = False
-        self.reader.join()
-
-    def __enter__(self):
-        return self
+    def __init__(self, *within):
+        self.master, slave = pty.openpty()
+        termios.tcsetwinsize(slave, (24, 80))
+        self.modes = termios.tcgetattr(slave)
+        self.terminal = Program(["cat"], stdin=self.master)
+        super().__init__([*within, program("kest-settings-terminal")], stdin=slave, stdout=slave, stderr=slave,
+                         start_new_session=True, preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0))
+        os.close(slave)
 
     def __exit__(self, *_):
-        self.stop_reading()
+        super().__exit__()
+        self.terminal.__exit__()
         os.close(self.master)
-        os.close(self.slave)
 
-    def options(self, before_exec=lambda: None):
-        def prepare():
-            fcntl.ioctl(self.slave, termios.TIOCSCTTY, 0)
-            before_exec()
-
-        streams = dict.fromkeys(("stdin", "stdout", "stderr"), self.slave)
-        return {**streams, "start_new_session": True, "preexec_fn": prepare}
+    def stop_reading(self):
+        self.terminal.signal(signal.SIGSTOP)
 
     def has_its_modes(self):
-        return termios.tcgetattr(self.slave) == self.modes
+        return termios.tcgetattr(self.master) == self.modes

@@ -33,9 +33,8 @@ def test_coverage(row):
                           ("abort-%4m", [*soak, "-k", "test_abort_errors"])):
         environment = {**os.environ, "LLVM_PROFILE_FILE": f"{BUILD}/profiles/{name}.profraw"}
         subprocess.run(command, cwd=SOURCES, env=environment, check=False)
-    profiles = glob.glob(BUILD + "/profiles/*")
     merge = ["llvm-profdata", "merge", "-sparse", "--failure-mode=all", "-o", BUILD + "/all.profdata"]
-    subprocess.run([*merge, *profiles], check=True)
+    subprocess.run([*merge, *glob.glob(BUILD + "/profiles/*")], check=True)
 
     paths = [os.path.join(SOURCES, folder) for folder in FOLDERS]
     files = json.loads(cover("export", "-summary-only", *paths))["data"][0]["files"]
@@ -44,27 +43,24 @@ def test_coverage(row):
         summaries = [file["summary"][kind] for file in files if f"/{folder}" in file["filename"]]
         return 100 * sum(each["covered"] for each in summaries) / sum(each["count"] for each in summaries)
 
-    row.note(f"{rate('lines'):.1f} % of lines, {rate('branches'):.1f} % of branches")
-    for folder in FOLDERS:
-        row.note(f"{folder} {rate('lines', folder + '/'):.1f} / {rate('branches', folder + '/'):.1f}")
+    row.notes.append(f"{rate('lines'):.1f} % of lines, {rate('branches'):.1f} % of branches")
+    row.notes += [f"{each} {rate('lines', each + '/'):.1f} / {rate('branches', each + '/'):.1f}" for each in FOLDERS]
     row.expect(rate("lines") >= 95 and rate("branches") >= 90, "too little")
     row.expect(rate("branches", "backend/EncodingLine.cpp") == 100, "parser")
-    shown = cover("show", *paths, "-show-branches=count")
     with open(BUILD + "/missing", "w", encoding="utf-8") as missing:
+        shown = cover("show", *paths, "-show-branches=count")
         missing.writelines(re.findall(r"(?:^/.*:$|^ *\d+\| +0\||.*Branch .*(?:True|False): 0\b).*\n", shown, re.M))
 
 
-@pytest.mark.row("{kinds}", "0 findings; in a full run 2 M inputs a minute of one processor")
-@pytest.mark.parametrize("kinds, targets", [
-    ("damaged settings, fuzzed; lines", ["settings", "lines"]), ("session image; abort", ["session", "abort"]),
-    ("control requests", ["control"])])
-def test_fuzz(kinds, targets, row):
+@pytest.mark.row("fuzz: {targets}", "0 findings; in a full run 2 M inputs a minute of one processor")
+@pytest.mark.parametrize("targets", ["settings lines", "session abort", "control"])
+def test_fuzz(targets, row):
     """As many at once as the smallest machine has processors. Short runs, abort and control have no goal for speed."""
-    command = [SOURCES + "/fuzz/run", str(row.count(50, 3)), *targets]
+    command = [SOURCES + "/fuzz/run", str(row.count(50, 3)), *targets.split()]
     fuzz = subprocess.run(command, capture_output=True, text=True, check=False)
     for _, line in row.times(1, 1, fuzz.stdout.splitlines()[1:]):
         name, inputs, _, speed, findings = line.split()
-        row.note(f"{name}: {inputs} inputs, {int(speed) / 1e6:.1f} M a minute")
+        row.notes.append(f"{name}: {inputs} inputs, {int(speed) / 1e6:.1f} M a minute")
         row.expect(int(inputs) > 0 and findings == "0", f"{name}: {findings} findings")
         row.expect(name in ("abort", "control") or int(speed) >= row.count(2_000_000, 0), f"{name} is slow")
-    row.expect(fuzz.returncode == 0 and row.tried == len(targets), fuzz.stderr)
+    row.expect(fuzz.returncode == 0 and row.tried == len(targets.split()), fuzz.stderr)
