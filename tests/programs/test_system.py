@@ -1,13 +1,12 @@
 """The terminal agent with plain lines, hosts and encoders as processes that share only the system."""
 
-import contextlib
 import os
 import subprocess
 
 import pytest
 
 from harness.processes import Program, wait_until
-from harness.studio import FIFO, LAST_USER, SESSION, SETTINGS, Agent, program, report, run, setting
+from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, Agent, program, report, run, setting
 
 FOLDER = os.path.dirname(SETTINGS)
 EXCLUSIVE = "Solo Mode > Exclusive (XOR)"
@@ -15,11 +14,14 @@ STEREO = "Speaker Configuration > Stereo"
 
 
 def test_choice_reaches_the_file_and_the_host(start, host, agent):
-    for path, printed, key, stored in ((EXCLUSIVE, "SoloMode 1", "SoloMode", "1"),
-                                       ("Monitoring Facility > Studio_A", "Facility Studio_A", "Facility", "Studio_A")):
+    os.makedirs(FACILITIES + "/Ann\x7f > ex")
+    agent.say("open Monitoring Facility")
+    for path, printed, stored in ((EXCLUSIVE, "SoloMode 1", "1"),
+                                  ("Monitoring Facility > Studio_A", "Facility Studio_A", "Studio_A"),
+                                  ("Monitoring Facility > Ann? > ex", "Facility Ann", "Ann&#127; &gt; ex")):
         agent.choose(path)
         host.expect(printed)
-        assert setting(key) == stored
+        assert setting(printed.split()[0]) == stored
     report(4711, "path: /tmp/out/Film/Film_Mix.wav", "P: 5")
     agent.expect("added Encoding History > Film: 5%")
     agent.choose("Encoding History > Film > Show Output Folder")
@@ -27,7 +29,7 @@ def test_choice_reaches_the_file_and_the_host(start, host, agent):
     agent.say("quit")
     assert agent.status() == 0
     text = start(Agent).text
-    assert "(x) Exclusive (XOR)" in text and "(x) Studio_A" in text
+    assert "(x) Exclusive (XOR)" in text and "(x) Ann? > ex" in text
     host.command("end", "host stopped")
     assert "FOREIGN WRITE" not in host.text
 
@@ -46,13 +48,15 @@ def test_buses_are_shown_and_a_host_without_key_file_is_logged_until_it_restarts
     agent.expect("removed Default Bus > Choir")
 
 
-@pytest.mark.parametrize("line, status, printed", [
-    ("", 0, "Quit Kest Settings"), ("choose Mono\n", 1, 'no item "Mono"'), ("choose Solo Mode\n", 1, "is a submenu"),
-    ("choose Encoding History > Clear History\n", 1, "is greyed"), ("open Mono\n", 1, 'no item "Mono"'),
-    ("chose Mono\n", 1, "unknown command")])
-def test_script_ends_with_status_1_if_a_line_fails_and_the_unended_last_one_is_run(line, status, printed):
-    ended, output, errors = run("kest-settings-terminal", text=f"{line}choose {EXCLUSIVE}")
-    assert ended == status and printed in output + errors
+@pytest.mark.parametrize("line, printed", [
+    ("", "Quit Kest Settings"), ("choose \x1b[2J", 'no item "?[2J" in the menu'), ("choose Solo Mode", "is a submenu"),
+    ("choose Encoding History > Clear History", "is greyed"), ("chose Mono", "unknown command"),
+    ("open Latency Compensation", 'no item "Latency Compensation" in the menu'),  # hidden
+    ("open DAW Link Control", '"DAW Link Control" is not a submenu'),
+    (8192 * "x" + "quit", "line too long: maximum 4096 bytes")])
+def test_script_ends_with_status_1_if_a_line_fails_and_the_unended_last_one_is_run(line, printed):
+    status, output, errors = run("kest-settings-terminal", text=f"{line}\nchoose {EXCLUSIVE}")
+    assert status == bool(line) and printed in output + errors
     assert setting("SoloMode") == "1"
 
 
@@ -70,13 +74,18 @@ def test_second_agent_ends_and_the_first_goes_on_without_input(start, agent):
     assert not os.path.exists(FIFO)
 
 
-class SmallDisk(Agent):
-    """An agent whose settings folder is a file system of 128 KB."""
+class UnsavedChoice(Agent):
+    """An agent whose settings folder is a file system of 128 KB, and a choice that cannot be saved."""
 
-    def __init__(self, option="rw"):
+    def __init__(self, option):
         os.makedirs(FOLDER)
         subprocess.run(["mount", "-t", "tmpfs", "-o", f"size=128k,{option}", "test", FOLDER], check=True)
         super().__init__(stderr=subprocess.DEVNULL)
+        subprocess.run(["dd", "bs=4096", "if=/dev/zero", f"of={FOLDER}/filler"], stderr=subprocess.DEVNULL, check=False)
+        before = len(self.errors())
+        self.choose(STEREO)
+        self.expect(f"changed {STEREO}: on")
+        assert wait_until(lambda: len(self.errors()) > before)
 
     def __exit__(self, *_):
         super().__exit__()
@@ -86,23 +95,17 @@ class SmallDisk(Agent):
         """Returns what the log says about settings, without date and time."""
         return [line.split("<ERRO> settings ")[1] for line in self.text.splitlines() if "<ERRO> settings " in line]
 
-    def choose_and_quit(self, end=lambda: None):
-        before = len(self.errors())
-        self.choose(STEREO)
-        self.expect(f"changed {STEREO}: on")
-        assert wait_until(lambda: len(self.errors()) > before)
-        end()
+    def quit(self):
         self.say("quit")
         assert self.status() == 0
 
 
 @pytest.mark.parametrize("space_at_the_end", [False, True])
 def test_choice_on_a_full_disk_is_reported_and_saved_at_the_end_if_there_is_space(start, space_at_the_end):
-    agent = start(SmallDisk)
-    with contextlib.suppress(OSError), open(FOLDER + "/filler", "wb", buffering=0) as filler:
-        while filler.write(bytes(4096)):
-            pass
-    agent.choose_and_quit(lambda: space_at_the_end and os.remove(FOLDER + "/filler"))
+    agent = start(UnsavedChoice, "rw")
+    if space_at_the_end:
+        os.remove(FOLDER + "/filler")
+    agent.quit()
     reason = "(No space left on device): Speaker Configuration"
     lines = [f"not saved {reason}; in effect until the agent ends; {SETTINGS}",
              f"still not saved {reason}; lost, as the agent ends; {SETTINGS}"]
@@ -111,10 +114,10 @@ def test_choice_on_a_full_disk_is_reported_and_saved_at_the_end_if_there_is_spac
 
 
 def test_all_settings_that_a_start_cannot_save_are_one_line(start):
-    agent = start(SmallDisk, "ro")
-    assert len(agent.errors()) == 1 and agent.errors()[0].startswith("not saved (Read-only file system): ")
+    agent = start(UnsavedChoice, "ro")
+    agent.quit()
+    at_start, at_choice, _ = agent.errors()
+    assert at_start.startswith("not saved (Read-only file system): ")
     for title in ("HDX Aux Track Delay", "DAW Link Control", "Default Panner Objects", "Latency Compensation"):
-        assert title in agent.errors()[0]
-    agent.choose_and_quit()
-    assert "): Speaker Configuration, " in agent.errors()[1]
-    assert len(agent.errors()) == 3
+        assert title in at_start
+    assert "): Speaker Configuration, " in at_choice
