@@ -58,8 +58,10 @@ class Panel:
         """Takes the name of the watcher, or of the file manager."""
         self._call_bus("RequestName", "(su)", name, 0)
 
-    def stop(self):
+    def restart(self):
+        """Gives the watcher's name up and takes it again, as a panel that is started again."""
         self._call_bus("ReleaseName", "(s)", WATCHER)
+        self.start()
 
     def _call_bus(self, method, types, *arguments):
         name, path = "org.freedesktop.DBus", "/org/freedesktop/DBus"
@@ -80,26 +82,21 @@ class Panel:
 
     def wait(self, condition):
         """Like wait_until, and receives signals and calls."""
-        return wait_until(lambda: self._receive() or condition())
-
-    def _receive(self):
-        while GLib.MainContext.default().iteration(False):
-            pass
+        def receive():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return condition()
+        return wait_until(receive)
 
     def settle(self):
         """Receives all that the agent has sent by now: the reply to a call comes after it."""
         self.layout()
-        self._receive()
+        self.wait(lambda: True)
 
     def forget(self):
         """Drops the signals so far."""
         self.settle()
         self.updates, self.layouts = [], []
-
-    def unregister(self, item):
-        """Emits the watcher's signal that an item has been removed."""
-        self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, "StatusNotifierItemUnregistered",
-                             GLib.Variant("(s)", (item,)))
 
     def call(self, method, types, *arguments):
         """Calls a method of the menu, with types such as "(is)": its results, as plain values."""
