@@ -3,11 +3,21 @@
 
 #include "backend/EncodingReader.h"
 #include "backend/SessionMonitor.h"
-#include "backend/SettingsFile.h"
 #include "backend/SystemPaths.h"
 #include "tables/Settings.h"
 
+#include <memory>
+
+namespace juce { // declared only: its headers take longer to compile than a source of the agent
+class ApplicationProperties;
+class String;
+class StringArray;
+class var;
+} // namespace juce
+
 namespace Kest::Settings {
+
+class SettingsFile;
 
 /// Called on one of the Backend's threads, without a lock; must return quickly. If `type` is 0, `number` is
 /// that of a status message. Otherwise `type` is the process id of an encoder, and `number` its percentage,
@@ -35,8 +45,8 @@ public:
     /// them.
     class OneReport {
     public:
-        explicit OneReport(Backend& ofBackend) : file(ofBackend.settingsFile) { file.holdReports(); }
-        ~OneReport() { file.reportHeld(); }
+        explicit OneReport(Backend& ofBackend);
+        ~OneReport();
         OneReport(const OneReport&) = delete;
         OneReport& operator=(const OneReport&) = delete;
 
@@ -71,7 +81,7 @@ public:
 
     /// Returns the names of the installed facilities in the file system's order; empty if there are none.
     juce::StringArray getFacilityList() const;
-    juce::String getFacility() const { return text(setting("Facility")); }
+    juce::String getFacility() const;
     /// Saves the facility and writes it into the session. Does neither if the settings file cannot contain
     /// the name.
     void setFacility(const juce::String& name);
@@ -111,8 +121,8 @@ private:
                       const std::function<void(LIPC::ClientEntry&)>& writeToHost);
 
     const SystemPaths systemPaths;
-    juce::ApplicationProperties properties;
-    mutable SettingsFile settingsFile; // saves through `properties`; getters may read the disk
+    const std::unique_ptr<juce::ApplicationProperties> properties;
+    const std::unique_ptr<SettingsFile> settingsFile; // saves through `properties`; getters may read the disk
     EncodingReader reader;
     SessionMonitor monitor;
     int startFailure = 0;
