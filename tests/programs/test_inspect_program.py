@@ -20,7 +20,7 @@ LIBC.shmat.restype = ctypes.c_void_p
 # A second witness of the layout.
 SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
 SLOT, SLOT_BYTES = 1120, 3376
-RECORD = SLOT + 3 * SLOT_BYTES  # the agent's
+RECORD, LAST = SLOT + 3 * SLOT_BYTES, SLOT + 1023 * SLOT_BYTES  # the agent's record, and a bus
 PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
 
 
@@ -42,18 +42,6 @@ def put(memory, *values):
         memory[offset:offset + len(data)] = data
 
 
-def put_bus(memory, offset, bus, label):
-    put(memory, (offset, bus), (offset + 72, label), (offset + 68, 0x4B425553))
-
-
-@pytest.fixture
-def session(start):
-    """A host's session segment, with the agent's record."""
-    memory = start(segment, SESSION, SESSION_BYTES)
-    put(memory, (RECORD, b"KestSettings"))
-    return memory
-
-
 def doctor(subject, *prefix):
     """Returns "severity text" of a finding."""
     ended = subprocess.run([*prefix, program("kest-inspect"), "doctor", "--json"], stdout=subprocess.PIPE, check=False)
@@ -63,19 +51,7 @@ def doctor(subject, *prefix):
     return "".join(f"{found['severity']} {found['text']}" for found in findings if found["subject"] == subject)
 
 
-def test_disturbs_nobody(host, agent):
-    assert run("kest-inspect", "session")[0] == 0
-    assert doctor("encoders' pipe").startswith("ok")
-    report(4711, "path: /tmp/out/Good_Film.wav", "P: 50")
-    agent.expect("Good_Film: 50%")
-    host.command("end", "host stopped")
-    assert "FOREIGN WRITE" not in host.text
-    os.remove(SESSION)
-    assert run("kest-inspect", "session")[0] == 1
-    assert not os.path.exists(SESSION)
-
-
-def test_any_bytes_are_printed_as_text_and_as_json(session):
+def test_any_bytes_are_printed_as_text_and_as_json(start):
     def printed():
         text, data = (run("kest-inspect", "session", *option)[1] for option in ([], ["--json"]))
         assert not re.search(r"[\x00-\x09\x0b-\x1f\x7f-\x9f]", text) and data.isascii()
@@ -83,8 +59,9 @@ def test_any_bytes_are_printed_as_text_and_as_json(session):
 
     # With a bell, an escape and a quote, and without a terminator.
     label = bytes(byte if byte % 2 else 256 - byte for byte in range(1, 65))
-    put_bus(session, SLOT + 1023 * SLOT_BYTES, 64 * b"\x9b", label)
-    put(session, (DEFAULT_BUS, 64 * b"\x9b"), (PARAMETERS + 4 * 39, -6.6), (PARAMETERS + 4 * 40, float("nan")),
+    session = start(segment, SESSION, SESSION_BYTES)
+    put(session, (RECORD, b"KestSettings"), (LAST, 64 * b"\x9b"), (LAST + 72, label), (LAST + 68, 0x4B425553),
+        (DEFAULT_BUS, 64 * b"\x9b"), (PARAMETERS + 4 * 39, -6.6), (PARAMETERS + 4 * 40, float("nan")),
         (PARAMETERS + 4 * 41, 0.1), (TEXTS + 8, b"a\xc2\x9b\xff"), (TEXTS + 272 + 264, 7))  # no slot
     text, data = printed()
     assert "No volume information is received" in text and "a\\xC2\\x9B\ufffd" in text
@@ -97,28 +74,30 @@ def test_any_bytes_are_printed_as_text_and_as_json(session):
     assert len(printed()[1]["clients"]) > 1000
 
 
-def test_watch_prints_each_change_once(start, session):
-    watch = start(Program, [program("kest-inspect"), "watch", "--interval", "10"])
+def test_watch_prints_each_change_once_and_nobody_is_disturbed(start, host):
+    watch = start(Program, [program("kest-inspect"), "watch", "--interval", "010"])
     watch.expect("parameter 41 PhysMonConfig")
     assert "message" not in watch.text
-    bus = SLOT + 7 * SLOT_BYTES
-    put_bus(session, bus, b"bus-1", b"Dialog")
-    watch.expect('client KBUS bus-1 "Dialog" added')
-    for offset, value, *lines in ((bus + 72, b"Speech", 'client KBUS bus-1 "Speech" renamed, was "Dialog"'),
-                                  (bus, b"bus-2", 'client KBUS bus-1 "Speech" removed', 'client KBUS bus-2 "Speech" added'),
-                                  (bus + 68, 0, 'client KBUS bus-2 "Speech" removed')):
+    for command, line in (("add bus-1 Dialog", '"Dialog" added'), ("rename bus-1 Speech", '"Speech" renamed, was "Dialog"'),
+                          ("remove bus-1", '"Speech" removed')):
         before = len(watch.text)
-        put(session, (offset, value))
-        watch.expect(lines[-1])
-        assert [line[14:] for line in watch.text[before:].splitlines()] == lines
+        host.say("bus " + command)
+        watch.expect(line)
+        assert [printed[14:] for printed in watch.text[before:].splitlines()] == ["client KBUS bus-1 " + line]
     watch.signal(signal.SIGSTOP)
-    os.remove(SESSION)
-    start(segment, SESSION, SESSION_BYTES)  # of another host
+    host.command("start", "host started")  # another host
     watch.signal(signal.SIGCONT)
     watch.expect("host down")
     watch.expect("host up")
     watch.signal(signal.SIGINT)
     assert watch.status() == 0
+    for command in (["session"], ["doctor"], ["watch", "--for", "01"]):
+        assert run("kest-inspect", *command)[0] == 0
+    host.command("end", "host stopped")
+    assert "FOREIGN WRITE" not in host.text
+    os.remove(SESSION)
+    assert run("kest-inspect", "session")[0] == 1
+    assert not os.path.exists(SESSION)
 
 
 def test_doctor_examines_the_host(start):
