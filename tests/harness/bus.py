@@ -44,6 +44,7 @@ class Panel:
         self.updates = []  # ItemsPropertiesUpdated: each as {id: properties}
         self.layouts = []  # LayoutUpdated: the menus' ids
         self.shown_folders = []  # the file manager's
+        self.owned = 0  # of the last name
         for path, interface in zip(("/StatusNotifierWatcher", "/org/freedesktop/FileManager1"), NODE.interfaces):
             self.bus.register_object(path, interface, self._on_call, None, None)
         self.bus.signal_subscribe(None, MENU, None, None, None, Gio.DBusSignalFlags.NONE, self._on_signal)
@@ -56,16 +57,12 @@ class Panel:
 
     def start(self, name=WATCHER):
         """Takes the name of the watcher, or of the file manager."""
-        self._call_bus("RequestName", "(su)", name, 0)
+        self.owned = Gio.bus_own_name_on_connection(self.bus, name, Gio.BusNameOwnerFlags.NONE, None, None)
 
     def restart(self):
         """Gives the watcher's name up and takes it again, as a panel that is started again."""
-        self._call_bus("ReleaseName", "(s)", WATCHER)
+        Gio.bus_unown_name(self.owned)
         self.start()
-
-    def _call_bus(self, method, types, *arguments):
-        name, path = "org.freedesktop.DBus", "/org/freedesktop/DBus"
-        self.bus.call_sync(name, path, name, method, GLib.Variant(types, arguments), None, 0, -1)
 
     def _on_call(self, _bus, sender, _path, interface, _method, arguments, invocation):
         if interface == WATCHER:

@@ -25,7 +25,6 @@ class Terminal(pexpect.spawn):
 
     def __init__(self, command=AGENT, *arguments, shows=READY, **environment):
         self.screen = pyte.Screen(80, 24)
-        self.modes = set(self.screen.mode)
         self.stream = pyte.ByteStream(self.screen)
         environment = {**os.environ, "TERM": "screen", "LC_ALL": "C.UTF-8", "PS1": "ready$ ", **environment}
         super().__init__(command, list(arguments), dimensions=(24, 80), env=environment)
@@ -68,7 +67,7 @@ class Terminal(pexpect.spawn):
     def ends_in_order(self):
         """Waits for the end: cursor, mouse, keys, screen and the terminal's modes are then as before."""
         assert wait_until(lambda: not (self.draw() and self.isalive())) and self.draw()
-        return self.screen.mode - {CURSOR_SHOWN} == self.modes and termios.tcgetattr(self.child_fd) == FRESH_MODES
+        return self.screen.mode - {CURSOR_SHOWN} == pyte.Screen(80, 24).mode and termios.tcgetattr(self.child_fd) == FRESH_MODES
 
 
 @pytest.fixture
