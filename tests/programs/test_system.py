@@ -53,7 +53,7 @@ def test_buses_are_shown_and_a_host_without_key_file_is_logged_until_it_restarts
     ("choose Encoding History > Clear History", "is greyed"), ("chose Mono", "unknown command"),
     ("open Latency Compensation", 'no item "Latency Compensation" in the menu'),  # hidden
     ("open DAW Link Control", '"DAW Link Control" is not a submenu'),
-    (8192 * "x" + "quit", "line too long: maximum 4096 bytes")])
+    pytest.param(8192 * "x" + "quit", "line too long: maximum 4096 bytes", id="too long")])
 def test_script_ends_with_status_1_if_a_line_fails_and_the_unended_last_one_is_run(line, printed):
     status, output, errors = run("kest-settings-terminal", text=f"{line}\nchoose {EXCLUSIVE}")
     assert status == bool(line) and printed in output + errors
