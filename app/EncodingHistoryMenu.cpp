@@ -4,6 +4,8 @@
 #include "backend/Backend.h"
 #include "log/Log.h"
 
+#include <juce_core/juce_core.h>
+
 #include <algorithm>
 #include <iterator>
 #include <vector>

@@ -2,6 +2,8 @@
 
 #include "backend/Backend.h"
 
+#include <juce_core/juce_core.h>
+
 namespace Kest::App {
 
 void FacilityMenus::menuWillOpen(Menu& menu)

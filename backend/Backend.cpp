@@ -1,6 +1,7 @@
 // The Backend's start and end, and their order.
 #include "backend/Backend.h"
 
+#include "backend/SettingsFile.h"
 #include "lipc/SharedFile.h"
 #include "log/Log.h"
 
@@ -21,7 +22,8 @@ void reportLastUserFile(const std::string& path)
 } // namespace
 
 Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
-    : systemPaths(std::move(paths)), settingsFile(properties, systemPaths),
+    : systemPaths(std::move(paths)), properties(std::make_unique<juce::ApplicationProperties>()),
+      settingsFile(std::make_unique<SettingsFile>(*properties, systemPaths)),
       reader(systemPaths.encodingProgressFifo, [this](std::int32_t number, std::int32_t pid,
                                                       const char* name) { sendMessage(number, pid, name); }),
       monitor(systemPaths, period,

@@ -3,11 +3,21 @@
 
 #include "backend/EncodingReader.h"
 #include "backend/SessionMonitor.h"
-#include "backend/SettingsFile.h"
 #include "backend/SystemPaths.h"
 #include "tables/Settings.h"
 
+#include <memory>
+
+namespace juce { // declared only: its headers take longer to compile than a source of the agent
+class ApplicationProperties;
+class String;
+class StringArray;
+class var;
+} // namespace juce
+
 namespace Kest::Settings {
+
+class SettingsFile;
 
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
 /// If `type` is 0, `number` is a new status number of the host or `kMsgBusListChanged`, `description` is
@@ -42,8 +52,8 @@ public:
     /// one line for all of these settings, if there are any.
     class OneReport {
     public:
-        explicit OneReport(Backend& ofBackend) : file(ofBackend.settingsFile) { file.holdReports(); }
-        ~OneReport() { file.reportHeld(); }
+        explicit OneReport(Backend& ofBackend);
+        ~OneReport();
         OneReport(const OneReport&) = delete;
         OneReport& operator=(const OneReport&) = delete;
 
@@ -82,7 +92,7 @@ public:
     /// Returns the names of the installed facilities, which are folders, in the order of the file system;
     /// empty if there are none.
     juce::StringArray getFacilityList() const;
-    juce::String getFacility() const { return text(setting("Facility")); }
+    juce::String getFacility() const;
     /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file
     /// cannot contain the name, logs a line and changes nothing.
     void setFacility(const juce::String& name);
@@ -128,8 +138,9 @@ private:
                       const std::function<void(LIPC::ClientEntry&)>& writeToHost);
 
     const SystemPaths systemPaths;
-    juce::ApplicationProperties properties;
-    mutable SettingsFile settingsFile; // saves through `properties`; reads the file for getters too
+    const std::unique_ptr<juce::ApplicationProperties> properties;
+    const std::unique_ptr<SettingsFile>
+        settingsFile; // saves through `properties`; reads the file for getters too
     EncodingReader reader;
     SessionMonitor monitor;
     int startFailure = 0;

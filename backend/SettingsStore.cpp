@@ -1,25 +1,29 @@
 // Saves settings in the settings file and writes them to the host.
 #include "backend/Backend.h"
+#include "backend/SettingsFile.h"
 #include "lipc/ClientEntry.h"
 #include "lipc/SharedNumber.h"
 #include "tables/KestSettingsTables.h"
 
 namespace Kest::Settings {
 
+Backend::OneReport::OneReport(Backend& ofBackend) : file(*ofBackend.settingsFile) { file.holdReports(); }
+Backend::OneReport::~OneReport() { file.reportHeld(); }
+
 // Saves the file first, because the host must not get a text that the file cannot contain, then writes to the
 // host, then waits for the disk, which takes longer than both.
 void Backend::applySetting(const Setting& setting, const juce::var& value,
                            const std::function<void(LIPC::ClientEntry&)>& writeToHost)
 {
-    if (settingsFile.save(setting.key, value) == SaveResult::refused)
+    if (settingsFile->save(setting.key, value) == SaveResult::refused)
         return;
     monitor.withOwnRecord(writeToHost);
-    settingsFile.commit();
+    settingsFile->commit();
 }
 
 juce::String Backend::text(const Setting& setting) const
 {
-    return settingsFile.values().getValue(setting.key, setting.byDefault);
+    return settingsFile->values().getValue(setting.key, setting.byDefault);
 }
 
 int Backend::value(const Setting& setting) const
@@ -43,6 +47,8 @@ juce::StringArray Backend::getFacilityList() const
         names.add(facility.getFileName());
     return names;
 }
+
+juce::String Backend::getFacility() const { return text(setting("Facility")); }
 
 void Backend::setFacility(const juce::String& name)
 {

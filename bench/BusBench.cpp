@@ -1,5 +1,8 @@
-// bus_bench watch PROGRAM...     bus_bench signals COUNT     bus_bench choice COUNT ITEM ROW
+// bus_bench watch PROGRAM... | signals COUNT | choice COUNT ITEM ROW | naive
 #include "bench/BusBench.h"
+
+#include "bench/NaivePass.h"
+#include "lipc/SettingsRecord.h"
 
 #include <cstdio>
 #include <exception>
@@ -47,6 +50,9 @@ int main(int argc, char** argv)
             return sendPlainSignals(std::stoi(words[1]));
         if (mode == "choice" && words.size() == 4)
             return choiceToHost(std::stoi(words[1]), words[2], std::stoi(words[3]));
+        if (mode == "naive")
+            for (;; std::this_thread::sleep_for(std::chrono::seconds(1)))
+                naivePass(LIPC::kSessionSegment);
         return 2;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "bus_bench %s: %s\n", mode.c_str(), failure.what());

@@ -1,4 +1,4 @@
-// The parts of a measurement that need exact times; bench/whole_programs.py does the rest. Each prints lines
+// The parts of a measurement that need exact times; bench/measure does the rest. Each prints lines
 // and returns an exit status; std::runtime_error when it cannot measure.
 #pragma once
 

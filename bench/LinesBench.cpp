@@ -19,7 +19,8 @@ namespace {
 
 constexpr int kEncoders = 8;
 constexpr int kRounds = 2500;
-constexpr int kLastPid = 999999; // its line is the last one of all
+constexpr int kLastPid = 999999;                  // its line is the last one of all
+constexpr char kFifo[] = "/tmp/lines_bench_fifo"; // in a private world
 
 std::string makeLines()
 {
@@ -41,9 +42,9 @@ const std::string& allLines()
 }
 
 // Whole lines at a time, as encoders write them.
-void writeLines(const std::string& path)
+void writeLines()
 {
-    const int pipe = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    const int pipe = open(kFifo, O_WRONLY | O_CLOEXEC);
     const std::string& lines = allLines();
     for (std::size_t begin = 0; begin < lines.size();) {
         const auto end = lines.rfind('\n', std::min(begin + 4000, lines.size() - 1)) + 1;
@@ -54,25 +55,16 @@ void writeLines(const std::string& path)
     close(pipe);
 }
 
-// The benchmark runs in a private world, whose /tmp has nothing else.
-std::string freshFolder()
-{
-    const std::string folder = "/tmp/kest-bench";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directory(folder);
-    return folder;
-}
-
 // Reads 1024 bytes at a time until `isLast` says so of what was read.
 void readPipe(benchmark::State& state, const std::function<bool(const char*, std::size_t)>& isLast)
 {
-    const auto fifo = freshFolder() + "/fifo";
-    if (mkfifo(fifo.c_str(), 0600) != 0)
+    std::filesystem::remove(kFifo);
+    if (mkfifo(kFifo, 0600) != 0)
         std::abort();
-    const int pipe = open(fifo.c_str(), O_RDWR | O_CLOEXEC);
+    const int pipe = open(kFifo, O_RDWR | O_CLOEXEC);
     std::array<char, 1024> buffer{};
     for (auto _ : state) {
-        std::thread writer(writeLines, fifo);
+        std::thread writer(writeLines);
         ssize_t count = 0;
         do
             count = read(pipe, buffer.data(), buffer.size());
@@ -145,15 +137,16 @@ void onMessage(void*, std::int32_t, std::int32_t type, const char*)
 void readWithBackend(benchmark::State& state)
 {
     Kest::Settings::SystemPaths paths;
-    paths.encodingProgressFifo = freshFolder() + "/fifo";
+    std::filesystem::remove(kFifo);
+    paths.encodingProgressFifo = kFifo;
     paths.sessionSegment = paths.versionSegment = "BENCH_LINES"; // no host
     Kest::Settings::Backend backend(paths);
     backend.messageCallback = onMessage;
-    while (!std::filesystem::exists(paths.encodingProgressFifo))
+    while (!std::filesystem::exists(kFifo))
         std::this_thread::yield();
     for (auto _ : state) {
         lastIsThere = false;
-        std::thread writer(writeLines, paths.encodingProgressFifo);
+        std::thread writer(writeLines);
         lastIsThere.wait(false);
         writer.join();
     }

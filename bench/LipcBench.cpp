@@ -1,7 +1,7 @@
 // What the agent does with the host's session, beside the least that can be done with it.
+#include "bench/NaivePass.h"
 #include "lipc/SessionBuffer.h"
 #include "lipc/SettingsRecord.h"
-#include "lipc/ShmKey.h"
 #include "lipc/ShmManaged.h"
 
 #include <benchmark/benchmark.h>
@@ -9,14 +9,11 @@
 #include <stdexcept>
 #include <string>
 #include <sys/ipc.h>
-#include <sys/shm.h>
 #include <vector>
 
 namespace {
 
 using LIPC::SessionBuffer;
-
-constexpr std::size_t kPageBytes = 4096;
 
 constexpr char kName[] = "BENCH";
 
@@ -50,19 +47,11 @@ public:
     SessionBuffer* const contents;
 };
 
-// The key, the attachment and every page touched once, which is where the time goes.
 void naivePass(benchmark::State& state)
 {
     const Session session(8);
-    for (auto _ : state) {
-        const auto key = LIPC::shmKey(kName);
-        const auto* bytes = static_cast<const unsigned char*>(shmat(shmget(key, 0, 0), nullptr, 0));
-        unsigned sum = 0;
-        for (std::size_t i = 0; i < SessionBuffer::kSegmentBytes; i += kPageBytes)
-            sum += bytes[i];
-        benchmark::DoNotOptimize(sum);
-        shmdt(bytes);
-    }
+    for (auto _ : state)
+        Kest::Bench::naivePass(kName);
 }
 BENCHMARK(naivePass);
 

@@ -1,5 +1,6 @@
 // The least that is an item in a tray: registers, has a menu of one entry, and waits. What the agent's start
 // and memory are measured against.
+#include <cstddef>
 #include <cstdint>
 #include <systemd/sd-bus.h>
 
@@ -8,15 +9,11 @@ namespace {
 constexpr char kItem[] = "org.kde.StatusNotifierItem";
 constexpr char kMenu[] = "com.canonical.dbusmenu";
 
-int text(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "s", property);
-}
-
-int menuPath(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*)
-{
-    return sd_bus_message_append(reply, "o", "/MenuBar");
-}
+// Its properties, which sd-bus reads at their offsets.
+struct Item {
+    const char* text = "Smallest";
+    const char* menu = "/MenuBar";
+};
 
 int getLayout(sd_bus_message* call, void*, sd_bus_error*)
 {
@@ -28,11 +25,11 @@ int getLayout(sd_bus_message* call, void*, sd_bus_error*)
 
 const sd_bus_vtable kItemVtable[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Id", "s", text, 0, 0),
-    SD_BUS_PROPERTY("Category", "s", text, 0, 0),
-    SD_BUS_PROPERTY("Status", "s", text, 0, 0),
-    SD_BUS_PROPERTY("Title", "s", text, 0, 0),
-    SD_BUS_PROPERTY("Menu", "o", menuPath, 0, 0),
+    SD_BUS_PROPERTY("Id", "s", nullptr, offsetof(Item, text), 0),
+    SD_BUS_PROPERTY("Category", "s", nullptr, offsetof(Item, text), 0),
+    SD_BUS_PROPERTY("Status", "s", nullptr, offsetof(Item, text), 0),
+    SD_BUS_PROPERTY("Title", "s", nullptr, offsetof(Item, text), 0),
+    SD_BUS_PROPERTY("Menu", "o", nullptr, offsetof(Item, menu), 0),
     SD_BUS_VTABLE_END,
 };
 
@@ -46,10 +43,11 @@ const sd_bus_vtable kMenuVtable[] = {
 
 int main()
 {
+    Item item;
     sd_bus* bus = nullptr;
     if (sd_bus_open_user(&bus) < 0)
         return 1;
-    sd_bus_add_object_vtable(bus, nullptr, "/StatusNotifierItem", kItem, kItemVtable, nullptr);
+    sd_bus_add_object_vtable(bus, nullptr, "/StatusNotifierItem", kItem, kItemVtable, &item);
     sd_bus_add_object_vtable(bus, nullptr, "/MenuBar", kMenu, kMenuVtable, nullptr);
     const char* name = nullptr;
     sd_bus_get_unique_name(bus, &name);

@@ -39,7 +39,8 @@ std::unique_ptr<App::MenuObserver> startServer(App::KestSettingsAppDelegate& app
     try {
         return std::make_unique<ControlServer>(application, frontEnd, std::move(*socket));
     } catch (const std::system_error& failure) {
-        Lct::Log(Lct::eLogWarning, "control", "cannot start the thread of the control socket: %s", failure.what());
+        Lct::Log(Lct::eLogWarning, "control", "cannot start the thread of the control socket: %s",
+                 failure.what());
         return nullptr;
     }
 }

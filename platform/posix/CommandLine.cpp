@@ -35,8 +35,7 @@ std::optional<int> answerArguments(int argc, const char* const* argv, const char
     for (int i = 1; i < argc && status == 0; ++i) {
         const std::string_view argument = argv[i];
         if (argument != "--help" && argument != "--version") {
-            Lct::printError("%s: unexpected argument '%s'; expected --help or --version\n", program,
-                            argv[i]);
+            Lct::printError("%s: unexpected argument '%s'; expected --help or --version\n", program, argv[i]);
             status = kWrongArgument;
         }
     }

@@ -44,6 +44,7 @@ class Panel:
         self.updates = []  # ItemsPropertiesUpdated: each as {id: properties}
         self.layouts = []  # LayoutUpdated: the menus' ids
         self.shown_folders = []  # the file manager's
+        self.owned = 0  # of the last name
         for path, interface in zip(("/StatusNotifierWatcher", "/org/freedesktop/FileManager1"), NODE.interfaces):
             self.bus.register_object(path, interface, self._on_call, None, None)
         self.bus.signal_subscribe(None, MENU, None, None, None, Gio.DBusSignalFlags.NONE, self._on_signal)
@@ -56,14 +57,12 @@ class Panel:
 
     def start(self, name=WATCHER):
         """Takes the name of the watcher, or of the file manager."""
-        self._call_bus("RequestName", "(su)", name, 0)
+        self.owned = Gio.bus_own_name_on_connection(self.bus, name, Gio.BusNameOwnerFlags.NONE, None, None)
 
-    def stop(self):
-        self._call_bus("ReleaseName", "(s)", WATCHER)
-
-    def _call_bus(self, method, types, *arguments):
-        name, path = "org.freedesktop.DBus", "/org/freedesktop/DBus"
-        self.bus.call_sync(name, path, name, method, GLib.Variant(types, arguments), None, 0, -1)
+    def restart(self):
+        """Gives the watcher's name up and takes it again, as a panel that is started again."""
+        Gio.bus_unown_name(self.owned)
+        self.start()
 
     def _on_call(self, _bus, sender, _path, interface, _method, arguments, invocation):
         if interface == WATCHER:
@@ -80,26 +79,21 @@ class Panel:
 
     def wait(self, condition):
         """Like wait_until, and receives signals and calls."""
-        return wait_until(lambda: self._receive() or condition())
-
-    def _receive(self):
-        while GLib.MainContext.default().iteration(False):
-            pass
+        def receive():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return condition()
+        return wait_until(receive)
 
     def settle(self):
         """Receives all that the agent has sent by now: the reply to a call comes after it."""
         self.layout()
-        self._receive()
+        self.wait(lambda: True)
 
     def forget(self):
         """Drops the signals so far."""
         self.settle()
         self.updates, self.layouts = [], []
-
-    def unregister(self, item):
-        """Emits the watcher's signal that an item has been removed."""
-        self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, "StatusNotifierItemUnregistered",
-                             GLib.Variant("(s)", (item,)))
 
     def call(self, method, types, *arguments):
         """Calls a method of the menu, with types such as "(is)": its results, as plain values."""

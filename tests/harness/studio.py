@@ -1,5 +1,6 @@
 """What surrounds the agent: files, the encoders' pipe, the simulated host and encoders. For a private namespace only."""
 
+import contextlib
 import os
 import re
 import subprocess
@@ -21,8 +22,8 @@ def program(name):
 
 def agents():
     """Returns the names of the agents that are built."""
-    names = ("kest-settings", "kest-settings-terminal", "kest-settings-appkit")
-    return [name for name in names if os.path.exists(program(name))]
+    return [name for name in os.listdir(os.environ["KEST_PROGRAMS"])
+            if name in ("kest-settings", "kest-settings-terminal", "kest-settings-appkit")]
 
 
 def run(name, *arguments, text=""):
@@ -43,11 +44,8 @@ def fresh_home():
 
 def setting(key):
     """Returns the value of a key in the settings file, or None."""
-    if not os.path.exists(SETTINGS):
-        return None
-    with open(SETTINGS, encoding="utf-8") as file:
-        found = re.search(rf'name="{key}" val="(.*?)"', file.read())
-    return found and found.group(1)
+    with contextlib.suppress(FileNotFoundError), open(SETTINGS, encoding="utf-8") as file:
+        return dict(re.findall('name="(.*?)" val="(.*?)"', file.read())).get(key)
 
 
 def is_pipe_read():
@@ -62,9 +60,9 @@ def is_pipe_read():
 class Host(Program):
     """The simulated host, which obeys the commands of its scenario language."""
 
-    def __init__(self, first="start", answer="host started"):
+    def __init__(self):
         super().__init__([program("k3dhost-simulator"), "--scenario", "-"])
-        self.command(first, answer)
+        self.command("start", "host started")
 
     def command(self, line, answer):
         """Sends a command, and waits for a line that contains the answer."""
@@ -99,7 +97,3 @@ class SessionBus(Program):
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/tmp/bus"
         super().__init__(["dbus-daemon", "--session", "--nofork", "--print-address", "--address=unix:path=/tmp/bus"])
         self.expect("unix:path")
-
-    def __exit__(self, *_):
-        super().__exit__()
-        os.remove("/tmp/bus")

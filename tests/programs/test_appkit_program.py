@@ -29,12 +29,10 @@ def use_pointer(commands):
     subprocess.run(["xdotool", *commands.split()], check=True)
 
 
-def chooses(commands, key, value):
-    """A menu that is slow to appear misses the pointer, so that it can take more than one try."""
-    return wait_until(lambda: use_pointer(commands) or wait_until(lambda: setting(key) == value, 3))
-
-
 def test_menu_and_submenu_that_is_filled_as_it_opens_take_choices(start):
+    def chooses(commands, key, value):  # a menu that is slow to appear misses the pointer, and needs another try
+        return wait_until(lambda: use_pointer(commands) or wait_until(lambda: setting(key) == value, 3))
+
     os.mkdir(FACILITIES + "/Studio B")
     toggle, facilities = move_to("DAW Link Control"), move_to("Monitoring Facility")
     start(AppKitAgent)

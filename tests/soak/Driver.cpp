@@ -4,6 +4,7 @@
 //                                   prints it. Exit status 0 when saved, 3 when not
 //   soak agent MICROSECONDS         the text agent whose monitor has that period
 #include "app/KestSettingsAppDelegate.h"
+#include "backend/SettingsFile.h"
 #include "platform/control/ControlServer.h"
 #include "platform/posix/SingleInstance.h"
 #include "platform/terminal/TextFrontEnd.h"

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "lipc/SessionBuffer.h"
+#include "lipc/ShmKey.h"
+
+#include <stdexcept>
+#include <sys/shm.h>
+
+namespace Kest::Bench {
+
+/// The simplest way to read the host's session: the key, the attachment and every page touched once, which is
+/// where the time goes. What the agent's pass and its idle time are measured against.
+inline void naivePass(const char* segment)
+{
+    constexpr std::size_t kPageBytes = 4096;
+    auto* address = shmat(shmget(LIPC::shmKey(segment), 0, 0), nullptr, 0);
+    if (reinterpret_cast<std::intptr_t>(address) == -1)
+        throw std::runtime_error("no session");
+    for (std::size_t i = 0; i < LIPC::SessionBuffer::kSegmentBytes; i += kPageBytes)
+        static_cast<void>(static_cast<const volatile unsigned char*>(address)[i]);
+    shmdt(address);
+}
+
+} // namespace Kest::Bench
