@@ -19,7 +19,7 @@ std::string printableName(const std::string& name)
 
 } // namespace
 
-void DefaultBusMenu::refreshBusList()
+void DefaultBusMenu::printAndRefreshBuses()
 {
     const auto names = fetchBusList();
     for (std::size_t i = 0; i < names.size(); ++i)
@@ -28,7 +28,7 @@ void DefaultBusMenu::refreshBusList()
     updateKestBusMenu();
 }
 
-void DefaultBusMenu::fillAtLaunch()
+void DefaultBusMenu::refreshQuietly()
 {
     fetchBusList();
     updateKestBusMenu();

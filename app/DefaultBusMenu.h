@@ -22,12 +22,12 @@ public:
 
     /// Called when the buses have changed: gets the bus names from the Backend, prints them to standard
     /// output in printable form, one line each, and rebuilds the menu.
-    void refreshBusList();
-    /// Does the same as `refreshBusList`, but prints nothing.
-    void fillAtLaunch();
+    void printAndRefreshBuses();
+    /// Does the same as `printAndRefreshBuses`, but prints nothing.
+    void refreshQuietly();
 
-    /// Rebuilds the menu from the bus names that `refreshBusList` or `fillAtLaunch` got last. If the current
-    /// default bus is not among these names, makes the main bus the default, in the Backend too.
+    /// Rebuilds the menu from the bus names that `printAndRefreshBuses` or `refreshQuietly` got last. If the
+    /// current default bus is not among these names, makes the main bus the default, in the Backend too.
     void updateKestBusMenu();
 
     /// Makes the sender's bus the default and rebuilds the menu. If the sender's tag is not the index of a

@@ -9,7 +9,7 @@ namespace {
 // Identifies an encoder by its own actions, since any process can write any number into the pipe.
 bool isEncoder(const AbortRequest& request, const std::vector<ProtectedFolder>& protectedOnes)
 {
-    return request.wroteToPipe || hasOpen(request.process, request.pipe) ||
+    return request.hadPipeOpen || hasOpen(request.process, request.pipe) ||
            isOutputOf(request.process, openOutputFolder(request.output, protectedOnes), request.output);
 }
 

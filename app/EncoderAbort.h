@@ -12,7 +12,7 @@ namespace Kest::App {
 /// The arguments of one abort: the state that the menu showed when the user chose the abort.
 struct AbortRequest {
     Settings::ProcessIdentity process; // the encoder, identified when it wrote its first line
-    bool wroteToPipe = false;          // whether the encoder was ever seen with the progress pipe open
+    bool hadPipeOpen = false;          // whether the encoder was ever seen with the progress pipe open
     std::string output;                // path of the output file; empty if the encoder reported none
     std::string pipe;                  // path of the progress pipe
     std::string settingsFolder;        // an absolute path; never deleted

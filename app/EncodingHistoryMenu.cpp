@@ -26,8 +26,8 @@ juce::String withoutTag(const juce::String& name)
     return tag >= 0 && name[tag] == '_' ? name.substring(0, tag) : name;
 }
 
-// Returns the view of an encoding; a negative number is a failure.
-EntryView viewOf(const Settings::encodingStatus& status, std::int32_t number)
+// Returns the state that the item of an encoding shows; a negative number is a failure.
+EncodingState viewOf(const Settings::encodingStatus& status, std::int32_t number)
 {
     const bool failed = number < 0;
     return {encodingName(descriptionText(status.name.c_str())), failed ? std::nullopt : std::optional(number),
@@ -47,14 +47,14 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
                                                  const std::string& description)
 {
     // With a record, `showReported` has shown the encoding; without one, the record may have been evicted.
-    if (backend.getEncodingStatus(pid).pid == pid || evictions > 0)
+    if (backend.getEncodingStatus(pid).pid == pid || evictionRuns > 0)
         return;
     Settings::encodingStatus status;
     status.pid = status.process.pid = pid;
     status.name = description;
     if (const auto row = newestRow(pid); row != rows.end()) {
         status.process = row->second.process();
-        status.wroteToPipe = row->second.wroteToPipe;
+        status.hadPipeOpen = row->second.hadPipeOpen;
         status.path = row->second.path();
     }
     show(status, number);
@@ -74,9 +74,9 @@ void EncodingHistoryMenu::removeEvicted()
 {
     std::vector<Rows::iterator> evicted;
     backend.encodings().query([&](const auto& table) {
-        if (evictions == table.evictions())
+        if (evictionRuns == table.evictionRuns())
             return;
-        evictions = table.evictions();
+        evictionRuns = table.evictionRuns();
         for (auto row = rows.begin(); row != rows.end(); ++row)
             if (table.find(row->second.process()) == nullptr)
                 evicted.push_back(row);
@@ -98,10 +98,10 @@ void EncodingHistoryMenu::show(const Settings::encodingStatus& status, std::int3
 
 void EncodingHistoryMenu::update(Row& row, const Settings::encodingStatus& status, std::int32_t number)
 {
-    row.wroteToPipe = status.wroteToPipe;
+    row.hadPipeOpen = status.hadPipeOpen;
     row.output = status.path.empty() ? nullptr : std::make_unique<const std::string>(status.path);
     row.mayBeAborted = number < Settings::kFinished; // a failed encoder may still run
-    row.item->setView(viewOf(status, number));
+    row.item->setEncoding(viewOf(status, number));
     setAbortEnabled(row);
 }
 
@@ -162,11 +162,11 @@ void EncodingHistoryMenu::abortEncoding(Sender sender)
     auto& row = found->second;
     // The message that it has finished may be queued, or replaced by one of the next process with this id.
     const auto status = backend.getEncodingStatus(row.process());
-    if (status.percentage >= Settings::kFinished && !row.item->properties().view->failed)
+    if (status.percentage >= Settings::kFinished && !row.item->properties().encoding->failed)
         return update(row, status, status.percentage);
     const auto& paths = backend.paths();
     const auto failure = aborts.start({.process = row.process(),
-                                       .wroteToPipe = row.wroteToPipe,
+                                       .hadPipeOpen = row.hadPipeOpen,
                                        .output = row.path(),
                                        .pipe = paths.encodingProgressFifo,
                                        .settingsFolder = paths.absoluteSettingsFolder()});

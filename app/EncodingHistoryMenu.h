@@ -69,7 +69,7 @@ private:
         MenuItem* item;
         std::uint64_t startTime;
         std::unique_ptr<const std::string> output = nullptr; // path of the output file; null without one
-        bool wroteToPipe = false;
+        bool hadPipeOpen = false;
         bool mayBeAborted = false;
     };
     using Rows = std::multimap<std::int32_t, Row>; // by process id, then by age: newest last
@@ -88,9 +88,9 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    // The newest report and the number of evictions of the Backend's table that the menu shows.
+    // The newest report and the number of evictionRuns of the Backend's table that the menu shows.
     std::uint64_t lastReport = 0;
-    std::uint64_t evictions = 0;
+    std::uint64_t evictionRuns = 0;
 };
 
 } // namespace Kest::App

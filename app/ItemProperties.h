@@ -21,11 +21,11 @@ constexpr ItemId kStatusMenuId = 0;
 enum class Mark : std::uint8_t { none, check, radio };
 
 /// The state of an encoding, which is shown instead of the item's title.
-struct EntryView {
+struct EncodingState {
     std::string name;           // may be empty
     std::optional<int> percent; // not negative; may exceed 100
     bool failed = false;
-    bool operator==(const EntryView&) const = default;
+    bool operator==(const EncodingState&) const = default;
     /// Returns the name, followed by " - Failed" if the encoding has failed.
     std::string title() const;
     /// Returns the percentage, for example "42%"; an empty text if there is none.
@@ -43,7 +43,7 @@ struct ItemProperties {
     bool hidden = false;
     bool red = false; // shows a stored choice that is no longer offered
     bool separator = false;
-    std::optional<EntryView> view{};
+    std::optional<EncodingState> encoding{};
     bool operator==(const ItemProperties&) const = default;
 };
 
@@ -75,8 +75,8 @@ private:
     std::shared_ptr<const ItemProperties> shared;
 };
 
-/// Returns the item's name: its title, or for an encoding `EntryView::title`. Returns for example "Process
-/// 4711", with the item's tag, for an encoding without a name that has not failed.
+/// Returns the item's name: its title, or for an encoding `EncodingState::title`. Returns for example
+/// "Process 4711", with the item's tag, for an encoding without a name that has not failed.
 std::string itemName(const ItemProperties& item);
 
 /// Returns the item's text for output without colours and progress bars: its name, followed by the percentage

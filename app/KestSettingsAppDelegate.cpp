@@ -63,7 +63,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend->hostStateCallback = host_state_callback;
 
     controllers.emplace(outlets, *mBackend, workspace, aborts);
-    const Settings::Backend::OneReport report(*mBackend);
+    const Settings::Backend::CombinedSaveReport report(*mBackend);
     controllers->settings.showStoredChoices();
     controllers->buses.updateKestBusMenu();
     controllers->settings.showStoredSpeakerConfig();
@@ -76,10 +76,10 @@ void KestSettingsAppDelegate::awakeFromNib()
 // not again if the monitor's first pass preceded the callback.
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
-    takeHostState(); // the first pass may have preceded its callback as well
+    updateHostState(); // the first pass may have preceded its callback as well
     const ChangeBatch batch(*this);
     if (controllers)
-        controllers->buses.fillAtLaunch();
+        controllers->buses.refreshQuietly();
 }
 
 void KestSettingsAppDelegate::applicationWillTerminate()
@@ -153,7 +153,7 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
 {
     const ChangeBatch batch(*this);
     while (const auto message = slot.take()) {
-        catchUp(message->skipped);
+        handleSkipped(message->skipped);
         receivedMsgFromBackend(message->number, message->type, message->description);
         if (model.hasManyChanges()) // in a flood this loop does not end
             flushChanges();
@@ -161,14 +161,14 @@ void KestSettingsAppDelegate::handleQueuedMsgFromBackend()
 }
 
 // Handles status messages that messages of another kind replaced in the slot.
-void KestSettingsAppDelegate::catchUp(const SkippedMessages& skipped)
+void KestSettingsAppDelegate::handleSkipped(const SkippedMessages& skipped)
 {
     if (!controllers)
         return;
     if (skipped.status)
         receivedStatusMessage(*skipped.status);
     if (skipped.busList)
-        controllers->buses.refreshBusList();
+        controllers->buses.printAndRefreshBuses();
 }
 
 void KestSettingsAppDelegate::showReportedEncodings()
@@ -205,7 +205,7 @@ void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::i
 void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 {
     if (number == Settings::kMsgBusListChanged)
-        controllers->buses.refreshBusList();
+        controllers->buses.printAndRefreshBuses();
     else if (const auto* message = Settings::statusMessage(number); message != nullptr && message->isShown)
         showNotification(message->text);
 }
@@ -213,7 +213,7 @@ void KestSettingsAppDelegate::receivedStatusMessage(std::int32_t number)
 void KestSettingsAppDelegate::showNotification(const std::string&) {}
 
 // Items that depend on the host must be updated here, before the front end's `hostChanged`.
-void KestSettingsAppDelegate::takeHostState()
+void KestSettingsAppDelegate::updateHostState()
 {
     isHostJobPosted = false;
     const auto now = mBackend == nullptr ? Settings::HostState() : mBackend->hostState();
@@ -230,7 +230,7 @@ void host_state_callback(void* context)
 {
     auto& delegate = *static_cast<KestSettingsAppDelegate*>(context);
     if (!delegate.isHostJobPosted.exchange(true))
-        delegate.frontEnd.post([&delegate] { delegate.takeHostState(); });
+        delegate.frontEnd.post([&delegate] { delegate.updateHostState(); });
 }
 
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type, const char* description)

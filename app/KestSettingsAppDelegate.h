@@ -97,9 +97,9 @@ private:
 
     void perform(Action action, Sender sender);
     void receivedStatusMessage(std::int32_t number);
-    void catchUp(const SkippedMessages& skipped);
+    void handleSkipped(const SkippedMessages& skipped);
     void showReportedEncodings();
-    void takeHostState();
+    void updateHostState();
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     void flushChanges();
 

@@ -18,8 +18,8 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
         differences.emplace_back(now.enabled ? "available" : "greyed");
     if (before.red != now.red)
         differences.emplace_back(now.red ? "not available" : "available again");
-    if (now.view && before.view != now.view)
-        differences.push_back(now.view->percent ? now.view->percentText() : "no percentage");
+    if (now.encoding && before.encoding != now.encoding)
+        differences.push_back(now.encoding->percent ? now.encoding->percentText() : "no percentage");
 
     std::string text;
     for (const auto& difference : differences)
@@ -28,7 +28,7 @@ std::string differenceText(const ItemProperties& before, const ItemProperties& n
 }
 
 /// The default state, with which an added item is compared.
-const ItemProperties kPlain{.title = {}, .view = EntryView{}};
+const ItemProperties kPlain{.title = {}, .encoding = EncodingState{}};
 
 std::string pathOf(const MenuItem& item)
 {

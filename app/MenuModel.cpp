@@ -5,21 +5,21 @@
 
 namespace Kest::App {
 
-std::string EntryView::title() const { return failed ? name + " - Failed" : name; }
+std::string EncodingState::title() const { return failed ? name + " - Failed" : name; }
 
-std::string EntryView::percentText() const { return percent ? std::to_string(*percent) + "%" : ""; }
+std::string EncodingState::percentText() const { return percent ? std::to_string(*percent) + "%" : ""; }
 
 std::string itemName(const ItemProperties& item)
 {
-    const auto title = item.view ? item.view->title() : item.title;
-    return item.view && title.empty() ? "Process " + std::to_string(item.tag) : title;
+    const auto title = item.encoding ? item.encoding->title() : item.title;
+    return item.encoding && title.empty() ? "Process " + std::to_string(item.tag) : title;
 }
 
 std::string plainLabel(const ItemProperties& item)
 {
-    if (!item.view)
+    if (!item.encoding)
         return item.red ? item.title + " (not available)" : item.title;
-    return itemName(item) + (item.view->percent ? "  " + item.view->percentText() : "");
+    return itemName(item) + (item.encoding->percent ? "  " + item.encoding->percentText() : "");
 }
 
 MenuItem::~MenuItem() = default;
@@ -35,7 +35,7 @@ void MenuItem::change(Value ItemProperties::*property, Value to)
 }
 
 template void MenuItem::change(bool ItemProperties::*, bool);
-template void MenuItem::change(std::optional<EntryView> ItemProperties::*, std::optional<EntryView>);
+template void MenuItem::change(std::optional<EncodingState> ItemProperties::*, std::optional<EncodingState>);
 
 void MenuItem::recordState(MenuJournal& journal) const
 {

@@ -33,7 +33,7 @@ public:
     void setState(bool on) { change(&ItemProperties::on, on); }
     void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
     void setHidden(bool hidden) { change(&ItemProperties::hidden, hidden); }
-    void setView(const EntryView& view) { change(&ItemProperties::view, std::optional(view)); }
+    void setEncoding(const EncodingState& state) { change(&ItemProperties::encoding, std::optional(state)); }
     /// Attaches a menu of the same model, not null. Destroys the previous submenu.
     void setSubmenu(std::unique_ptr<Menu> menu);
 

@@ -53,7 +53,7 @@ const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id)
     return nullptr;
 }
 
-std::vector<ItemId> submenusBelow(const ItemSnapshot& menu)
+std::vector<ItemId> submenuIdsBelow(const ItemSnapshot& menu)
 {
     std::vector<ItemId> submenus;
     addSubmenus(menu, submenus);

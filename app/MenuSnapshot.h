@@ -30,6 +30,6 @@ const ItemSnapshot* findItem(const ItemSnapshot& menu, ItemId id);
 
 /// Returns the ids of the items below `menu`, at any depth, that have a submenu. Omits hidden items and all
 /// items below them.
-std::vector<ItemId> submenusBelow(const ItemSnapshot& menu);
+std::vector<ItemId> submenuIdsBelow(const ItemSnapshot& menu);
 
 } // namespace Kest::App

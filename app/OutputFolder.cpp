@@ -45,7 +45,7 @@ std::vector<std::string> componentNames(const std::string& path)
 
 // Opens each folder inside the previous one and records their identities. Returns an empty descriptor, with
 // `errno` set, if one is not a folder or has become a link.
-Settings::Descriptor openAll(const std::vector<std::string>& names, Chain& chain)
+Settings::Descriptor openChain(const std::vector<std::string>& names, Chain& chain)
 {
     Settings::Descriptor folder;
     for (const auto& name : names) {
@@ -74,7 +74,7 @@ std::string refusalBy(const ProtectedFolder& row, const Chain& chain)
     if (path.empty() && (errno == ENOENT || errno == ENOTDIR || errno == EACCES))
         return {};
     Chain protectedChain;
-    if (path.empty() || !openAll(componentNames(path), protectedChain))
+    if (path.empty() || !openChain(componentNames(path), protectedChain))
         return row.path + " cannot be examined";
     if (positionIn(protectedChain, chain.back().identity) >= 0)
         return "it is or contains " + row.path;
@@ -119,7 +119,7 @@ OutputFolder openAt(const std::string& path, const std::vector<ProtectedFolder>&
     const auto parent = resolved(path.substr(0, slash + 1));
     Chain chain;
     if (!parent.empty())
-        opened.parent = openAll(componentNames(parent), chain);
+        opened.parent = openChain(componentNames(parent), chain);
     if (opened.parent)
         opened.folder = openFolder(opened.parent.get(), opened.name);
     const auto facts = opened.folder ? examine(opened.folder.get()) : std::nullopt;

@@ -36,7 +36,7 @@ Backend::Backend(SystemPaths paths, std::chrono::nanoseconds period)
                .eachPass = [this] { reader.checkPipe(); }}), // so that the reader can sleep without a timeout
       startFailure(reader.start())
 {
-    if (monitor.acceptsHost())
+    if (monitor.confirmHost())
         save_username(systemPaths.lastUserFile);
     if (startFailure == 0)
         startFailure = monitor.start();

@@ -50,12 +50,12 @@ public:
 
     /// While this object exists, no line is logged about a setting that cannot be saved. The destructor logs
     /// one line for all of these settings, if there are any.
-    class OneReport {
+    class CombinedSaveReport {
     public:
-        explicit OneReport(Backend& ofBackend);
-        ~OneReport();
-        OneReport(const OneReport&) = delete;
-        OneReport& operator=(const OneReport&) = delete;
+        explicit CombinedSaveReport(Backend& ofBackend);
+        ~CombinedSaveReport();
+        CombinedSaveReport(const CombinedSaveReport&) = delete;
+        CombinedSaveReport& operator=(const CombinedSaveReport&) = delete;
 
     private:
         SettingsFile& file;

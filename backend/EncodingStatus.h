@@ -21,7 +21,7 @@ struct encodingStatus {
     const char* nameText = nullptr;
     std::int32_t errorCount = 0; // the number of reported errors, negated
     bool hasFailed = false;      // the last report is an error, not a percentage
-    bool wroteToPipe = false;    // a check has found that the process had the pipe open
+    bool hadPipeOpen = false;    // a check has found that the process had the pipe open
     ProcessIdentity process;     // start time 0 if no process had the id when the first line was read
 };
 

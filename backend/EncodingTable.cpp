@@ -32,7 +32,7 @@ std::size_t textBytesOf(const encodingStatus& status)
 bool EncodingTable::identify(const ProcessIdentity& process)
 {
     auto& record = recordFor(process);
-    return process.startTime != 0 && !record.status.wroteToPipe && record.pipeChecks++ < kMaxPipeChecks;
+    return process.startTime != 0 && !record.status.hadPipeOpen && record.pipeChecks++ < kMaxPipeChecks;
 }
 
 EncodingTable::Record& EncodingTable::recordFor(const ProcessIdentity& process)
@@ -46,14 +46,14 @@ EncodingTable::Record& EncodingTable::recordFor(const ProcessIdentity& process)
     record.isClosed = hasEnded && record.status.percentage >= kFinished;
     if (process.startTime == 0 || known == process)
         return record;
-    record.isOver = true;
+    record.isEvictedFirst = true;
     return add(process);
 }
 
 void EncodingTable::setWroteToPipe(std::int32_t pid)
 {
     if (const auto found = newestOf(records, pid); found != records.end())
-        found->second.status.wroteToPipe = true;
+        found->second.status.hadPipeOpen = true;
 }
 
 const encodingStatus* EncodingTable::take(const EncodingLine& line)
@@ -80,12 +80,12 @@ const encodingStatus* EncodingTable::take(const EncodingLine& line)
     return &record.status;
 }
 
-void EncodingTable::report(Record& record, bool isOver)
+void EncodingTable::report(Record& record, bool isEvictedFirst)
 {
     record.lastReport = ++reports;
     if (record.firstReport == 0)
         record.firstReport = reports;
-    record.isOver = isOver;
+    record.isEvictedFirst = isEvictedFirst;
     byLastReport.splice(byLastReport.end(), byLastReport, record.position);
 }
 
@@ -169,7 +169,7 @@ void EncodingTable::makeRoom(const Record& kept)
     for (const bool onlyOver : {true, false})
         for (auto next = byLastReport.begin(); next != byLastReport.end() && exceeds(9);) {
             const auto record = *next++;
-            if (&record->second != &kept && (record->second.isOver || !onlyOver))
+            if (&record->second != &kept && (record->second.isEvictedFirst || !onlyOver))
                 evict(record);
         }
 }

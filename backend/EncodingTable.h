@@ -36,7 +36,7 @@ public:
     /// 0 (no such process), the newest record of the id, which is added if there is none. Returns whether the
     /// caller must check that the process has the pipe open, and counts this check.
     bool identify(const ProcessIdentity& process);
-    /// Sets `wroteToPipe` in the newest record of the process id. Does nothing if there is none.
+    /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is none.
     void setWroteToPipe(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
@@ -58,7 +58,7 @@ public:
     static constexpr std::size_t kMaxBatch = 250;
 
     /// Returns how many times records were evicted, usually many records at a time.
-    std::uint64_t evictions() const { return evictionCount; }
+    std::uint64_t evictionRuns() const { return evictionCount; }
     std::size_t size() const { return records.size(); }
     std::size_t textBytes() const { return bytesOfText; }
 
@@ -71,14 +71,14 @@ private:
         std::uint64_t firstReport = 0; // the report's number; 0 before the first report
         std::uint64_t lastReport = 0;  // the report's number; before it, a number assigned to the record
         Order::iterator position;      // in `byLastReport`
-        bool isOver = false;           // finished, failed, or not the newest of its process id
+        bool isEvictedFirst = false;   // finished, failed, or not the newest of its process id
         bool isClosed = false;         // finished, and its process had ended at the last `identify`
         int pipeChecks = 0;
     };
 
     Record& recordFor(const ProcessIdentity& process);
     Record& add(const ProcessIdentity& process);
-    void report(Record& record, bool isOver);
+    void report(Record& record, bool isEvictedFirst);
     void setPath(Record& record, std::string_view path);
     void setType(Record& record, std::string_view type);
     bool exceeds(std::size_t tenths) const;

@@ -47,7 +47,7 @@ SessionMonitor::SessionMonitor(const SystemPaths& systemPaths, std::chrono::nano
     : paths(systemPaths), period(monitorPeriod), callbacks(std::move(ofOwner))
 {}
 
-bool SessionMonitor::acceptsHost()
+bool SessionMonitor::confirmHost()
 {
     const LIPC::ShmManagedOpen<LIPC::VersionBuffer> version(paths.versionSegment.c_str());
     if (version.contents() == nullptr)
@@ -85,7 +85,7 @@ void SessionMonitor::timerThreadloop()
         if (pass % kPassesPerRefresh == 0)
             refreshKeyFiles();
         if (versionIsPending)
-            acceptsHost();
+            confirmHost();
         if (hostArchMismatch == 0)
             monitorPass();
         const MutexLock lock(stopMutex);
@@ -105,7 +105,7 @@ void SessionMonitor::refreshKeyFiles() const
 void SessionMonitor::monitorPass()
 {
     const Session session(paths.sessionSegment.c_str());
-    if (keyFileWatch.isKeyFileLost(session))
+    if (keyFileWatch.detectKeyFileLoss(session))
         Lct::Log(
             Lct::eLogError, "session",
             "%s was removed while its segment still exists; the agent cannot find the session until K3DHost "
@@ -115,7 +115,8 @@ void SessionMonitor::monitorPass()
         return setHostState({});
     session.populate();
     const auto* own = session.contents()->getClientEntry(LIPC::kSettingsClientName);
-    const auto number = own == nullptr ? 0 : LIPC::round(LIPC::loadShared(own->params[LIPC::eHostMessage]));
+    const auto number =
+        own == nullptr ? 0 : LIPC::round(LIPC::loadShared(own->params[LIPC::kStatusNumberParameter]));
     setHostState({HostPresence::present, session.id, number});
     if (own != nullptr)
         passHostMessageOn(number);
@@ -199,7 +200,7 @@ void SessionMonitor::setDefaultBus(const std::string& name) const
         session.contents()->defaultBus = LIPC::ClientID(id.c_str());
 }
 
-void SessionMonitor::withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
+void SessionMonitor::withAgentRecord(const std::function<void(LIPC::ClientEntry&)>& write) const
 {
     if (hostArchMismatch != 0)
         return;

@@ -52,11 +52,11 @@ struct BusScan {
 /// only the first one is in the result, and the scan always counts as changed.
 BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known);
 
-/// Only the owner calls `acceptsHost`, `start` and `stop`, on one thread. All other functions: any thread. A
+/// Only the owner calls `confirmHost`, `start` and `stop`, on one thread. All other functions: any thread. A
 /// pass is one check of the session.
 class SessionMonitor {
 public:
-    /// Called on the monitor thread, without a lock; `acceptsHost` may also call `hostChanged` on its
+    /// Called on the monitor thread, without a lock; `confirmHost` may also call `hostChanged` on its
     /// caller's thread.
     struct Callbacks {
         std::function<void(std::int32_t number)> message; // a new status number, or `kMsgBusListChanged`
@@ -72,7 +72,7 @@ public:
     /// Checks the host's word size; call it before `start`. Returns false if the host is refused, which is
     /// permanent and prints a line. Returns true if there is no host or its word size is not published yet;
     /// in the latter case each pass checks again.
-    bool acceptsHost();
+    bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();
     /// Ends the monitor thread, if it was started; blocks until the current pass is done.
@@ -87,7 +87,7 @@ public:
     void setDefaultBus(const std::string& name) const;
     /// Calls `write` with the agent's record in the session. Does not call `write` if there is no such record
     /// or the host is refused.
-    void withOwnRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
+    void withAgentRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
 
 private:
     void timerThreadloop();

@@ -7,8 +7,11 @@
 
 namespace Kest::Settings {
 
-Backend::OneReport::OneReport(Backend& ofBackend) : file(*ofBackend.settingsFile) { file.holdReports(); }
-Backend::OneReport::~OneReport() { file.reportHeld(); }
+Backend::CombinedSaveReport::CombinedSaveReport(Backend& ofBackend) : file(*ofBackend.settingsFile)
+{
+    file.holdReports();
+}
+Backend::CombinedSaveReport::~CombinedSaveReport() { file.reportHeld(); }
 
 // Saves the file first, because the host must not get a text that the file cannot contain, then writes to the
 // host, then waits for the disk, which takes longer than both.
@@ -17,13 +20,13 @@ void Backend::applySetting(const Setting& setting, const juce::var& value,
 {
     if (settingsFile->save(setting.key, value) == SaveResult::refused)
         return;
-    monitor.withOwnRecord(writeToHost);
+    monitor.withAgentRecord(writeToHost);
     settingsFile->commit();
 }
 
 juce::String Backend::text(const Setting& setting) const
 {
-    return settingsFile->values().getValue(setting.key, setting.byDefault);
+    return settingsFile->values().getValue(setting.key, setting.defaultValue);
 }
 
 int Backend::value(const Setting& setting) const

@@ -20,7 +20,7 @@ namespace {
 constexpr int kEncoders = 8;
 constexpr int kRounds = 2500;
 constexpr int kLastPid = 999999;                  // its line is the last one of all
-constexpr char kFifo[] = "/tmp/lines_bench_fifo"; // in a private world
+constexpr char kFifo[] = "/tmp/lines_bench_fifo"; // in private namespaces
 
 std::string makeLines()
 {

@@ -63,7 +63,7 @@ void readBuses()
 
 void writeAsAgent(LIPC::ClientEntry& own, Kest::Fuzz::Input& input)
 {
-    LIPC::round(LIPC::loadShared(own.params[LIPC::eHostMessage]));
+    LIPC::round(LIPC::loadShared(own.params[LIPC::kStatusNumberParameter]));
     const auto name = input.text(200) + std::string(static_cast<std::size_t>(input.byte()), 'x');
     auto& field = own.strings[setting("Facility").number];
     field.put(name.c_str(), static_cast<int>(name.size()));

@@ -33,7 +33,7 @@ struct Session {
         auto& added = model.statusMenu().addItem(
             std::make_unique<App::MenuItem>(Test::bus(0, input.text(8)).properties));
         if (input.below(2) == 0)
-            added.setView({input.text(8), input.number(), input.below(2) == 0});
+            added.setEncoding({input.text(8), input.number(), input.below(2) == 0});
         for (const auto& line : changeLines(model.takeChanges(), model))
             checkDrawable(line);
         menu = takeSnapshot(model);

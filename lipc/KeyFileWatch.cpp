@@ -6,7 +6,7 @@
 
 namespace LIPC {
 
-bool KeyFileWatch::isKeyFileLost(const ShmManaged& attachment)
+bool KeyFileWatch::detectKeyFileLoss(const ShmManaged& attachment)
 {
     if (attachment.address != nullptr) {
         key = attachment.key;

@@ -12,7 +12,7 @@ public:
     /// Checks `attachment`, the newest of a sequence of attachments to the same segment name. Returns true
     /// once for each removal of the key file: `attachment` has another key and found no segment, while the
     /// segment of the last successful attachment still exists. Returns false otherwise.
-    bool isKeyFileLost(const ShmManaged& attachment);
+    bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:
     // Of the last successful attachment; `id` is -1 if there is none, or after the removal was reported.

@@ -9,6 +9,6 @@ constexpr char kSessionSegment[] = "LIPC_SESSION";
 
 /// The number of the parameter that contains the host's status number. The host writes no other parameter of
 /// the agent's record; the agent writes the parameters listed in `Kest::Settings::kParameterSettings`.
-constexpr int eHostMessage = 39;
+constexpr int kStatusNumberParameter = 39;
 
 } // namespace LIPC

@@ -11,7 +11,7 @@
 namespace LIPC {
 namespace {
 
-constexpr int kReadForAll = 0444;
+constexpr int kModeWorldReadable = 0444;
 
 bool isLongEnough(int id, std::size_t bytes)
 {
@@ -28,7 +28,7 @@ void ShmManaged::attach(std::size_t bytes, Access access)
     if (key == -1) // shmget accepts -1 as a key, of some other program's segment
         return;
     const bool writes = access == Access::readWrite;
-    id = shmget(key, 0, writes ? kModeWorldWritable : kReadForAll);
+    id = shmget(key, 0, writes ? kModeWorldWritable : kModeWorldReadable);
     if (id < 0)
         return;
     address = shmat(id, nullptr, writes ? 0 : SHM_RDONLY);

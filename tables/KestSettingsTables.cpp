@@ -55,7 +55,7 @@ std::map<std::int32_t, float> parameterDefaults()
         {34, 1.0F}, {35, 1.0F}, {36, 0.0F}, {38, 3.0F}, {39, 0.0F}}; // the host's
     for (const auto& setting : kParameterSettings)
         if (setting.number >= kFirstWithDefault)
-            defaults.emplace(setting.number, std::stof(setting.byDefault));
+            defaults.emplace(setting.number, std::stof(setting.defaultValue));
     return defaults;
 }
 

@@ -19,9 +19,9 @@ enum class SettingType : std::uint8_t {
 };
 
 struct Setting {
-    const char* key;       // in the settings file
-    int number;            // index in `params` of the agent's record; in `strings` for a text
-    const char* byDefault; // the default value, as the settings file would contain it
+    const char* key;          // in the settings file
+    int number;               // index in `params` of the agent's record; in `strings` for a text
+    const char* defaultValue; // the default value, as the settings file would contain it
     SettingType type;
     const char* name;  // in the output of the tools
     const char* title; // in the menu and in the log

@@ -35,6 +35,6 @@ namespace Kest::AppKit {
 
 /// Returns a new row with these labels and the progress. `accessibilityText` is its accessibility label.
 /// Autoreleased. Main thread.
-KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& accessibilityText);
+KestEncodingRow* encodingRow(const App::EncodingState& labels, const std::string& accessibilityText);
 
 } // namespace Kest::AppKit

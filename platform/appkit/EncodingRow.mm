@@ -71,7 +71,7 @@ KestEncodingRow* deepCopy(KestEncodingRow* row)
 
 #pragma clang diagnostic pop
 
-void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
+void setLabels(KestEncodingRow* row, const Kest::App::EncodingState& labels)
 {
     [[row nameLabel] setStringValue:Kest::AppKit::toNSString(labels.title())];
     [[row percentageLabel] setStringValue:Kest::AppKit::toNSString(labels.percentText())];
@@ -156,7 +156,7 @@ void setLabels(KestEncodingRow* row, const Kest::App::EntryView& labels)
 
 namespace Kest::AppKit {
 
-KestEncodingRow* encodingRow(const App::EntryView& labels, const std::string& accessibilityText)
+KestEncodingRow* encodingRow(const App::EncodingState& labels, const std::string& accessibilityText)
 {
     static KestEncodingRow* const rowTemplate = makeTemplate();
     setLabels(rowTemplate, labels);

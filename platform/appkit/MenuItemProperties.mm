@@ -18,13 +18,14 @@ NSAttributedString* red(NSString* title)
 
 void applyTitle(NSMenuItem* item, const App::ItemProperties& props)
 {
-    const bool titleShowsProgress = props.view && !itemsCanHaveViews();
+    const bool titleShowsProgress = props.encoding && !itemsCanHaveViews();
     NSString* title = toNSString(titleShowsProgress ? plainLabel(props) : props.title);
     [item setTitle:title];
     if (props.red || [item attributedTitle] != nil)
         [item setAttributedTitle:props.red ? red(title) : nil];
     if (itemsCanHaveViews())
-        [(id<KestMacMenuItem>)item setView:props.view ? encodingRow(*props.view, plainLabel(props)) : nil];
+        [(id<KestMacMenuItem>)item
+            setView:props.encoding ? encodingRow(*props.encoding, plainLabel(props)) : nil];
 }
 
 } // namespace

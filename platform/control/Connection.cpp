@@ -66,13 +66,13 @@ std::optional<std::string> Connection::nextLine()
     return line;
 }
 
-bool Connection::hasTooLongLine() const
+bool Connection::isNextLineTooLong() const
 {
     return input.size() > kMaxRequestBytes && input.find('\n') > kMaxRequestBytes;
 }
 
 // A client that has closed only its own direction still gets its replies and events.
-bool Connection::isFinished() const
+bool Connection::shouldClose() const
 {
     const bool isIdle = !awaitsReply && unsentBytes() == 0;
     const bool hasRequest = input.find('\n') != std::string::npos;

@@ -38,11 +38,11 @@ public:
     /// unsent output.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
-    bool hasTooLongLine() const;
+    bool isNextLineTooLong() const;
     /// Returns whether the connection must be closed: if `isDead`, at once. Otherwise only when all output is
     /// sent, no reply is awaited, and one of these is true: `isClosing`; or the client sends no more, has no
     /// request left and does not watch.
-    bool isFinished() const;
+    bool shouldClose() const;
 
     const ClientId id;
     bool awaitsReply = false; // a request is being executed

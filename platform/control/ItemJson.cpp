@@ -54,10 +54,10 @@ Object fields(App::ItemId id, const App::ItemProperties& item, const std::string
         object.text("mark", item.mark == App::Mark::radio ? "radio" : "check").flag("on", item.on);
     if (item.red)
         object.flag("available", false);
-    if (item.view && item.view->percent)
-        object.number("percent", *item.view->percent);
-    if (item.view)
-        object.flag("failed", item.view->failed);
+    if (item.encoding && item.encoding->percent)
+        object.number("percent", *item.encoding->percent);
+    if (item.encoding)
+        object.flag("failed", item.encoding->failed);
     return object;
 }
 

@@ -32,7 +32,7 @@ void MenuCommands::run(const Request& request, ClientId client)
 {
     switch (request.command) {
     case Request::Command::menu:
-        openAll();
+        fillAllSubmenus();
         return outbox.add({client, menuReply(takeSnapshot(delegate.menu()))});
     case Request::Command::get:
         return get(request.path, client);
@@ -45,13 +45,13 @@ void MenuCommands::run(const Request& request, ClientId client)
 }
 
 // Opens all submenus, since some are filled when they open.
-void MenuCommands::openAll()
+void MenuCommands::fillAllSubmenus()
 {
-    for (const auto id : submenusBelow(takeSnapshot(delegate.menu())))
+    for (const auto id : submenuIdsBelow(takeSnapshot(delegate.menu())))
         delegate.menuWillOpen(id);
 }
 
-void MenuCommands::openMenusOf(App::ItemId id)
+void MenuCommands::fillMenusContaining(App::ItemId id)
 {
     const auto* item = delegate.menu().itemWithId(id);
     while (item != nullptr && (item = item->parentItem()) != nullptr)
@@ -64,11 +64,11 @@ App::FoundItem MenuCommands::find(App::ItemSnapshot& menu, const std::string& pa
     menu = takeSnapshot(delegate.menu());
     const auto found = findByPath(menu, path);
     if (found.item == nullptr) {
-        openAll();
+        fillAllSubmenus();
     } else {
         if (found.item->hasSubmenu)
             delegate.menuWillOpen(found.item->id);
-        openMenusOf(found.item->id);
+        fillMenusContaining(found.item->id);
     }
     menu = takeSnapshot(delegate.menu());
     return findByPath(menu, path);
@@ -101,23 +101,24 @@ void MenuCommands::perform(const App::FoundItem& found, ClientId client)
     if (!answers.messages().empty())
         return outbox.add({client, errorReply(answers.messages().front())});
     if (isAbort) {
-        if (const auto reason = whyNotAborting(id); !reason.empty())
+        if (const auto reason = abortProblem(id); !reason.empty())
             return outbox.add({client, errorReply(reason)});
         aborts.push_back({delegate.menu().itemWithId(id)->parentItem()->tag(), client});
         return;
     }
-    openMenusOf(id);
+    fillMenusContaining(id);
     const auto now = takeSnapshot(delegate.menu(), id, 0);
     outbox.add({client, now ? itemReply(*now, found.path) : doneReply()});
 }
 
-std::string MenuCommands::whyNotAborting(App::ItemId id) const
+std::string MenuCommands::abortProblem(App::ItemId id) const
 {
     const auto* item = delegate.menu().itemWithId(id);
     if (item == nullptr)
         return "the encoding is no longer in the history";
-    const auto& view = item->parentItem()->properties().view;
-    return view && view->percent.value_or(0) >= Settings::kFinished ? "the encoding has just finished" : "";
+    const auto& encoding = item->parentItem()->properties().encoding;
+    return encoding && encoding->percent.value_or(0) >= Settings::kFinished ? "the encoding has just finished"
+                                                                            : "";
 }
 
 void MenuCommands::menuChanged(const App::MenuChanges& changes)

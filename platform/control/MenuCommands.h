@@ -41,15 +41,15 @@ private:
         ClientId client;
     };
     App::FoundItem find(App::ItemSnapshot& menu, const std::string& path);
-    void openAll();
+    void fillAllSubmenus();
     /// Calls `menuWillOpen` for each submenu that contains the item, because some submenus are filled then.
-    void openMenusOf(App::ItemId id);
+    void fillMenusContaining(App::ItemId id);
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
     /// Returns why no abort is running after the user chose the abort item `id`; an empty text if an abort is
     /// running.
-    std::string whyNotAborting(App::ItemId id) const;
+    std::string abortProblem(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;
     Outbox& outbox;

@@ -71,7 +71,7 @@ int ServerThread::timeout() const
     std::optional<Clock::time_point> end = acceptAfter;
     for (const auto& [id, client] : clients)
         if (const auto since = client.stalledSince())
-            end = std::min(end.value_or(Clock::time_point::max()), *since + limits.unreadTime);
+            end = std::min(end.value_or(Clock::time_point::max()), *since + limits.maxStallTime);
     if (!end)
         return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()).count();
@@ -112,7 +112,7 @@ void ServerThread::deliver(const Message& message)
         for (auto& [id, client] : clients) {
             if (!client.watches || message.text.empty())
                 continue;
-            client.isDead |= client.unsentBytes() > limits.unreadBytes;
+            client.isDead |= client.unsentBytes() > limits.maxUnsentBytes;
             client.send(message.text);
             client.write();
         }
@@ -142,7 +142,7 @@ void ServerThread::serve(Connection& client, short ready)
     else if ((ready & (POLLHUP | POLLERR | POLLNVAL)) != 0)
         client.isDead = true;
     const auto since = client.stalledSince();
-    client.isDead |= since && Clock::now() - *since >= limits.unreadTime;
+    client.isDead |= since && Clock::now() - *since >= limits.maxStallTime;
     takeRequest(client);
 }
 
@@ -159,7 +159,7 @@ void ServerThread::takeRequest(Connection& client)
             client.write();
         }
     }
-    if (!client.isClosing && client.hasTooLongLine()) {
+    if (!client.isClosing && client.isNextLineTooLong()) {
         client.isClosing = true;
         client.send(errorReply("the request is longer than " + std::to_string(kMaxRequestBytes) + " bytes"));
         client.write();
@@ -170,7 +170,7 @@ void ServerThread::dropFinished()
 {
     std::erase_if(clients, [this](const auto& entry) {
         const auto& client = entry.second;
-        if (!client.isFinished())
+        if (!client.shouldClose())
             return false;
         watchers -= client.watches ? 1 : 0;
         return true;

@@ -22,8 +22,8 @@ namespace Kest::Control {
 struct ServerLimits {
     std::size_t clients = 16; // connections at the same time; further clients get an error
     // A client that watches is disconnected by the next event if more bytes than these are unsent.
-    std::size_t unreadBytes = 1'048'576;
-    std::chrono::milliseconds unreadTime{10'000}; // without a read, after which a client is disconnected
+    std::size_t maxUnsentBytes = 1'048'576;
+    std::chrono::milliseconds maxStallTime{10'000}; // without a read, after which a client is disconnected
     std::function<std::optional<uid_t>(int)> peerUser = Control::peerUser;
 };
 

@@ -111,7 +111,7 @@ void MenuExporter::menuChanged(const App::MenuChanges& changes)
         return;
     std::set<App::ItemId> layouts;
     for (const auto& [parent, change] : changes.menus)
-        if (!panels.holdBack(parent))
+        if (!panels.holdBackIfOpen(parent))
             layouts.insert(parent);
         else
             for (const auto& removed : change.removed)
@@ -134,7 +134,7 @@ std::uint64_t MenuExporter::queuedMessages() const
 }
 
 // Sends a signal for each top-level submenu: some panels read only the menu that a signal names.
-void MenuExporter::catchUp()
+void MenuExporter::resendIfStale()
 {
     if (!isStale || queuedMessages() > 0)
         return;
@@ -196,7 +196,7 @@ int MenuExporter::getLayout(sd_bus_message* call)
         return appendLayout(answer, isWhole ? accordion.layout(callbacks.menu) : layoutOf(*item));
     });
     if (result >= 0 && request.depth == 1)
-        sendLayoutsUpdated(panels.unannounced(client, *item), client);
+        sendLayoutsUpdated(panels.announceNew(client, *item), client);
     return result;
 }
 

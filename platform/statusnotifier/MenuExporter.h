@@ -34,13 +34,13 @@ public:
 
     /// Sends signals for the changes: at most one with properties to all panels, one with labels to the
     /// accordion panel, and one for each menu whose items were added, removed or moved. While
-    /// `Panels::holdBack` returns true, the signals of the last kind are held back, and removed items are
-    /// sent as invisible. If more than 16 messages are queued, omits signals until `catchUp` sends the whole
-    /// state.
+    /// `Panels::holdBackIfOpen` returns true, the signals of the last kind are held back, and removed items
+    /// are sent as invisible. If more than 16 messages are queued, omits signals until `resendIfStale` sends
+    /// the whole state.
     void menuChanged(const App::MenuChanges& changes);
     /// If signals were omitted and the queue is empty, sends the state of the whole menu; otherwise does
     /// nothing. Call it after each event of the main loop.
-    void catchUp();
+    void resendIfStale();
     /// Forgets all panels and sends the layout signals that were held back. Call it when a panel starts.
     void resetPanels();
 

@@ -6,7 +6,7 @@
 
 namespace Kest::StatusNotifier {
 
-std::set<App::ItemId> Panels::unannounced(const std::string& panel, const App::ItemSnapshot& menu)
+std::set<App::ItemId> Panels::announceNew(const std::string& panel, const App::ItemSnapshot& menu)
 {
     constexpr std::size_t kMaxMenus = 64; // two per panel; exceeded only if clients change
     std::set<App::ItemId> submenus;
@@ -51,7 +51,7 @@ std::set<App::ItemId> Panels::allClosed()
     return std::exchange(held, {});
 }
 
-bool Panels::holdBack(App::ItemId menu)
+bool Panels::holdBackIfOpen(App::ItemId menu)
 {
     if (!open.empty())
         held.insert(menu);

@@ -24,7 +24,7 @@ class Panels {
 public:
     /// Call it when `panel` has read one level of `menu`. Returns the submenus in `menu` that were not
     /// announced to `panel` yet, and records them as announced.
-    std::set<App::ItemId> unannounced(const std::string& panel, const App::ItemSnapshot& menu);
+    std::set<App::ItemId> announceNew(const std::string& panel, const App::ItemSnapshot& menu);
 
     // Events that panels report. Some panels report events of the status menu only, others those of its
     // submenus only, and a killed panel does not report that a menu closes. Each function returns the menus
@@ -37,7 +37,7 @@ public:
     std::set<App::ItemId> reset();
 
     /// Returns whether a panel has a menu open. If so, records that LayoutUpdated is held back for `menu`.
-    bool holdBack(App::ItemId menu);
+    bool holdBackIfOpen(App::ItemId menu);
 
 private:
     std::set<App::ItemId> allClosed();

@@ -219,7 +219,7 @@ void StatusItem::registrationAnswered(bool accepted)
 void StatusItem::setUpAnswered(int result)
 {
     if (result < 0 && !isLost())
-        callbacks.notAccepted(result);
+        callbacks.refused(result);
 }
 
 } // namespace Kest::StatusNotifier

@@ -21,9 +21,9 @@ class StatusItem {
 public:
     /// Called from callbacks of the bus; `registering` also from the constructor.
     struct Callbacks {
-        std::function<void()> noTray;         // at most once, if there is no watcher at the start
-        std::function<void()> registering;    // a panel is about to read the item and its whole menu
-        std::function<void(int)> notAccepted; // the bus has refused the item; gets a negative errno
+        std::function<void()> noTray;      // at most once, if there is no watcher at the start
+        std::function<void()> registering; // a panel is about to read the item and its whole menu
+        std::function<void(int)> refused;  // the bus has refused the item; gets a negative errno
     };
     /// Exports the item and registers it, without waiting for replies. `themePath` is the folder of the icon
     /// theme.

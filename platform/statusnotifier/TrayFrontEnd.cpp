@@ -64,7 +64,7 @@ void TrayFrontEnd::start(App::KestSettingsAppDelegate& application)
     wakeUps.dispatchWakeUps(); // jobs of the start-up, so that panels read the complete menu
     if (wakeUps.isQuitting())
         return quit();
-    openAll(application);
+    fillAllSubmenus(application);
     if (const int result = exportMenu(application); result < 0)
         fail(result);
 }
@@ -101,7 +101,7 @@ void TrayFrontEnd::fail(int result)
 }
 
 // Fills all submenus: panels read the menu long before it opens, and some close an empty submenu on a change.
-void TrayFrontEnd::openAll(App::KestSettingsAppDelegate& application)
+void TrayFrontEnd::fillAllSubmenus(App::KestSettingsAppDelegate& application)
 {
     for (const auto& item : application.menu().statusMenu().itemArray())
         if (item->submenu() != nullptr)
@@ -127,7 +127,7 @@ int TrayFrontEnd::onDispatched(sd_event_source*, void* frontEnd)
 {
     auto& self = *static_cast<TrayFrontEnd*>(frontEnd);
     if (self.exporter)
-        self.exporter->catchUp();
+        self.exporter->resendIfStale();
     return 0;
 }
 

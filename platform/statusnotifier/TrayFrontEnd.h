@@ -44,7 +44,7 @@ private:
     int exportMenu(App::KestSettingsAppDelegate& application);
     void end(int reason);
     void fail(int result);
-    static void openAll(App::KestSettingsAppDelegate& application);
+    static void fillAllSubmenus(App::KestSettingsAppDelegate& application);
     static int onWakeUp(sd_event_source* source, int descriptor, std::uint32_t events, void* frontEnd);
     static int onDispatched(sd_event_source* source, void* frontEnd);
 

@@ -137,7 +137,7 @@ Command MenuScreen::pressCharacter(char letter)
         mode = Mode::search;
         searchText.clear();
         updateMatches();
-        return {.opened = submenusBelow(navigator.statusMenu())}; // fills submenus before the search
+        return {.opened = submenuIdsBelow(navigator.statusMenu())}; // fills submenus before the search
     default:
         return {};
     }

@@ -79,10 +79,11 @@ std::string labelText(const App::ItemSnapshot& item, int width, Glyphs glyphs)
 {
     const auto& props = *item.properties;
     const std::string greyed = props.enabled ? "" : " (greyed)";
-    if (!props.view)
+    if (!props.encoding)
         return fitToWidth(markText(props) + drawable(plainLabel(props), glyphs) + greyed, width, glyphs);
 
-    auto bar = progressBar(props.view->percent, std::clamp(width / 3, kMinBarWidth, kMaxBarWidth), glyphs);
+    auto bar =
+        progressBar(props.encoding->percent, std::clamp(width / 3, kMinBarWidth, kMaxBarWidth), glyphs);
     const auto name = markText(props) + drawable(itemName(props), glyphs) + greyed;
     return fitToWidth(name, width - cellWidth(bar), glyphs) + bar;
 }

@@ -30,7 +30,7 @@ bool canBeDrawnOn()
 {
     const auto name = valueOf("TERM");
     return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !name.empty() && name != "dumb" &&
-           canPlaceCursor(STDOUT_FILENO);
+           canMoveCursor(STDOUT_FILENO);
 }
 
 // Blocks the ending signals until the main loop handles and unblocks them: an agent that is killed before

@@ -11,7 +11,7 @@ namespace Kest::Terminal {
 bool isWritable(int terminal);
 
 /// Returns whether the terminal type in the variable TERM is known and can position the cursor.
-bool canPlaceCursor(int terminal);
+bool canMoveCursor(int terminal);
 
 /// Returns the bytes that end drawing on the current terminal of ncurses. Write them unchanged. Main thread.
 std::string resetSequence();

@@ -26,7 +26,7 @@ const char* capability(const char* name)
 
 } // namespace
 
-bool canPlaceCursor(int terminal)
+bool canMoveCursor(int terminal)
 {
     int outcome = 0;
     if (setupterm(nullptr, terminal, &outcome) != OK)

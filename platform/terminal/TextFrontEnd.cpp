@@ -29,7 +29,7 @@ std::string_view trimmed(std::string_view text)
 
 } // namespace
 
-bool TextFrontEnd::hasScript()
+bool TextFrontEnd::mayHaveScript()
 {
     struct stat status {};
     return fstat(STDIN_FILENO, &status) == 0 && !S_ISCHR(status.st_mode);
@@ -45,7 +45,7 @@ bool TextFrontEnd::run(App::KestSettingsAppDelegate& application)
     loop.watchInput(STDIN_FILENO, [this] { readInput(); });
     const bool succeeded = loop.run();
     delegate = nullptr;
-    return succeeded && !(commandFailed && hasScript());
+    return succeeded && !(commandFailed && mayHaveScript());
 }
 
 void TextFrontEnd::menuChanged(const App::MenuChanges& changes)
@@ -156,7 +156,7 @@ void TextFrontEnd::announceOpening(const App::ItemSnapshot& menu)
 {
     const bool before = std::exchange(printsChanges, false);
     delegate->menuWillOpen(menu.id);
-    for (const auto id : submenusBelow(menu))
+    for (const auto id : submenuIdsBelow(menu))
         delegate->menuWillOpen(id);
     printsChanges = before;
 }

@@ -20,7 +20,7 @@ class TextFrontEnd final : public App::FrontEnd {
 public:
     /// Returns whether commands can come from a script, that is, whether standard input is not a character
     /// device such as a terminal or /dev/null.
-    static bool hasScript();
+    static bool mayHaveScript();
 
     /// Prints the menu, then executes commands and prints changes until `quit` is called or standard input
     /// ends. If standard input ends without any command and is not a terminal, continues until `quit` is

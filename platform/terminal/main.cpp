@@ -42,5 +42,6 @@ int main(int argc, char** argv)
             "Shows the K3DHost mixing system's settings in a terminal, full screen or as lines of text."))
         return *status;
     std::setlocale(LC_CTYPE, ""); // for the terminal's characters; numbers keep the format of files
-    return Kest::Posix::runSingleInstance(runInTerminal, Kest::Terminal::TextFrontEnd::hasScript() ? 1 : 0);
+    return Kest::Posix::runSingleInstance(runInTerminal,
+                                          Kest::Terminal::TextFrontEnd::mayHaveScript() ? 1 : 0);
 }

@@ -162,7 +162,7 @@ public:
                     "P: " + std::to_string(percentage) + "\n") &&
                pumpUntil([&] {
                    const auto* row = entry(pid);
-                   return row != nullptr && row->properties().view->percent == percentage;
+                   return row != nullptr && row->properties().encoding->percent == percentage;
                });
     }
     bool send(const std::string& lines) const

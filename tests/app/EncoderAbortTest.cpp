@@ -38,7 +38,7 @@ protected:
     AbortRequest request(const std::string& path)
     {
         return {.process = identifyProcess(encoder->pid()),
-                .wroteToPipe = false,
+                .hadPipeOpen = false,
                 .output = path,
                 .pipe = root / "pipe",
                 .settingsFolder = root / "settings"};
@@ -87,7 +87,7 @@ TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
     EXPECT_THAT(abort(request(output)), HasSubstr("was not seen writing"));
     EXPECT_TRUE(encoder->runs()) << "the number in a line may be anybody's";
     auto click = request(output);
-    click.wroteToPipe = true;
+    click.hadPipeOpen = true;
     for (const bool isRunning : {true, false}) {
         EXPECT_EQ(encoder->runs(), isRunning);
         EXPECT_THAT(abort(click), HasSubstr("is older than"));
@@ -107,7 +107,7 @@ TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
     writeFile(output, "");
     click = request(output);
     click.process = identifyProcess(getpid());
-    click.wroteToPipe = true;
+    click.hadPipeOpen = true;
     EXPECT_THAT(abort(click), HasSubstr("ancestors"));
     EXPECT_TRUE(fs::exists(output)) << "of a process that is not killed";
 }

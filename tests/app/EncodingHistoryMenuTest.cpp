@@ -23,8 +23,8 @@ TEST(EncodingName, HasNoTag)
     };
     for (const auto& [description, name] : cases)
         EXPECT_EQ(encodingName(description), name);
-    EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), 0}}), "Process 7  0%");
-    EXPECT_EQ(plainLabel({.tag = 7, .view = EntryView{encodingName("_xyz"), {}, true}}), " - Failed");
+    EXPECT_EQ(plainLabel({.tag = 7, .encoding = EncodingState{encodingName("_xyz"), 0}}), "Process 7  0%");
+    EXPECT_EQ(plainLabel({.tag = 7, .encoding = EncodingState{encodingName("_xyz"), {}, true}}), " - Failed");
 }
 
 // In place of ending encoders and deleting folders. Its threads may outlive the test.
@@ -68,7 +68,7 @@ protected:
     {
         return agent.pumpUntil([&] { return agent.entry(pid) == nullptr; });
     }
-    const EntryView& view(int pid) { return *agent.entry(pid)->properties().view; }
+    const EncodingState& view(int pid) { return *agent.entry(pid)->properties().encoding; }
     bool mayBeCleared() { return agent.seen(history + "/Clear History").enabled; }
     bool clear() { return agent.choose(history + "/Clear History"); }
 
@@ -115,14 +115,14 @@ TEST_F(EncodingHistory, ShowsTheLatestStateOfEachEncoding)
     receive(50, 4711, "Film_Mix_Prt");
     receive(0, 4712, "Other");
     EXPECT_THAT(agent.items(history), ElementsAre("Clear History 0", "- 0", "Film_Mix 4711", "Other 4712"));
-    EXPECT_EQ(view(4711), (EntryView{"Film_Mix", 50}));
+    EXPECT_EQ(view(4711), (EncodingState{"Film_Mix", 50}));
     EXPECT_TRUE(mayBeAborted(4711) && mayBeCleared());
 
     receive(-1, 4711, "Film_Mix_Prt");
-    EXPECT_EQ(view(4711), (EntryView{"Film_Mix", {}, true}));
+    EXPECT_EQ(view(4711), (EncodingState{"Film_Mix", {}, true}));
     EXPECT_TRUE(mayBeAborted(4711)) << "it may still run";
     receive(100, 4711, "Longer_Name");
-    EXPECT_EQ(view(4711), (EntryView{"Longer_Name", 100}));
+    EXPECT_EQ(view(4711), (EncodingState{"Longer_Name", 100}));
     EXPECT_EQ(agent.entry(4711)->title(), "Film_Mix") << "the first title stays";
     EXPECT_FALSE(mayBeAborted(4711) || abort(4711));
     EXPECT_TRUE(mayBeAborted(4712)) << "each has a submenu of its own";
@@ -143,8 +143,8 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     const auto& requests = aborts->requests;
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_EQ(requests[0].output + " " + requests[1].output, "/Out/Film/Film_1.wav /Other.wav");
-    EXPECT_TRUE(requests[1].process == identifyProcess(getpid()) && requests[1].wroteToPipe);
-    EXPECT_FALSE(requests[0].wroteToPipe) << "no process has this number";
+    EXPECT_TRUE(requests[1].process == identifyProcess(getpid()) && requests[1].hadPipeOpen);
+    EXPECT_FALSE(requests[0].hadPipeOpen) << "no process has this number";
 
     ASSERT_TRUE(agent.report(4711, "", 51)) << "one that still reports has a row again";
     EXPECT_EQ(view(4711).name, "Forged");
@@ -158,16 +158,16 @@ TEST_F(EncodingHistory, UsesTheNewestRecordWhateverMessageIsHandled)
     ASSERT_TRUE(agent.send("pid: 4711 , path: /Out/A/First.wav\npid: 4711 , P: 10\n"
                            "pid: 4712 , path: /Out/B/Second.wav\npid: 4712 , ERROR:\npid: 4713 , P: 30\n"));
     EXPECT_TRUE(appears(4713));
-    EXPECT_EQ(view(4711), (EntryView{"First", 10}));
-    EXPECT_EQ(view(4712), (EntryView{"Second", {}, true}));
+    EXPECT_EQ(view(4711), (EncodingState{"First", 10}));
+    EXPECT_EQ(view(4712), (EncodingState{"Second", {}, true}));
     ASSERT_TRUE(agent.report(4713, "/out/Third.wav", 100));
     receive(95, 4713, "Third");
-    EXPECT_EQ(view(4713), (EntryView{"Third", 100}));
+    EXPECT_EQ(view(4713), (EncodingState{"Third", 100}));
 
     ASSERT_TRUE(agent.send("pid: 4711 , P: 100\n"));
     ASSERT_TRUE(agent.frontEnd.awaitJob()) << "the row does not show it yet";
     EXPECT_TRUE(abort(4711));
-    EXPECT_EQ(view(4711), (EntryView{"First", 100}));
+    EXPECT_EQ(view(4711), (EncodingState{"First", 100}));
     EXPECT_FALSE(mayBeAborted(4711));
     agent.delegate.applicationWillTerminate();
     EXPECT_TRUE(aborts->requests.empty()) << "of an encoding that has just finished";

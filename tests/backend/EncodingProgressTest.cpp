@@ -231,7 +231,7 @@ TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
 
     table.identify(second);
     EXPECT_TRUE(table.find(5) == table.find(second) && table.find(5)->process == second);
-    EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->wroteToPipe && table.find(5)->percentage < 0);
+    EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->hadPipeOpen && table.find(5)->percentage < 0);
     EXPECT_EQ(table.find(first)->path, "/Out/Film/Film.wav");
     progress(5, 100);
     EXPECT_EQ(table.find(first)->percentage, 61);
@@ -251,9 +251,9 @@ TEST_F(EncodingTableTest, EvictsThoseThatAreOverFirstAndTheOldestOfThem)
     error(18);
     table.identify({1, 100}); // the number's next process: the record before is over
     progress(2, 51);
-    EXPECT_EQ(table.evictions(), 0U);
+    EXPECT_EQ(table.evictionRuns(), 0U);
     path(21, longPath); // to 18 paths or less: three records
-    EXPECT_EQ(table.evictions(), 1U);
+    EXPECT_EQ(table.evictionRuns(), 1U);
     EXPECT_FALSE(knows(19) || knows(20) || table.find(ProcessIdentity{1, 0}) != nullptr);
     EXPECT_TRUE(knows(18) && knows(3));
     for (int pid = 22; pid <= 24; ++pid)

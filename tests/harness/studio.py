@@ -35,7 +35,7 @@ def run(name, *arguments, text=""):
 def fresh_home():
     """Removes what earlier programs have left, and makes one facility."""
     if os.environ["HOME"] != "/tmp/home":
-        raise RuntimeError("run this in tools/private_world")
+        raise RuntimeError("run this in tools/private_namespaces")
     left = ("/tmp/home", "/Library/Application Support", LAST_USER, SESSION, VERSION, FIFO)
     subprocess.run(["rm", "-rf", *left], check=True)
     os.makedirs("/tmp/home")

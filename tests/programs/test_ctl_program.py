@@ -67,8 +67,11 @@ def test_each_command_has_its_effect(start, host, start_agent):
 
 def test_socket_is_in_the_runtime_folder_if_only_the_user_can_write_it(start_agent, tmp_path, monkeypatch):
     monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
-    agent = start_agent()
+    killed = start_agent()
+    killed.signal(signal.SIGKILL)
+    killed.status()
     assert (tmp_path / "kest-settings/socket").is_socket()
+    agent = start_agent()  # in place of the socket that was left
     agent.signal()
     assert agent.status() == 0
     tmp_path.chmod(0o777)

@@ -75,27 +75,33 @@ def test_second_agent_ends_and_the_first_goes_on_without_input(start, agent):
 
 
 @contextlib.contextmanager
-def read_only_settings():
+def settings_on_a_disk(options):
+    """With `ro` in its options the disk is read-only, otherwise full."""
     os.makedirs(FOLDER)
-    subprocess.run(["mount", "-t", "tmpfs", "-o", "ro", "test", FOLDER], check=True)
+    subprocess.run(["mount", "-t", "tmpfs", "-o", options, "test", FOLDER], check=True)
+    with contextlib.suppress(OSError), open(FOLDER + "/filling", "wb", buffering=0) as file:
+        while file.write(bytes(4096)):
+            pass
     yield
     subprocess.run(["umount", FOLDER], check=True)
 
 
 @pytest.mark.parametrize("is_writable_at_the_end", [False, True])
-def test_what_cannot_be_saved_is_one_line_and_saved_at_the_end_if_possible(start, is_writable_at_the_end):
+@pytest.mark.parametrize("options, reason", [("ro", "Read-only file system"), ("size=64k", "No space left on device")])
+def test_what_cannot_be_saved_is_one_line_and_saved_at_the_end_if_possible(
+        start, options, reason, is_writable_at_the_end):
     def errors():
         return [line.split("<ERRO> settings ")[1] for line in agent.text.splitlines() if "<ERRO> settings " in line]
 
-    start(read_only_settings)
+    start(settings_on_a_disk, options)
     agent = start(Agent, stderr=subprocess.DEVNULL)
     agent.choose("Speaker Configuration > Stereo")
     assert wait_until(lambda: len(errors()) == 2)
     if is_writable_at_the_end:
-        subprocess.run(["mount", "-o", "remount,rw", FOLDER], check=True)
+        subprocess.run(["mount", "-o", "remount,rw,size=1m", FOLDER], check=True)
     agent.say("quit")
     assert agent.status() == 0
-    why = ("(Read-only file system): Speaker Configuration, Latency Compensation, Default Panner Objects, DAW Link Control, "
+    why = (f"({reason}): Speaker Configuration, Latency Compensation, Default Panner Objects, DAW Link Control, "
            "HDX Aux Track Delay")
     lines = 2 * [f"not saved {why}; in effect until the agent ends; {SETTINGS}"]  # at the start, and of the choice
     if not is_writable_at_the_end:

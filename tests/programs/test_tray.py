@@ -1,6 +1,7 @@
 """The tray agent on a private session bus, seen by a panel."""
 
 import os
+import signal
 
 import pytest
 
@@ -8,15 +9,19 @@ from gi.repository import GLib
 
 from harness.bus import FILE_MANAGER, WATCHER, Panel
 from harness.processes import Program
-from harness.studio import FACILITIES, SessionBus, program, report, setting
+from harness.studio import FACILITIES, FIFO, SessionBus, program, report, setting
 
 STEREO = ("Speaker Configuration", "Stereo")
 HISTORY = "Encoding History"
 
 
 @pytest.fixture
-def panel(start):
-    start(SessionBus)
+def bus(start):
+    return start(SessionBus)
+
+
+@pytest.fixture
+def panel(start, bus):
     return start(Panel)
 
 
@@ -165,3 +170,11 @@ def test_panel_that_scrolls_its_submenus_gets_no_submenu_inside(start, panel, tr
     panel.send(after.at("My__Long_Film: Show Output Folder").id, "clicked")
     assert panel.wait(lambda: panel.shown_folders)
     assert panel.shown_folders == ["file:///tmp/Gr%C3%B6%C3%9Fe%201%25"]
+
+
+def test_agent_ends_with_the_bus(bus, tray):
+    tray.expect("fifo fd")
+    bus.signal(signal.SIGKILL)
+    tray.expect("The session bus has ended")
+    assert tray.status() == 1
+    assert not os.path.exists(FIFO)

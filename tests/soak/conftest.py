@@ -24,8 +24,8 @@ def pytest_configure(config):
     config.addinivalue_line("markers", "row(fault, goal): what the test adds to the table; {kind} is a parameter")
     config.addinivalue_line("markers", "full: not in a quick run")
     with open("/proc/self/mountinfo", encoding="utf-8") as mounts:
-        if not any(" / / " in line and " private_world " in line for line in mounts):
-            pytest.exit("not in a private world: nothing is attacked; run tests/soak/run", 2)
+        if not any(" / / " in line and " private_namespaces " in line for line in mounts):
+            pytest.exit("not in private namespaces: nothing is attacked; run tests/soak/run", 2)
     preset = config.getoption("--preset")
     os.environ["KEST_PROGRAMS"] = f"{SOURCES}/build/{preset or 'release'}/bin"
     os.environ["KEST_SOAK_DRIVER"] = f"{SOURCES}/build/{preset or 'dev'}/bin/soak"
@@ -88,7 +88,7 @@ def row(request):
 
 @pytest.fixture(autouse=True)
 def _home():
-    """Ends all other processes of this private world, and removes what they have left."""
+    """Ends all other processes of these private namespaces, and removes what they have left."""
     for process in psutil.process_iter():
         if process.pid not in (1, os.getpid(), os.getppid()):
             process.kill()

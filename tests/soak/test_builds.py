@@ -25,7 +25,7 @@ def cover(what, *options):
 @pytest.mark.row("coverage", "95 % of lines, 90 % of branches in the five folders; all of the line parser")
 def test_coverage(row):
     """What is not reached is in build/coverage/missing."""
-    soak = ["tools/private_world", "/usr/bin/python3", "-m", "pytest", "--preset", "coverage", "tests/soak"]
+    soak = ["tools/private_namespaces", "/usr/bin/python3", "-m", "pytest", "--preset", "coverage", "tests/soak"]
     subprocess.run(["scripts/prepare", "coverage", "build", "test", "fuzz"], cwd=SOURCES, check=True)
     shutil.rmtree(BUILD + "/profiles", ignore_errors=True)
     for name, command in (("%4m", ["ctest", "--preset", "coverage", "--parallel", str(os.cpu_count())]),

@@ -62,7 +62,7 @@ private:
         else if (act == 5)
             item.setHidden(upTo(1) == 0);
         else if (act == 6)
-            item.setView({"Film é", upTo(2)});
+            item.setEncoding({"Film é", upTo(2)});
         else if (act == 7 && upTo(9) == 0) // seldom: it removes the submenus
             refill(menu);
     }

@@ -34,7 +34,7 @@ public:
     bool beginsWithStart() const;
 
     /// Waits until input arrives, a signal arrives or `atMost` has passed, and reads the input.
-    void sleep(std::chrono::milliseconds atMost);
+    void waitForInput(std::chrono::milliseconds atMost);
 
 private:
     int readPiece();

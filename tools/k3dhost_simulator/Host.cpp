@@ -124,7 +124,9 @@ Failure Host::postMessage(float number)
     const int slot = slotOf(watcher->expected(), LIPC::kSettingsClientName);
     if (slot < 0)
         return "the host has no client KestSettings to post a message to";
-    change(slot, [number](auto& record) { LIPC::storeShared(record.params[LIPC::eHostMessage], number); });
+    change(slot, [number](auto& record) {
+        LIPC::storeShared(record.params[LIPC::kStatusNumberParameter], number);
+    });
     printEvent("message " + printable(number));
     return std::nullopt;
 }
@@ -153,13 +155,13 @@ void Host::printWrites()
 
 void Host::printAgentWrites()
 {
-    for (const auto& line : watcher->agentWrites(*segments.session()))
+    for (const auto& line : watcher->takeAgentWrites(*segments.session()))
         printWrite(line);
 }
 
 void Host::printForeignWrites()
 {
-    for (const auto& line : watcher->foreignWrites(*segments.session()))
+    for (const auto& line : watcher->takeForeignWrites(*segments.session()))
         printWrite(line);
     const auto& version = *segments.version();
     if (std::memcmp(&version, &expectedVersion, sizeof version) == 0)

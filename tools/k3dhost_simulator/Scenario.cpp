@@ -44,7 +44,7 @@ std::string parseWaitFor(LineReader& reader, Command& command)
             return "invalid time " + quote(text) + "; expected for example 300ms or 2s";
         wanted = wanted.substr(0, within);
     }
-    if (!WriteWatcher::canReport(wanted))
+    if (!WriteWatcher::hasReportForm(wanted))
         return quote(wanted) + " is not a line that a write of the agent prints";
     command.play = [line = std::string(wanted), limit](auto& player) {
         player.wait(*limit, line);

@@ -42,7 +42,7 @@ void ScenarioPlayer::wait(std::chrono::milliseconds atMost, const std::string& l
     waitEnds = Clock::now() + atMost;
 }
 
-bool ScenarioPlayer::isWaiting()
+bool ScenarioPlayer::updateWait()
 {
     if (!awaited)
         return false;

@@ -30,7 +30,7 @@ public:
     void wait(std::chrono::milliseconds atMost, const std::string& line);
     /// Returns whether the wait has not ended yet. Call it repeatedly: it checks the time and the printed
     /// lines.
-    bool isWaiting();
+    bool updateWait();
     /// Returns an error after a wait for a line has timed out; otherwise nullopt.
     const Failure& failure() const { return timedOut; }
 

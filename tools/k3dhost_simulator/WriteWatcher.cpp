@@ -60,7 +60,7 @@ bool startsWith(std::string_view text, std::string_view start)
 
 WriteWatcher::WriteWatcher() : expectedSession(std::make_unique<LIPC::SessionBuffer>()) {}
 
-std::vector<std::string> WriteWatcher::agentWrites(const LIPC::SessionBuffer& session)
+std::vector<std::string> WriteWatcher::takeAgentWrites(const LIPC::SessionBuffer& session)
 {
     std::vector<std::string> lines;
     const int slot = slotOf(*expectedSession, LIPC::kSettingsClientName);
@@ -91,7 +91,7 @@ std::string WriteWatcher::defaultBusLine() const
     return std::string(kDefaultBus) + escapedBytes(expectedSession->clients[slot].labelText()) + " " + id;
 }
 
-std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& session)
+std::vector<std::string> WriteWatcher::takeForeignWrites(const LIPC::SessionBuffer& session)
 {
     std::vector<std::string> lines;
     const auto* found = reinterpret_cast<const unsigned char*>(&session);
@@ -109,7 +109,7 @@ std::vector<std::string> WriteWatcher::foreignWrites(const LIPC::SessionBuffer& 
     return lines;
 }
 
-bool WriteWatcher::canReport(std::string_view line)
+bool WriteWatcher::hasReportForm(std::string_view line)
 {
     const bool isSetting = std::ranges::any_of(Kest::Settings::kSettings, [line](const auto& setting) {
         return startsWith(line, std::string(setting.name) + " ");

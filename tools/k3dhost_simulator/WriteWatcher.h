@@ -44,15 +44,15 @@ public:
     /// Returns one line for each of the agent's fields whose value differs from `expected`, and changes
     /// `expected` accordingly. Only the value at the time of the call matters. A text is reported only when
     /// two successive calls have found the same text.
-    std::vector<std::string> agentWrites(const LIPC::SessionBuffer& session);
+    std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
     /// Returns the line "FOREIGN WRITE at offset N" for each range of bytes between the agent's fields that
     /// differs from `expected`, and changes `expected` accordingly. N is the offset in the session of the
     /// first byte that differs. Compares all 3.4 MB.
-    std::vector<std::string> foreignWrites(const LIPC::SessionBuffer& session);
+    std::vector<std::string> takeForeignWrites(const LIPC::SessionBuffer& session);
 
     /// Returns whether `line` has the form of a line that this class reports. Checks only the beginning.
-    static bool canReport(std::string_view line);
+    static bool hasReportForm(std::string_view line);
 
 private:
     std::string defaultBusLine() const;

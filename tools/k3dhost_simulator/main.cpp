@@ -60,8 +60,8 @@ int play(CommandSource& source, ScenarioPlayer& player)
     Command current;
     while (stopRequested == 0 && !player.hasEnded()) {
         player.host().printWrites();
-        if (player.isWaiting()) {
-            source.sleep(kPollInterval);
+        if (player.updateWait()) {
+            source.waitForInput(kPollInterval);
             continue;
         }
         if (player.failure())
@@ -78,7 +78,7 @@ int play(CommandSource& source, ScenarioPlayer& player)
         }
         if (source.hasEnded())
             return 0;
-        source.sleep(kPollInterval);
+        source.waitForInput(kPollInterval);
     }
     return 0;
 }

@@ -35,7 +35,7 @@ Printed renamed(const Client& client, const std::string& before)
 
 Printed parameterEvent(int number, float value)
 {
-    if (number != LIPC::eHostMessage) {
+    if (number != LIPC::kStatusNumberParameter) {
         const auto shown = printedParameter(number, value);
         return event("parameter", shown.text, {{"parameter", shown.json}});
     }
@@ -75,7 +75,7 @@ bool isReported(const AgentRecord* before, const AgentRecord& now, int number)
     const auto index = static_cast<std::size_t>(number);
     const float value = now.parameters[index];
     if (before == nullptr)
-        return value != 0 || (!parameterName(number).empty() && number != LIPC::eHostMessage);
+        return value != 0 || (!parameterName(number).empty() && number != LIPC::kStatusNumberParameter);
     return std::bit_cast<std::uint32_t>(value) != std::bit_cast<std::uint32_t>(before->parameters[index]);
 }
 

@@ -19,7 +19,7 @@ using Kest::Settings::setting;
 
 std::string_view parameterName(int number)
 {
-    if (number == LIPC::eHostMessage)
+    if (number == LIPC::kStatusNumberParameter)
         return "HostMessage";
     const auto found = std::ranges::find(kParameterSettings, number, &Setting::number);
     return found == kParameterSettings.end() ? "" : found->name;
@@ -32,7 +32,7 @@ std::string_view textName(int number)
 
 std::string parameterMeaning(int number, float value)
 {
-    if (number == LIPC::eHostMessage)
+    if (number == LIPC::kStatusNumberParameter)
         return messageMeaning(LIPC::round(value));
     if (number != setting("PhysMonConfig").number)
         return "";

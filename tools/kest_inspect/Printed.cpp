@@ -67,14 +67,14 @@ void addParameters(const AgentRecord& agent, Printed& out)
     auto& parameters = out.json["parameters"] = Json::array();
     for (int i = 0; i < LIPC::ClientEntry::kParameters; ++i) {
         const float value = agent.parameters[static_cast<std::size_t>(i)];
-        const auto byDefault = defaultOf(i);
-        if (parameterName(i).empty() && !byDefault && value == 0)
+        const auto defaultValue = defaultOf(i);
+        if (parameterName(i).empty() && !defaultValue && value == 0)
             continue;
         out.text += row(i, column(std::string(parameterName(i)), 26) + " " + column(printable(value), 8) +
-                               " " + column(byDefault ? "default " + printable(*byDefault) : "", 12) + " " +
-                               parameterMeaning(i, value));
+                               " " + column(defaultValue ? "default " + printable(*defaultValue) : "", 12) +
+                               " " + parameterMeaning(i, value));
         parameters.push_back(printedParameter(i, value).json);
-        parameters.back()["default"] = byDefault ? jsonNumber(*byDefault) : Json();
+        parameters.back()["default"] = defaultValue ? jsonNumber(*defaultValue) : Json();
     }
 }
 

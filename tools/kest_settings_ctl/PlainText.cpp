@@ -6,19 +6,19 @@ namespace KestSettingsCtl {
 namespace {
 
 template <typename Value>
-Value member(const Json& object, const char* name, Value byDefault)
+Value member(const Json& object, const char* name, Value defaultValue)
 {
     const auto found = object.find(name);
     if (found == object.end())
-        return byDefault;
+        return defaultValue;
     const auto* value = found->get_ptr<const Value*>();
-    return value == nullptr ? byDefault : *value;
+    return value == nullptr ? defaultValue : *value;
 }
 
 std::string text(const Json& object, const char* name) { return member(object, name, std::string()); }
-bool flag(const Json& object, const char* name, bool byDefault = false)
+bool flag(const Json& object, const char* name, bool defaultValue = false)
 {
-    return member(object, name, byDefault);
+    return member(object, name, defaultValue);
 }
 
 const Json& itemsOf(const Json& item)

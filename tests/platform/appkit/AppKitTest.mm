@@ -68,14 +68,14 @@ bool isSame(NSMenuItem* item, const App::ItemProperties& wanted)
     if (wanted.separator)
         return [item isSeparatorItem];
     auto* shown = (NSMenuItem<KestMacMenuItem>*)item;
-    const bool hasView = wanted.view && AppKit::itemsCanHaveViews();
+    const bool hasView = wanted.encoding && AppKit::itemsCanHaveViews();
     auto* row = (KestEncodingRow*)(AppKit::itemsCanHaveViews() ? [shown view] : nil);
     if (hasView != (row != nil) || (AppKit::itemsCanHide() && [shown isHidden] != wanted.hidden))
         return false;
-    if (hasView && (text([[row nameLabel] stringValue]) != wanted.view->title() ||
-                    text([[row percentageLabel] stringValue]) != wanted.view->percentText()))
+    if (hasView && (text([[row nameLabel] stringValue]) != wanted.encoding->title() ||
+                    text([[row percentageLabel] stringValue]) != wanted.encoding->percentText()))
         return false;
-    return text([shown title]) == (wanted.view && !hasView ? plainLabel(wanted) : wanted.title) &&
+    return text([shown title]) == (wanted.encoding && !hasView ? plainLabel(wanted) : wanted.title) &&
            [shown tag] == wanted.tag && ([shown state] == NSControlStateValueOn) == wanted.on &&
            [shown isEnabled] == wanted.enabled && isRed(shown) == wanted.red &&
            sel_isEqual([shown action], @selector(chooseItem:)) == (wanted.action != App::Action::none);

@@ -157,7 +157,7 @@ TEST_F(ControlTest, ClientsAreLimited)
 
 TEST_F(ControlTest, WatcherThatLeavesTooManyBytesUnreadIsDropped)
 {
-    serve({.unreadBytes = 50'000, .unreadTime = 1h});
+    serve({.maxUnsentBytes = 50'000, .maxStallTime = 1h});
     const auto watcher = connected();
     EXPECT_EQ(reply(watcher, kWatch), kDone);
     EXPECT_TRUE(agent.pumpUntil([&] {
@@ -171,7 +171,7 @@ TEST_F(ControlTest, WatcherThatLeavesTooManyBytesUnreadIsDropped)
 
 TEST_F(ControlTest, ClientThatReadsNothingForTooLongIsDropped)
 {
-    serve({.unreadTime = 300ms});
+    serve({.maxStallTime = 300ms});
     const auto peer = connected();
     std::string requests;
     for (int i = 0; i < 1000; ++i)

@@ -38,7 +38,7 @@ TEST(ItemProperties, ContainWhatIsNotTheDefaultAsTextThatTheBusAccepts)
     const auto properties = [](ItemProperties item) {
         return itemProperties({1, std::move(item), false, {}});
     };
-    EXPECT_THAT(properties({.tag = 7, .enabled = false, .view = {{"", 42}}}),
+    EXPECT_THAT(properties({.tag = 7, .enabled = false, .encoding = {{"", 42}}}),
                 UnorderedElementsAre(Pair("label", Value("Process 7  42%")), Pair("enabled", Value(false))));
     EXPECT_THAT(properties({.hidden = true, .separator = true}),
                 UnorderedElementsAre(Pair("type", Value("separator")), Pair("visible", Value(false))));

@@ -189,9 +189,9 @@ TEST_F(MenuScreenTest, RowsShowStateAndProgressInExactlyTheirWidth)
     const auto row = [](ItemProperties item) { return rowText(leaf(1, std::move(item)), false, 40, kAscii); };
     EXPECT_EQ(row({.title = "Ch\u00E8ur", .mark = Kest::App::Mark::radio, .enabled = false, .red = true}),
               "  ( ) Ch?ur (not available) (greyed)    ");
-    EXPECT_EQ(row({.view = {{"Film", 50}}}), "  Film             [######......]  50%  ");
-    EXPECT_EQ(row({.view = {{"Film", {}}}}), "  Film                                  ");
-    EXPECT_EQ(row({.view = {{std::string(50, 'x'), 250}}}), "  xxxxxxxxxxxxxxx~ [############] 100%  ");
+    EXPECT_EQ(row({.encoding = {{"Film", 50}}}), "  Film             [######......]  50%  ");
+    EXPECT_EQ(row({.encoding = {{"Film", {}}}}), "  Film                                  ");
+    EXPECT_EQ(row({.encoding = {{std::string(50, 'x'), 250}}}), "  xxxxxxxxxxxxxxx~ [############] 100%  ");
 
     const Glyphs unicode;
     EXPECT_EQ(cellWidth("e\u0301\u6F22"), 3);
