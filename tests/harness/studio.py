@@ -5,7 +5,7 @@ import os
 import re
 import subprocess
 
-from harness.processes import Program, wait_until
+from harness.processes import TIMEOUT, Program, wait_until
 
 FIFO = "/tmp/kest_settings_enc_progress_fifo"
 SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
@@ -28,7 +28,8 @@ def agents():
 
 def run(name, *arguments, text=""):
     """Runs a program of the build with `text` as its input: its exit status, output and errors."""
-    ended = subprocess.run([program(name), *arguments], input=text, capture_output=True, text=True, check=False)
+    ended = subprocess.run([program(name), *arguments], input=text, capture_output=True, text=True, check=False,
+                           timeout=TIMEOUT)
     return ended.returncode, ended.stdout, ended.stderr
 
 
