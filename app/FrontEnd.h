@@ -23,7 +23,7 @@ public:
     /// Queues a job for the main thread, which runs jobs in the order of these calls. Jobs that have not run
     /// when the loop ends are dropped. Any thread.
     virtual void post(std::function<void()> job) = 0;
-    /// Called after a batch of changes if the menu differs. During a long batch, also called each time that
+    /// Called at the end of each batch that changed the menu. During a long batch, also called each time that
     /// more than 2000 changes are recorded, which bounds the memory. Main thread.
     virtual void menuChanged(const MenuChanges& changes) = 0;
     /// Called after `KestSettingsAppDelegate::hostState` has changed and the menu is updated. Does nothing by

@@ -11,8 +11,8 @@ namespace Kest::App {
 
 constexpr std::string_view kPathSeparator = " > ";
 
-/// Returns whether the item itself is neither hidden nor a separator. A listed item has a path if all items
-/// whose submenus contain it are listed too.
+/// Returns whether the item itself is neither hidden nor a separator. It has a path only if the items above
+/// it are listed too; this function does not check those.
 inline bool isListed(const ItemProperties& item) { return !item.hidden && !item.separator; }
 
 /// An item and its unique path. If a menu has several listed items with the same name, their names in the
@@ -32,9 +32,10 @@ struct FoundItem {
     std::string nearest{}; // if `item` is null: the path of the most similar item; empty if none is similar
 };
 
-/// Finds the item with a path. An exact match has priority; otherwise letter case is ignored. `item` is null
-/// if no item matches, if several paths differ only in case, or if the path contains, without its number, a
-/// name that several items of a menu have.
+/// Finds the item with a path. An exact match has priority; otherwise letter case is ignored. Finds no item
+/// if nothing matches, if several paths match without regard to case and none exactly, or if the path lacks
+/// the
+/// "#N" of a name that several items of a menu have.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

@@ -34,16 +34,17 @@ public:
     KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
 
-    // Start and end. Call these functions once each, in this order.
+    // Start and end. Call `awakeFromNib`, check `startError`, then call the other two, each once.
     /// Loads the menu, calls the front end's `showStatusItem`, and starts the Backend. Shows the stored
-    /// settings and writes them to the settings file and the host, except Solo Mode and the facility.
+    /// settings. Passes all of them except Solo Mode and the facility to the Backend, as a choice does: a
+    /// running host gets them, and the settings file gets the defaults that it lacks.
     void awakeFromNib();
     /// Returns 0, or an errno if the Backend could not start in `awakeFromNib`. After a failure, only the
     /// destructor may be called.
     int startError() const;
     /// Shows the host's state and fills the bus menu, which always contains "Main Bus".
     void applicationDidFinishLaunching();
-    /// Destroys the observer, waits for running aborts as `AbortJobs::end` does, destroys the Backend with
+    /// Destroys the observer, waits up to 1.2 seconds for running aborts, destroys the Backend with
     /// its threads, and unloads the launch agent.
     void applicationWillTerminate();
 
@@ -63,8 +64,9 @@ public:
     void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
     // For the Backend.
-    /// Stores a message in the message slot. Returns true if the slot was empty: then the caller must post a
-    /// job that calls `handleQueuedMsgFromBackend`. Any thread.
+    /// Stores a message in the message slot, in place of one that is not handled yet; see `MessageSlot`.
+    /// Returns true if the slot was empty: then the caller must post a job that calls
+    /// `handleQueuedMsgFromBackend`. Any thread.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
     /// Handles the message in the slot, and those that arrive meanwhile, until the slot is empty.
     void handleQueuedMsgFromBackend();

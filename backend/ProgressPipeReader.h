@@ -25,20 +25,21 @@ public:
     /// Returns whether `make` must be called: at the start, and after `check` has requested a new pipe.
     bool isMakeRequested() const { return isRequested; }
 
-    /// Creates the pipe and opens it; any other file at the path is removed, without following a link. Prints
-    /// the path when the pipe is created for the first time. Prints a line when it removes a file or cannot
-    /// create the pipe; successive calls do not repeat the line. Returns false on failure. An earlier pipe is
-    /// read until the last encoder closes it; at most 64 earlier pipes are kept.
+    /// Creates a new pipe at the path and opens it. First removes any file there, also the pipe of another
+    /// process; of a link it removes the link. Prints the path when the pipe is created for the first time.
+    /// Prints a line when it removes a file or cannot create the pipe, but not in successive calls. Returns
+    /// false on failure. An earlier pipe is read until the last encoder closes it. At most 64 earlier pipes
+    /// are kept: then the oldest is closed.
     bool make();
 
-    /// Requests a new pipe and interrupts `read` if the pipe is not at its path any more. If another process
+    /// If the pipe is no longer at its path, requests a new pipe and interrupts `read`. If another process
     /// reads a pipe at the path, `PipeRivalry` may delay the request. Called once a second.
     void check();
 
     /// Returns how many times in succession another process has replaced the pipe, see `PipeRivalry::losses`.
     int lossesToAnother() const;
 
-    /// Interrupts `read`, and writes the line "bla" into the pipe if there is one.
+    /// Interrupts `read`. Also writes the line "bla" into the pipe if there is one; readers ignore that line.
     void wake();
 
     /// Returns the reading descriptor of the current pipe; -1 before the pipe is created.
@@ -51,8 +52,8 @@ public:
         std::string_view bytes;
         bool hasFailed = false; // reading has failed: stop calling `read`
     };
-    /// Returns the next bytes of any pipe. If there are none, waits for bytes or a wake-up, then returns no
-    /// bytes: call `read` again. Also waits while there is no pipe.
+    /// Returns the next bytes of any pipe. If there are none, or there is no pipe, waits for bytes or an
+    /// interruption, then returns no bytes; the next call returns the bytes.
     Piece read();
 
     /// Closes all pipes. Removes the current pipe if it is still at its path. Afterwards `check` does
@@ -87,7 +88,7 @@ private:
     std::array<char, 4096> buffer{};          // PIPE_BUF on Linux
 
     const WakeUp wakeUp;
-    std::atomic<bool> isRequested = true; // set until `make` ends: `check` then does not test the path
+    std::atomic<bool> isRequested = true; // true until `make` ends; `check` does not test the path meanwhile
 
     mutable Mutex mutex;
     const Pipe* current KEST_GUARDED_BY(mutex) = nullptr; // the last of `pipes`

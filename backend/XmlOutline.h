@@ -8,13 +8,14 @@
 
 namespace Kest::Settings {
 
-/// Contains the names, attributes and texts of a document in their order. Compare two outlines with `==`.
+/// Contains the names, attributes and texts of a document in their order. Blanks, tabs and line ends in texts
+/// and attribute values are left out, because XML parsers treat them differently. Compare two outlines with
+/// `==`.
 class XmlOutline {
 public:
     void beginElement(std::string_view tag);
     void addAttribute(std::string_view name, std::string_view value);
-    /// Adds text; several calls in succession add one text. Ignores blanks, tabs and line ends, also in
-    /// attribute values, because XML parsers treat them differently.
+    /// Adds text. The texts of successive calls are joined.
     void addText(std::string_view text);
     void endElement();
 

@@ -7,7 +7,8 @@
 namespace LIPC {
 
 /// Contains a name of at most 64 characters, padded with NULs to 65 bytes, so that a name of 64 characters is
-/// terminated too. In shared memory another process may write any 65 bytes.
+/// terminated too. Do not rely on the terminator in shared memory: another process can overwrite all 65
+/// bytes.
 class ClientID {
 public:
     static constexpr std::size_t kCharacters = 64;

@@ -9,9 +9,9 @@ namespace LIPC {
 /// has another key, so no client finds the segment any more. Not synchronised.
 class KeyFileWatch {
 public:
-    /// Checks `attachment`, the newest of a sequence of attachments to the same segment name. Returns true
-    /// once for each removal of the key file: `attachment` has another key and found no segment, while the
-    /// segment of the last successful attachment still exists. Returns false otherwise.
+    /// Call with each new attachment to the segment; the name of the segment must always be the same. Returns
+    /// true if `attachment` has another key and found no segment, although the segment of the last successful
+    /// attachment still exists. Returns true only once for each removal of the key file.
     bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:

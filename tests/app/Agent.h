@@ -99,14 +99,14 @@ public:
     /// With a settings file of these values; without values there is no file.
     explicit AgentOn(const std::map<std::string, std::string>& settings = {},
                      App::AbortJobs::Abort abortOne = App::abortEncoder)
-        : delegate(frontEnd, workspace, place.paths, std::chrono::milliseconds(5), std::move(abortOne))
+        : delegate(frontEnd, workspace, system.paths, std::chrono::milliseconds(5), std::move(abortOne))
     {
         juce::StringPairArray values;
         for (const auto& [key, value] : settings)
             values.set(key, value);
-        std::filesystem::create_directories(place.paths.settingsFolder);
+        std::filesystem::create_directories(system.paths.settingsFolder);
         if (!settings.empty())
-            writeFile(place.paths.settingsFile(), Settings::settingsText(values));
+            writeFile(system.paths.settingsFile(), Settings::settingsText(values));
     }
     void start()
     {
@@ -149,7 +149,7 @@ public:
     /// The value in the settings file; "absent" when the key is not there.
     std::string stored(const std::string& key) const
     {
-        const auto values = Settings::readSettingsText(readFile(place.paths.settingsFile()));
+        const auto values = Settings::readSettingsText(readFile(system.paths.settingsFile()));
         return values ? values->getValue(key, "absent").toStdString() : "absent";
     }
 
@@ -167,11 +167,11 @@ public:
     }
     bool send(const std::string& lines) const
     {
-        return Encoder(place.paths.encodingProgressFifo).write(lines);
+        return Encoder(system.paths.encodingProgressFifo).write(lines);
     }
     const App::MenuItem* entry(int pid) const { return at("Encoding History").submenu()->itemWithTag(pid); }
 
-    TestPaths place;
+    TestPaths system;
     FrontEnd frontEnd;
     FakeWorkspace workspace;
     FakeDelegate delegate;

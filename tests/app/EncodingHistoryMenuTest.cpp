@@ -27,7 +27,7 @@ TEST(EncodingName, HasNoTag)
     EXPECT_EQ(plainLabel({.tag = 7, .encoding = EncodingState{encodingName("_xyz"), {}, true}}), " - Failed");
 }
 
-// In place of ending encoders and deleting folders. Its threads may outlive the test.
+// Replaces ending encoders and deleting folders. Its threads may outlive the test.
 struct FakeAborts {
     std::string abortOne(const AbortRequest& request, const std::atomic<bool>& stop)
     {

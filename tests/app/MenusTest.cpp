@@ -35,7 +35,7 @@ public:
     Strings facilities(const Strings& installed)
     {
         for (const auto& name : installed)
-            fs::create_directories(place.paths.facilitiesFolder + "/" + name);
+            fs::create_directories(system.paths.facilitiesFolder + "/" + name);
         open(kFacilities);
         return items(kFacilities);
     }
@@ -58,7 +58,7 @@ public:
         return host.textAt(3458152);
     }
 
-    RawSegment& host = place.startHost();
+    RawSegment& host = system.startHost();
 
 private:
     static std::size_t byteOf(const Setting& setting)
@@ -205,7 +205,7 @@ TEST(Services, StartTheirPrograms)
     Agent agent;
     agent.start();
     EXPECT_EQ(agent.frontEnd.imageName, "Kestronics_Logo_19px");
-    const auto& paths = agent.place.paths;
+    const auto& paths = agent.system.paths;
     fs::remove(paths.lastUserFile);
     agent.workspace.whenRun = [&] { EXPECT_TRUE(fs::exists(paths.lastUserFile)); };
     for (const char* path : {"Restart Host Service", "Restart Host Service", "Architecture/32 Bit",
@@ -230,12 +230,12 @@ TEST(Delegate, EndsTheBackendBeforeItUnloadsTheLaunchAgentAndIgnoresWhatArrivesB
     agent.delegate.menuWillOpen(1);
     agent.delegate.receivedMsgFromBackend(50, 4711, "Film_Mix");
     agent.delegate.applicationWillTerminate();
-    const auto unload = "run /bin/launchctl unload " + agent.place.paths.launchAgent;
+    const auto unload = "run /bin/launchctl unload " + agent.system.paths.launchAgent;
     EXPECT_THAT(agent.workspace.asked, ElementsAre(unload));
 
     agent.start();
     EXPECT_EQ(agent.entry(4711), nullptr);
-    const auto& fifo = agent.place.paths.encodingProgressFifo;
+    const auto& fifo = agent.system.paths.encodingProgressFifo;
     ASSERT_TRUE(agent.report(4712, ""));
     agent.workspace.whenRun = [&] { EXPECT_FALSE(fs::exists(fifo)); };
     msg_from_backend_callback(&agent.delegate, 2, 0, ""); // its job runs after the end

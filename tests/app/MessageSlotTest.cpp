@@ -103,13 +103,13 @@ TEST_F(BackendMessages, AreAlsoAStateThatHoldsUntilTheHostStops)
             return host.presence == presence && host.message == message;
         });
     };
-    auto& host = agent.place.startHost();
+    auto& host = agent.system.startHost();
     ASSERT_TRUE(becomes(HostPresence::present, 0));
     host.put(RawSegment::slot(TestPaths::kAgentSlot) + 300, 5.0F);
     ASSERT_TRUE(agent.report(4711, ""));
     ASSERT_TRUE(becomes(HostPresence::present, 5));
     EXPECT_EQ(agent.frontEnd.hostChanges, 2);
-    agent.place.stopHost();
+    agent.system.stopHost();
     ASSERT_TRUE(becomes(HostPresence::absent, 0));
     EXPECT_EQ(agent.frontEnd.hostChanges, 3);
     EXPECT_LE(agent.frontEnd.changes, changes + 1) << "for the encoding, and none for the host";

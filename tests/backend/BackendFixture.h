@@ -41,7 +41,7 @@ protected:
     void start(std::chrono::nanoseconds period = 5ms)
     {
         backend.reset();
-        backend = std::make_unique<Settings::Backend>(place.paths, period);
+        backend = std::make_unique<Settings::Backend>(system.paths, period);
         running = backend.get();
         backend->messageContext = this;
         backend->hostStateCallback = [](void* context) { ++static_cast<BackendTest*>(context)->hostChanges; };
@@ -62,12 +62,12 @@ protected:
         return std::exchange(messages, {});
     }
     /// Returns when so many whole passes of the monitor have ended that began after this call: each begins by
-    /// emptying the session's marker file.
+    /// emptying the session's key file.
     void awaitPasses(int count = 1) const
     {
         for (int beginning = 0; beginning <= count; ++beginning) {
-            writeFile(marker, "waiting");
-            EXPECT_TRUE(eventually([&] { return fs::file_size(marker) == 0; }));
+            writeFile(keyFile, "waiting");
+            EXPECT_TRUE(eventually([&] { return fs::file_size(keyFile) == 0; }));
         }
     }
     std::vector<std::string> busNames() const
@@ -78,17 +78,17 @@ protected:
     }
     std::string sessionBytes() const
     {
-        return {reinterpret_cast<const char*>(place.session->bytes()), RawSegment::kSessionBytes};
+        return {reinterpret_cast<const char*>(system.session->bytes()), RawSegment::kSessionBytes};
     }
     static std::size_t agentByte(std::size_t offset)
     {
         return RawSegment::slot(TestPaths::kAgentSlot) + offset;
     }
 
-    TestPaths place;
-    const std::string fifo = place.paths.encodingProgressFifo;
-    const std::string marker = place.sessionMarker.marker;
-    const std::string file = place.paths.settingsFile();
+    TestPaths system;
+    const std::string fifo = system.paths.encodingProgressFifo;
+    const std::string keyFile = system.sessionKeyFile.path;
+    const std::string file = system.paths.settingsFile();
     std::atomic<int> hostChanges = 0;
     std::unique_ptr<Settings::Backend> backend; // ends before the messages
 };

@@ -69,7 +69,7 @@ TEST_F(EncodingProgress, DropsLinesAndRefusesValuesThatAreTooLong)
 
 TEST_F(EncodingProgress, HasItsPipeWhateverIsAtItsPath)
 {
-    const auto target = place.folder / "target";
+    const auto target = system.folder / "target";
     writeFile(target, "kept");
     const std::function<void()> others[] = {
         [] {},
@@ -140,11 +140,11 @@ TEST_F(EncodingProgress, IsReadFromAnEarlierPipeWhileItsPathIsOccupied)
 {
     // The pipe may be created again after its removal: then the folder cannot be moved there.
     const auto occupyPath = [this] {
-        fs::create_directories(place.folder / "folder/in it");
+        fs::create_directories(system.folder / "folder/in it");
         EXPECT_TRUE(eventually([this] {
             std::error_code failure;
             fs::remove(fifo, failure);
-            fs::rename(place.folder / "folder", fifo, failure);
+            fs::rename(system.folder / "folder", fifo, failure);
             return !failure;
         }));
     };

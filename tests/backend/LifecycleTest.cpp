@@ -16,7 +16,7 @@ using Lifecycle = BackendTest;
 
 TEST_F(Lifecycle, CreatesItsPipeOnceAndEndsWithinASecond)
 {
-    place.startHost();
+    system.startHost();
     captureErrors();
     for (int i = 0; i < 200; ++i) {
         start(i % 2 == 0 ? 1us : std::chrono::nanoseconds(1h)); // monitor and pipe thread begin at once
@@ -32,8 +32,8 @@ TEST_F(Lifecycle, CreatesItsPipeOnceAndEndsWithinASecond)
 
 TEST_F(Lifecycle, WritesTheLastUserIntoItsOwnFileThatEverybodyMayOverwrite)
 {
-    const auto user = place.paths.lastUserFile;
-    const auto target = place.folder / "target";
+    const auto user = system.paths.lastUserFile;
+    const auto target = system.folder / "target";
     const auto errorsOf = [](const std::string& path) {
         captureErrors();
         Backend::save_username(path);
@@ -53,8 +53,8 @@ TEST_F(Lifecycle, WritesTheLastUserIntoItsOwnFileThatEverybodyMayOverwrite)
     fs::remove(user);
     fs::create_symlink(target, user);
     EXPECT_EQ(std::ranges::count(errorsOf(user), '\n'), 1);
-    EXPECT_EQ(errorsOf(place.folder / "absent/lastuser.txt"), "");
-    EXPECT_THAT(errorsOf(place.folder.path()), HasSubstr("not written: Is a directory\n"));
+    EXPECT_EQ(errorsOf(system.folder / "absent/lastuser.txt"), "");
+    EXPECT_THAT(errorsOf(system.folder.path()), HasSubstr("not written: Is a directory\n"));
     umask(umaskBefore);
     EXPECT_EQ(readFile(target), "kept");
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
@@ -79,7 +79,7 @@ TEST(HomeFolder, IsAnAbsolutePathThatCanBeUsed)
 TEST_F(Lifecycle, IdentifiesAProcessByItsNumberAndItsStartTime)
 {
     const auto now = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ns; };
-    const auto program = place.folder / ") R 1 (a b"; // the system writes this name in parentheses
+    const auto program = system.folder / ") R 1 (a b"; // the system writes this name in parentheses
     fs::copy_file("/bin/sleep", program);
     const auto before = now();
     Sleeper sleeper(program);
@@ -96,7 +96,7 @@ TEST_F(Lifecycle, IdentifiesAProcessByItsNumberAndItsStartTime)
 TEST_F(Lifecycle, FindsWhoHasAPipeOpenByTheFileNotItsName)
 {
     const auto self = identifyProcess(getpid());
-    const std::string old = place.folder / "old";
+    const std::string old = system.folder / "old";
     mkfifo(fifo.c_str(), 0600);
     EXPECT_FALSE(hasOpen(self, fifo));
     const int pipe = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -106,7 +106,7 @@ TEST_F(Lifecycle, FindsWhoHasAPipeOpenByTheFileNotItsName)
     mkfifo(fifo.c_str(), 0600);
     EXPECT_TRUE(!hasOpen(self, fifo) && hasOpen(self, old));
     close(pipe);
-    EXPECT_FALSE(hasOpen(self, old) || hasOpen(self, place.folder / "none"));
+    EXPECT_FALSE(hasOpen(self, old) || hasOpen(self, system.folder / "none"));
 }
 
 TEST(EndProcess, EndsExactlyThisOne)

@@ -14,7 +14,7 @@ constexpr std::size_t kDefaultBus = 3458152;
 
 class SessionMonitor : public BackendTest {
 protected:
-    void post(float message) { place.session->put(agentByte(300), message); }
+    void post(float message) { system.session->put(agentByte(300), message); }
     bool reaches(HostPresence presence) const
     {
         return eventually([&] { return backend->hostState().presence == presence; });
@@ -23,7 +23,7 @@ protected:
 
 TEST_F(SessionMonitor, SendsEachNewMessageOfTheHostOnceAndRounded)
 {
-    place.startHost();
+    system.startHost();
     start();
     for (const float message : {NAN, INFINITY, -1e20F, -7.0F, -7.0F, 1.0F, 2.6F, 3.4F, -2.5F, 0.4F}) {
         post(message);
@@ -41,7 +41,7 @@ TEST_F(SessionMonitor, SendsEachNewMessageOfTheHostOnceAndRounded)
 
 TEST_F(SessionMonitor, ReportsABusOnceThatIsNewRenamedReplacedOrGone)
 {
-    auto& session = place.startHost();
+    auto& session = system.startHost();
     start();
     const std::function<void()> changes[] = {
         [&] { session.putBus(10, "bus-1", "Bus A"); },
@@ -59,7 +59,7 @@ TEST_F(SessionMonitor, ReportsABusOnceThatIsNewRenamedReplacedOrGone)
 
 TEST_F(SessionMonitor, ShowsTheOtherBusesWhileOneIsRenamedAllTheTime)
 {
-    auto& session = place.startHost();
+    auto& session = system.startHost();
     std::atomic<bool> isDone = false;
     session.putBus(10, "bus-1", "AAAA");
     std::thread renaming([&] {
@@ -82,7 +82,7 @@ TEST_F(SessionMonitor, FollowsAHostThatStartsEndsAndRestartsBetweenTwoPasses)
 {
     start(50ms);
     EXPECT_EQ(backend->hostState(), HostState());
-    place.startHost().putBus(10, "bus-1", "Dialog");
+    system.startHost().putBus(10, "bus-1", "Dialog");
     EXPECT_THAT(received(1), ElementsAre(kBusListChanged));
     post(-7);
     EXPECT_THAT(received(1), ElementsAre("-7 0 ''"));
@@ -90,41 +90,41 @@ TEST_F(SessionMonitor, FollowsAHostThatStartsEndsAndRestartsBetweenTwoPasses)
     const int changesBefore = hostChanges;
     EXPECT_EQ(before.message, -7);
 
-    place.startHost().putBus(10, "bus-1", "Dialog");
+    system.startHost().putBus(10, "bus-1", "Dialog");
     post(-7);
     EXPECT_TRUE(eventually([&] {
         const auto host = backend->hostState();
         return host.session != before.session && host.message == -7;
     }));
     EXPECT_GT(hostChanges, changesBefore);
-    place.stopHost();
+    system.stopHost();
     EXPECT_TRUE(eventually([&] { return backend->hostState() == HostState(); }));
     EXPECT_THAT(received(), ElementsAre()) << "neither the same number nor the end is a message";
     EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Dialog"));
-    place.startHost(); // with no bus, and message 0
+    system.startHost(); // with no bus, and message 0
     EXPECT_THAT(received(2), testing::UnorderedElementsAre(kBusListChanged, "0 0 ''"));
 }
 
-TEST_F(SessionMonitor, ChecksAWordSizeUntilItIsPublishedAndRefreshesTheMarkersOfARefusedHost)
+TEST_F(SessionMonitor, ChecksAWordSizeUntilItIsPublishedAndRefreshesTheKeyFilesOfARefusedHost)
 {
-    const auto& session = place.startHost(0);
+    const auto& session = system.startHost(0);
     start();
     ASSERT_TRUE(reaches(HostPresence::present));
-    place.publish(64);
+    system.publish(64);
     awaitPasses();
-    place.publish(32); // too late: it was accepted
+    system.publish(32); // too late: it was accepted
     awaitPasses();
     backend->setSoloMode(1);
-    place.publish(0);
+    system.publish(0);
     start(1us);
     ASSERT_TRUE(reaches(HostPresence::present));
     const int before = hostChanges;
-    place.publish(32);
+    system.publish(32);
     EXPECT_TRUE(reaches(HostPresence::refused));
     EXPECT_TRUE(eventually([&] { return hostChanges == before + 1; }));
     backend->setSoloMode(2);
     EXPECT_EQ(session.at<float>(agentByte(160)), 1);
-    for (const auto& name : {place.versionMarker.marker, marker}) {
+    for (const auto& name : {system.versionKeyFile.path, keyFile}) {
         const auto old = fs::file_time_type::clock::now() - 2h;
         fs::last_write_time(name, old);
         ASSERT_TRUE(eventually([&] { return fs::last_write_time(name) > old; })) << name;
@@ -133,18 +133,18 @@ TEST_F(SessionMonitor, ChecksAWordSizeUntilItIsPublishedAndRefreshesTheMarkersOf
 
 TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByteAndReportsTwoOfOneNameInEveryPass)
 {
-    auto& session = place.startHost();
+    auto& session = system.startHost();
     const std::string macRoman = "\x8E\x9F\xCA"; // bytes that are not UTF-8
-    const std::string longest(64, 'L');          // no room for a terminator
+    const std::string fullLength(64, 'L');       // no room for a terminator
     int slot = 20;
-    for (const auto& label : {"Zeta"s, macRoman, "alpha"s, "Main Bus"s, longest, "Alpha"s, "Main"s})
+    for (const auto& label : {"Zeta"s, macRoman, "alpha"s, "Main Bus"s, fullLength, "Alpha"s, "Main"s})
         session.putBus(--slot, "id of " + label, label);
     session.putBus(20, "another id", "Zeta");
     start();
     EXPECT_THAT(received(6), testing::Each(kBusListChanged));
-    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Alpha", longest, "Main", "Zeta", "alpha", macRoman));
+    EXPECT_THAT(busNames(), ElementsAre("Main Bus", "Alpha", fullLength, "Main", "Zeta", "alpha", macRoman));
 
-    for (const auto& name : {macRoman, longest, "Zeta"s, "Main Bus"s}) {
+    for (const auto& name : {macRoman, fullLength, "Zeta"s, "Main Bus"s}) {
         std::fill_n(session.bytes() + kDefaultBus, 65, static_cast<unsigned char>(0xEE));
         auto wanted = sessionBytes();
         auto id = ("id of " + name).substr(0, 64);
@@ -156,9 +156,9 @@ TEST_F(SessionMonitor, ListsTheMainBusFirstAndTheOthersByByteAndReportsTwoOfOneN
     for (const char* none : {static_cast<const char*>(nullptr), "Music", "", "bus"})
         backend->setDefaultKestBus(none);
     EXPECT_EQ(session.textAt(kDefaultBus), "id of Main Bus");
-    place.stopHost();
+    system.stopHost();
     backend->setDefaultKestBus("Zeta"); // without a host, and not remembered
-    EXPECT_EQ(place.startHost().textAt(kDefaultBus), "");
+    EXPECT_EQ(system.startHost().textAt(kDefaultBus), "");
 }
 
 } // namespace

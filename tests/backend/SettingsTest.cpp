@@ -61,7 +61,7 @@ protected:
     /// Starts with a settings file of this text, and nothing else in its folder.
     void startWith(const std::string& text)
     {
-        fs::remove_all(place.paths.settingsFolder);
+        fs::remove_all(system.paths.settingsFolder);
         start();
         writeFile(file, text);
     }
@@ -75,7 +75,7 @@ protected:
 
 TEST_F(SettingsStore, WritesEachChoiceIntoTheFileAndThenIntoItsParameterAlone)
 {
-    auto& session = place.startHost();
+    auto& session = system.startHost();
     for (const auto& [setting, byte, initial, chosen] : kChoices) {
         SCOPED_TRACE(setting.key);
         const auto slot = agentByte(byte);
@@ -107,7 +107,7 @@ TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
 {
     for (const bool hasHost : {false, true}) {
         if (hasHost)
-            place.startHost().putText(agentByte(0), "AnotherAgent");
+            system.startHost().putText(agentByte(0), "AnotherAgent");
         const auto before = hasHost ? sessionBytes() : "";
         for (const int mode : {7, 1}) {
             backend->setSoloMode(mode);
@@ -116,9 +116,9 @@ TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
         EXPECT_TRUE(before == (hasHost ? sessionBytes() : "")) << "the session was written";
     }
     for (const int mode : {1, 7}) { // and again after a restart of the host
-        place.startHost();
+        system.startHost();
         backend->setSoloMode(mode);
-        EXPECT_EQ(place.session->at<float>(agentByte(160)), static_cast<float>(mode));
+        EXPECT_EQ(system.session->at<float>(agentByte(160)), static_cast<float>(mode));
     }
 }
 
@@ -157,8 +157,8 @@ TEST_F(SettingsStore, KeepsAChoiceThatCannotBeSavedUntilItCan)
 
 TEST_F(SettingsStore, WritesThroughALinkAndRemovesStaleFiles)
 {
-    const auto target = place.folder / "dotfiles.xml";
-    const auto stale = place.folder / "dotfiles_temp1f.xml";
+    const auto target = system.folder / "dotfiles.xml";
+    const auto stale = system.folder / "dotfiles_temp1f.xml";
     fs::create_symlink("../dotfiles.xml", file);
     writeFile(stale, "<PROP");
     for (const int mode : {7, 1}) {
@@ -258,7 +258,7 @@ TEST_F(SettingsStore, SavesNoFileWithAValueThatTheStoreCannotWrite)
 
 TEST_F(SettingsStore, KeepsAFacilityUnlessTheFileCannotContainIt)
 {
-    const auto& session = place.startHost();
+    const auto& session = system.startHost();
     int count = 0; // of texts in the host's record, which has two buffers for them
     for (const auto* name : {"<Studio>", "<Studio & Sons>", "<Studio> B", "<a/>", "a<b>&\"' \xc3\xa8\n"}) {
         backend->setFacility(juce::String::fromUTF8(name));

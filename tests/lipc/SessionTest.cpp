@@ -23,23 +23,23 @@ using namespace Kest::Test;
 class Segment : public testing::Test {
 protected:
     const std::string name = "TEST_SEGMENT_" + std::to_string(getpid());
-    const MarkerRemover remover{name};
-    const std::string& marker = remover.marker;
+    const KeyFileRemover remover{name};
+    const std::string& keyFile = remover.path;
     const TemporaryFolder folder;
 };
 
-TEST_F(Segment, HasAKeyOfAMarkerFileThatIsEmptiedAndRefreshed)
+TEST_F(Segment, HasTheKeyOfAFileThatIsEmptiedAndRefreshed)
 {
     const key_t key = LIPC::shmKey(name.c_str());
-    EXPECT_TRUE(key != -1 && key == ftok(marker.c_str(), 1));
-    writeFile(marker, "data");
+    EXPECT_TRUE(key != -1 && key == ftok(keyFile.c_str(), 1));
+    writeFile(keyFile, "data");
     EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
-    EXPECT_EQ(fs::file_size(marker), 0u);
+    EXPECT_EQ(fs::file_size(keyFile), 0u);
     const auto secondsOld = [&](int before) {
         const auto now = fs::file_time_type::clock::now();
-        fs::last_write_time(marker, now - std::chrono::seconds(before));
+        fs::last_write_time(keyFile, now - std::chrono::seconds(before));
         EXPECT_EQ(LIPC::shmKey(name.c_str()), key);
-        return (now - fs::last_write_time(marker)) / std::chrono::seconds(1);
+        return (now - fs::last_write_time(keyFile)) / std::chrono::seconds(1);
     };
     EXPECT_EQ(secondsOld(3000), 3000) << "an empty file was written again";
     EXPECT_LT(secondsOld(7200), 60) << "programs that clean /tmp remove it";
@@ -50,16 +50,16 @@ TEST_F(Segment, HasNoKeyOfALink)
     writeFile(folder / "target", "kept");
     captureErrors();
     for (const auto* target : {"target", "missing"}) {
-        fs::remove(marker);
-        fs::create_symlink(folder / target, marker);
+        fs::remove(keyFile);
+        fs::create_symlink(folder / target, keyFile);
         const LIPC::ShmManagedOpen<LIPC::VersionBuffer> open(name.c_str());
         EXPECT_TRUE(open.key == -1 && open.id == -1 && open.address == nullptr);
     }
     EXPECT_THAT(capturedErrors(), // once: it fails each second while the link is there
                 testing::MatchesRegex("[^\n]*shmKey Could not create key for shm object .ftok. ." + name +
                                       ".: [^\n]*\n"));
-    fs::remove(marker);
-    fs::create_hard_link(folder / "target", marker);
+    fs::remove(keyFile);
+    fs::create_hard_link(folder / "target", keyFile);
     EXPECT_NE(LIPC::shmKey(name.c_str()), -1);
     EXPECT_EQ(readFile(folder / "target"), "kept");
     EXPECT_FALSE(fs::exists(folder / "missing"));

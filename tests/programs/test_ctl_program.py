@@ -71,7 +71,7 @@ def test_socket_is_in_the_runtime_folder_if_only_the_user_can_write_it(start_age
     killed.signal(signal.SIGKILL)
     killed.status()
     assert (tmp_path / "kest-settings/socket").is_socket()
-    agent = start_agent()  # in place of the socket that was left
+    agent = start_agent()  # replaces the socket that was left
     agent.signal()
     assert agent.status() == 0
     tmp_path.chmod(0o777)

@@ -64,7 +64,7 @@ def test_at_every_system_call(bus, kind, row):
         name, number = calls[i]
         injection = ["-e", f"trace={name}", "-e", f"inject={name}:signal=SIGTERM:when={number}"]
         wrong, status = play(kind, injection, signal_if_untouched, 2)
-        if trace().count("--- SIGTERM") == 2:  # it came to that call in its end, and a second signal ends it at once
+        if trace().count("--- SIGTERM") == 2:  # the call was in its end, where a second signal kills it
             continue
         row.expect(not wrong, f"call {i}: {wrong}")
         row.expect(status == 0 or not 0 < handled < i - HANDLED_FROM, f"call {i}: killed although it handles signals")

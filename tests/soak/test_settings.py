@@ -68,7 +68,7 @@ def calls_of_a_choice(size, is_cut=False):
 
 
 def choose_within_all(row, commands, size, is_cut=False, statuses=(0, 3)):
-    """Makes a choice within each command, some at once. Returns how often each exit status came."""
+    """Makes a choice within each command, some at once. Returns the number of each exit status."""
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         outcomes = list(pool.map(lambda command: choose(command, size, is_cut, statuses), commands))
     for _, (command, (_, wrong)) in row.times(1, 1, zip(commands, outcomes)):

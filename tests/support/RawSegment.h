@@ -15,13 +15,13 @@ namespace Kest::Test {
 
 /// Removes a segment's key file. Outlives the segment: another test's file may then get the same inode, and
 /// with it the key.
-struct MarkerRemover {
-    explicit MarkerRemover(const std::string& name) : marker("/tmp/LIPC_" + name) {}
-    ~MarkerRemover() { unlink(marker.c_str()); }
-    MarkerRemover(const MarkerRemover&) = delete;
-    MarkerRemover& operator=(const MarkerRemover&) = delete;
+struct KeyFileRemover {
+    explicit KeyFileRemover(const std::string& name) : path("/tmp/LIPC_" + name) {}
+    ~KeyFileRemover() { unlink(path.c_str()); }
+    KeyFileRemover(const KeyFileRemover&) = delete;
+    KeyFileRemover& operator=(const KeyFileRemover&) = delete;
 
-    const std::string marker;
+    const std::string path;
 };
 
 class RawSegment {
@@ -31,9 +31,9 @@ public:
     /// Creates the segment of that name, all zeros.
     RawSegment(const std::string& name, std::size_t bytes)
     {
-        const auto marker = "/tmp/LIPC_" + name;
-        std::ofstream(marker, std::ios::app).close();
-        id = shmget(ftok(marker.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
+        const auto keyFile = "/tmp/LIPC_" + name;
+        std::ofstream(keyFile, std::ios::app).close();
+        id = shmget(ftok(keyFile.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
         void* const none = reinterpret_cast<void*>(-1);
         void* attached = shmat(id, freshAddress(bytes), 0);
         if (attached == none) // another thread was faster

@@ -46,8 +46,8 @@ struct TestPaths {
                                 .launchAgent = folder / "agent.plist",
                                 .versionSegment = uniqueSegment("VERSION"),
                                 .sessionSegment = uniqueSegment("SESSION")};
-    const MarkerRemover versionMarker{paths.versionSegment};
-    const MarkerRemover sessionMarker{paths.sessionSegment};
+    const KeyFileRemover versionKeyFile{paths.versionSegment};
+    const KeyFileRemover sessionKeyFile{paths.sessionSegment};
     std::unique_ptr<RawSegment> version;
     std::unique_ptr<RawSegment> session;
 };

@@ -62,10 +62,10 @@ std::optional<Command> CommandSource::parseNext(std::string& error)
     return std::nullopt;
 }
 
-void CommandSource::waitForInput(std::chrono::milliseconds atMost)
+void CommandSource::waitForInput(std::chrono::milliseconds timeLimit)
 {
     pollfd source{endSeen ? -1 : input, POLLIN, 0}; // poll ignores a negative descriptor
-    if (poll(&source, 1, static_cast<int>(atMost.count())) <= 0 || source.revents == 0)
+    if (poll(&source, 1, static_cast<int>(timeLimit.count())) <= 0 || source.revents == 0)
         return;
     readPiece();
 }

@@ -33,8 +33,8 @@ public:
     /// Returns whether the next command is "start". For a file only.
     bool beginsWithStart() const;
 
-    /// Waits until input arrives, a signal arrives or `atMost` has passed, and reads the input.
-    void waitForInput(std::chrono::milliseconds atMost);
+    /// Waits until input arrives, a signal arrives or `timeLimit` has passed, and reads the input.
+    void waitForInput(std::chrono::milliseconds timeLimit);
 
 private:
     int readPiece();

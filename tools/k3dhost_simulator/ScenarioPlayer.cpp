@@ -35,11 +35,11 @@ void ScenarioPlayer::killSelf()
     std::abort();
 }
 
-void ScenarioPlayer::wait(std::chrono::milliseconds atMost, const std::string& line)
+void ScenarioPlayer::wait(std::chrono::milliseconds timeLimit, const std::string& line)
 {
     awaited = line;
-    timeout = atMost;
-    waitEnds = Clock::now() + atMost;
+    timeout = timeLimit;
+    waitEnds = Clock::now() + timeLimit;
 }
 
 bool ScenarioPlayer::updateWait()

@@ -24,10 +24,10 @@ public:
     /// Kills this process with SIGKILL, so that the host's segments remain.
     [[noreturn]] static void killSelf();
 
-    /// Begins a wait, which ends after `atMost`. If `line` is not empty, the wait also ends when a write of
-    /// another process has printed `line`, even before this call but not before the last `start`. Each
+    /// Begins a wait, which ends after `timeLimit`. If `line` is not empty, the wait also ends when a write
+    /// of another process has printed `line`, even before this call but not before the last `start`. Each
     /// printed line ends one wait only.
-    void wait(std::chrono::milliseconds atMost, const std::string& line);
+    void wait(std::chrono::milliseconds timeLimit, const std::string& line);
     /// Returns whether the wait has not ended yet. Call it repeatedly: it checks the time and the printed
     /// lines.
     bool updateWait();

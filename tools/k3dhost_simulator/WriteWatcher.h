@@ -17,7 +17,7 @@ public:
     /// Returns the last text that counted; initially empty.
     const std::string& text() const { return stable; }
 
-    /// Adds a reading. Returns true if it makes a new text count.
+    /// Adds a reading. Returns true if `text()` has changed.
     bool update(std::string_view now)
     {
         const bool agrees = now == last;
@@ -46,8 +46,8 @@ public:
     /// two successive calls have found the same text.
     std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
-    /// Returns the line "FOREIGN WRITE at offset N" for each range of bytes between the agent's fields that
-    /// differs from `expected`, and changes `expected` accordingly. N is the offset in the session of the
+    /// Returns the line "FOREIGN WRITE at offset N" for each gap between the agent's fields in which a byte
+    /// differs from `expected`, and copies that gap to `expected`. N is the offset in the session of the
     /// first byte that differs. Compares all 3.4 MB.
     std::vector<std::string> takeForeignWrites(const LIPC::SessionBuffer& session);
 

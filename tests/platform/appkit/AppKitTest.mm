@@ -142,7 +142,7 @@ TEST(MenuTree, IsTheModelsAfterEachKindOfChange)
     agent.open("Monitoring Facility");
     EXPECT_TRUE(isRed(agent.item("Monitoring Facility/Gone")));
     agent.close("Monitoring Facility");
-    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Gone");
+    std::filesystem::create_directories(agent.system.paths.facilitiesFolder + "/Gone");
     agent.open("Monitoring Facility");
     EXPECT_FALSE(isRed(agent.item("Monitoring Facility/Gone")));
     EXPECT_TRUE(agent.report(4711, "/Out/Film/Film_Mix_Prt.wav", 42));
@@ -158,7 +158,7 @@ TEST(MenuTree, IsUnchangedWhenAMenuOpensAndCloses)
     EXPECT_TRUE(agent.report(4711, "/Out/Film/Film_Mix_Prt.wav", 100));
     agent.open("Encoding History");
     agent.choose("Encoding History/Clear History");
-    std::filesystem::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    std::filesystem::create_directories(agent.system.paths.facilitiesFolder + "/Studio");
     NSArray* shown = [NSArray arrayWithArray:[agent.submenu("Encoding History") itemArray]];
     agent.close("Encoding History");
     EXPECT_TRUE([[agent.submenu("Encoding History") itemArray] isEqual:shown]);

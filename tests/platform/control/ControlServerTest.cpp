@@ -116,15 +116,15 @@ TEST_F(ControlTest, EachRequestHasItsReply)
         {"\r\n{\"command\":\"menu\",\"more\":[[{}]]}\r", "\"ok\":true"},
         {std::string(kMaxRequestBytes + 1, 'x'), "longer than 65536 bytes"},
     };
-    fs::create_directories(agent.place.paths.facilitiesFolder + "/Studio");
+    fs::create_directories(agent.system.paths.facilitiesFolder + "/Studio");
     const auto peer = connected();
     for (const auto& [request, wanted] : rows)
         EXPECT_THAT(reply(peer, request), HasSubstr(wanted)) << request.substr(0, 60);
     EXPECT_EQ(line(peer), "end");
     EXPECT_EQ(agent.stored("Facility"), "Studio");
 
-    fs::remove_all(agent.place.paths.settingsFolder);
-    writeFile(agent.place.paths.settingsFolder, "not a folder");
+    fs::remove_all(agent.system.paths.settingsFolder);
+    writeFile(agent.system.paths.settingsFolder, "not a folder");
     EXPECT_THAT(reply(connected(), choice("Solo Mode > Exclusive (XOR)")), HasSubstr("not saved"));
 }
 
