@@ -16,8 +16,8 @@ struct PreviousState {
     bool hadSubmenu = false;
 };
 
-/// The change of one menu's list of items. If nothing was added or removed, only the order of the items can
-/// have changed.
+/// The change of one menu's list of items. If both lists are empty, only the order of the items can have
+/// changed. The model has the new order.
 struct LayoutChange {
     std::map<ItemId, SharedProperties> removed; // with their last properties
     std::vector<ItemId> added;                  // ascending
@@ -37,29 +37,32 @@ struct MenuChanges {
 class MenuItem;
 class MenuModel;
 
-/// `MenuModel` calls it for each change of an item or a menu. A front end gets the result of `take`, and so
-/// need not compare thousands of items to find one change. A new item, and all below it, is not recorded
+/// Records each change of an item or a menu; `MenuModel` calls it. A front end gets the result of `take`, and
+/// so need not compare thousands of items to find one change. A new item, and all below it, is not recorded
 /// again until the next `take`: it is reported once, as added. Main thread only.
 class MenuJournal {
 public:
     /// Call before an item changes, with its state at that time. Only the first state since the last `take`
-    /// is kept. Also call it when a refilled menu reuses the id of a removed item, with the state of that
-    /// item.
+    /// is kept.
     void itemWillChange(ItemId id, const PreviousState& before);
-    /// `owner` is the id of the item whose submenu contains the item `id`.
+    /// Call when an item is added to a menu or removed from it. `owner` is the id of the item whose submenu
+    /// that menu is; `kStatusMenuId` for the status menu.
     void itemAdded(ItemId owner, ItemId id);
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
-    /// Call before a menu is refilled: all its items are removed, then items are added. `before` has the ids
-    /// of its items from top to bottom.
+    /// Call before a menu is refilled, which means that all its items are removed and items are added.
+    /// `before` has the ids of its items from top to bottom. Also call `itemRemoved` and `itemAdded` for each
+    /// of them. If a new item gets the id of a removed one, call `itemWillChange` with the state of the
+    /// removed item.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` that were recorded
-    /// since the last `take`: a measure of the journal's memory.
+    /// since the last `take`.
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far: items that get higher ids count as new until the next `take`. A menu can be
-    /// reported although it has not changed: if an item was added, and a refill removed that item.
+    /// id assigned so far, or the maximum after ids are reused: items with higher ids count as new until the
+    /// next `take`. A menu can be reported although it has not changed: if an item was added, and a refill
+    /// removed that item.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

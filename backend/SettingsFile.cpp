@@ -74,7 +74,7 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
 
 SettingsFile::~SettingsFile()
 {
-    holdReports();
+    holdLogLine();
     commit();
     if (unsaved.getAllProperties().size() == 0 || (saveUnsaved() && commit()))
         return;
@@ -123,7 +123,7 @@ bool SettingsFile::commit()
     return true;
 }
 
-void SettingsFile::reportHeld()
+void SettingsFile::logHeldLine()
 {
     isHolding = false;
     if (std::exchange(isHeld, false) && unsaved.getAllProperties().size() > 0)

@@ -17,9 +17,10 @@ enum class SaveResult : std::uint8_t {
     refused, // the file cannot contain the text; the previous value stays in effect
 };
 
-/// The settings file and its backup. Wraps JUCE's store, which reports success if the file was written only
-/// in part, and reads a damaged file as empty. Beside the settings file are the backup ("<file>.last") and,
-/// after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main thread only.
+/// The settings file and its backup. Wraps JUCE's store, which reports success even if the file was written
+/// only in part, and reads a damaged file as empty; this class detects both. Beside the settings file are the
+/// backup ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one
+/// line. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -32,8 +33,8 @@ public:
     SettingsFile& operator=(const SettingsFile&) = delete;
 
     /// Returns the settings in effect, including those that could not be saved. The reference is valid as
-    /// long as this object; the next call of `values` updates its content. Reads the file; if that is damaged
-    /// or unreadable, reads the backup. Writes nothing.
+    /// long as this object exists; the next call of `values` updates its content. Reads the file; if that is
+    /// damaged or unreadable, reads the backup. Writes nothing.
     const juce::PropertySet& values();
 
     /// Commits the previous save, then writes a value into the file, with all values that could not be saved
@@ -43,13 +44,14 @@ public:
 
     /// Waits until the last save is on the disk, then copies the file to the backup. Returns false if the
     /// disk reports an error: then the previous file is restored, and the values of the save count as not
-    /// saved, as after `SaveResult::failed`. Does nothing and returns true if there is no save to commit.
+    /// saved, as after `SaveResult::failed`. If only the copy fails, returns true; the next save renews the
+    /// backup. Does nothing and returns true if there is no save to commit.
     bool commit();
 
-    /// Delays the log line about settings that could not be saved until `reportHeld`, which logs one line for
-    /// all.
-    void holdReports() { isHolding = true; }
-    void reportHeld();
+    /// Delays the log line about settings that could not be saved. `logHeldLine` ends this, and logs one line
+    /// for all of them.
+    void holdLogLine() { isHolding = true; }
+    void logHeldLine();
 
 private:
     enum class Load { loaded, missing, failed };

@@ -9,9 +9,9 @@ namespace Kest::Settings {
 
 Backend::CombinedSaveReport::CombinedSaveReport(Backend& ofBackend) : file(*ofBackend.settingsFile)
 {
-    file.holdReports();
+    file.holdLogLine();
 }
-Backend::CombinedSaveReport::~CombinedSaveReport() { file.reportHeld(); }
+Backend::CombinedSaveReport::~CombinedSaveReport() { file.logHeldLine(); }
 
 // Saves the file first, because the host must not get a text that the file cannot contain, then writes to the
 // host, then waits for the disk, which takes longer than both.

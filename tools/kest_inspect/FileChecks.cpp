@@ -78,7 +78,7 @@ Check checkSettings(const CheckContext& context)
         return problem;
     const auto file = read(path);
     if (file.error == ENOENT || file.error == ENOTDIR)
-        return ok(kSettings, "none yet, the defaults are used: " + path);
+        return ok(kSettings, path + " does not exist yet; the defaults are used");
     if (file.error != 0)
         return error(kSettings, path + ": " + std::strerror(file.error), "make it readable by this user");
     if (!isValid(file))

@@ -41,8 +41,7 @@ Finding staleSegments(const CheckContext& context, pid_t creator)
     for (const auto& segment : {context.version, context.session})
         removal += segment ? " -m " + std::to_string(segment->id) : "";
     return error("host", process(creator) + " has ended, but its segments remain",
-                 std::string(kRestartHost) +
-                     "; if the segments are still there then, delete them: " + removal);
+                 std::string(kRestartHost) + "; if this error remains, delete the segments: " + removal);
 }
 
 Check checkSegment(const char* subject, const std::optional<Segment>& segment, std::size_t needed)

@@ -25,8 +25,8 @@ Options:
   --for SECONDS      watch: ends after this time (1 to 1000000)
   --help, --version
 
-Exit status: 0 success, also if doctor found only warnings; 1 if session found no session, or doctor an error;
-2 for a wrong command line. The manual page kest-inspect(1) describes the JSON.
+Exit status: 0 success, also if doctor found only warnings; 1 if the command session found no session, or
+doctor found an error; 2 for a wrong command line. The manual page kest-inspect(1) describes the JSON.
 )";
 
 const std::map<std::string, Options::Command> kCommands = {
