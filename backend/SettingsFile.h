@@ -17,10 +17,10 @@ enum class SaveResult : std::uint8_t {
     refused, // the file cannot contain the text; the previous value stays in effect
 };
 
-/// The settings file and its backup. Wraps JUCE's store, which reports success even if the file was written
-/// only in part, and reads a damaged file as empty; this class detects both. Beside the settings file are the
-/// backup ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one
-/// line. Main thread only.
+/// The settings file and its backup. Wraps JUCE's store. The store reports success even after a partial
+/// write, and reads a damaged file as empty; this class detects both. Beside the settings file are the backup
+/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main
+/// thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -32,9 +32,9 @@ public:
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
-    /// Returns the settings in effect, including those that could not be saved. The reference is valid as
-    /// long as this object exists; the next call of `values` updates its content. Reads the file; if that is
-    /// damaged or unreadable, reads the backup. Writes nothing.
+    /// Returns the settings in effect, including those that could not be saved. Reads the file, or the backup
+    /// if the file is damaged or unreadable. Writes nothing. The reference is valid as long as this object
+    /// exists; the next call of `values` updates its content.
     const juce::PropertySet& values();
 
     /// Commits the previous save, then writes a value into the file, with all values that could not be saved
@@ -42,10 +42,10 @@ public:
     /// unreadable file is not changed: the save fails.
     SaveResult save(const char* key, const juce::var& value);
 
-    /// Waits until the last save is on the disk, then copies the file to the backup. Returns false if the
-    /// disk reports an error: then the previous file is restored, and the values of the save count as not
-    /// saved, as after `SaveResult::failed`. If only the copy fails, returns true; the next save renews the
-    /// backup. Does nothing and returns true if there is no save to commit.
+    /// Waits until the last save is on the disk, then copies the file to the backup. If the disk reports an
+    /// error, restores the previous file and returns false; the saved values then count as not saved, as
+    /// after `SaveResult::failed`. If only the copy fails, returns true; the next save renews the backup.
+    /// Does nothing and returns true if there is no save to commit.
     bool commit();
 
     /// Delays the log line about settings that could not be saved. `logHeldLine` ends this, and logs one line
@@ -59,7 +59,7 @@ private:
 
     /// A save that is in the file, but perhaps not yet on the disk.
     struct PendingSave {
-        Load before; // result of the load before the save: `rollBack` restores that file
+        Load before; // whether a file existed before the save: `rollBack` restores that
         std::string text;
         juce::PropertySet values;
     };
@@ -86,14 +86,14 @@ private:
 
     std::string text; // content of the file when it was last loaded or committed
     bool isLoaded = false;
-    bool isBackupCurrent = false; // the backup contains the same text
+    bool isBackupCurrent = false; // the backup contains `text`
     std::optional<PendingSave> pendingSave;
     bool isReported = false;   // it was logged that the file cannot be used
     std::string reason;        // why the last save failed
-    bool isHolding = false;    // log lines are suppressed
-    bool isHeld = false;       // a log line was suppressed
+    bool isHolding = false;    // log lines are delayed
+    bool isHeld = false;       // a log line waits for `logHeldLine`
     juce::PropertySet inFile;  // the values of the file, or of the backup
-    juce::PropertySet unsaved; // values that are not committed: override `inFile`, the newest last
+    juce::PropertySet unsaved; // values not committed yet, newest last: they override `inFile`
 };
 
 } // namespace Kest::Settings

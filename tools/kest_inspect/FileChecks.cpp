@@ -123,7 +123,7 @@ Check checkLastUser(const CheckContext& context)
     if (access(path.c_str(), W_OK) != 0)
         return warning(kLastUser, path + " is not writable by this user", "chmod 666 '" + path + "'");
     const auto text = read(path).text;
-    return ok(kLastUser, text.substr(0, text.find('\n')) + ", in " + path);
+    return ok(kLastUser, text.substr(0, text.find('\n')) + " started the agent last, see " + path);
 }
 
 } // namespace KestInspect

@@ -14,8 +14,8 @@ Helps to find out why a setting does not reach K3DHost, or why the menu of the a
 kest-settings-terminal) is wrong. Changes nothing.
 
 Commands:
-  doctor     checks the host, the agent, its files, the encoders' pipe and the tray. Prints one line per check: ok,
-             warning (may be intentional) or error, and after an arrow what to do
+  doctor     checks the host, the agent, its files, the encoders' pipe and the tray. Prints one line per check,
+             which begins with ok, warning (may be intentional) or error. After an arrow it says what to do
   session    prints the host's session: its clients, the agent's record with all settings, the default bus
   watch      prints the session, then one line per change, until SIGINT, SIGTERM or SIGHUP
 
@@ -25,8 +25,11 @@ Options:
   --for SECONDS      watch: ends after this time (1 to 1000000)
   --help, --version
 
-Exit status: 0 success, also if doctor found only warnings; 1 if the command session found no session, or
-doctor found an error; 2 for a wrong command line. The manual page kest-inspect(1) describes the JSON.
+Exit status:
+  0   success, also if doctor found only warnings
+  1   session: there is no session; doctor: an error was found
+  2   wrong command line
+The manual page kest-inspect(1) describes the JSON.
 )";
 
 const std::map<std::string, Options::Command> kCommands = {

@@ -111,8 +111,9 @@ Finding noBus(int failure)
     if (failure == -ETIMEDOUT)
         return error(kTray, "the D-Bus session bus does not answer", "log in to the desktop again");
     const auto why = failure == -ENOMEDIUM ? "" : std::string(": ") + std::strerror(-failure);
-    return warning(kTray, "no D-Bus session bus" + why,
-                   "check again in a terminal of the desktop; without a desktop, use kest-settings-terminal");
+    return warning(
+        kTray, "no D-Bus session bus" + why,
+        "run kest-inspect again in a terminal on the desktop; without a desktop, use kest-settings-terminal");
 }
 
 } // namespace
