@@ -38,8 +38,8 @@ class MenuItem;
 class MenuModel;
 
 /// Records each change of an item or a menu; `MenuModel` calls it. A front end gets the result of `take`, and
-/// so need not compare thousands of items to find one change. Changes of a new item, or of items in its
-/// submenu, are not recorded until the next `take`: the item is reported once, as added. Main thread only.
+/// so need not compare thousands of items to find one change. Until the next `take`, changes of a new item or
+/// of the items in its submenu are ignored: the item is reported once, as added. Main thread only.
 class MenuJournal {
 public:
     /// Call before an item changes, with its state at that time. Only the first state since the last `take`
@@ -50,19 +50,19 @@ public:
     void itemAdded(ItemId owner, ItemId id);
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
     /// Call before a menu is refilled, which means that all its items are removed and items are added.
-    /// `before` has the ids of the old items from top to bottom. Also call `itemRemoved` for each old item
-    /// and `itemAdded` for each new one. If a new item gets the id of an old one, call `itemWillChange` with
-    /// the state of the old one.
+    /// `before` has the ids of the old items from top to bottom. Then call `itemRemoved` for each old item
+    /// and `itemAdded` for each new one. If a new item reuses an old item's id, also call `itemWillChange`
+    /// with the old item's state.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` that were recorded
     /// since the last `take`.
     std::size_t recordCount() const { return recorded; }
 
-    /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far; once ids are reused, the highest possible id. An item with a higher id counts as
-    /// new until the next `take`. If an item is added and a refill then removes it, its menu is reported
-    /// although it has not changed.
+    /// Returns the changes since the previous `take`, and clears the journal. Pass as `lastAssigned` the
+    /// highest id assigned so far: an item with a higher id counts as new until the next `take`. Once ids are
+    /// reused, pass the highest possible id. If a refill removes an item that was added since the last
+    /// `take`, the menu may be reported, with an empty `LayoutChange`, although its items are the same.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

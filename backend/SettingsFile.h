@@ -19,8 +19,8 @@ enum class SaveResult : std::uint8_t {
 
 /// The settings file and its backup. Wraps JUCE's store. The store reports success even after a partial
 /// write, and reads a damaged file as empty; this class detects both. Beside the settings file are the backup
-/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). A failure is logged in one line. Main
-/// thread only.
+/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Each failure writes one line to the
+/// log, unless `holdLogLine` delays it. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -43,9 +43,9 @@ public:
     SaveResult save(const char* key, const juce::var& value);
 
     /// Waits until the last save is on the disk, then copies the file to the backup. If the disk reports an
-    /// error, restores the previous file and returns false; the saved values then count as not saved, as
-    /// after `SaveResult::failed`. If only the copy fails, returns true; the next save renews the backup.
-    /// Does nothing and returns true if there is no save to commit.
+    /// error, restores the file as it was before the save, and returns false; the values of that save are
+    /// then treated as after `SaveResult::failed`. If only the copy fails, returns true; the next save renews
+    /// the backup. Does nothing and returns true if there is no save to commit.
     bool commit();
 
     /// Delays the log line about settings that could not be saved. `logHeldLine` ends this, and logs one line
@@ -59,7 +59,7 @@ private:
 
     /// A save that is in the file, but perhaps not yet on the disk.
     struct PendingSave {
-        Load before; // whether a file existed before the save: `rollBack` restores that
+        Load before; // result of loading the file before the save; `rollBack` needs it
         std::string text;
         juce::PropertySet values;
     };
@@ -93,7 +93,7 @@ private:
     bool isHolding = false;    // log lines are delayed
     bool isHeld = false;       // a log line waits for `logHeldLine`
     juce::PropertySet inFile;  // the values of the file, or of the backup
-    juce::PropertySet unsaved; // values not committed yet, newest last: they override `inFile`
+    juce::PropertySet unsaved; // values not committed yet, saved or not, newest last; they override `inFile`
 };
 
 } // namespace Kest::Settings
