@@ -157,7 +157,7 @@ SAVED = 'mkdir -p "$FOLDER"; cd "$FOLDER"; printf "<PROPERTIES/>" >Kest-Settings
 
 
 @pytest.mark.parametrize("command, subject, finding", [
-    ("true", "settings file", "ok none yet"),
+    ("true", "settings file", "does not exist yet; the defaults are used"),
     (SAVED + "touch Kest-Settings.xml.bad", "settings file", "warning"),
     (SAVED + "rm *; mkdir Kest-Settings.xml", "settings file", "error"),
     (SAVED + "chmod 555 .", "settings file", "error /tmp/home/Library/Application Support/Kestronics is not writable"),
