@@ -1,4 +1,4 @@
-"""Builds of their own: fuzz targets, and which lines and branches the tests and failing system calls reach."""
+"""Separate builds: fuzz targets, and which lines and branches the tests and failing system calls reach."""
 
 import glob
 import json

@@ -12,7 +12,7 @@ namespace {
 // no process can use it.
 constexpr std::uint64_t kTypeWord = 0x4B33'4448'4F53'5401;
 
-// The initial value of the agent's parameters, which is none of the agent's values.
+// The initial value of the agent's parameters. The agent never writes it.
 constexpr float kUnwritten = -1.0F;
 
 void fillPattern(unsigned char* bytes, std::size_t count, unsigned seed)

@@ -28,7 +28,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Each test has a pool of its own, and the screen.
+/// Each test has its own autorelease pool, and the screen.
 class Pool : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo&) override
     {
