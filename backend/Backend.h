@@ -90,7 +90,7 @@ public:
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
     /// Returns the names of the installed facilities, which are folders, in the order of the file system;
-    /// empty if there are none.
+    /// empty if there are none. Bytes that are not UTF-8 are replaced.
     juce::StringArray getFacilityList() const;
     juce::String getFacility() const;
     /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file

@@ -4,6 +4,9 @@
 #include "lipc/ClientEntry.h"
 #include "lipc/SharedNumber.h"
 #include "tables/KestSettingsTables.h"
+#include "text/Utf8.h"
+
+#include <filesystem>
 
 namespace Kest::Settings {
 
@@ -44,10 +47,15 @@ void Backend::setValue(const Setting& setting, int value)
 
 juce::StringArray Backend::getFacilityList() const
 {
-    const juce::File folder(juce::String::fromUTF8(systemPaths.facilitiesFolder.c_str()));
+    namespace fs = std::filesystem;
     juce::StringArray names;
-    for (const auto& facility : folder.findChildFiles(juce::File::findDirectories, false, "*"))
-        names.add(facility.getFileName());
+    std::error_code failure;
+    std::error_code unknownKind;
+    for (fs::directory_iterator entry(systemPaths.facilitiesFolder, failure), end; !failure && entry != end;
+         entry.increment(failure))
+        // JUCE writes beyond its memory for some names that are not UTF-8.
+        if (entry->is_directory(unknownKind))
+            names.add(juce::String::fromUTF8(Text::toUtf8(entry->path().filename().string()).c_str()));
     return names;
 }
 

@@ -3,6 +3,7 @@
 #include "backend/SettingsFileCheck.h"
 #include "backend/XmlOutline.h"
 #include "fuzz/Input.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 
@@ -39,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(document && document->root == "PROPERTIES");
         checkSave(values->getAllProperties());
     }
-    if (juce::CharPointer_UTF8::isValidString(text.data(), static_cast<int>(text.size()))) {
+    if (Kest::Text::isUtf8(text)) {
         juce::StringPairArray one(false);
         one.set("value", juce::String::fromUTF8(text.c_str()));
         checkSave(one);

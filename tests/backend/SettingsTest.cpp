@@ -256,6 +256,17 @@ TEST_F(SettingsStore, SavesNoFileWithAValueThatTheStoreCannotWrite)
     }
 }
 
+TEST_F(SettingsStore, ListsAFacilityWhoseNameIsNotUtf8)
+{
+    std::string halfWidthKatakana; // in Shift-JIS; as UTF-8 two bytes for a character of one
+    for (int i = 0; i < 20; ++i)
+        halfWidthKatakana += "\xC1\xAE";
+    fs::create_directories(system.paths.facilitiesFolder + "/" + halfWidthKatakana);
+    const auto names = backend->getFacilityList();
+    ASSERT_EQ(names.size(), 1);
+    EXPECT_EQ(names[0].length(), 40);
+}
+
 TEST_F(SettingsStore, KeepsAFacilityUnlessTheFileCannotContainIt)
 {
     const auto& session = system.startHost();

@@ -47,7 +47,7 @@ def test_start_with_a_stopped_bus(row):
             with Tray() as agent:
                 row.expect(wait_until(is_pipe_read, 5), "no pipe")
                 with Program([program("kest-inspect"), "doctor"]) as doctor:
-                    row.expect(doctor.prints("error +tray +the session bus does not answer", 4), "doctor")
+                    row.expect(doctor.prints("error +tray +the D-Bus session bus does not answer", 4), "doctor")
                 if run % 2 == 0:
                     bus.signal(signal.SIGCONT)
                     with WatchingPanel():

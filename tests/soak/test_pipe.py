@@ -71,6 +71,7 @@ def test_two_agents_replace_each_other_s_pipe(start, row):
     for home in ("/tmp/home", "/tmp/home2"):
         agents.append(start(Agent, stderr=subprocess.STDOUT, env={**os.environ, "HOME": home}))
         report(4711, "P: 5")  # by an encoder that has left the pipe when it is replaced
+        agents[-1].expect(": 5%")
     before = [len(agent.text) for agent in agents]
     time.sleep(row.count(15, 5))
     # Every line of the log is printed twice, on standard output and standard error.
