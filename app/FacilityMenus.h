@@ -1,4 +1,4 @@
-// The menus of the installed facilities, one of which is the monitoring facility.
+// The menus that list the installed facilities; the user chooses one of them as the monitoring facility.
 #pragma once
 
 #include "app/InterfaceDescription.h"

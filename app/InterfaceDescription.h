@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. Includes menus
-/// that are rebuilt, but not their items.
+/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. For a menu that
+/// is rebuilt later, only the menu is listed here, not its items.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;

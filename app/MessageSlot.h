@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// The status messages that a newer message of another kind has replaced in the slot. A replaced encoding
-/// message is not recorded, because the Backend's table contains its report.
+/// What the slot keeps of messages that were replaced before they were taken. Nothing is kept of an encoder's
+/// message, because the Backend's table contains the encoder's newest report.
 struct SkippedMessages {
     std::optional<std::int32_t> status; // the newest replaced status number other than 3
     bool busList = false;               // whether the status number 3, "buses changed", was replaced
@@ -28,8 +28,8 @@ struct BackendMessage {
 /// null and for invalid UTF-8.
 std::string descriptionText(const char* description);
 
-/// Stores one message. A newer message replaces it, so that at most one job for messages waits for a busy
-/// main thread. Any thread.
+/// Stores one message; a newer message replaces it. So at most one job that calls `take` is pending, however
+/// long the main thread is busy. Any thread.
 class MessageSlot {
 public:
     /// Stores a message; replaces a waiting one. Returns true if the slot was empty: then the caller must

@@ -19,19 +19,19 @@ public:
     {}
 
     /// Shows the stored solo mode, HDX delay and toggles. Writes the HDX delay and the toggles to the Backend
-    /// again; a delay without an item becomes 0.
+    /// again. If the menu has no item for the stored delay, shows and writes 0.
     void showStoredChoices();
     /// Fills the speaker menu, checks the stored configuration and writes it to the Backend again. A negative
     /// stored configuration is neither checked nor written.
     void showStoredSpeakerConfig();
 
     // Actions. Each shows the user's choice and writes it to the Backend.
-    // From the delegate, the next two show the mode but do not write it.
+    // If the delegate is the sender, and not an item, the next two show the mode but do not write it.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    // Shows and writes the sender's tag, from any sender.
+    // Shows and writes the sender's tag, also if the delegate is the sender.
     void setHdxAuxTrackDelay(Sender sender);
-    // From the delegate, uses the stored configuration instead of the sender's tag.
+    // If the delegate is the sender, uses the stored configuration instead of the sender's tag.
     void setSpeakerConfig(Sender sender);
     // Inverts the setting of the sender's item; does nothing without an item.
     void toggleSetting(Sender sender);

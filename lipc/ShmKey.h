@@ -10,8 +10,8 @@ namespace LIPC {
 std::string keyFilePath(const char* name);
 
 /// Returns the key of the segment `name`; -1, with a line in the log, on failure. A symbolic link at the path
-/// is a failure. Creates the key file if it is missing, empties it, and sets its times to now if they are
-/// more than an hour old. A key file that this user may not write stays unchanged. Any thread.
+/// is a failure. Creates the key file if it is missing. Always empties it. If its times are more than an hour
+/// old, sets them to now. A key file that this user may not write stays unchanged. Any thread.
 key_t shmKey(const char* name);
 
 /// Returns the key of the segment `name` without creating or changing the key file. Returns -1, without a

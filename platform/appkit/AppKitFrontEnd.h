@@ -15,7 +15,7 @@ class KestSettingsAppDelegate;
 
 namespace Kest::AppKit {
 
-/// The application object must exist. Main thread only, except `post`.
+/// `NSApp` must exist before the construction. Main thread only, except `post`.
 class AppKitFrontEnd : public App::FrontEnd, private MenuListener {
 public:
     AppKitFrontEnd();
@@ -31,7 +31,7 @@ public:
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
     void menuChanged(const App::MenuChanges& changes) override { mirror->show(changes); }
-    /// Terminates the application after the current event. This ends the process.
+    /// Terminates `NSApp` after the current event. This ends the process.
     void quit() override;
 
 private:
