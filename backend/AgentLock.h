@@ -8,8 +8,8 @@ namespace Kest::Settings {
 /// Returns the absolute path of the file that the running agent locks.
 std::string agentLockFile(const std::string& settingsFolder);
 
-/// Locks the file, if no other process has locked it, while this object exists. The system also releases the
-/// lock when the process ends or crashes. Main thread.
+/// Holds the lock on the file while this object exists, unless another process holds the lock already. The
+/// system also releases the lock when the process ends or crashes. Main thread.
 class AgentLock {
 public:
     /// Creates the settings folder and the lock file if they are missing, and tries to lock the file. Does
@@ -19,16 +19,16 @@ public:
     AgentLock(const AgentLock&) = delete;
     AgentLock& operator=(const AgentLock&) = delete;
 
-    /// Returns whether another process had locked the file when this object was constructed. False if the
+    /// Returns whether another process held the lock when this object was constructed. Returns false if the
     /// lock file could not be opened, because the agent must also run without a writable folder.
     bool isHeldByAnother() const { return heldByAnother; }
 
     /// Returns the process id that the owner of the lock has written into the file; 0 if the file cannot be
-    /// read or contains no number.
+    /// opened or read, or contains no number.
     int holder() const;
 
 private:
-    const int file; // -1 if it cannot be created
+    const int file; // -1 if it could not be opened
     const bool heldByAnother;
 };
 

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace juce { // declared only: its headers take longer to compile than a source of the agent
+namespace juce { // declared only: JUCE's headers take longer to compile than a source file
 class ApplicationProperties;
 class String;
 class StringArray;
@@ -20,11 +20,11 @@ namespace Kest::Settings {
 class SettingsFile;
 
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
-/// If `type` is 0, `number` is a new status number of the host or `kMsgBusListChanged`, `description` is
-/// empty, and the thread is the monitor thread. Otherwise `type` is the process id of an encoder, `number`
-/// its percentage or -1 after an error, `description` the name of its output file or null if the name is
-/// unknown, and the thread is the reader thread. `description` is NUL-terminated and valid during the call
-/// only.
+/// If `type` is 0, the monitor thread makes the call. `number` is then a new status number of the host or
+/// `kMsgBusListChanged`, and `description` is empty.
+/// Otherwise the reader thread makes the call, about an encoder. `type` is the process id of the encoder;
+/// `number` is its percentage, or -1 after an error. `description` is the name of its output file, or null if
+/// the name is unknown. `description` is NUL-terminated and valid during the call only.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
@@ -35,12 +35,12 @@ using HostStateCallback = void(void* context);
 /// The agent has one Backend while it runs. Call a function on the main thread unless its comment says "Any
 /// thread". No function throws.
 /// A missing segment is not an error, because the host may start and end at any time. If a file cannot be
-/// written, a key cannot be derived or the pipe cannot be created, the Backend writes one line to the log or
-/// to standard error.
+/// written, a key cannot be derived or the pipe cannot be created, the Backend writes a line to the log or to
+/// standard error.
 class Backend {
 public:
-    /// Starts both threads, see `startError`. Writes the last-user file unless the host is refused.
-    /// `monitorPeriod` is the pause between two checks of the host.
+    /// Starts the monitor thread and the reader thread, see `startError`. Writes the last-user file unless
+    /// the host is refused. `monitorPeriod` is the pause between two checks of the host.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
     /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
@@ -61,19 +61,20 @@ public:
         SettingsFile& file;
     };
 
-    /// Returns 0 if both threads were started; otherwise the system's error number. After an error only
-    /// destroy the Backend.
+    /// Returns 0 if both threads were started; otherwise the system's error number. After an error, the
+    /// Backend can only be destroyed.
     int startError() const { return startFailure; }
 
     /// Writes the login name of the effective user into the file at `path`, which every user may overwrite.
-    /// Does nothing if its folder is missing; logs any other failure.
+    /// Does nothing if the folder of the file is missing or the user database has no such user. Logs any
+    /// other failure.
     static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
-    /// Returns the current value of a setting of `kParameterSettings`: the stored one, even if it could not
-    /// be saved, or the default.
+    /// Returns a setting of `kParameterSettings`: its value in the settings file, or its default if the file
+    /// has no value. Exception: if the last value that was set could not be saved, returns that value.
     int value(const Setting& setting) const;
     /// Saves the value, then writes it into the agent's record in the host's session, if there is a session.
-    /// Writes it there even if saving has failed. Does not check the range.
+    /// Writes it into the record even if saving has failed. Does not check the range.
     void setValue(const Setting& setting, int value);
 
     // Get and set one setting each, as `value` and `setValue` do.
@@ -89,26 +90,26 @@ public:
     int getLatencyCompensationControl() const { return value(setting("LatencyCompensationControlSetting")); }
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
-    /// Returns the names of the installed facilities, which are folders, in the order of the file system;
-    /// empty if there are none. Bytes that are not UTF-8 are replaced.
+    /// Returns the names of the installed facilities in the order of the file system; empty if there are
+    /// none. Each facility is a folder. Bytes that are not UTF-8 are replaced by U+FFFD.
     juce::StringArray getFacilityList() const;
     juce::String getFacility() const;
     /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file
     /// cannot contain the name, logs a line and changes nothing.
     void setFacility(const juce::String& name);
 
-    /// Returns the speaker configuration, an id in `sSpkrConf2Name`; -1 if the stored layout belongs to no
-    /// configuration.
+    /// Returns the id of the chosen speaker configuration, a key of `sSpkrConf2Name`; -1 if the stored layout
+    /// belongs to no configuration.
     int getPhysMonConfig() const;
     /// Saves the layout of a speaker configuration and writes it into the session, as `setValue` does.
     /// Ignores an unknown id.
     void setPhysMonConfig(int speakerConfiguration);
 
-    /// Replaces the content of `names` by the names of all buses: first "Main Bus", even if the session has
-    /// no bus of this name, then the others in byte order. The names are encoded in Mac OS Roman. Any thread.
+    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman. The first is "Main Bus",
+    /// even if the session has no bus of this name; the others follow in byte order. Any thread.
     void getKestBusNamesList(std::vector<std::string>& names) const { monitor.getBusNames(names); }
-    /// Makes the bus with this name, in Mac OS Roman, the session's default bus; does not save the choice.
-    /// Ignores null and the name of a bus that is not in the session.
+    /// Makes the bus called `name` the session's default bus. `name` is encoded in Mac OS Roman. Does not
+    /// save the choice. Does nothing if `name` is null or the session has no bus of this name.
     void setDefaultKestBus(const char* name);
 
     /// Returns the newest record of a process id; a default record, whose `pid` is 0, if there is none. Any
@@ -125,8 +126,8 @@ public:
 
     const SystemPaths& paths() const { return systemPaths; }
 
-    // The owner sets these once after construction, `messageContext` first. A callback that is null is not
-    // called, and what it would report is dropped.
+    // The owner sets these once after construction, `messageContext` first. Reports for a null callback are
+    // dropped.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
     std::atomic<HostStateCallback*> hostStateCallback = nullptr;
     std::atomic<void*> messageContext = nullptr; // argument of both callbacks
@@ -139,8 +140,8 @@ private:
 
     const SystemPaths systemPaths;
     const std::unique_ptr<juce::ApplicationProperties> properties;
-    const std::unique_ptr<SettingsFile>
-        settingsFile; // saves through `properties`; reads the file for getters too
+    // Saves through `properties`. The getters read the settings through it too.
+    const std::unique_ptr<SettingsFile> settingsFile;
     EncodingReader reader;
     SessionMonitor monitor;
     int startFailure = 0;

@@ -19,8 +19,8 @@ struct TypeLine {
 };
 struct ErrorLine {};
 
-/// A path or type of 1024 bytes or more. It is not used: a path that was cut would be the path of another
-/// folder.
+/// Represents a path or type of 1024 bytes or more. The text is dropped, because a path that was cut would be
+/// the path of another folder.
 struct OverlongValue {
     bool isPath; // false: a type
 };
@@ -36,8 +36,9 @@ struct EncodingLine {
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// Any other line that begins with "pid:" and a number has the same result as the last form. Returns nullopt
-/// for all other lines. A number must fit in 32 bits. The result points into `line`.
+/// Text after the percentage is ignored, and so is text after the first white space in the type. Any other
+/// line that begins with "pid:" and a number has the same result as the last form. Returns nullopt for all
+/// other lines. A number must fit in 32 bits. The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

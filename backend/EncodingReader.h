@@ -19,9 +19,9 @@ namespace Kest::Settings {
 /// Only the owner calls `start` and `stop`; all other functions may be called on any thread.
 class EncodingReader {
 public:
-    /// Called on the reader's thread, without a lock, after an encoder has reported. `number` is the
-    /// percentage, or -1 for an error. `name` is the name of the output file, valid during the call only;
-    /// null if the encoder has not written its path.
+    /// Called on the reader's thread, without a lock, after an encoder has written a percentage or an error.
+    /// `number` is the percentage, or -1 for an error. `name` is the name of the output file, or null if its
+    /// path is unknown. `name` is valid during the call only.
     using Report = std::function<void(std::int32_t number, std::int32_t pid, const char* name)>;
 
     EncodingReader(std::string pathOfPipe, Report onReport);
@@ -31,12 +31,12 @@ public:
     /// Starts the thread, which creates the pipe and reads it. Returns 0, or the system's error number if the
     /// system refuses a thread.
     int start();
-    /// Ends the thread, which removes the pipe, and waits for its end. Does nothing if the thread was not
-    /// started.
+    /// Makes the thread remove the pipe and end, and waits until the thread has ended. Does nothing if the
+    /// thread was not started.
     void stop();
 
-    /// Requests that the thread create the pipe again if the pipe is not at its path any more. The owner
-    /// calls this function once a second.
+    /// If the pipe is no longer at its path, requests that the thread create a new pipe. The owner calls this
+    /// function once a second.
     void checkPipe() { progressPipe.check(); }
 
     /// Calls `query` with the table and returns the result of `query`. The table is locked during the call.

@@ -16,34 +16,35 @@ namespace Kest::Settings {
 /// Contains one record for each process that has written lines. If a process id is used again, its newest
 /// record belongs to the last process. Not synchronised.
 /// If the number of records or the size of their texts exceeds its limit, records are evicted until both are
-/// at most nine tenths of their limits. Evicts first encodings that have finished, failed or have a newer
-/// record with the same process id, then other encodings; in both groups first those whose last report is
-/// oldest.
+/// at most nine tenths of their limits. Records of finished and failed encodings, and records that are not
+/// the newest of their process id, are evicted before all others. Within both groups, the record whose last
+/// report is oldest is evicted first.
 class EncodingTable {
 public:
     static constexpr std::size_t kMaxRecords = 10'000;
     /// Maximum of the total size of all paths, names and types, in bytes. A single record may exceed it.
     static constexpr std::size_t kMaxTextBytes = 4'000'000;
-    /// Maximum number of checks for each record whether the process has the pipe open.
+    /// Maximum number of checks for each record. A check finds out whether the process has the pipe open.
     static constexpr int kMaxPipeChecks = 64;
 
     explicit EncodingTable(std::size_t maxBytesOfText = kMaxTextBytes) : maxTextBytes(maxBytesOfText) {}
     EncodingTable(const EncodingTable&) = delete;
     EncodingTable& operator=(const EncodingTable&) = delete;
 
-    /// Call this function before `take`. Determines the record for the next lines of the id `process.pid`:
-    /// the record of `process`, which is added if it is not the newest record of the id. If the start time is
-    /// 0 (no such process), the newest record of the id, which is added if there is none. Returns whether the
-    /// caller must check that the process has the pipe open, and counts this check.
+    /// Determines the record to which `take` applies the next lines of the id `process.pid`. Call this
+    /// function before `take`. The record is the newest one of the id if it belongs to `process`; otherwise a
+    /// record for `process` is added. Exception: if `process.startTime` is 0, the newest record of the id
+    /// is used even if it belongs to another process. Returns whether the caller must check whether
+    /// the process has the pipe open, and counts this check.
     bool identify(const ProcessIdentity& process);
-    /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is none.
+    /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is no record.
     void setWroteToPipe(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
     /// record, which is valid until the next change of the table. An over-long path removes the path of the
     /// record; an over-long type changes nothing.
-    /// Returns null and changes nothing if the record's encoding has finished and its process had ended at
-    /// the last `identify`, because another process must have written the line.
+    /// Exception: if the record's encoding has finished and its process had ended at the last `identify`,
+    /// another process must have written the line. Then changes nothing and returns null.
     const encodingStatus* take(const EncodingLine& line);
 
     /// Returns the newest record of a process id, valid until the next change; null if there is none.
@@ -52,8 +53,9 @@ public:
     const encodingStatus* find(const ProcessIdentity& process) const;
 
     /// Returns copies of the records whose last report is newer than `since`, and sets `since` for the next
-    /// call. Start with 0. Returns at most `kMaxBatch` records, those whose last report is oldest, in the
-    /// order of their first reports. To get all records, call this function until the result is empty.
+    /// call. Pass 0 in the first call. Returns at most `kMaxBatch` records; if there are more, those whose
+    /// last reports are oldest. The copies are in the order of their first reports. To get all records, call
+    /// this function until the result is empty.
     std::vector<encodingStatus> reportedSince(std::uint64_t& since) const;
     static constexpr std::size_t kMaxBatch = 250;
 
@@ -69,7 +71,7 @@ private:
     struct Record {
         encodingStatus status;
         std::uint64_t firstReport = 0; // the report's number; 0 before the first report
-        std::uint64_t lastReport = 0;  // the report's number; before it, a number assigned to the record
+        std::uint64_t lastReport = 0;  // the report's number; the creation's number before the first report
         Order::iterator position;      // in `byLastReport`
         bool isEvictedFirst = false;   // finished, failed, or not the newest of its process id
         bool isClosed = false;         // finished, and its process had ended at the last `identify`

@@ -15,10 +15,10 @@ struct FileContent {
 /// Reads at most the first `limit` bytes of a regular file. On failure `error` is not 0 and `text` is empty.
 FileContent readFile(const std::string& path, std::size_t limit);
 
-/// Replaces the file at `path`, or creates it, atomically, and waits until its text and its name are on the
-/// disk. Writes the text to `temporaryOf(path)` first; if the process is killed, that file may remain.
-/// Returns false with `errno` set on failure. The old file then remains, unless only the wait for its name
-/// has failed.
+/// Atomically replaces or creates the file at `path`, and waits until its text and its name are on the disk.
+/// Writes the text to `temporaryOf(path)` first; if the process is killed, that file may remain. Returns
+/// false with `errno` set on failure; the old file then remains. Exception: if only the wait for the name has
+/// failed, the new file is at `path`.
 bool replaceFile(const std::string& path, const std::string& text);
 /// Returns the path of the temporary file that `replaceFile` uses.
 std::string temporaryOf(const std::string& path);

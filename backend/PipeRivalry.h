@@ -6,15 +6,15 @@
 
 namespace Kest::Settings {
 
-/// Two agents with different settings folders use the same path. So that they do not replace each other's
-/// pipe every second, the delay before a replacement is doubled each time: none before the first one, then 2,
-/// 4, 8 seconds and so on, up to 60. Not synchronised.
+/// Two agents with different settings folders use the same path for their pipes. A delay before a replacement
+/// keeps them from replacing each other's pipe every second. There is no delay before the first replacement.
+/// The next delays are 2, 4, 8 seconds and so on, up to 60. Not synchronised.
 class PipeRivalry {
 public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds kMaxDelay{60};
-    /// The delay is 0 again if our pipe was at the path for this time, which is three times `kMaxDelay`.
+    /// If our pipe was at the path for this time, which is three times `kMaxDelay`, the delay is 0 again.
     static constexpr std::chrono::seconds kStable{180};
 
     /// Records that our pipe was created at the path.
@@ -24,9 +24,9 @@ public:
         isCounted = false;
     }
 
-    /// Returns whether our pipe, which is not at the path any more, may be created again. Call it repeatedly
-    /// until it returns true. `isReadByAnother` means that another process now reads a pipe at the path; only
-    /// then is there a delay.
+    /// Returns whether our pipe may be created again. Call this function repeatedly after our pipe was
+    /// removed from the path, until it returns true. `isReadByAnother` means that another process now reads a
+    /// pipe at the path. If it is false, there is no delay.
     bool mayReplace(bool isReadByAnother, Clock::time_point now)
     {
         if (!isReadByAnother)
@@ -40,7 +40,7 @@ public:
     }
 
     /// Returns how many times in succession another process has replaced our pipe, including the present
-    /// loss. Returns 0 if our pipe was not lost, or was lost for another reason.
+    /// loss. Returns 0 if our pipe is at the path, or was lost for another reason.
     int losses() const { return isCounted ? replacements : 0; }
 
 private:

@@ -18,7 +18,7 @@ struct ProcessIdentity {
 };
 
 /// Returns the identity of the process that has this id now. The start time is 0 if no process has the id, if
-/// a thread has the id, or if the system does not report it. Any thread.
+/// a thread has the id, or if the system does not report the start time. Any thread.
 ProcessIdentity identifyProcess(std::int32_t pid);
 
 /// Returns when a process was started, in nanoseconds since 1970; nullopt if its start time is 0. On Linux

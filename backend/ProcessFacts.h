@@ -26,9 +26,9 @@ struct ProcessFacts {
 /// fields except `state` are 0. Any thread.
 ProcessFacts processFacts(std::int32_t pid);
 
-/// Returns a descriptor that refers to the process with this id, also after the id is reused. It becomes
-/// readable when the process has ended. Empty if the system has no such descriptors, if no process has the
-/// id, or on failure. Any thread.
+/// Returns a descriptor that refers to the process with this id, even after the id is reused. The descriptor
+/// becomes readable when the process has ended. Returns an empty one if the system has no such descriptors,
+/// if no process has the id, or on failure. Any thread.
 Descriptor holdProcess(std::int32_t pid);
 
 /// Sends SIGKILL to the process of a descriptor that `holdProcess` has returned. Returns false with `errno`

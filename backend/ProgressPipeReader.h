@@ -25,11 +25,12 @@ public:
     /// Returns whether `make` must be called: at the start, and after `check` has requested a new pipe.
     bool isMakeRequested() const { return isRequested; }
 
-    /// Creates a new pipe at the path and opens it. First removes any file there, also the pipe of another
-    /// process; of a link it removes the link. Prints the path when the pipe is created for the first time.
-    /// Prints a line when it removes a file or cannot create the pipe, but not in successive calls. Returns
-    /// false on failure. An earlier pipe is read until the last encoder closes it. At most 64 earlier pipes
-    /// are kept: then the oldest is closed.
+    /// Creates a new pipe at the path and opens it. First removes any file at the path, even the pipe of
+    /// another process; removes a link itself, not its target. Returns false on failure. Prints the path when
+    /// the pipe is created for the first time. Prints a line when it removes a file or cannot create the
+    /// pipe. Omits these lines if the previous call failed or `lossesToAnother` is more than 1. An earlier
+    /// pipe is read until the last encoder closes it. At most 64 earlier pipes stay open: if there would be
+    /// more, closes the oldest one and logs a line.
     bool make();
 
     /// If the pipe is no longer at its path, requests a new pipe and interrupts `read`. If another process
@@ -45,15 +46,16 @@ public:
     /// Returns the reading descriptor of the current pipe; -1 before the pipe is created.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// The result of `read`: bytes of one pipe and the splitter for the lines of this pipe. Both are valid
-    /// until the next call of `read`. Without bytes `lines` is null.
+    /// The result of `read`: bytes of one pipe and the splitter for the lines of this pipe. `bytes` is valid
+    /// until the next call of `read`, `lines` until the next call of `read`, `make` or `remove`. `lines` is
+    /// null if there are no bytes.
     struct Piece {
         Text::LineSplitter* lines = nullptr;
         std::string_view bytes;
         bool hasFailed = false; // reading has failed: stop calling `read`
     };
-    /// Returns the next bytes of any pipe. If there are none, or there is no pipe, waits for bytes or an
-    /// interruption, then returns no bytes; the next call returns the bytes.
+    /// Returns the next bytes of any pipe. If no pipe has bytes, waits for bytes or an interruption and
+    /// returns no bytes; the next call then returns the bytes that have arrived.
     Piece read();
 
     /// Closes all pipes. Removes the current pipe if it is still at its path. Afterwards `check` does
@@ -61,9 +63,9 @@ public:
     void remove();
 
 private:
-    // Both ends are open, so that there is no end of file while no encoder has the pipe open. After the pipe
-    // was replaced, the writing end is closed: end of file then means that the last encoder has closed the
-    // pipe.
+    // Both ends of the current pipe are open, so that there is no end of file while no encoder has the pipe
+    // open. After the pipe was replaced, its writing end is closed. End of file then means that the last
+    // encoder has closed the pipe.
     struct Pipe {
         ~Pipe();
         int reader = -1;

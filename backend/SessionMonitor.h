@@ -1,4 +1,4 @@
-// Checks the host's session once a second on a separate thread, and keeps a table of the buses.
+// Checks the host's session regularly on a separate thread, and keeps a table of the buses.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -26,7 +26,7 @@ struct SystemPaths;
 enum class HostPresence : std::uint8_t {
     absent,  // there is no session
     present, // there is a session
-    refused, // the host's word size is not 64 bits; ignored until the agent is restarted
+    refused, // the host's word size is not 64 bits; the monitor ignores the host until the agent is restarted
 };
 
 struct HostState {
@@ -44,12 +44,12 @@ using BusTable = std::map<std::string, std::string>; // display name to client i
 /// The buses in the session at one time.
 struct BusScan {
     BusTable table;
-    bool changed = false; // `table` differs from the known table, or two buses have the same name
+    bool changed = false; // `table` differs from the known table, or different buses have the same name
     bool operator==(const BusScan&) const = default;
 };
 
-/// Returns the buses of a session, and whether they differ from `known`. If two buses have the same name,
-/// only the first one is in the result, and the scan always counts as changed.
+/// Returns the buses of a session, and whether they differ from `known`. If two buses have the same name, the
+/// result contains only the first of them, and `changed` is true.
 BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known);
 
 /// Only the owner calls `confirmHost`, `start` and `stop`, on one thread. All other functions: any thread. A
@@ -69,9 +69,9 @@ public:
     SessionMonitor(const SessionMonitor&) = delete;
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
-    /// Checks the host's word size; call it before `start`. Returns false if the host is refused, which is
-    /// permanent and prints a line. Returns true if there is no host or its word size is not published yet;
-    /// in the latter case each pass checks again.
+    /// Checks the host's word size; call it before `start`. Returns false if the host is refused; this prints
+    /// a text and is permanent. Otherwise returns true, even if there is no host or its word size is not
+    /// published yet. If the word size is not published yet, each pass checks it again.
     bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();
@@ -79,11 +79,11 @@ public:
     void stop();
 
     HostState hostState() const;
-    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman: first "Main Bus", even if
-    /// the session has no bus of this name, then the others in byte order.
+    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman. The first is "Main Bus",
+    /// even if the session has no bus of this name; the others follow in byte order.
     void getBusNames(std::vector<std::string>& names) const;
-    /// Makes the bus with this name, in Mac OS Roman, the session's default bus, also if the host is refused.
-    /// Does nothing if no such bus or no session is known.
+    /// Makes the bus called `name` the session's default bus, even if the host is refused. `name` is encoded
+    /// in Mac OS Roman. Does nothing if no such bus is known or there is no session.
     void setDefaultBus(const std::string& name) const;
     /// Calls `write` with the agent's record in the session. Does not call `write` if there is no such record
     /// or the host is refused.

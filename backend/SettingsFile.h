@@ -24,22 +24,22 @@ enum class SaveResult : std::uint8_t {
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
-    /// while it saved. If the settings file is a symbolic link, the file that it leads to is used.
+    /// while it saved. If the settings file is a symbolic link, the target of the link is used.
     SettingsFile(juce::ApplicationProperties& store, const SystemPaths& paths);
-    /// Commits the last save, and tries once more to save what could not be saved. Logs the names of the
-    /// settings that are lost, with the reason.
+    /// Commits the last save, and tries once more to save the values that could not be saved. If this fails,
+    /// logs the names of the settings that are lost, with the reason.
     ~SettingsFile();
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
 
     /// Returns the settings in effect, including those that could not be saved. Reads the file, or the backup
     /// if the file is damaged or unreadable. Writes nothing. The reference is valid as long as this object
-    /// exists; the next call of `values` updates its content.
+    /// exists; the next call of a function of this object may change its content.
     const juce::PropertySet& values();
 
-    /// Commits the previous save, then writes a value into the file, with all values that could not be saved
-    /// before. A damaged file is first renamed to "<file>.bad", and the backup is renamed to "<file>". An
-    /// unreadable file is not changed: the save fails.
+    /// Commits the previous save, then writes a value into the file, together with all values that could not
+    /// be saved before. If the file is damaged, it is first renamed to "<file>.bad", and a valid backup is
+    /// renamed to "<file>". If the file is unreadable, it is not changed and the save fails.
     SaveResult save(const char* key, const juce::var& value);
 
     /// Waits until the last save is on the disk, then copies the file to the backup. If the disk reports an

@@ -8,15 +8,15 @@
 namespace Kest::Settings {
 
 /// Returns the path of the file to save: `path`, or its target if `path` is a symbolic link. The target need
-/// not exist. Returns `path` too if the target has no file extension, which the store requires, or if there
-/// are too many links; the first save then replaces the link by a file.
+/// not exist. Exception: returns `path` if the target has no file extension, which the store requires, or if
+/// there are too many links. The first save then replaces the link by a file.
 std::string settingsFileBehindLinks(const std::string& path);
 
 /// Returns options with which the store uses the file at `path`, an absolute path.
 juce::PropertiesFile::Options storeOptions(const std::string& path);
 
-/// Deletes the temporary files of the store beside the file at `path`. They remain after a process was killed
-/// while it saved settings.
+/// Deletes the temporary files of the store beside the file at `path`. These files remain if a process was
+/// killed while it saved settings.
 void removeStaleTempFiles(const std::string& path);
 
 } // namespace Kest::Settings

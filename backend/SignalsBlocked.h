@@ -9,7 +9,7 @@
 namespace Kest {
 
 /// Blocks all signals in the current thread while this object exists. A thread that the current thread starts
-/// meanwhile keeps them blocked, so that only the main thread handles signals.
+/// during this time keeps all signals blocked, so that only the main thread handles signals.
 class SignalsBlocked {
 public:
     SignalsBlocked()

@@ -3,7 +3,7 @@
 
 namespace Kest::Settings {
 
-/// A wake-up stays raised until `clear`, so it is not lost if the thread does not wait at that time.
+/// A wake-up stays raised until `clear`, so it is not lost if it is raised while the thread does not wait.
 class WakeUp {
 public:
     WakeUp();

@@ -36,8 +36,8 @@ struct ClientEntry {
     ClientEntry(const ClientEntry& shared);
     ClientEntry& operator=(const ClientEntry&) = delete;
 
-    /// Returns the label up to its terminator, or all 64 characters if it has none. Encoded in Mac OS Roman.
-    /// Points into `label`.
+    /// Returns the label up to its terminator, or all 64 characters if there is no terminator. The label is
+    /// encoded in Mac OS Roman. Points into `label`.
     std::string_view labelText() const;
 
     ClientID id;

@@ -14,13 +14,13 @@ public:
     static constexpr std::size_t kCharacters = 64;
 
     ClientID() : ClientID("") {}
-    /// Copies the first 64 characters, or fewer, of a NUL-terminated text.
+    /// Copies at most the first 64 characters of a NUL-terminated text.
     explicit ClientID(const char* name);
     ClientID(const ClientID& other) : ClientID(other.characters) {}
     ClientID& operator=(const ClientID& other);
 
-    /// Returns the name up to its first NUL, at most 64 characters, whatever bytes the record contains.
-    /// Points into this object.
+    /// Returns the name up to its first NUL, or all 64 characters if there is no NUL among them. Points into
+    /// this object.
     std::string_view text() const;
 
     /// Returns whether `text()` equals `name`, which must have at most 64 characters. Inline for speed,

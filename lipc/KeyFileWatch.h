@@ -5,17 +5,17 @@
 
 namespace LIPC {
 
-/// A client finds a segment by the key of its key file. If the key file is removed, the file that replaces it
-/// has another key, so no client finds the segment any more. Not synchronised.
+/// A client finds a segment by a key, which it derives from the key file. If the key file is removed, the
+/// next key file has another key, so no client finds the segment any more. Not synchronised.
 class KeyFileWatch {
 public:
-    /// Call with each new attachment to the segment; the name of the segment must always be the same. Returns
+    /// Pass each new attachment to this function; all attachments must have the same segment name. Returns
     /// true if `attachment` has another key and found no segment, although the segment of the last successful
     /// attachment still exists. Returns true only once for each removal of the key file.
     bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:
-    // Of the last successful attachment; `id` is -1 if there is none, or after the removal was reported.
+    // The last successful attachment. `id` is -1 if there is none, or after another key was checked.
     key_t key = -1;
     int id = -1;
 };

@@ -13,8 +13,9 @@
 namespace LIPC {
 
 /// Contains two slots, each with a text of at most `Length` bytes, and the index of the slot with the valid
-/// text. `put` writes the other slot and then changes the index. A reader always gets a complete text, unless
-/// the writer calls `put` twice, or puts a text of exactly `Length` bytes, while the reader copies the text.
+/// text. `put` writes the other slot and then changes the index. A reader gets a complete text. Exception:
+/// the text may be mixed if the writer, while the reader copies, calls `put` twice or puts exactly `Length`
+/// bytes.
 template <typename Character, std::size_t Length, std::size_t Slots>
 class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
@@ -22,17 +23,18 @@ class SHMArray {
 public:
     SHMArray() : slots{} {}
     /// Copies the valid text of an object that another process may be changing. The copy has this text in its
-    /// second slot and an empty text in its first slot. The other bytes of the slots are not initialised,
-    /// because records are copied often.
+    /// second slot and an empty text in its first slot. The other bytes of the slots are not initialised, for
+    /// speed.
     SHMArray(const SHMArray& shared);
     SHMArray& operator=(const SHMArray&) = delete;
 
     /// Makes `text`, which is NUL-terminated, the valid text. `length` is the number of characters that the
-    /// caller has counted. A text of at most `Length` bytes is stored whole. A longer text is cut to at most
-    /// `Length` - 1 bytes, without splitting a UTF-8 character; so is a text of `Length` bytes if `length`
-    /// exceeds `Length`.
-    /// A text of exactly `Length` bytes leaves no room for its terminator: in the first slot, `put` writes
-    /// the terminator over the first byte of the second slot; in the second slot, the text has no terminator.
+    /// caller has counted. Stores a text of fewer than `Length` bytes whole. Cuts a text of more than
+    /// `Length` bytes to at most `Length` - 1 bytes, without splitting a UTF-8 character. Cuts a text of
+    /// exactly `Length` bytes in the same way if `length` exceeds `Length`; otherwise stores it whole. If
+    /// exactly `Length` bytes are stored, the slot has no room for the terminator. For the first slot, `put`
+    /// then writes the terminator over the first byte of the second slot. For the second slot, `put` writes
+    /// no terminator.
     void put(const Character* text, int length);
 
     /// Returns the valid text up to its terminator, at most `Length` bytes; an empty text if another process
@@ -40,7 +42,7 @@ public:
     std::string_view text() const;
 
 private:
-    // A pointer of the process that created the object, without a meaning in other processes. Never used or
+    // A pointer of the process that created the object. It has no meaning in other processes. Never used or
     // changed.
     std::uint64_t typeWord = 0;
     Character slots[Slots * Length]; // NOLINT(modernize-use-default-member-init): not set in a copy

@@ -14,8 +14,8 @@ struct SessionBuffer {
     static constexpr std::size_t kSegmentBytes = 3458217;
 
     /// Returns the first record whose id equals `name`, comparing at most 64 characters; null if there is
-    /// none. Does not check the record's type. The result points into the segment: the host reads what the
-    /// caller writes there.
+    /// none. Does not check the record's type. The result points into the segment, so the host reads what the
+    /// caller writes into the record.
     ClientEntry* getClientEntry(const char* name);
 
     /// Replaces the content of `out` by copies of all records of a type, in slot order. Returns their number,

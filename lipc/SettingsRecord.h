@@ -1,4 +1,5 @@
-// The names of the host's segments and of the agent's record, and the parameter that the host writes there.
+// The names of the host's segments and of the agent's record, and the parameter that the host writes in this
+// record.
 #pragma once
 
 namespace LIPC {

@@ -6,10 +6,10 @@ namespace LIPC {
 /// The mode of files, pipes and segments that every user may read and write.
 constexpr int kModeWorldWritable = 0666;
 
-/// Opens a regular file for writing, without changing its content. Creates the file if it is missing, with
-/// `mode` less the umask. Returns the descriptor, which the caller closes; -1 with `errno` set on failure:
-/// ELOOP for a symbolic link, EINVAL for a file that is not regular, EMLINK for a file with several hard
-/// links. Any thread.
+/// Opens a regular file for writing, without changing its content. If the file is missing, creates it with
+/// the permissions `mode` less the umask. Returns the descriptor, which the caller closes. Returns -1 with
+/// `errno` set on failure: ELOOP for a symbolic link, EMLINK for a file with several hard links, EINVAL or an
+/// error of `open` for a file that is not regular. Any thread.
 int openSharedFile(const char* path, unsigned mode);
 
 } // namespace LIPC

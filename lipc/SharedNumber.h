@@ -14,7 +14,7 @@ Number loadShared(const Number& shared)
 }
 
 /// Writes a number atomically, with release ordering: a process that reads the number with `loadShared` sees
-/// all that this thread wrote before. The same requirements as for `loadShared`.
+/// all that this thread wrote before. `shared` must meet the requirements of `loadShared`.
 template <typename Number>
 void storeShared(Number& shared, Number value)
 {

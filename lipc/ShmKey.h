@@ -1,4 +1,4 @@
-// The System V key of a named segment, which the system derives from the device and inode of a key file.
+// Derives the System V key of a named segment from the device and inode of its key file.
 #pragma once
 
 #include <string>
@@ -9,9 +9,10 @@ namespace LIPC {
 /// Returns the path of the key file of the segment `name`. A key file is normally empty.
 std::string keyFilePath(const char* name);
 
-/// Returns the key of the segment `name`; -1, with a line in the log, on failure. A symbolic link at the path
-/// is a failure. Creates the key file if it is missing. Always empties it. If its times are more than an hour
-/// old, sets them to now. A key file that this user may not write stays unchanged. Any thread.
+/// Returns the key of the segment `name`. On failure returns -1 and logs a line. A symbolic link at the path
+/// of the key file is a failure. If the key file is missing, creates it; otherwise empties it. If the file
+/// was modified more than an hour ago, sets its times to now. Exception: a key file that `openSharedFile`
+/// cannot open stays unchanged, but its key is returned. Any thread.
 key_t shmKey(const char* name);
 
 /// Returns the key of the segment `name` without creating or changing the key file. Returns -1, without a

@@ -8,7 +8,7 @@
 
 namespace LIPC {
 
-/// The base class of all attachments. Its constructors derive the key; subclasses attach and detach.
+/// The base class of all attachments. Its constructors set the key; subclasses attach and detach.
 class ShmManaged {
 public:
     explicit ShmManaged(const char* name);
@@ -17,27 +17,27 @@ public:
     ShmManaged& operator=(const ShmManaged&) = delete;
 
     key_t key;               // -1 if the key could not be derived
-    int id = -1;             // the segment's identifier; negative if the segment was not found
+    int id = -1;             // the segment's identifier; negative if no accessible segment was found
     void* address = nullptr; // of the segment's contents; null if not attached
 
 protected:
     enum class Access { readWrite, readOnly };
 
-    /// Uses a key that the caller has derived.
+    /// Uses the key that the caller has derived.
     explicit ShmManaged(key_t derived) : key(derived) {}
-    /// Attaches the existing segment with `key` and sets `id` and `address`. Leaves `address` null if there
-    /// is no such segment, if the segment has fewer than `bytes` bytes, or if the system refuses the
-    /// attachment; prints a line on standard error only in the last case.
+    /// Attaches the existing segment with `key` and sets `id` and `address`. `address` stays null if this
+    /// user may access no segment with the key, if the segment has fewer than `bytes` bytes, or if `shmat`
+    /// fails. Prints a line on standard error only if `shmat` fails.
     void attach(std::size_t bytes, Access access);
     void detach();
-    /// Maps all attached pages at once, which takes about half the time of mapping each page on its first
-    /// use. Does nothing if the system does not support it.
+    /// Maps the pages of the first `bytes` bytes at once, which takes about half the time of mapping each
+    /// page on its first use. Does nothing without an attachment, or if the system does not support it.
     void mapPages(std::size_t bytes) const;
 };
 
-/// Attaches to an existing segment for reading and writing while this object exists. Each operation makes its
-/// own attachment. Never creates, resizes or removes a segment, but may create the key file, see `shmKey`.
-/// `Layout` describes the contents; `Layout::kSegmentBytes` is the minimum size. Any thread.
+/// Attaches to an existing segment for reading and writing while this object exists. Each operation of the
+/// agent makes its own attachment. Never creates, resizes or removes a segment, but may create the key file,
+/// see `shmKey`. `Layout` describes the contents; `Layout::kSegmentBytes` is the minimum size. Any thread.
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:
@@ -54,8 +54,8 @@ public:
     void populate() const { mapPages(Layout::kSegmentBytes); }
 };
 
-/// Attaches to an existing segment for reading only: a write through it is a segmentation fault. Neither
-/// creates nor changes the key file. Otherwise like `ShmManagedOpen`. Any thread.
+/// Attaches to an existing segment for reading only: writing to the contents causes a segmentation fault.
+/// Neither creates nor changes the key file. Otherwise like `ShmManagedOpen`. Any thread.
 template <typename Layout>
 class ShmManagedReadOnly : public ShmManaged {
 public:

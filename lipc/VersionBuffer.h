@@ -9,7 +9,7 @@ namespace LIPC {
 struct VersionBuffer {
     static constexpr std::size_t kSegmentBytes = 8;
     static constexpr std::int32_t kNotPublished = 0;      // the host has not written its word size yet
-    static constexpr std::int32_t kAcceptedWordSize = 64; // another size is refused
+    static constexpr std::int32_t kAcceptedWordSize = 64; // a host with another word size is refused
 
     std::int32_t hostData; // used by the host only
     std::int32_t wordSize; // of the running host, in bits

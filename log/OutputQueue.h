@@ -11,14 +11,14 @@
 namespace Lct {
 
 /// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
-/// thread. While the buffer has no room, `add` waits. All waits together last at most half a second until the
-/// buffer is empty again. After that time `add` drops texts until the buffer is empty; then a line with the
-/// number of dropped texts is written. An object must never be destroyed, because its thread is not joined.
-/// Any thread.
+/// thread. While the buffer has no room, `add` waits. All calls of `add` together wait for at most half a
+/// second; this limit starts again when the buffer is empty. After that time `add` drops a text that has no
+/// room, and all later texts until the buffer is empty. The thread then writes a line with the number of
+/// dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
 class OutputQueue {
 public:
-    /// Writes `text`, which has at most 4096 bytes. If `text` contains a line feed, it ends with one. May
-    /// block.
+    /// Writes `text`, which has at most 4096 bytes. May block. If `text` contains a line feed, it ends with
+    /// one. Exception: without a thread, `add` passes its text unchanged.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
@@ -63,8 +63,8 @@ OutputQueue& standardOutput();
 OutputQueue& standardError();
 OutputQueue& systemLog(); // each added text consists of whole lines
 
-/// Writes `text` to a descriptor, blocking or not; blocks until all of `text` is written. Drops the rest of
-/// `text` if the descriptor fails.
+/// Writes `text` to a descriptor, which may be non-blocking. Blocks until all of `text` is written. If the
+/// descriptor fails, drops the rest of `text`.
 void writeAll(int descriptor, std::string_view text);
 
 } // namespace Lct

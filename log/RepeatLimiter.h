@@ -9,8 +9,9 @@
 
 namespace Lct {
 
-/// Decides which log lines are written: per minute, at most one of equal lines and at most 20 of one format.
-/// Remembers 16 formats; another format replaces the one that was added first. Not synchronised.
+/// Decides which log lines are written. In a minute it admits at most 20 lines of a format, and equal lines
+/// of a format only once. Remembers 16 formats; another format replaces the one that was added first. Not
+/// synchronised.
 class RepeatLimiter {
 public:
     static constexpr std::int64_t kPeriod = 60; // seconds

@@ -10,14 +10,15 @@
 
 namespace Kest::Settings {
 
-// The title of each speaker configuration in the menu, by id. The menu's order is that of the ids.
+// The title of each speaker configuration in the menu, by id. The menu shows the titles in the order of the
+// ids.
 extern const std::map<std::int32_t, std::string> sSpkrConf2Name;
 
 // The layout of each speaker configuration, by id. Each layout belongs to one configuration only.
 extern const std::map<std::int32_t, LSS::eMixLayout> sSpkrConf2Layout;
 
-// The default values of the parameters 32 to 41, by number: the index in `LIPC::ClientEntry::params` of the
-// agent's record. Solo mode, number 4, is not included.
+// The default values of the parameters 32 to 41, by parameter number. The number is the index in
+// `LIPC::ClientEntry::params` of the agent's record. Solo mode, number 4, is not included.
 extern const std::map<std::int32_t, float> cParameterDefaults;
 
 // Returns the id of the speaker configuration whose layout has the id `layout`; -1 if there is none. `layout`

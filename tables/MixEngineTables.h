@@ -18,8 +18,8 @@ extern const std::map<std::int32_t, float> cRTIn_ParameterDefaultValues;
 // engine's defaults are not known.
 extern const std::map<std::int32_t, float> cOfflineParameterDefaultValues;
 
-// The names and the defaults of the text parameters. Both maps have the same keys. A text without a default
-// is empty.
+// The names and the defaults of the text parameters. Both maps have the same keys. If a text parameter has no
+// default, its value in `cStringDefaults` is empty.
 extern const std::map<std::int32_t, std::string> cStringNames;
 extern const std::map<std::int32_t, std::string> cStringDefaults;
 

@@ -10,8 +10,8 @@
 
 namespace Kest::Settings {
 
-/// How the text in the settings file is read. The range is not checked. A toggle in the menu is on if its
-/// value is not 0; choosing the toggle stores 1 - value.
+/// How the text of a setting in the settings file is read. The range of a number is not checked. A toggle in
+/// the menu is on if its value is not 0; choosing the toggle stores 1 - value.
 enum class SettingType : std::uint8_t {
     integer, // the stored number
     boolean, // 0 or 1; any other stored number is read as 1
@@ -20,15 +20,15 @@ enum class SettingType : std::uint8_t {
 
 struct Setting {
     const char* key;          // in the settings file
-    int number;               // index in `params` of the agent's record; in `strings` for a text
+    int number;               // index in the agent's record: in `strings` for a text, otherwise in `params`
     const char* defaultValue; // the default value, as the settings file would contain it
     SettingType type;
     const char* name;  // in the output of the tools
     const char* title; // in the menu and in the log
 };
 
-// The order in which the agent saves its toggles again when it starts, and in which the simulator prints
-// settings. Texts must be last.
+// When the agent starts, it saves its toggles again in this order. The simulator prints settings in this
+// order. Texts must be last.
 inline constexpr Setting kSettings[] = {
     {"SoloMode", 4, "0", SettingType::integer, "SoloMode", "Solo Mode"},
     {"HdxAuxTrackDelaySetting", 32, "0", SettingType::integer, "HdxAuxTrackDelay", "HDX Aux Track Delay"},
@@ -40,15 +40,14 @@ inline constexpr Setting kSettings[] = {
      "Speaker Configuration"}, // an `LSS::eMixLayout`
     {"Facility", 0, "Standard-Surround", SettingType::text, "Facility", "Monitoring Facility"},
 };
-// clang-format on
 
-/// The name of the bus that is always in the menu "Default Bus".
+/// The menu "Default Bus" always contains the bus with this name.
 inline constexpr char kMainBus[] = "Main Bus";
 
 /// The path of the named pipe into which encoders write their reports.
 inline constexpr char kEncodingProgressFifo[] = "/tmp/kest_settings_enc_progress_fifo";
 
-/// The settings that are numbers, which the agent's record contains as parameters.
+/// The rows whose values are numbers. The agent's record contains these numbers as parameters.
 inline constexpr std::span<const Setting> kParameterSettings(std::begin(kSettings),
                                                              std::ranges::find(kSettings, SettingType::text,
                                                                                &Setting::type));

@@ -60,11 +60,12 @@ enum class ePosition : std::int32_t {
 
 struct Speaker {
     char label[8];             // NUL-terminated, at most 7 characters
-    std::int32_t channelIndex; // index of the layout's channel, from 0
+    std::int32_t channelIndex; // index of the loudspeaker's channel in the layout, from 0
     ePosition position;
     float azimuth;   // degrees, positive to the left
     float elevation; // degrees, positive upwards
-    // Index in the order L, R, Ls, Rs, C, LFE, HL, HR, HLs, HRs, T, HC; -1 if the layout does not use it.
+    // Index in the order L, R, Ls, Rs, C, LFE, HL, HR, HLs, HRs, T, HC; -1 if the layout does not use this
+    // order.
     std::int32_t referenceIndex;
 };
 

@@ -11,12 +11,12 @@ namespace Kest::Text {
 /// A line ends at a line feed, a carriage return or a NUL byte. Not synchronised.
 class LineSplitter {
 public:
-    // PIPE_BUF on Linux: a pipe may mix a longer write with the writes of other processes.
+    // Equals PIPE_BUF on Linux. A pipe may mix a longer write with the writes of other processes.
     static constexpr std::size_t kMaxLineBytes = 4096;
 
-    /// Adds `bytes`, and calls `take` with each line that ends in them, without the line end. Skips empty
-    /// lines. For a line of more than 4096 bytes calls `drop` with the first 4097 bytes of the line instead.
-    /// The argument of `take` and `drop` is valid during the call only.
+    /// Adds `bytes`. Calls `take` with each line that is now complete, without its line end. Skips empty
+    /// lines. If a line has more than 4096 bytes, calls `drop` instead, with the first 4097 bytes of the
+    /// line. The argument of `take` and `drop` is valid during the call only.
     template <typename Take, typename Drop>
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
     {

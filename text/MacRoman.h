@@ -6,8 +6,8 @@
 
 namespace Kest::Text {
 
-/// Converts Mac OS Roman, in which every byte is a character, to UTF-8. `utf8ToMacRoman` returns the original
-/// bytes.
+/// Converts Mac OS Roman, in which every byte is a character, to UTF-8. `utf8ToMacRoman` converts the result
+/// back to the same bytes.
 std::string macRomanToUtf8(std::string_view bytes);
 
 /// Converts UTF-8 to Mac OS Roman. Replaces each character that Mac OS Roman lacks, and each invalid byte, by

@@ -1,4 +1,4 @@
-// Converts text and numbers of other processes to text for one line, without control characters.
+// Converts text and numbers from other processes to text for one line, without control characters.
 #pragma once
 
 #include <string>
@@ -17,8 +17,9 @@ std::string escaped(std::string_view text);
 /// backslash is not escaped. Use it for Mac OS Roman, which terminals do not decode.
 std::string escapedBytes(std::string_view text);
 
-/// Returns the shortest decimal number that is read back as `value`, possibly with an exponent. A whole
-/// number below 1e9 in magnitude has no exponent. Infinities are "inf" and "-inf"; NaN is "nan".
+/// Returns the shortest decimal number that is read back as `value`; the number may have an exponent.
+/// Exception: a whole number below 1e9 in magnitude is returned exactly, without an exponent. Infinities are
+/// "inf" and "-inf"; NaN is "nan" or "-nan".
 std::string printable(float value);
 
 } // namespace Kest::Text

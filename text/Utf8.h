@@ -1,4 +1,4 @@
-// Decodes UTF-8. Other processes send any bytes; desktops and terminals accept only valid UTF-8.
+// Decodes UTF-8. Other processes may send any bytes; desktops and terminals accept only valid UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +17,9 @@ struct Character {
     bool isControl() const { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 };
 
-/// Returns the first character of `text`, which must not be empty; the first byte, as invalid, if `text` does
-/// not begin with a valid character. Over-long forms, surrogates and values above U+10FFFF are invalid.
+/// Returns the first character of `text`. If `text` does not begin with a valid character, returns the first
+/// byte as an invalid character. `text` must not be empty. Over-long forms, surrogates and values above
+/// U+10FFFF are invalid.
 Character firstCharacter(std::string_view text);
 
 /// Calls `use` with each character and each invalid byte of `text`, in order.
@@ -37,11 +38,11 @@ bool isUtf8(std::string_view text);
 /// Returns `text` with U+FFFD for each invalid byte.
 std::string toUtf8(std::string_view text);
 
-/// Appends a character in UTF-8. `code` is at most U+10FFFF and is not a surrogate.
+/// Appends a character in UTF-8. `code` must be at most U+10FFFF and must not be a surrogate.
 void append(std::string& text, char32_t code);
 
-/// Returns the length, at most `limit`, to which `text` can be cut without splitting a character. `text` must
-/// have more than `limit` bytes. The result for invalid UTF-8 is `limit` or up to 3 bytes less.
+/// Returns the greatest length up to `limit` to which `text` can be cut without splitting a character. `text`
+/// must have more than `limit` bytes. The result for invalid UTF-8 is `limit` or up to 3 bytes less.
 std::size_t wholeCharacters(std::string_view text, std::size_t limit);
 
 } // namespace Kest::Text
