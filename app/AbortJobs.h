@@ -18,10 +18,11 @@ class AbortJobs {
 public:
     static constexpr std::size_t kMaxRunning = 16; // at the same time
 
-    /// Performs one abort; `abortEncoder` describes the result and `stop`. Called on a separate thread.
+    /// Performs one abort. The parameters and the result are those of `abortEncoder`. Called on a separate
+    /// thread.
     using Abort = std::function<std::string(const AbortRequest&, const std::atomic<bool>& stop)>;
-    /// Called on the main thread after an abort has ended. `failure` is empty if the abort is complete;
-    /// otherwise it is the reason why not.
+    /// Called on the main thread after an abort has ended. `failure` is empty if the abort is complete.
+    /// Otherwise `failure` is the reason why the abort is not complete.
     using Finished =
         std::function<void(const Settings::ProcessIdentity& process, const std::string& failure)>;
 
@@ -31,7 +32,7 @@ public:
     AbortJobs& operator=(const AbortJobs&) = delete;
 
     /// Waits up to 1 s for running aborts, then sets `stop` for them and waits up to 200 ms more. Abandons
-    /// each abort that still runs, and logs one line for it. After this call, `Finished` is not called, and
+    /// each abort that still runs, and logs one line for it. After `end`, `Finished` is not called, and
     /// `start` must not be called.
     void end();
 

@@ -1,4 +1,4 @@
-// The menu of the session's buses, one of which is the session's default bus.
+// The menu of the session's buses. The user chooses one of these buses as the default bus.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -20,18 +20,19 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Called when the buses have changed: gets the bus names from the Backend, prints them to standard
-    /// output in printable form, one line each, and rebuilds the menu.
+    /// Gets the bus names from the Backend and rebuilds the menu. Also prints the names to standard output in
+    /// printable form, one per line, and then an empty line. Call this when the buses have changed.
     void printAndRefreshBuses();
-    /// Does the same as `printAndRefreshBuses`, but prints nothing.
+    /// Gets the bus names and rebuilds the menu, but prints nothing.
     void refreshQuietly();
 
     /// Rebuilds the menu from the bus names that `printAndRefreshBuses` or `refreshQuietly` got last. If the
-    /// current default bus is not among these names, makes the main bus the default, in the Backend too.
+    /// current default bus is not among these names, makes the main bus the default, also in the Backend.
     void updateKestBusMenu();
 
     /// Makes the sender's bus the default and rebuilds the menu. If the sender's tag is not the index of a
-    /// bus, the default does not change.
+    /// bus, the default does not change. A name of fewer than two characters changes the menu but not the
+    /// Backend.
     void setDefaultKestBus(Sender sender);
 
 private:

@@ -1,4 +1,4 @@
-// Aborts an encoding: ends its encoder and deletes its output folder, or refuses to and returns the reason.
+// Aborts an encoding: checks that this is safe, ends the encoder and deletes its output folder.
 #pragma once
 
 #include "backend/Process.h"
@@ -9,7 +9,8 @@
 
 namespace Kest::App {
 
-/// The arguments of one abort: the state that the menu showed when the user chose the abort.
+/// The arguments of one abort. `process`, `hadPipeOpen` and `output` describe the encoding as the menu showed
+/// it when the user chose the abort.
 struct AbortRequest {
     Settings::ProcessIdentity process; // the encoder, identified when it wrote its first line
     bool hadPipeOpen = false;          // whether the encoder was ever seen with the progress pipe open
@@ -20,9 +21,9 @@ struct AbortRequest {
 
 /// Ends the encoder, then deletes its output folder. Returns an empty text when both are complete, also if
 /// the encoder had already ended or there was no folder. Otherwise returns one line of printable text that
-/// says what was refused or failed. If `stop` becomes true during the deletion, stops before the next file
-/// and returns that not everything was deleted. Any thread. Blocks up to 5 s until the encoder has ended, and
-/// as long as the disk does.
+/// describes what was refused or failed. If `stop` becomes true during the deletion, stops before the next
+/// file and reports the incomplete deletion in the returned text. Any thread. Waits up to 5 s for the encoder
+/// to end. Disk access can block longer.
 std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

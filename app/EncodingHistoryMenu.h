@@ -18,14 +18,14 @@ class Backend;
 
 namespace Kest::App {
 
-/// Returns the name of an encoding: its description without a final "_Print", or else without a final
-/// underscore and the three characters after it. Returns an empty text if the description has fewer than five
-/// bytes.
+/// Returns the name of an encoding: its description without a final "_Print". If there is no final "_Print",
+/// but the fourth character from the end is an underscore, removes the last four characters. Returns an empty
+/// text if the description has fewer than five bytes.
 std::string encodingName(const std::string& description);
 
-/// A row is an item whose tag is the encoder's process id. Each row belongs to one process. If the system
-/// uses the process id again, the next process gets a new row, and the row of the earlier process does not
-/// change. Main thread only. All references must outlive this object.
+/// Shows one row per encoding. A row is an item whose tag is the encoder's process id. Each row belongs to
+/// one process. If the system uses the process id again, the next process gets a new row, and the row of the
+/// earlier process does not change. Main thread only. All references must outlive this object.
 class EncodingHistoryMenu {
 public:
     EncodingHistoryMenu(const Outlets& menuOutlets, Settings::Backend& settingsBackend, Workspace& desktop,
@@ -33,25 +33,28 @@ public:
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows an encoding that the Backend has no record of. Does nothing if the Backend has a record, or has
-    /// ever evicted one. `number` is the percentage; a negative number means that the encoding has failed.
-    /// Must be called after `showReported`, because the records may be newer than this message.
+    /// Shows an encoding that the Backend has no record of. Does nothing if the Backend has such a record, or
+    /// if the Backend has ever evicted a record. `number` is the percentage; a negative number means that the
+    /// encoding has failed. Must be called after `showReported`, because the records may be newer than this
+    /// message.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows the encodings reported since the previous call, at most 250 of them, from the Backend's records.
-    /// Removes the rows of evicted records. Returns false if no encoding was reported; call it until then.
+    /// Removes the rows of evicted records. Returns false if no encoding was reported. To show all encodings,
+    /// call this function until it returns false.
     bool showReported();
 
-    // Actions. `sender` is an item in the submenu of a row; other senders have no effect.
+    // Actions of an encoding. `sender` is an item in the submenu of a row; other senders have no effect.
     /// Shows the folder of the encoding's output in the file manager. Does nothing if no output was reported.
     void encShowInFinder(Sender sender);
     /// Starts the abort of the encoding, unless the encoding has just finished. The row remains until
     /// `abortEnded`. If the abort cannot be started, logs one line.
     void abortEncoding(Sender sender);
-    /// Removes the row of an encoding whose abort is complete, that is, if `failure` is empty. Otherwise
-    /// keeps the row and enables its abort item again.
+    /// Must be called when the abort of `process` has ended. If `failure` is empty, removes the rows of
+    /// `process`. Otherwise keeps the rows and enables their abort items again, unless the encoding has
+    /// finished.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
-    /// Removes all rows. Does not end a process or delete a file.
+    /// Removes all rows. Does not end a process or delete a file. Ignores the sender.
     void clearEncodingHistory(Sender sender);
 
     /// Enables the item "Clear History" if there is a row, and greys it if there is none.
@@ -60,8 +63,8 @@ public:
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// The state that a row shows. The row's actions use this state even if newer reports exist. Kept small,
-    /// because there can be thousands of rows.
+    /// The state that a row shows. The row's actions use its process and output path, even if newer reports
+    /// exist. Kept small, because there can be thousands of rows.
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
         std::string path() const { return output == nullptr ? std::string() : *output; }
@@ -88,7 +91,7 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    // The newest report and the number of evictionRuns of the Backend's table that the menu shows.
+    // The newest report that the menu shows, and `evictionRuns` of the Backend's table at the last check.
     std::uint64_t lastReport = 0;
     std::uint64_t evictionRuns = 0;
 };

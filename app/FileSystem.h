@@ -1,4 +1,5 @@
-// Queries about files and folders, which do not follow links. Each system has its own implementation.
+// Queries about files and folders. No query follows a link at the end of a path. Each system has its own
+// implementation.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -29,8 +30,8 @@ struct FileFacts {
     std::optional<std::int64_t> created; // nullopt if the file system does not record it
 };
 
-/// Returns the facts about the entry `name` of an open folder, without following a link; about the folder
-/// itself if `name` is empty. Returns nullopt and sets `errno` on failure. Any thread.
+/// Returns the facts about the entry `name` of an open folder, without following a link. If `name` is empty,
+/// returns the facts about the folder itself. Returns nullopt and sets `errno` on failure. Any thread.
 std::optional<FileFacts> examine(int folder, const std::string& name = {});
 
 /// Opens the folder `name` inside the open folder `parent`, for access to its entries. If `parent` is

@@ -12,7 +12,7 @@
 namespace Kest::App {
 
 /// Draws the menu and runs the main loop. Calls `KestSettingsAppDelegate::choose` for each item that the user
-/// chooses, and `menuWillOpen` before it shows a submenu. Makes no other decisions.
+/// chooses, and `menuWillOpen` before it shows a submenu. Contains no other logic of the application.
 class FrontEnd {
 public:
     virtual ~FrontEnd() = default;

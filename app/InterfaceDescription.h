@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus that `loadInterface` created. The pointers are valid as long as the model. For a menu that
-/// is rebuilt later, only the menu is listed here, not its items.
+/// Items and menus that `loadInterface` created. The pointers are valid as long as the model exists. If the
+/// items of a menu are replaced later, only the menu is listed here, not its items.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;
@@ -24,7 +24,7 @@ struct Outlets {
     MenuItem* mLatencyCompensationControlMenu = nullptr;
     Menu* mDefaultBusMenu = nullptr;
 
-    /// The index is that of `kSettings`. Null for a setting that is not a toggle in the menu.
+    /// Has the same indices as `kSettings`. Null for a setting that is not a toggle in the menu.
     std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;

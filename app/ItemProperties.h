@@ -11,9 +11,9 @@
 
 namespace Kest::App {
 
-/// Identifies an item while it exists, and the submenu of that item. 0 identifies the status menu. An id is
-/// used again only after every other id was used, or by an item with the same title and action when its menu
-/// is refilled.
+/// Identifies an existing item, and also its submenu. 0 identifies the status menu. An id is used again in
+/// two cases only: after every other id was used; or when a menu is refilled with an item that has the same
+/// title and action as the item that had the id.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 
@@ -47,8 +47,8 @@ struct ItemProperties {
     bool operator==(const ItemProperties&) const = default;
 };
 
-/// Immutable properties. Copies share one object: the model, its snapshots, its change records and copied
-/// items. So a history of thousands of encodings uses little memory.
+/// Immutable properties. Copies share one object. The model, its snapshots, its change records and copied
+/// items use such copies, so that a history of thousands of encodings uses little memory.
 class SharedProperties {
 public:
     SharedProperties(ItemProperties properties)
@@ -75,8 +75,8 @@ private:
     std::shared_ptr<const ItemProperties> shared;
 };
 
-/// Returns the item's name: its title, or for an encoding `EncodingState::title`. Returns for example
-/// "Process 4711", with the item's tag, for an encoding without a name that has not failed.
+/// Returns the item's name: `EncodingState::title` for an encoding, otherwise the title. If this text is
+/// empty for an encoding, returns "Process " and the item's tag instead, for example "Process 4711".
 std::string itemName(const ItemProperties& item);
 
 /// Returns the item's text for output without colours and progress bars: its name, followed by the percentage

@@ -35,14 +35,14 @@ public:
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
 
     // Start and end. Call `awakeFromNib`, check `startError`, then call the other two, each once.
-    /// Loads the menu, calls the front end's `showStatusItem`, and starts the Backend. Shows the stored
-    /// settings. Passes all of them except Solo Mode and the facility to the Backend, as a choice does: a
-    /// running host gets them, and the settings file gets the defaults that it lacks.
+    /// Loads the menu, calls the front end's `showStatusItem`, starts the Backend, and shows the stored
+    /// settings. Writes all of them except Solo Mode and the facility to the Backend, as if the user had
+    /// chosen them. So a running host gets them, and the settings file gets the defaults that it lacks.
     void awakeFromNib();
     /// Returns 0, or an errno if the Backend could not start in `awakeFromNib`. After a failure, only the
     /// destructor may be called.
     int startError() const;
-    /// Shows the host's state and fills the bus menu, which always contains "Main Bus".
+    /// Updates `hostState` and fills the bus menu, which always contains "Main Bus".
     void applicationDidFinishLaunching();
     /// Destroys the observer, waits up to 1.2 seconds for running aborts, destroys the Backend with
     /// its threads, and unloads the launch agent.
@@ -50,11 +50,11 @@ public:
 
     // For the front end.
     const MenuModel& menu() const { return model; }
-    /// Returns the host's state as the menu shows it. The front end's `hostChanged` reports each change.
+    /// Returns the host's state. The front end's `hostChanged` reports each change.
     const Settings::HostState& hostState() const { return host; }
-    /// Performs the action of the item with this id. Returns false if there is no such item; if the item is
-    /// hidden, greyed, a separator or without an action; or before `awakeFromNib` and after
-    /// `applicationWillTerminate`.
+    /// Performs the action of the item with this id. Returns false if there is no such item, or if the item
+    /// is hidden, greyed, a separator or without an action. Also returns false before `awakeFromNib` and
+    /// after `applicationWillTerminate`.
     bool choose(ItemId id);
     /// Must be called before the submenu of the item with this id is shown, because some submenus are filled
     /// at that time. Does nothing if there is no such submenu.
@@ -64,15 +64,16 @@ public:
     void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
     // For the Backend.
-    /// Stores a message in the message slot, in place of one that is not handled yet; see `MessageSlot`.
-    /// Returns true if the slot was empty: then the caller must post a job that calls
+    /// Stores a message in the message slot. The message replaces one that is not handled yet; see
+    /// `MessageSlot`. Returns true if the slot was empty. In that case the caller must post a job that calls
     /// `handleQueuedMsgFromBackend`. Any thread.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
     /// Handles the message in the slot, and those that arrive meanwhile, until the slot is empty.
     void handleQueuedMsgFromBackend();
-    /// Handles one message. If `type` is 0, `number` is a status number. If `type` is positive, it is the
-    /// process id of an encoder, and `number` is the percentage or, if negative, a failure. Ignores a
-    /// negative `type`.
+    /// Handles one message. If `type` is 0, `number` is a status number. If `type` is positive, `type` is the
+    /// process id of an encoder, and `number` is its percentage; a negative `number` means that the encoding
+    /// has failed. A negative `type` has no meaning and is ignored. First shows the encodings that were
+    /// reported to the Backend since the previous call.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t type, const std::string& description);
 
     /// A hook that is called with the text of a status message for the user. Does nothing by default.
@@ -122,12 +123,12 @@ private:
     AbortJobs aborts; // destroyed first, because its jobs use `controllers`
 };
 
-/// Called by the Backend when the host's state has changed: posts a job that reads the state. `context` is
-/// the delegate, not null. Any thread.
+/// Posts a job that updates the delegate's `hostState`. The Backend calls this function when the host's state
+/// has changed. `context` is the delegate, not null. Any thread.
 void host_state_callback(void* context);
 
-/// Called by the Backend with a message: stores the message and, if the slot was empty, posts a job that
-/// handles it. `context` is the delegate; does nothing if it is null. Any thread.
+/// Stores a message of the Backend in the delegate's slot. If the slot was empty, posts a job that handles
+/// the message. `context` is the delegate; does nothing if `context` is null. Any thread.
 void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                const char* description);
 

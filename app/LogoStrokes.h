@@ -13,7 +13,7 @@ struct LogoStroke {
     LogoPoint to;
 };
 
-/// A K whose arms point to a dot, which is a stroke of length 0. Each stroke has round ends.
+/// The logo is a K whose arms point to a dot. The dot is a stroke of length 0. Each stroke has round ends.
 constexpr LogoStroke kLogoStrokes[] = {
     {{4, 2.5}, {4, 13.5}},
     {{4, 8.75}, {10, 2.5}},

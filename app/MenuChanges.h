@@ -1,4 +1,4 @@
-// Records what changes in the menu, so that a front end updates only that.
+// Records the changes of the menu, so that a front end updates only what has changed.
 #pragma once
 
 #include "app/ItemProperties.h"
@@ -24,12 +24,13 @@ struct LayoutChange {
 };
 
 /// The changes of the menu since the last `MenuJournal::take`. An added or removed item appears in its menu's
-/// `LayoutChange` only. The items of its submenu, at any depth, are not listed.
+/// `LayoutChange` only. The items below an added or removed item are not listed.
 struct MenuChanges {
-    /// By id: the previous state of each item that still exists, if its properties changed or it gained or
-    /// lost a submenu.
+    /// The previous states, by id, of the items whose properties changed and the items that gained or lost a
+    /// submenu. Contains only items that still exist.
     std::map<ItemId, PreviousState> items;
-    /// By the id of the item whose submenu changed; `kStatusMenuId` for the status menu.
+    /// The changed menus, by the id of the item whose submenu the menu is; `kStatusMenuId` for the status
+    /// menu.
     std::map<ItemId, LayoutChange> menus;
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
@@ -37,9 +38,9 @@ struct MenuChanges {
 class MenuItem;
 class MenuModel;
 
-/// Records each change of an item or a menu; `MenuModel` calls it. A front end gets the result of `take`, and
-/// so need not compare thousands of items to find one change. Until the next `take`, changes of a new item or
-/// of the items in its submenu are ignored: the item is reported once, as added. Main thread only.
+/// Records each change of an item or a menu; `MenuModel` calls it. A front end gets the result of `take`, so
+/// it need not compare thousands of items to find one change. A new item is reported once, as added: until
+/// the next `take`, changes of the new item and of the items in its submenu are ignored. Main thread only.
 class MenuJournal {
 public:
     /// Call before an item changes, with its state at that time. Only the first state since the last `take`
@@ -59,10 +60,10 @@ public:
     /// since the last `take`.
     std::size_t recordCount() const { return recorded; }
 
-    /// Returns the changes since the previous `take`, and clears the journal. Pass as `lastAssigned` the
-    /// highest id assigned so far: an item with a higher id counts as new until the next `take`. Once ids are
-    /// reused, pass the highest possible id. If a refill removes an item that was added since the last
-    /// `take`, the menu may be reported, with an empty `LayoutChange`, although its items are the same.
+    /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
+    /// id assigned so far; an item with a higher id counts as new until the next `take`. Once ids are reused,
+    /// pass the highest possible id. An unchanged menu may be reported with an empty `LayoutChange`. This can
+    /// happen if a refill removed an item that was added since the last `take`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

@@ -16,7 +16,7 @@ class Menu;
 class MenuItem;
 class MenuModel;
 
-/// An item of a menu, which owns it. Main thread only, like the whole model.
+/// A menu item. The menu that contains the item owns it. Main thread only, like the whole model.
 class MenuItem {
 public:
     explicit MenuItem(SharedProperties properties) : props(std::move(properties)) {}
@@ -83,8 +83,8 @@ public:
     MenuItem& addItem(std::unique_ptr<MenuItem> item) { return insertItem(std::move(item), numberOfItems()); }
     /// Removes an item, which must be in this menu, and returns it.
     std::unique_ptr<MenuItem> removeItem(const MenuItem& item);
-    /// Removes all items before the menu is refilled. Keeps the removed items until the next call, so that
-    /// `insertItem` can reuse their ids.
+    /// Removes all items, so that the menu can be refilled. Keeps the removed items until the next call, so
+    /// that `insertItem` can reuse their ids.
     void removeAllItems();
 
     /// Returns a menu with copies of all items and their submenus. The copies have new ids. The returned menu
@@ -113,7 +113,7 @@ private:
 /// Contains the status menu with all its items and submenus.
 class MenuModel {
 public:
-    /// Items get the ids from 1 to `maxId`, then again from 1, without the ids in use.
+    /// New items get the ids from 1 to `maxId` in ascending order, then from 1 again. Ids in use are skipped.
     explicit MenuModel(ItemId maxId = std::numeric_limits<ItemId>::max())
         : maxItemId(maxId), root(std::make_unique<Menu>(*this))
     {}
@@ -127,8 +127,8 @@ public:
 
     /// Returns the changes since the previous call, and forgets them.
     MenuChanges takeChanges();
-    /// Returns whether more than 2000 changes are recorded. `takeChanges` should then be called before more
-    /// changes are made.
+    /// Returns whether more than 2000 changes are recorded. If so, call `takeChanges` before you make more
+    /// changes.
     bool hasManyChanges() const;
 
 private:

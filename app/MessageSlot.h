@@ -9,11 +9,12 @@
 
 namespace Kest::App {
 
-/// What the slot keeps of messages that were replaced before they were taken. Nothing is kept of an encoder's
-/// message, because the Backend's table contains the encoder's newest report.
+/// Records messages that were replaced before they were taken. There are two recorded kinds: "buses changed"
+/// and all other status messages. A newer message of the same kind clears the record of that kind. Encoders'
+/// messages are not recorded, because the Backend's table contains the newest report of each encoder.
 struct SkippedMessages {
-    std::optional<std::int32_t> status; // the newest replaced status number other than 3
-    bool busList = false;               // whether the status number 3, "buses changed", was replaced
+    std::optional<std::int32_t> status; // the newest replaced status number; never 3
+    bool busList = false; // whether a message with status number 3, "buses changed", was replaced
 };
 
 /// A message of the Backend; `BackendMessageCallback` describes `number` and `type`.
@@ -32,8 +33,8 @@ std::string descriptionText(const char* description);
 /// long the main thread is busy. Any thread.
 class MessageSlot {
 public:
-    /// Stores a message; replaces a waiting one. Returns true if the slot was empty: then the caller must
-    /// post a job that calls `take`. `description` may be null.
+    /// Stores a message; replaces a waiting one. Returns true if the slot was empty. In that case the caller
+    /// must post a job that calls `take`. `description` may be null.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
 
     /// Returns the message and empties the slot; nullopt if the slot was empty.

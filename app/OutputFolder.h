@@ -1,4 +1,5 @@
-// Opens the folder of an encoder's output if it may be deleted, and checks that it is the encoder's own.
+// Opens the folder of an encoder's output if the folder may be deleted, and checks that the output belongs to
+// the encoder.
 #pragma once
 
 #include "app/FileSystem.h"
@@ -7,8 +8,8 @@
 
 namespace Kest::App {
 
-/// An open output folder. The descriptors refer to it even if another folder replaces it at its path. If
-/// `folder` is empty, there is nothing to delete or `refusal` is set.
+/// An open output folder. The descriptors keep referring to the same folders, even if other folders replace
+/// them at their paths. If `folder` is empty, either `refusal` is set or there is nothing to delete.
 struct OutputFolder {
     Settings::Descriptor folder;
     Settings::Descriptor parent;
@@ -17,14 +18,16 @@ struct OutputFolder {
 };
 
 /// Opens the folder that contains the file `output`, or refuses it. There is nothing to delete if `output`
-/// contains no slash, names a file in the root folder, or the folder does not exist. Refuses a relative path,
-/// a path with a quote, and a folder that is protected, contains a protected folder, or is or contains a
-/// mount point. Any thread. Blocks as long as the disk does.
+/// contains no slash, names a file in the root folder, or the folder does not exist. Refuses a relative path
+/// and a path with a quote. Refuses a folder that is a link or cannot be opened. Refuses a folder that is
+/// protected or contains a protected folder. Refuses a folder that is or contains a mount point. Any thread.
+/// Blocks as long as the disk does.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
-/// Returns true if this user's file with the name in `output` was modified in the folder after the process
-/// started. Also returns true if the folder belongs to this user and was created after the process started.
-/// Returns false if the folder is not open or the start time of the process is unknown. Any thread.
+/// Returns true if the folder contains a file with the name in `output` that belongs to this user and was
+/// modified after the process started. Also returns true if the folder belongs to this user and was created
+/// after the process started. Otherwise returns false, also if the folder is not open or the start time of
+/// the process is unknown. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 

@@ -17,8 +17,8 @@ struct ProtectedFolder {
     bool hiddenTrees = false; // also protects direct subfolders with a leading dot, with all their contents
 };
 
-/// Returns the protected folders of this system, of this user and of the agent, with the tree of
-/// `settingsFolder`. Any thread.
+/// Returns the protected folders of this system, of this user and of the agent. They include `settingsFolder`
+/// with its whole tree. Any thread.
 std::vector<ProtectedFolder> protectedFolders(const std::string& settingsFolder);
 
 } // namespace Kest::App

@@ -5,8 +5,8 @@
 
 namespace Kest::App {
 
-/// The sender is one of: an item that the user has chosen; the delegate, which shows stored values at the
-/// start; or none.
+/// The sender is an item, the delegate, or none. The delegate is the sender when it shows stored values at
+/// the start.
 class Sender {
 public:
     /// Null means that there is no sender.

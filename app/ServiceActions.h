@@ -1,4 +1,4 @@
-// Actions on the installation. They start programs and do not wait for them.
+// The menu actions that start other programs or show the about panel. They do not wait for these programs.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -22,8 +22,8 @@ public:
     void showAboutDialog();
     /// Starts the uninstaller. Logs one line if it cannot be started.
     void openUninstaller();
-    /// Starts `launchctl` to unload the agent's launch agent, so that the system does not start the agent
-    /// again. Ignores failures.
+    /// Starts `launchctl` to unload the launch agent, so that the system does not start Kest Settings again.
+    /// Ignores failures.
     void unloadLaunchAgent();
 
 private:

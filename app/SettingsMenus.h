@@ -10,7 +10,7 @@ class Backend;
 
 namespace Kest::App {
 
-/// Shows each setting with check marks, and sets the user's choices in the Backend. Main thread only. Both
+/// Shows each setting with check marks, and writes the user's choices to the Backend. Main thread only. Both
 /// references must outlive this object.
 class SettingsMenus {
 public:
@@ -26,10 +26,10 @@ public:
     void showStoredSpeakerConfig();
 
     // Actions. Each shows the user's choice and writes it to the Backend.
-    // If the delegate is the sender, and not an item, the next two show the mode but do not write it.
+    // Exception: if the delegate is the sender, the next two functions show the mode but do not write it.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    // Shows and writes the sender's tag, also if the delegate is the sender.
+    // Shows and writes the sender's tag, which is 0 if the sender is not an item.
     void setHdxAuxTrackDelay(Sender sender);
     // If the delegate is the sender, uses the stored configuration instead of the sender's tag.
     void setSpeakerConfig(Sender sender);

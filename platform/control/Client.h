@@ -16,14 +16,15 @@ public:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>; // nullopt: no limit
 
     /// Connects to the socket in the first of `folders` in which an agent of this user accepts the
-    /// connection. Returns nullopt if there is none.
+    /// connection. Returns nullopt if no such agent is found.
     static std::optional<Client> connect(const std::vector<std::string>& folders);
 
-    /// Sends one line, which is given without its line feed. Blocks while the agent does not read. Returns
-    /// false if the connection has ended. The process ignores SIGPIPE from the first call on.
+    /// Sends `line` and a line feed. Blocks while the agent does not read. Returns false if the connection
+    /// has ended or failed. The process ignores SIGPIPE from the first call on.
     bool send(const std::string& line);
 
-    /// `line`: a line was received; `end`: the connection has ended; `timeout`: the deadline has passed.
+    /// `line`: a line was received; `end`: the connection has ended or failed; `timeout`: the deadline has
+    /// passed.
     enum class Received { line, end, timeout };
     /// Waits for the next line and stores it in `line`, without its line feed. Changes `line` only if a line
     /// was received.
@@ -34,7 +35,7 @@ private:
 
     Settings::Descriptor socket;
     std::string input;
-    std::size_t searched = 0; // bytes of `input` without a line feed
+    std::size_t searched = 0; // length of the part of `input` that is known to contain no line feed
 };
 
 } // namespace Kest::Control

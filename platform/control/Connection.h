@@ -1,4 +1,4 @@
-// The connection of one client, as the server's thread uses it.
+// The server's end of the connection to one client.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -29,19 +29,20 @@ public:
     /// Reads at most 4096 bytes of the available input. Sets `isDead` if the connection has failed.
     void read();
     /// Removes and returns the next complete line of the input, without its line feed. Returns nullopt if
-    /// there is no complete line or the line is longer than `kMaxRequestBytes`. Also returns nullopt while a
-    /// reply is awaited or unsent, and if `isClosing` is true.
+    /// there is no complete line or the line is longer than `kMaxRequestBytes`. Also returns nullopt while
+    /// `awaitsReply` or `isClosing` is true or output is unsent.
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
-    /// Returns the time since which the client has read none of the unsent output; nullopt if there is no
-    /// unsent output.
+    /// Returns when output was last written, or when the unsent output began to wait if that is later.
+    /// Returns nullopt if no output is unsent.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
     bool isNextLineTooLong() const;
-    /// Returns whether the connection must be closed: if `isDead`, at once. Otherwise only when all output is
-    /// sent, no reply is awaited, and one of these is true: `isClosing`; or the client sends no more, has no
-    /// request left and does not watch.
+    /// Returns whether the connection must be closed. This is so in three cases:
+    /// - `isDead` is true.
+    /// - `isClosing` is true, all output is sent, and no reply is awaited.
+    /// - The client sends no more and does not watch, and no request, reply or output is pending.
     bool shouldClose() const;
 
     const ClientId id;

@@ -19,8 +19,9 @@ namespace Kest::Control {
 
 class MenuCommands;
 
-/// Main thread only. The application and the front end must outlive this object. The destructor sends the
-/// replies that are ready and removes the socket.
+/// Serves the control socket while this object exists. The destructor sends the queued replies as far as this
+/// is possible without blocking, and removes the socket. Main thread only. The application and the front end
+/// must outlive this object.
 class ControlServer final : public App::MenuObserver {
 public:
     ControlServer(App::KestSettingsAppDelegate& application, App::FrontEnd& frontEnd, ListeningSocket socket,
@@ -34,7 +35,7 @@ public:
 
 private:
     Outbox outbox;
-    const std::shared_ptr<MenuCommands> commands; // posted jobs do nothing after its destruction
+    const std::shared_ptr<MenuCommands> commands; // jobs posted earlier do nothing after its destruction
     ServerThread thread;                          // destroyed first, because it uses the other members
 };
 

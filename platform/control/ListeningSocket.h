@@ -10,14 +10,14 @@
 
 namespace Kest::Control {
 
-/// Listens until it is destroyed. The destructor removes the socket, and its folder if that is empty. Does
-/// not remove a socket that another process has created at the same path.
+/// Owns a listening socket. The destructor removes the socket, and then its folder if the folder is empty.
+/// Exception: the destructor removes nothing if another process has replaced the socket at its path.
 class ListeningSocket {
 public:
-    /// Creates the socket, with mode 0600, in the first of `folders` in which its path is short enough.
-    /// Creates that folder, with mode 0700, if it does not exist. `folders` must not be empty. Replaces the
-    /// socket of a killed agent, but follows no link and removes no other file. Never blocks. Returns nullopt
-    /// and logs one line on failure.
+    /// Creates the socket with mode 0600 in the first of `folders` for which the path is not too long.
+    /// Creates the folder if it does not exist. Sets the folder's mode to 0700 if other users have access.
+    /// Removes the socket of a killed agent, but no other file. Fails if the folder belongs to another user
+    /// or is a link. `folders` must not be empty. Never blocks. Returns nullopt and logs one line on failure.
     static std::optional<ListeningSocket> open(const std::vector<std::string>& folders);
     ~ListeningSocket();
     ListeningSocket(ListeningSocket&&) = default;
@@ -30,7 +30,7 @@ private:
 
     Settings::Descriptor socket;
     std::string path;
-    dev_t device = 0; // of the created socket, to recognise it
+    dev_t device = 0; // `device` and `inode` identify the created socket
     ino_t inode = 0;
 };
 

@@ -15,24 +15,26 @@ struct FoundItem;
 
 namespace Kest::Control {
 
-/// Main thread only, except `watchers`. All references must outlive this object.
+/// Main thread only, except `watchers`. The application and the outbox must outlive this object.
 class MenuCommands {
 public:
     MenuCommands(App::KestSettingsAppDelegate& application, Outbox& replies)
         : delegate(application), outbox(replies)
     {}
 
-    /// Executes a request and adds one reply to the outbox. The reply to `choose` is added after the choice
-    /// has its effect: the settings file is saved and the host informed. The reply to a chosen abort is added
-    /// by `abortEnded`.
+    /// Executes a request and adds one reply to the outbox. The reply to `choose` is added after the item's
+    /// action was performed: a changed setting is already saved and passed to the host. Exception: if the
+    /// action starts an abort, `abortEnded` adds the reply.
     void run(const Request& request, ClientId client);
 
+    /// Adds the events of `changes` for the clients that watch.
     void menuChanged(const App::MenuChanges& changes);
-    /// Adds the replies to the requests that chose this abort. `failure` is empty if the abort is complete.
+    /// Adds a reply to each request that started the abort of process `pid`. `failure` is empty if the abort
+    /// is complete.
     void abortEnded(int pid, const std::string& failure);
 
-    /// Returns the number of clients that watch. `run` increments it, and the server's thread decrements it.
-    /// Any thread.
+    /// Returns the counter of clients that watch. `run` increments the counter, and the server's thread
+    /// decrements it. Any thread.
     std::atomic<int>& watchers() { return watching; }
 
 private:
@@ -47,8 +49,8 @@ private:
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Returns why no abort is running after the user chose the abort item `id`; an empty text if an abort is
-    /// running.
+    /// Returns an empty text if choosing the abort item `id` has started an abort, or if one was running
+    /// already. Otherwise returns the reason.
     std::string abortProblem(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

@@ -19,7 +19,7 @@ constexpr ClientId kAllWatchers = 0;
 struct Message {
     ClientId client = kAllWatchers; // the recipient; `kAllWatchers`: all clients that watch
     std::string text;               // whole lines
-    bool startsWatch = false;       // the reply to `watch`: the client gets events from now on
+    bool startsWatch = false;       // true in the reply to `watch`: the client gets events from now on
 };
 
 /// Any thread.

@@ -1,4 +1,4 @@
-// The thread that serves the control socket. It does not wait for a client or for the main thread.
+// The thread that serves the control socket. The thread never blocks on a client or on the main thread.
 #pragma once
 
 #include "platform/control/Connection.h"
@@ -21,13 +21,15 @@ namespace Kest::Control {
 /// Limits of the server, and the function that identifies the user of a client.
 struct ServerLimits {
     std::size_t clients = 16; // connections at the same time; further clients get an error
-    // A client that watches is disconnected by the next event if more bytes than these are unsent.
+    // If more bytes than this are unsent to a client that watches, the next event disconnects the client.
     std::size_t maxUnsentBytes = 1'048'576;
-    std::chrono::milliseconds maxStallTime{10'000}; // without a read, after which a client is disconnected
+    // A client is disconnected if it reads nothing for this time although output is unsent.
+    std::chrono::milliseconds maxStallTime{10'000};
     std::function<std::optional<uid_t>(int)> peerUser = Control::peerUser;
 };
 
-/// Owns the thread. The thread sleeps while it has nothing to do. Main thread only.
+/// Owns the thread, which sleeps while it has nothing to do. Create and destroy this object on the main
+/// thread.
 class ServerThread {
 public:
     /// Called on the server's thread with each request. One reply to each request must be added to the
@@ -66,7 +68,7 @@ private:
     std::atomic<bool> stopping = false;
     ClientId lastClient = kAllWatchers;
     Connections clients;
-    std::optional<Clock::time_point> acceptAfter; // set while the system has no free descriptors
+    std::optional<Clock::time_point> acceptAfter; // set after `accept` found no free descriptor
     std::thread thread;
 };
 

@@ -9,21 +9,21 @@
 
 namespace Kest::Control {
 
-/// Returns a new stream socket, which does not block and is closed in programs that the agent starts. Returns
-/// an empty descriptor and sets `errno` on failure.
+/// Returns a new non-blocking stream socket. Programs that the agent starts do not inherit the socket.
+/// Returns an empty descriptor and sets `errno` on failure.
 Settings::Descriptor makeSocket();
 
-/// Accepts the next waiting connection of a listening socket. Returns a socket, or a failure, as `makeSocket`
-/// does.
+/// Accepts the next waiting connection of a listening socket. The returned socket is non-blocking and not
+/// inherited. Returns an empty descriptor and sets `errno` on failure.
 Settings::Descriptor acceptConnection(int listener);
 
-/// Returns the user whose process created the other end of a connection; nullopt if the system does not
-/// report the user.
+/// Returns the id of the user whose process created the other end of a connection. Returns nullopt if the
+/// system does not report the user.
 std::optional<uid_t> peerUser(int connection);
 
-/// Returns the user's folder for sockets: XDG_RUNTIME_DIR, or else the system's default. A folder is used
-/// only if it exists, belongs to the user and is not writable by others. Returns an empty text if there is
-/// none, and always on macOS.
+/// Returns the user's folder for sockets: the value of XDG_RUNTIME_DIR, or else the system's default. A
+/// folder is used only if it exists, belongs to the user and is not writable by others. Returns an empty text
+/// if neither folder can be used. Always returns an empty text on macOS.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

@@ -10,8 +10,8 @@
 
 namespace Kest::Control {
 
-/// Returns the folders that can contain the socket of this user's agent, the preferred one first. At least
-/// one.
+/// Returns the folders that can contain the socket of this user's agent, the preferred one first. The result
+/// is never empty.
 std::vector<std::string> socketFolders(const Settings::SystemPaths& paths);
 
 /// Returns the path of the socket in `folder`.

@@ -1,4 +1,4 @@
-// A queue of jobs for the main thread, which also handles the process's signals. One descriptor to poll.
+// A queue of jobs for the main thread. The queue also handles the process's signals.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -10,16 +10,17 @@
 
 namespace Kest::Posix {
 
-/// One per process. While it exists, SIGTERM, SIGINT and SIGHUP have the effect of `quit`, and SIGPIPE is
-/// ignored. A second one of the three ends the process at once, and so does SIGALRM if the process still runs
-/// five seconds after the first one. To embed the queue in an event loop: poll `wakeUpDescriptor` for input,
-/// then call `dispatchWakeUps`, then end the loop if `isQuitting`.
+/// One per process. While it exists, SIGPIPE is ignored, and the ending signals SIGTERM, SIGINT and SIGHUP
+/// have the effect of `quit`. A second ending signal ends the process at once. SIGALRM does the same if the
+/// process still runs five seconds after the first ending signal. To embed the queue in an event loop, poll
+/// `wakeUpDescriptor` for input and call `dispatchWakeUps` when there is input. End the loop if `isQuitting`
+/// is then true.
 class JobQueue {
 public:
     /// Prints one line and exits with status 1 if the descriptor to poll cannot be created.
     JobQueue();
-    /// Restores the default actions of the handled signals, except SIGPIPE. If one of the three ending
-    /// signals has arrived, keeps their handlers, and the five seconds continue.
+    /// Restores the default actions of the handled signals, except SIGPIPE. Exception: if an ending signal
+    /// has arrived, the handlers of the ending signals and of SIGALRM remain, and the five seconds continue.
     ~JobQueue();
     JobQueue(const JobQueue&) = delete;
     JobQueue& operator=(const JobQueue&) = delete;
@@ -27,11 +28,11 @@ public:
     /// Adds a job. Jobs run on the main thread in the order of these calls. Jobs that have not run when the
     /// queue quits are dropped. Any thread.
     void post(std::function<void()> job);
-    /// Makes `dispatchWakeUps` call `arrived` after the signal has arrived. Several signals may cause one
-    /// call. Must not be used for the three signals that quit. Main thread.
+    /// Sets a function that `dispatchWakeUps` calls after `signal` has arrived. If the signal arrives several
+    /// times, there may be only one call. Must not be used for ending signals. Main thread.
     void watchSignal(int signal, std::function<void()> arrived);
-    /// Sets a function that is called when a signal ends the process at once. The function must be
-    /// async-signal-safe; null means none. Main thread.
+    /// Sets a function that is called just before a signal ends the process at once. The function must be
+    /// async-signal-safe. Null means no function. Main thread.
     static void setEmergencyCleanup(void (*cleanup)());
     /// Makes `isQuitting` true, so that no further job runs. Main thread.
     void quit() { quitting = true; }

@@ -21,8 +21,8 @@ public:
     void watchOutput(int descriptor, std::function<void()> writable);
     /// Removes the watch of a descriptor; does nothing if there is none.
     void unwatch(int descriptor) { watches.erase(descriptor); }
-    /// Runs until `quit` is called; the callback that called it still completes. Returns false and prints one
-    /// line if waiting for events fails.
+    /// Runs until `quit` is called, then returns true. If a callback calls `quit`, that callback still
+    /// completes. Returns false and prints one line if waiting for events fails.
     bool run();
 
 private:
