@@ -132,7 +132,7 @@ void EncodingReader::identifyEncoder(std::int32_t pid)
     if (!hasOpen(process, fifoPath))
         return;
     const MutexLock lock(encodingMutex);
-    encodingStatuses.setWroteToPipe(pid);
+    encodingStatuses.setHadPipeOpen(pid);
 }
 
 } // namespace Kest::Settings

@@ -50,7 +50,7 @@ EncodingTable::Record& EncodingTable::recordFor(const ProcessIdentity& process)
     return add(process);
 }
 
-void EncodingTable::setWroteToPipe(std::int32_t pid)
+void EncodingTable::setHadPipeOpen(std::int32_t pid)
 {
     if (const auto found = newestOf(records, pid); found != records.end())
         found->second.status.hadPipeOpen = true;

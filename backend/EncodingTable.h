@@ -38,7 +38,7 @@ public:
     /// the process has the pipe open, and counts this check.
     bool identify(const ProcessIdentity& process);
     /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is no record.
-    void setWroteToPipe(std::int32_t pid);
+    void setHadPipeOpen(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
     /// record, which is valid until the next change of the table. An over-long path removes the path of the

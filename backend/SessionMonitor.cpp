@@ -119,7 +119,7 @@ void SessionMonitor::monitorPass()
         own == nullptr ? 0 : LIPC::round(LIPC::loadShared(own->params[LIPC::kStatusNumberParameter]));
     setHostState({HostPresence::present, session.id, number});
     if (own != nullptr)
-        passHostMessageOn(number);
+        forwardHostMessage(number);
     refreshBusClients(*session.contents());
 }
 
@@ -141,7 +141,7 @@ void SessionMonitor::setHostState(const HostState& state)
 }
 
 // Sends a message only if the number differs from the previous one, even if the host was restarted.
-void SessionMonitor::passHostMessageOn(std::int32_t number)
+void SessionMonitor::forwardHostMessage(std::int32_t number)
 {
     if (number == lastHostMessage)
         return;

@@ -94,7 +94,7 @@ private:
     void monitorPass();
     void refreshKeyFiles() const;
     void setHostState(const HostState& state);
-    void passHostMessageOn(std::int32_t number);
+    void forwardHostMessage(std::int32_t number);
     void refreshBusClients(const LIPC::SessionBuffer& session);
     BusScan scan(const LIPC::SessionBuffer& session) const;
 

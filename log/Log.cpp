@@ -51,13 +51,13 @@ std::optional<unsigned> admit(const char* format, std::string_view message)
     return limiter.admit(format, message, secondsNow());
 }
 
-void write(eLogLevel level, const char* tag, const char* message, unsigned leftOut)
+void write(eLogLevel level, const char* tag, const char* message, unsigned omitted)
 {
     char stamp[100];
     timeStamp(stamp);
     char note[64] = "";
-    if (leftOut > 0)
-        std::snprintf(note, sizeof note, " (%u similar lines left out)", leftOut);
+    if (omitted > 0)
+        std::snprintf(note, sizeof note, " (%u similar lines left out)", omitted);
     char line[kLineBytes];
     const int wanted =
         std::snprintf(line, sizeof line, "%s %s %s %s%s\n", stamp, token(level), tag, message, note);
@@ -82,8 +82,8 @@ void Log(eLogLevel level, const char* tag, const char* format, ...)
     va_start(arguments, format);
     const Message message(format, arguments);
     va_end(arguments);
-    if (const auto leftOut = admit(format, message.text))
-        write(level, tag, message.text, *leftOut);
+    if (const auto omitted = admit(format, message.text))
+        write(level, tag, message.text, *omitted);
 }
 
 void LogAnswer(eLogLevel level, const char* tag, const char* format, ...)

@@ -11,12 +11,12 @@ std::optional<unsigned> RepeatLimiter::admit(const char* format, std::string_vie
     auto& known = find(format);
     const auto hash = std::hash<std::string_view>()(message);
     if (!isDue(known, hash, now)) {
-        ++known.leftOut;
+        ++known.omitted;
         return std::nullopt;
     }
     known.messages[known.next] = {hash, now + 1}; // 0 is "never"
     known.next = (known.next + 1) % known.messages.size();
-    return std::exchange(known.leftOut, 0);
+    return std::exchange(known.omitted, 0);
 }
 
 // `next` is the index of the oldest message, which the next one replaces.

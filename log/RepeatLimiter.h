@@ -31,7 +31,7 @@ private:
         const char* format = nullptr;
         std::array<Message, kMaxLines> messages{}; // the last messages written, a ring
         std::size_t next = 0;                      // index of the oldest message
-        unsigned leftOut = 0;
+        unsigned omitted = 0;
     };
     static bool isDue(const Format& known, std::size_t hash, std::int64_t now);
     Format& find(const char* format);

@@ -76,8 +76,8 @@ ProcessFacts readFacts(const Descriptor& folder, std::int32_t pid)
     // From the third field, the state; fields 20 and 22 are the number of threads and the start time.
     const auto fields = std::string_view(stat).substr(nameEnd + 1);
     const char state = fields.size() > 1 ? fields[1] : 'X';
-    const bool isEvictedFirst = (state == 'Z' || state == 'X') && numberAt(fields, 17) <= 1;
-    return {.state = isEvictedFirst ? ProcessFacts::State::ended : ProcessFacts::State::running,
+    const bool hasEnded = (state == 'Z' || state == 'X') && numberAt(fields, 17) <= 1;
+    return {.state = hasEnded ? ProcessFacts::State::ended : ProcessFacts::State::running,
             .startTime = numberAt(fields, 19),
             .parent = static_cast<std::int32_t>(field(status, "\nPPid:")),
             .realUser = static_cast<uid_t>(field(status, "\nUid:", 0)),

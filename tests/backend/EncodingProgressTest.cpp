@@ -223,7 +223,7 @@ TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
     table.identify(first);
     EXPECT_EQ(table.find(5)->path, "") << "of a number that no process had";
     path(5, "/Out/Film/Film.wav");
-    table.setWroteToPipe(5);
+    table.setHadPipeOpen(5);
     progress(5, 60);
     table.identify(nobody);
     progress(5, 61);
