@@ -1,4 +1,4 @@
-// The desktop services, with AppKit and Foundation.
+// The desktop services on systems with AppKit.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -11,7 +11,7 @@ public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override;
     void selectFile(const std::string& folder) override;
-    /// Shows the about panel and activates the application, so that the panel is in front of all others.
+    /// Shows the about panel and activates the application, so that the panel is in front of all windows.
     void showAboutPanel(const App::About& about) override;
     /// Writes to the system's log with NSLog.
     void log(const std::string& line) override;

@@ -5,8 +5,8 @@
 
 namespace Kest::AppKit {
 
-/// Calls `work`. If it throws a `std::exception`, logs one line with the name `where`. Any other exception
-/// ends the process. Any thread.
+/// Calls `work`. If `work` throws a `std::exception`, logs one line that names `where` as its source. If
+/// `work` throws anything else, the process ends. Any thread.
 void stopExceptions(const char* where, const std::function<void()>& work) noexcept;
 
 } // namespace Kest::AppKit

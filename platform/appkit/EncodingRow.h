@@ -6,12 +6,12 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// Contains the name, the percentage, a progress bar below them, and the arrow of a submenu. AppKit draws no
-/// arrow for an item with a view. Main thread only.
+/// Contains the name, the percentage, a progress bar below them, and the arrow of a submenu, because AppKit
+/// draws no arrow for an item with a view. Main thread only.
 @interface KestEncodingRow : NSView {
     CGFloat progress;
 }
-/// The filled part of the bar, 0 to 1. A copy of a row has the value 0.
+/// The fraction of the bar that is filled, 0 to 1. A copy of a row has the value 0.
 @property(nonatomic) CGFloat progress;
 - (NSTextField*)nameLabel;
 - (NSTextField*)percentageLabel;
@@ -22,19 +22,19 @@
 /// Returns whether the menu highlights the item that has this view. Returns NO if views have no
 /// `enclosingMenuItem`.
 - (BOOL)isSelected;
-/// Sets the colour of the labels, which depends on `isSelected`.
+/// Sets the colour of the labels according to `isSelected`.
 - (void)colorLabels;
 @end
 
-/// A subview that draws the bar and the arrow of its superview, a `KestEncodingRow`. The subview is above the
-/// row's selection.
+/// Draws the bar and the arrow of its superview, a `KestEncodingRow`. This subview is drawn over the row's
+/// selection.
 @interface KestEncodingBar : NSView
 @end
 
 namespace Kest::AppKit {
 
-/// Returns a new row with these labels and the progress. `accessibilityText` is its accessibility label.
-/// Autoreleased. Main thread.
+/// Returns a new row that displays the name, the percentage and the progress in `labels`. `accessibilityText`
+/// is the accessibility label of the row. Autoreleased. Main thread.
 KestEncodingRow* encodingRow(const App::EncodingState& labels, const std::string& accessibilityText);
 
 } // namespace Kest::AppKit

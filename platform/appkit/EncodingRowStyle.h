@@ -16,8 +16,8 @@ struct RowColors {
 /// Returns the colours of a selected or an unselected row. Autoreleased. Main thread.
 RowColors rowColors(bool selected);
 
-/// Adds the view that draws the selection, because AppKit draws none behind a view. Call it once for each
-/// row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
+/// Adds the view that draws the selection, because AppKit draws no selection for an item with a view. Call it
+/// once for each row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
 void addSelection(KestEncodingRow* row);
 
 } // namespace Kest::AppKit

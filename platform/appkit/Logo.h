@@ -5,9 +5,9 @@
 
 namespace Kest::AppKit {
 
-/// Returns the image `name` of the bundle. If there is none, returns the logo, black on transparent and 19
-/// points square, and registers it as the image `name`. The logo is drawn as vectors, so it is sharp at any
-/// resolution. Autoreleased. Main thread.
+/// Returns the image `name` of the bundle. If the bundle has no such image, registers the logo as the image
+/// `name` and returns the logo. The logo is black on transparent and 19 points square. It is drawn as
+/// vectors, so it is sharp at any resolution. Autoreleased. Main thread.
 NSImage* logoNamed(NSString* name);
 
 } // namespace Kest::AppKit

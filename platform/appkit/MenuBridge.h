@@ -7,7 +7,8 @@
 
 namespace Kest::AppKit {
 
-/// Gets the events of the menus. Main thread only.
+/// Gets the events of the menus. A submenu is identified by the id of its item in the parent menu, the status
+/// menu by `kStatusMenuId`. Main thread only.
 class MenuListener {
 public:
     virtual ~MenuListener() = default;
@@ -17,13 +18,13 @@ public:
     virtual void menuNeedsUpdate(App::ItemId id) = 0;
     /// Called when the menu is about to open.
     virtual void menuWillOpen(App::ItemId id) = 0;
-    /// Called when the menu has closed. If the user has chosen an item, `itemChosen` is called after this.
+    /// Called when the menu has closed. If the user has chosen an item, `itemChosen` is called afterwards.
     virtual void menuDidClose(App::ItemId id) = 0;
 };
 
 /// Stores the model's id of the item as the represented object of the NSMenuItem.
 void setId(NSMenuItem* item, App::ItemId id);
-/// Returns the id that `setId` has stored; `kStatusMenuId` if there is none.
+/// Returns the id that `setId` has stored in the item; `kStatusMenuId` if no id is stored.
 App::ItemId idOf(NSMenuItem* item);
 /// Returns the id of the item that has this submenu; `kStatusMenuId` for a menu without such an item.
 App::ItemId idOf(NSMenu* menu);
@@ -38,12 +39,12 @@ App::ItemId idOf(NSMenu* menu);
 }
 /// The listener must exist until `disconnect` is called.
 - (id)initWithListener:(Kest::AppKit::MenuListener*)menuListener;
-/// From now on, the listener is not called.
+/// Stops all further calls of the listener.
 - (void)disconnect;
 
 - (void)chooseItem:(NSMenuItem*)item;
 /// Returns NO, because no item has a key equivalent. Without this method, AppKit would send
-/// `menuNeedsUpdate:` for each key.
+/// `menuNeedsUpdate:` each time a key is pressed.
 - (BOOL)menuHasKeyEquivalent:(NSMenu*)menu forEvent:(NSEvent*)event target:(id*)target action:(SEL*)action;
 - (void)menuNeedsUpdate:(NSMenu*)menu;
 - (void)menuWillOpen:(NSMenu*)menu;

@@ -14,12 +14,13 @@ namespace Kest::AppKit {
 
 /// Updates only what has changed. In an open menu, items change in place, a removed item remains but is
 /// greyed, and a new item is appended, so that no item's index changes. The menu keeps this layout when it
-/// closes, because AppKit sends the action of the chosen item later. `applyDeferredLayouts` or
-/// `menuNeedsUpdate` then applies the model's layout. Main thread only.
+/// closes, because AppKit sends the action of the chosen item after that. The next call of
+/// `applyDeferredLayouts` or `menuNeedsUpdate` applies the model's layout. Main thread only.
 class MenuMirror {
 public:
-    /// `title` is the title of the status menu. `target` must outlive this object. `ofModel` may be destroyed
-    /// before this object; only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use it.
+    /// `title` is the title of the status menu. `target` must outlive this object. Only `show`,
+    /// `menuNeedsUpdate` and `applyDeferredLayouts` use `ofModel`, so the model may be destroyed before this
+    /// object.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
@@ -27,21 +28,22 @@ public:
 
     NSMenu* statusMenu() const { return root; }
 
-    /// Applies changes of the model. Must be called with all changes, from the first ones on.
+    /// Applies changes of the model. Call it with every change of the model, because the constructor copies
+    /// no items.
     void show(const App::MenuChanges& changes);
 
-    /// Applies the model's layout to the menu if it has closed. Does nothing if the menu is open or its
-    /// layout is not deferred.
+    /// Applies the model's layout to the menu if `menuClosed` has deferred it and the menu has not opened
+    /// again. Otherwise does nothing.
     void menuNeedsUpdate(App::ItemId id);
-    /// Records that the menu has opened. Changes no items, because AppKit forbids that while it reports the
-    /// event.
+    /// Records that the menu has opened. Changes no items, because AppKit forbids changes while it reports
+    /// this event.
     void menuOpened(App::ItemId id);
     /// Records that the menu has closed, and defers its layout. Changes no items either.
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredLayouts();
-    /// Returns whether this object is adding or removing items. GNUstep then sends `menuNeedsUpdate:`, which
-    /// must be ignored.
+    /// Returns whether this object is changing menus. GNUstep sends `menuNeedsUpdate:` during such a change;
+    /// ignore that message.
     bool isChanging() const { return changing; }
 
 private:

@@ -9,12 +9,12 @@ namespace Kest::AppKit {
 /// Call it before all other functions of AppKit. Main thread.
 bool connectToScreen();
 /// Runs the main loop until the application terminates, which ends the process. On the Mac, first begins an
-/// activity, because App Nap would delay the timers of an agent without windows, and with them the monitor's
-/// pass each second. The Mac may still sleep. Main thread.
+/// activity, which prevents App Nap but does not keep the Mac awake. App Nap would delay the timers of an
+/// agent without windows, and so the monitor's pass each second. Main thread.
 int runApplication(int argc, const char** argv);
 
-/// Shows the menu where the system shows such menus, and returns the status item. Pass the item to
-/// `removeStatusItem` at the end. Main thread.
+/// Shows the menu: on the Mac in the menu bar as a status item with the logo, with GNUstep as the main menu
+/// of the application. Returns an object to pass to `removeStatusItem` at the end. Main thread.
 [[nodiscard]] id showStatusItem(NSMenu* menu, NSImage* logo);
 /// Removes and releases the item that `showStatusItem` has returned. Main thread.
 void removeStatusItem(id item);
@@ -26,8 +26,8 @@ Class menuItemClass();
 /// `menuDidClose:` to its delegate.
 Class menuClass();
 
-/// Returns the run-loop modes in which the main thread runs jobs, also while a menu or a panel is open.
-/// Autoreleased.
+/// Returns the run-loop modes in which the main thread runs jobs. They include those in which a menu or a
+/// panel is open. Autoreleased.
 inline NSArray* workingModes()
 {
     return [NSArray

@@ -1,4 +1,4 @@
-// Support for a panel that draws each submenu between the rows of the status menu: GNOME's extension.
+// Supports GNOME's extension, a panel that draws each submenu between the rows of the status menu.
 #pragma once
 
 #include "platform/statusnotifier/MenuMessages.h"
@@ -8,18 +8,18 @@
 
 namespace Kest::StatusNotifier {
 
-/// Adapts the menu to that panel, at most one at a time. The panel scrolls a submenu that is too tall, and
-/// then does not draw the submenus inside it. So the panel gets only one level of submenus. A submenu inside
-/// a submenu is a plain row; when the user chooses the row, the rows of its submenu are added to the top
-/// level. Main thread only.
+/// Adapts the menu to such a panel, at most one at a time. The panel scrolls a tall submenu, and does not
+/// draw submenus inside a scrolled submenu. So the panel gets only one level of submenus, and a submenu
+/// inside a submenu becomes a plain row. When the user chooses that row, the rows of its submenu are added to
+/// the top level. Main thread only.
 class AccordionPanel {
 public:
-    /// Recognises the panel by the properties that it requests for the whole menu, and records the name of
-    /// the panel.
+    /// Recognises the panel by its request, and records `client` as the panel's name on the bus. The panel
+    /// requests the whole menu with exactly the properties "type" and "children-display".
     void recordRequest(const std::string& client, const LayoutRequest& request);
     /// Forgets the panel.
     void reset() { name.clear(); }
-    /// Returns whether `client`, a name on the bus, is the panel.
+    /// Returns whether `client` is the panel's name on the bus.
     bool is(const std::string& client) const { return !name.empty() && name == client; }
     /// Returns the panel's name on the bus; an empty text if no such panel is known.
     const char* busName() const { return name.c_str(); }
@@ -29,12 +29,13 @@ public:
     /// Returns the properties of an item as this panel needs them.
     static Properties properties(const App::MenuItem& item);
 
-    /// Returns the labels in `updates` that this panel needs in another form. Send them to the panel after
-    /// `updates`, which are sent to all panels. Empty if no such panel is known.
+    /// Returns one update for each label in `updates` that this panel needs in another form. Send `updates`
+    /// to all panels first, then the result to this panel. Returns an empty list if no such panel is known.
     std::vector<ItemUpdate> corrections(const std::vector<ItemUpdate>& updates) const;
 
-    /// Adds the rows of the item's submenu to the top level of `layout`, instead of those added before.
-    /// Returns false if the item is in the status menu or has no submenu.
+    /// Adds the rows of the item's submenu to the top level of `layout`. They replace the rows that an
+    /// earlier call has added. If the item is at the top level or has no submenu, does nothing and returns
+    /// false.
     bool choose(const App::MenuItem& item);
 
 private:

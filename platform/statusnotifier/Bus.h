@@ -19,8 +19,8 @@ using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
 
-/// Passes an owning pointer to a function with an output argument, such as `sd_bus_open_user`. The pointer
-/// owns the created object at the end of the whole expression.
+/// Passes an owning pointer as the output argument of a function such as `sd_bus_open_user`. At the end of
+/// the whole expression, the pointer owns the object that the function has created, or is null.
 template <typename Owner>
 class Into {
 public:
@@ -35,10 +35,10 @@ private:
     typename Owner::pointer made = nullptr;
 };
 
-// Each function returns the result of sd-bus: a negative errno on failure. After a failure, the message must
-// not be sent.
+// Each function below returns the result of sd-bus, which is a negative errno on failure. After a failure,
+// the message must not be sent.
 
-/// Calls `append` with each element until one call fails.
+/// Calls `append` with each element. Stops after the first call that fails.
 template <typename Range, typename Append>
 int appendEach(const Range& range, Append append)
 {
@@ -51,8 +51,8 @@ int appendEach(const Range& range, Append append)
     return result;
 }
 
-/// Opens a container in the message, calls `append`, which appends the contents, and closes the container.
-/// `type` and `contents` are those of `sd_bus_message_open_container`.
+/// Opens a container in the message, calls `append` to append the elements, and closes the container. `type`
+/// and `contents` are arguments of `sd_bus_message_open_container`.
 template <typename Append>
 int appendContainer(sd_bus_message* message, char type, const char* contents, Append append)
 {
@@ -66,8 +66,8 @@ int appendVariant(sd_bus_message* message, const Value& value);
 int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
 int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as
 
-/// Replies to a method call. `append` gets the reply and appends its arguments. If a method of the vtable
-/// returns a negative result, sd-bus sends an error reply.
+/// Replies to a method call. `append` gets the reply and appends its arguments. On failure, sends no reply:
+/// return the result from the method of the vtable, so that sd-bus sends an error reply.
 template <typename Append>
 int reply(sd_bus_message* call, Append append)
 {

@@ -1,4 +1,4 @@
-// The services of a Linux desktop, which are called on the session bus.
+// The desktop services on Linux, through the session bus.
 #pragma once
 
 #include "platform/posix/PosixWorkspace.h"
@@ -11,9 +11,9 @@ class DesktopWorkspace final : public Posix::PosixWorkspace {
 public:
     explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
 
-    /// Shows the folder in the desktop's file manager. If the bus has no file manager, or none replies within
-    /// 2 s, opens the folder with the default program instead. Logs one line if that fails too. A new call
-    /// cancels the wait for the previous reply.
+    /// Shows the folder in the desktop's file manager, without waiting. If the call of the file manager fails
+    /// or is not answered within 2 s, starts xdg-open with the folder. Logs one line if xdg-open cannot be
+    /// started. A new call of this function cancels the wait for the previous reply.
     void selectFile(const std::string& folder) override;
     bool hasAboutPanel() const override { return false; } // the menu shows the text
     void showAboutPanel(const App::About&) override {}

@@ -13,8 +13,8 @@ namespace Kest::StatusNotifier {
 /// The model and the functions of the application that the exporter uses.
 struct MenuCallbacks {
     const App::MenuModel& menu; // must outlive the exporter
-    // If `choose` or `menuWillOpen` changes the menu, `MenuExporter::menuChanged` is called before they
-    // return.
+    // If `choose` or `menuWillOpen` changes the menu, `MenuExporter::menuChanged` must be called before that
+    // function returns.
     std::function<void(App::ItemId)> choose;
     std::function<void(App::ItemId)> menuWillOpen;
     std::function<void(std::function<void()>)> post; // runs a job later, on the main thread
@@ -32,16 +32,18 @@ public:
     /// Returns a negative errno if the menu could not be exported; otherwise 0 or more.
     int failure() const { return exportResult; }
 
-    /// Sends signals for the changes: at most one with properties to all panels, one with labels to the
-    /// accordion panel, and one for each menu whose items were added, removed or moved. While
-    /// `Panels::holdBackIfOpen` returns true, the signals of the last kind are held back, and removed items
-    /// are sent as invisible. If more than 16 messages are queued, omits signals until `resendIfStale` sends
-    /// the whole state.
+    /// Sends signals for the changes. One signal to all panels contains the changed properties. A second
+    /// signal, only to the accordion panel, contains the labels that this panel needs in another form. A
+    /// signal LayoutUpdated is sent for each menu whose items were added, removed or moved. While
+    /// `Panels::holdBackIfOpen` returns true, LayoutUpdated is held back, and removed items are sent as
+    /// invisible. If more than 16 messages are queued or a signal cannot be sent, omits signals until
+    /// `resendIfStale` sends the whole state.
     void menuChanged(const App::MenuChanges& changes);
     /// If signals were omitted and the queue is empty, sends the state of the whole menu; otherwise does
     /// nothing. Call it after each event of the main loop.
     void resendIfStale();
-    /// Forgets all panels and sends the layout signals that were held back. Call it when a panel starts.
+    /// Forgets all panels and sends the LayoutUpdated signals that were held back. Call it when a panel
+    /// starts.
     void resetPanels();
 
     // Called by sd-bus for method calls.

@@ -21,8 +21,8 @@ struct LayoutRequest {
     std::set<std::string> properties; // requested properties; empty: all
 };
 
-// Each function returns the result of sd-bus: a negative errno on failure, for example if the message is
-// malformed. The comments contain the D-Bus signature of the arguments.
+// Each function returns the result of sd-bus, which is a negative errno on failure, for example if the
+// message is malformed. The comment of each function begins with the D-Bus signature of the arguments.
 
 /// "ai". Replaces `ids` by the ids in the message, each once, in ascending order.
 int readIds(sd_bus_message* message, std::vector<App::ItemId>& ids);

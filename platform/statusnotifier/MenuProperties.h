@@ -20,12 +20,12 @@ using Properties = std::map<std::string, Value>;
 /// each invalid byte is replaced by U+FFFD.
 std::string busText(std::string_view text);
 
-/// Returns `text` as a label that `busText` makes valid. Doubles underscores, which would mark mnemonics, and
-/// replaces ASCII control characters by blanks.
+/// Returns `busText(text)` as a label. Doubles each underscore, because a single one would mark a mnemonic.
+/// Replaces each ASCII control character by a blank.
 std::string escapedLabel(const std::string& text);
 
-/// Returns the item's properties for panels. Omits properties with default values, except the label, and the
-/// state of an item with a mark. A separator has neither.
+/// Returns the item's properties for panels. Omits properties with default values. Exceptions, for items
+/// other than separators: the label is always included, and so is the state of an item with a mark.
 Properties itemProperties(const App::ItemSnapshot& item);
 
 /// Returns the properties that can change while the item exists, also those with default values.

@@ -12,12 +12,13 @@ namespace Kest::StatusNotifier {
 
 /// A panel reads the menu in one of two ways.
 ///
-/// One level at a time, as Qt does: the panel reads a submenu when the user opens it. At that time the panel
-/// has already positioned the submenu, and it ignores the next signal LayoutUpdated for the submenu. So the
-/// submenu is announced in advance: this panel gets a LayoutUpdated for it before the user opens it.
+/// Qt's panels read one level at a time: the panel reads a submenu when the user opens it. At that time the
+/// panel has already positioned the submenu, and it ignores the next signal LayoutUpdated for the submenu. So
+/// each submenu is announced in advance: such a panel gets a LayoutUpdated for it before the user opens it.
 ///
-/// The whole menu, as GTK and GNOME do. If rows are added to an open submenu, GTK hides other rows, and MATE
-/// and GNOME close the submenu. So LayoutUpdated is held back while such a panel has a menu open.
+/// The panels of GTK and GNOME read the whole menu. If rows are added to an open submenu, GTK hides other
+/// rows, and MATE and GNOME close the submenu. So LayoutUpdated is held back while such a panel has a menu
+/// open.
 ///
 /// Main thread only.
 class Panels {
@@ -26,11 +27,12 @@ public:
     /// announced to `panel` yet, and records them as announced.
     std::set<App::ItemId> announceNew(const std::string& panel, const App::ItemSnapshot& menu);
 
-    // Events that panels report. Some panels report events of the status menu only, others those of its
-    // submenus only, and a killed panel does not report that a menu closes. Each function returns the menus
-    // for which LayoutUpdated was held back and must be sent now.
+    // The next functions record the events that panels report. Some panels report events of the status menu
+    // only, others those of its submenus only, and a killed panel does not report that a menu closes. So all
+    // menus count as closed when the status menu opens. Each function returns the menus for which
+    // LayoutUpdated was held back and must be sent now.
     std::set<App::ItemId> aboutToShow(App::ItemId menu);
-    /// Records `menu` as open, unless `panel` reads one level at a time.
+    /// Records `menu` as open. Does nothing if `panel` reads one level at a time.
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
     std::set<App::ItemId> closed(App::ItemId menu);
     /// Forgets all panels and all open menus. Call it when a panel starts.

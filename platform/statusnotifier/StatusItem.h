@@ -10,18 +10,18 @@
 namespace Kest::StatusNotifier {
 
 /// The object path of the item. The item is registered by this path, because GNOME's extension loses some
-/// items that are registered by bus name. For an item with a path below /org/ayatana/NotificationItem,
-/// Cinnamon opens the menu with the left button too.
+/// items that are registered by bus name. The path is below /org/ayatana/NotificationItem, because Cinnamon
+/// opens the menu of such an item with the left button too.
 constexpr char kItemPath[] = "/org/ayatana/NotificationItem/kest_settings";
 
 /// Registers the item with the current watcher and with each later one, so that the item appears in panels
-/// that start or restart later. If a watcher removes the item, registers it again, at most 10 times with one
-/// watcher. Main thread only. The bus must outlive this object.
+/// that start or restart later. If a watcher removes the item, registers it again. Registers the item with
+/// one watcher at most 10 times in total. Main thread only. The bus must outlive this object.
 class StatusItem {
 public:
     /// Called from callbacks of the bus; `registering` also from the constructor.
     struct Callbacks {
-        std::function<void()> noTray;      // at most once, if there is no watcher at the start
+        std::function<void()> noTray;      // the first registration has failed, so there is no tray
         std::function<void()> registering; // a panel is about to read the item and its whole menu
         std::function<void(int)> refused;  // the bus has refused the item; gets a negative errno
     };

@@ -1,4 +1,4 @@
-// The front end for Linux desktops: an item in the panel that opens the menu.
+// The front end for Linux desktops: an item in the panel, which opens the menu when it is clicked.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -19,7 +19,7 @@ namespace Kest::StatusNotifier {
 class TrayFrontEnd final : public App::FrontEnd {
 public:
     /// Starts to connect to the user's session bus, without waiting. On failure, prints one line to standard
-    /// error; `bus` then returns null, and `run` must not be called.
+    /// error. After a failure, `bus` returns null and `run` must not be called.
     TrayFrontEnd();
 
     sd_bus* bus() const { return sessionBus.get(); }

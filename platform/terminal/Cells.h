@@ -15,12 +15,12 @@ struct Glyphs {
     const char* ellipsis() const { return isUnicode ? "\u2026" : "~"; }
 };
 
-/// Returns the text as `printable` does, with "?" for each character that the screen or the locale cannot
+/// Returns `Text::printable(text)`, with "?" in place of each character that the screen or the locale cannot
 /// draw.
 std::string drawable(const std::string& text, Glyphs glyphs);
 
-/// Returns the width of a drawable text in cells, by the process's locale. A wide character counts 2, a
-/// combining accent 0.
+/// Returns the width in cells of a text that `drawable` has returned. The process's locale defines the width
+/// of each character: a wide character counts 2, a combining accent 0.
 int cellWidth(const std::string& text);
 
 /// Returns a drawable text, cut or padded with blanks to exactly `width` cells. A cut text ends with an
@@ -30,7 +30,7 @@ std::string fitToWidth(const std::string& text, int width, Glyphs glyphs);
 /// Returns `text` repeated `times` times.
 std::string repeated(const char* text, int times);
 
-/// Returns the text in lower case, for comparisons that ignore case.
+/// Returns the characters of `Text::printable(text)` in lower case, for comparisons that ignore case.
 std::u32string folded(const std::string& text);
 
 } // namespace Kest::Terminal

@@ -15,8 +15,8 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Terminal {
 
-/// While this object exists, text that the process prints is shown in one line of the screen. Main thread
-/// only, except `post`.
+/// While this object exists, the output of the process is redirected as by `Lct::redirectOutput`, and one
+/// line of the screen shows the last line of the output. Main thread only, except `post`.
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
     /// The screen must outlive this object.

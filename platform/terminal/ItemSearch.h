@@ -13,8 +13,9 @@ struct SearchMatch {
     std::string path; // for example "Speaker Configuration > Stereo"; may contain control characters
 };
 
-/// Returns the items whose name contains `part`, ignoring case, at any depth and from top to bottom. Omits
-/// hidden items, separators and all items below a hidden item. If `part` is empty, returns all other items.
+/// Returns the items at any depth whose name contains `part`, in their order in the menu. Ignores case. Omits
+/// hidden items, separators and all items below a hidden item. If `part` is empty, returns all items that are
+/// not omitted.
 std::vector<SearchMatch> findItems(const App::ItemSnapshot& statusMenu, const std::string& part);
 
 } // namespace Kest::Terminal

@@ -1,4 +1,4 @@
-// The full-screen menu without a terminal: handles keys, and returns the lines to draw.
+// The full-screen menu, independent of a terminal. Handles keys and returns the lines to draw.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -41,11 +41,11 @@ struct Input {
     int line = 0;       // for `Key::click`: the line of the screen, counted from 0
 };
 
-/// What the front end must do after an input. If `quit` is true, it quits. Otherwise it first chooses the
-/// item `chosen`, then reports the submenus `opened`.
+/// What the front end must do after an input. If `quit` is true, the front end only quits. Otherwise it first
+/// chooses the item `chosen`, and then reports each menu in `opened` to the application as opened.
 struct Command {
     App::ItemId chosen = App::kStatusMenuId; // `kStatusMenuId` means none
-    std::vector<App::ItemId> opened;         // submenus that are now shown, or needed for a search
+    std::vector<App::ItemId> opened;         // menus that are now shown, or needed for a search
     bool quit = false;
 };
 
@@ -55,7 +55,7 @@ struct Size {
     int columns = 0;
     bool operator==(const Size&) const = default;
 };
-/// On a smaller screen, only a message is drawn.
+/// If the screen has fewer lines or fewer columns, only a message is drawn.
 constexpr Size kMinSize{8, 40};
 
 enum class Style : std::uint8_t { plain, title, greyed, red, status };
@@ -66,8 +66,9 @@ struct ScreenLine {
     bool selected = false;
 };
 
-/// Returns an item as one row of `width` cells: a pointer if the item is selected, its mark and title, and an
-/// arrow if it has a submenu. If the item is an encoding with a percentage, a progress bar follows the name.
+/// Returns an item as one row of `width` cells: a pointer if the item is selected, the mark, the title, and
+/// an arrow if the item has a submenu. If the item is an encoding with a percentage, a progress bar follows
+/// the title. A separator is returned as a horizontal line.
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
 
 /// Displays a title, the rows of the innermost open menu, the last printed line, and the state of the host
@@ -76,17 +77,18 @@ class MenuScreen {
 public:
     explicit MenuScreen(Glyphs ofScreen) : glyphs(ofScreen) {}
 
-    /// Replaces the menu. `now` is the time in seconds since 1970; it is shown as the time of the last change
-    /// if the buses differ.
+    /// Replaces the menu. `now` is the time in seconds since 1970. If the previous menu contained buses and
+    /// the new buses differ from them, `now` is displayed as the time of the last change.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
-    /// Adds text that was printed, in pieces of any size. The last line that is not blank is shown. An error
-    /// or a warning of the log is shown without its date and level.
+    /// Adds text that was printed. A call may pass several lines or only a part of a line. The last line that
+    /// is not blank is displayed. If it is an error or a warning of the log, its date and level are omitted.
     void addPrintedText(const std::string& printed);
     void showHost(Settings::HostPresence presence) { host = presence; }
     /// Handles one key or mouse event, and returns what the front end must do.
     Command press(const Input& input);
 
-    /// Returns all lines of the screen from the top, scrolled so that the selected row is visible.
+    /// Returns all lines of the screen from top to bottom. Scrolls the rows so that the selected row is
+    /// visible.
     std::vector<ScreenLine> lines(Size size);
 
 private:
@@ -121,7 +123,8 @@ private:
     std::string searchText;
     std::vector<SearchMatch> matches;
     int match = 0; // index of the selected match
-    // The first row and the number of rows in the last drawing, for clicks and page keys.
+    // In the last drawing: the index of the first row, and the number of lines for rows. Used by clicks and
+    // page keys.
     int drawnTop = 0;
     int drawnHeight = 1;
 };

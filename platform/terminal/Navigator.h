@@ -35,9 +35,9 @@ public:
     /// the first and the last row.
     void moveBy(int steps);
 
-    /// Opens the submenu of an item in the innermost open menu. Selects the first item of the submenu that is
-    /// on, or the first row if no item is on. Does nothing if the innermost open menu has no such visible
-    /// item with a submenu.
+    /// Opens the submenu of the item `submenu`. In the submenu, selects the first item that is on, or the
+    /// first row if no item is on. Does nothing if the item is not a visible item of the innermost open menu
+    /// or has no submenu.
     void enter(App::ItemId submenu);
     /// Closes the innermost submenu. Returns false if none is open.
     bool leave();

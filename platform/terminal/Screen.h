@@ -24,8 +24,8 @@ Input inputOfMouse(unsigned long buttons, int line);
 /// output can be redirected. The destructor restores the terminal. Main thread only.
 class Screen {
 public:
-    /// Opens the screen. Returns null if standard input or output is not a terminal that can be drawn on, or
-    /// on failure. Waits while the terminal is stopped. Blocks the signals SIGTERM, SIGINT and SIGHUP, which
+    /// Opens the screen. Returns null on failure, or if standard input or output is not a terminal that can
+    /// be drawn on. Waits while the terminal is stopped. Blocks the signals SIGTERM, SIGINT and SIGHUP, which
     /// the constructor of `Posix::JobQueue` unblocks.
     static std::unique_ptr<Screen> open();
     ~Screen();
@@ -34,8 +34,8 @@ public:
 
     Glyphs glyphs() const;
     Size size() const;
-    /// Returns false while the terminal is stopped or its connection is stalled, because `draw` would block.
-    /// To wait until it can draw, poll `descriptor` for output.
+    /// Returns whether the terminal accepts output. If not, the terminal is stopped or its connection is
+    /// stalled, and `draw` would block. To wait until the terminal accepts output, poll `descriptor`.
     bool canDraw() const;
     /// Returns the screen's descriptor of the terminal.
     int descriptor() const;
@@ -48,9 +48,10 @@ public:
 
     /// Adopts the current size of the window, and makes the next `draw` redraw everything.
     void resize();
-    /// Releases the terminal and stops the process group as Ctrl-Z does, so that a shell script that waits
-    /// for this process is stopped too. Returns when the process is continued, or at once if nothing could
-    /// continue it. In both cases the process gets a SIGCONT.
+    /// Releases the terminal and stops the whole process group, as Ctrl-Z does. A shell script that waits for
+    /// this process is therefore stopped too. Returns when the process is continued. Returns at once if the
+    /// process group is orphaned, because the system does not stop such a group. In both cases the process
+    /// gets a SIGCONT.
     void suspend();
     /// Acquires the terminal again. Call `resume` after a SIGCONT if the process is in the foreground, then
     /// call `draw`.

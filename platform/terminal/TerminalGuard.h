@@ -13,24 +13,26 @@ bool isWritable(int terminal);
 /// Returns whether the terminal type in the variable TERM is known and can position the cursor.
 bool canMoveCursor(int terminal);
 
-/// Returns the bytes that end drawing on the current terminal of ncurses. Write them unchanged. Main thread.
+/// Returns the control sequences that reset the current terminal of ncurses after drawing. Write the bytes to
+/// the terminal unchanged. Main thread.
 std::string resetSequence();
 
 /// While a guard exists, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL call `restore` and then have the effect
-/// that they had before the guard. One per process. Main thread only, except `restore`.
+/// that they had before the guard. Create at most one per process. Main thread only, except `restore`.
 class TerminalGuard {
 public:
-    /// `terminal` must remain open while the guard exists. `restore` writes at most 512 bytes of
-    /// `resetSequence` to it and sets the modes `before`.
+    /// `terminal` must remain open while the guard exists. `restore` writes the first 512 bytes of
+    /// `resetSequence` to the terminal and sets the terminal's modes to `before`.
     TerminalGuard(int terminal, const std::string& resetSequence, const termios& before);
     ~TerminalGuard();
     TerminalGuard(const TerminalGuard&) = delete;
     TerminalGuard& operator=(const TerminalGuard&) = delete;
 
-    /// While false, `restore` does nothing. Set it to false while another program uses the terminal.
+    /// Makes the guard active or inactive; initially active. While the guard is inactive, `restore` does
+    /// nothing. Make the guard inactive while another program uses the terminal.
     static void setActive(bool isActive);
-    /// Restores the terminal once; later calls do nothing. If the terminal accepts no output, restores only
-    /// its modes. Never blocks. Any thread, also in a signal handler.
+    /// Restores the terminal and makes the guard inactive, so that later calls do nothing. If the terminal
+    /// accepts no output, restores only its modes. Never blocks. Any thread, also in a signal handler.
     static void restore();
 };
 

@@ -18,14 +18,14 @@ namespace Kest::Terminal {
 /// Main thread only, except `post`.
 class TextFrontEnd final : public App::FrontEnd {
 public:
-    /// Returns whether commands can come from a script, that is, whether standard input is not a character
-    /// device such as a terminal or /dev/null.
+    /// Returns whether the commands may come from a script. Returns false if standard input is a character
+    /// device, such as a terminal or /dev/null, or is closed.
     static bool mayHaveScript();
 
     /// Prints the menu, then executes commands and prints changes until `quit` is called or standard input
-    /// ends. If standard input ends without any command and is not a terminal, continues until `quit` is
-    /// called. Returns false if waiting for events failed or a command of a script failed. Each failure
-    /// prints one line.
+    /// ends. Exception: if standard input is not a terminal and contained no command, continues until `quit`
+    /// is called. Returns false if waiting for events failed, or if a command failed and `mayHaveScript()` is
+    /// true. Prints one line for each failure.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // no effect: the printed lines show the menu

@@ -19,12 +19,12 @@ using Text::printable;
 /// a mark.
 std::string markText(const App::ItemProperties& item);
 
-/// Returns one line for each visible item below `menu`, at any depth, without line feeds. The items of a
-/// submenu follow its item and are indented.
+/// Returns one line without a line feed for each visible item below `menu`, at any depth. The items of a
+/// submenu follow the item that has the submenu, and are indented further.
 std::vector<std::string> menuLines(const App::ItemSnapshot& menu);
 
-/// Returns `MenuEvent::line` for each event of `menuEvents`, for example "changed Default Bus > Dialog: on".
-/// Main thread.
+/// Returns the `MenuEvent::line` of each event that `App::menuEvents` returns for the changes, for example
+/// "changed Default Bus > Dialog: on". Main thread.
 std::vector<std::string> changeLines(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::Terminal

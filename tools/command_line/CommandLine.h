@@ -9,12 +9,13 @@
 namespace CommandLine {
 
 /// Parses the arguments into the variables that the options of `app` refer to. Returns true if the program
-/// can continue. Returns false if the program must exit with `exitStatus`: 0 after --help, which prints
-/// `help`, and after --version; 2 after an error, which prints one line on standard error.
+/// can continue. Otherwise, returns false and sets `exitStatus`, with which the program must exit. The status
+/// is 0 after --help, which prints `help`, and after --version. The status is 2 after an error, which prints
+/// one line on standard error.
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
-/// Returns a validator that accepts a decimal number from `min` to `max`. An error message calls the number
-/// `what`. CLI11's own conversion reads 010 as octal.
+/// Returns a validator that accepts a decimal number from `min` to `max`. Its error message contains
+/// "expected `what`". The validator is needed because CLI11's own conversion reads 010 as an octal number.
 template <typename Number>
 CLI::Validator number(const std::string& what, Number min, Number max)
 {

@@ -8,9 +8,10 @@
 
 namespace EncoderSimulator {
 
-/// Writes each line with one call and never blocks. There may be no reader, the reader may be slow, and
-/// another reader may replace it. Opens the pipe when it has a reader; never creates the pipe, and never
-/// writes to a file at the path that is not a pipe. The process must ignore SIGPIPE. Not synchronised.
+/// Writes each line with one system call and never blocks. There may be no reader, the reader may be slow,
+/// and another reader may replace the first. Opens the pipe only when the pipe has a reader. Never creates
+/// the pipe. If the file at the path is not a pipe, never writes to it. The process must ignore SIGPIPE. Not
+/// synchronised.
 class ProgressPipeWriter {
 public:
     explicit ProgressPipeWriter(std::string pipePath) : path(std::move(pipePath)) {}
@@ -21,13 +22,13 @@ public:
     /// Sets the lines that each new reader receives first, each with its line feed. Call it before `send`.
     void setIntroduction(std::vector<std::string> lines) { introduction = std::move(lines); }
 
-    /// Sends a line, which must end with a line feed, to the current reader. A reader that connects later
-    /// receives only the last line that was sent.
+    /// Sends a line to the current reader. The line must end with a line feed. A reader that connects later
+    /// receives the introduction and the last line that was sent, but no earlier line.
     void send(const std::string& line);
 
-    /// Opens the pipe if it is not open and has a reader, then writes the lines that were not written because
-    /// the pipe was full. If the reader has ended, closes the pipe and drops these lines. Call this function
-    /// at short intervals.
+    /// If the pipe is not open and has a reader, opens the pipe. Then writes the lines that are not written
+    /// yet, until the pipe is full. If the reader has closed the pipe, closes it too and drops these lines.
+    /// Call this function at short intervals.
     void pump();
 
     /// Returns whether the pipe is open and some lines are not written yet.

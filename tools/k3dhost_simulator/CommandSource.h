@@ -11,7 +11,7 @@
 
 namespace K3DHostSimulator {
 
-/// Use one of `readFile` and `readFrom`. Not synchronised.
+/// Call either `readFile` or `readFrom`, not both. Not synchronised.
 class CommandSource {
 public:
     /// Creates a source without commands.
@@ -23,17 +23,17 @@ public:
     /// Makes `next` return the commands that arrive on a descriptor. The caller closes the descriptor.
     void readFrom(int descriptor) { input = descriptor; }
 
-    /// Returns the next command; nullopt if none has arrived. Also returns nullopt, with one line in `error`,
-    /// if the next line is invalid; `error` must be empty before. After `readFrom`, call `sleep` to read more
-    /// input.
+    /// Returns the next command; nullopt if none has arrived. If the next line is invalid, returns nullopt
+    /// and sets `error` to one line. `error` must be empty before the call. After `readFrom`, call
+    /// `waitForInput` to read more input.
     std::optional<Command> next(std::string& error);
     /// Returns whether the descriptor of `readFrom` has ended or failed and `next` has returned all commands.
     /// Always false for a file, because the host keeps running after the last command.
     bool hasEnded() const { return endSeen && commands.empty() && unread.empty(); }
-    /// Returns whether the next command is "start". For a file only.
+    /// Returns whether the next command is "start". Call it only after `readFile`.
     bool beginsWithStart() const;
 
-    /// Waits until input arrives, a signal arrives or `timeLimit` has passed, and reads the input.
+    /// Waits until input arrives, a signal arrives or `timeLimit` has passed. If input has arrived, reads it.
     void waitForInput(std::chrono::milliseconds timeLimit);
 
 private:

@@ -20,8 +20,8 @@ public:
     /// Called with one line, without its line feed.
     using Print = std::function<void(const std::string& line)>;
 
-    /// Calls `event` when the host does something, and `write` when another process has written into the
-    /// host's segments.
+    /// `event` is called with a line about each action of the host. `write` is called with a line about each
+    /// write of another process into the host's segments.
     Host(Print event, Print write);
     ~Host() { stop(); }
     Host(const Host&) = delete;
@@ -35,16 +35,17 @@ public:
     /// stopped.
     void stop();
 
-    /// Change the session; ids and names have at most 64 bytes. Each function fails if the host is stopped.
-    /// `addBus` fails if a client has the id or no slot is free, `removeBus` and `renameBus` if no bus has
-    /// the id, `postMessage` if there is no agent's record.
+    /// These functions change the session. Ids and names have at most 64 bytes. Each function fails if the
+    /// host is stopped. `addBus` also fails if a client already has the id or no slot is free. `removeBus`
+    /// and `renameBus` also fail if no bus has the id. `postMessage` also fails if there is no agent's
+    /// record.
     Failure addBus(const std::string& id, const std::string& name);
     Failure removeBus(const std::string& id);
     Failure renameBus(const std::string& id, const std::string& name);
     Failure postMessage(float number);
 
-    /// Prints the writes of other processes since the last call. Checks the agent's fields in each call, all
-    /// other bytes once a second. Does nothing if the host is stopped.
+    /// Prints the writes of other processes since the last call. Checks the agent's fields in each call, and
+    /// all other bytes at most once a second. Does nothing if the host is stopped.
     void printWrites();
 
 private:

@@ -13,8 +13,8 @@ namespace K3DHostSimulator {
 /// is none. Does not find a process in another process namespace. Creates the key files if they are missing.
 pid_t runningHost();
 
-/// The segments of one running host: of the sizes that `LIPC` defines, initially filled with zeros. The
-/// destructor removes the segments; if the process is killed, they remain.
+/// The two segments of one running host. They have the sizes that `LIPC` defines and initially contain zeros.
+/// The destructor removes the segments; if the process is killed, they remain.
 class HostSegments {
 public:
     HostSegments() = default;
@@ -22,8 +22,8 @@ public:
     HostSegments(const HostSegments&) = delete;
     HostSegments& operator=(const HostSegments&) = delete;
 
-    /// Creates both segments or none. Removes segments that an ended process has left, and prints one line
-    /// about that on standard error. Fails if a host is running or the system refuses a segment.
+    /// Creates both segments or none. If an ended process has left segments, first removes them and prints
+    /// one line on standard error. Fails if a host is running or the system refuses a segment.
     Failure create();
     /// Detaches and removes the segments that this object has created, if any.
     void remove();

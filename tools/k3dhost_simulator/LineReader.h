@@ -17,18 +17,19 @@ public:
     /// Returns the part of the line that is not read yet, without blanks at its ends.
     std::string_view remainder() const { return rest; }
 
-    /// Reads the next word, which ends at a blank; empty at the end of the line.
+    /// Reads the next word, which ends at a blank. Returns an empty word at the end of the line.
     std::string_view word();
     /// Skips `expectedWords` and returns true if the rest of the line begins with exactly this text, followed
     /// by a blank or the end of the line. Otherwise skips nothing and returns false.
     bool accept(std::string_view expectedWords);
 
-    /// Reads a word or a text in double quotes. Returns nullopt, with one line in `error`, at the end of the
-    /// line and for a malformed text. Within quotes, \xNN is the byte with the hexadecimal number NN except
-    /// 00, \\ is a backslash, and \" is a quote.
+    /// Reads a word or a text in double quotes. Fails at the end of the line, or if a quoted text is
+    /// malformed. On failure, returns nullopt and sets `error` to one line. Within quotes, \xNN is the byte
+    /// with the hexadecimal number NN, \\ is a backslash, and \" is a quote. \x00 is invalid.
     std::optional<std::string> wordOrQuoted(std::string& error);
-    /// Reads the last element of the line: the whole rest, or a text in double quotes. Fails as
-    /// `wordOrQuoted` does, and also if anything follows the closing quote.
+    /// Reads the last element of the line. If the element begins with a double quote, it is a quoted text;
+    /// otherwise it is the whole rest of the line. Fails as `wordOrQuoted` does, and also if anything follows
+    /// the closing quote.
     std::optional<std::string> lastText(std::string& error);
 
 private:

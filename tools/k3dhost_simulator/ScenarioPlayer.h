@@ -17,19 +17,20 @@ public:
 
     Host& host() { return simulatedHost; }
 
-    /// Starts the host again and forgets all lines printed before. Fails as `Host::start` does.
+    /// Stops the host if it is running, forgets all lines printed so far, and starts the host. Fails as
+    /// `Host::start` does.
     Failure start(int wordSize, bool withSettings);
     /// Stops the host; `hasEnded` returns true afterwards.
     void end();
     /// Kills this process with SIGKILL, so that the host's segments remain.
     [[noreturn]] static void killSelf();
 
-    /// Begins a wait, which ends after `timeLimit`. If `line` is not empty, the wait also ends when a write
-    /// of another process has printed `line`, even before this call but not before the last `start`. Each
-    /// printed line ends one wait only.
+    /// Begins a wait, which ends after `timeLimit`. If `line` is not empty, the wait also ends when the host
+    /// has printed `line` for a write of another process. A line that was printed before this call counts if
+    /// it was printed after the last `start`. Each printed line ends one wait only.
     void wait(std::chrono::milliseconds timeLimit, const std::string& line);
-    /// Returns whether the wait has not ended yet. Call it repeatedly: it checks the time and the printed
-    /// lines.
+    /// Checks the time and the printed lines, and returns whether the wait continues. Returns false if there
+    /// is no wait. Call it repeatedly.
     bool updateWait();
     /// Returns an error after a wait for a line has timed out; otherwise nullopt.
     const Failure& failure() const { return timedOut; }

@@ -28,8 +28,8 @@ int freeSlot(const LIPC::SessionBuffer& session);
 /// Returns the slot of the client with this id; -1 if there is none.
 int slotOf(const LIPC::SessionBuffer& session, std::string_view id);
 
-/// Writes a client into a free record. Writes the id after all other fields, and the type last, so that a
-/// process that finds the record by its type finds it complete.
+/// Writes a client into a free record. Writes the type last and the id immediately before it. So a process
+/// that finds the record by its type reads a complete record.
 void registerClient(LIPC::ClientEntry& record, const Client& client);
 /// Frees a record. Clears the type first, so that no process finds a partly cleared record by its type.
 void clearClient(LIPC::ClientEntry& record);

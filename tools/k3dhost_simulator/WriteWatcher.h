@@ -10,11 +10,11 @@
 
 namespace K3DHostSimulator {
 
-/// Debounces a text, because another process writes it byte by byte: a text counts only when two successive
+/// Debounces a text that another process writes byte by byte. Accepts a text only when two successive
 /// readings are equal.
 class Debounced {
 public:
-    /// Returns the last text that counted; initially empty.
+    /// Returns the text that was accepted last; initially empty.
     const std::string& text() const { return stable; }
 
     /// Adds a reading. Returns true if `text()` has changed.
@@ -33,22 +33,24 @@ private:
     std::string last;
 };
 
-/// Contains the expected content of the session: what the host has written and what was reported. The host
-/// must make each of its changes in the segment and in `expected`. Not synchronised.
+/// Contains the expected content of the session: what the host has written, and what other processes have
+/// written and this class has reported. The host must make each of its changes in the segment and in
+/// `expected`. Not synchronised.
 class WriteWatcher {
 public:
     WriteWatcher();
 
     LIPC::SessionBuffer& expected() { return *expectedSession; }
 
-    /// Returns one line for each of the agent's fields whose value differs from `expected`, and changes
-    /// `expected` accordingly. Only the value at the time of the call matters. A text is reported only when
-    /// two successive calls have found the same text.
+    /// Returns one line for each of the agent's numbers that differs from `expected`, and copies the number
+    /// to `expected`. Also returns one line for each of the agent's texts that differs from the text last
+    /// reported. A text is reported only when two successive calls have found it. A value that was replaced
+    /// between two calls is not reported.
     std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
-    /// Returns the line "FOREIGN WRITE at offset N" for each gap between the agent's fields in which a byte
-    /// differs from `expected`, and copies that gap to `expected`. N is the offset in the session of the
-    /// first byte that differs. Compares all 3.4 MB.
+    /// Compares all bytes outside the agent's fields, about 3.4 MB, with `expected`. Returns the line
+    /// "FOREIGN WRITE at offset N" for each gap before or between these fields in which a byte differs, and
+    /// copies the gap to `expected`. N is the offset in the session of the first byte that differs.
     std::vector<std::string> takeForeignWrites(const LIPC::SessionBuffer& session);
 
     /// Returns whether `line` has the form of a line that this class reports. Checks only the beginning.

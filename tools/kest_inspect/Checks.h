@@ -38,11 +38,12 @@ Check checkSettings(const CheckContext& context);
 Check checkFacilities(const CheckContext& context);
 Check checkLastUser(const CheckContext& context);
 
-/// Runs all checks and returns their findings, first those about the host and last that about the tray.
-/// Changes nothing on the system.
+/// Runs all checks and returns their findings. The findings about the host are the first, the finding about
+/// the tray is the last. Changes nothing on the system.
 std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths);
 
-/// Returns the status of the file at `path`; nullopt, with `errno` set, on failure. Does not follow a link.
+/// Returns the status of the file at `path`. If the file is a symbolic link, returns the status of the link.
+/// On failure, returns nullopt and sets `errno`.
 std::optional<struct stat> statusOf(const std::string& path);
 
 /// Returns the type of a file with an article, for example "a file" or "a link".

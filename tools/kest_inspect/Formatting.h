@@ -7,19 +7,19 @@
 
 namespace KestInspect {
 
-/// Return the name of the parameter or of the text with this number in the agent's record; empty if it has
-/// none.
+/// Return the name of the parameter or of the text with this number in the agent's record; empty if there is
+/// no name for the number.
 std::string_view parameterName(int number);
 std::string_view textName(int number);
 
 /// Returns the meaning of a parameter's value, for example the name of a speaker configuration; empty if the
 /// value is only a number.
 std::string parameterMeaning(int number, float value);
-/// Returns the text of a status number of the host; empty if the number has none.
+/// Returns the text for a status number of the host; empty if there is no text for the number.
 std::string messageMeaning(std::int32_t number);
 
-/// Returns a client's type as four letters, for example "KBUS"; as a decimal number if a letter is not
-/// printable ASCII.
+/// Returns a client's type as four characters, for example "KBUS". If one of them is not printable ASCII,
+/// returns the type as a decimal number.
 std::string typeText(std::int32_t type);
 
 /// Return valid UTF-8 for any bytes. `nameInUtf8` converts a client's id or label from Mac OS Roman;

@@ -30,20 +30,21 @@ struct AgentRecord {
 };
 
 struct Session {
-    int segment = -1;                 // the segment's identifier, new after each start of the host
-    std::vector<Client> clients;      // all with a type, and the agent's record; in slot order
+    int segment = -1;                 // the segment's identifier; differs after each start of the host
+    std::vector<Client> clients;      // in slot order: all records with a type, and the agent's record
     std::optional<AgentRecord> agent; // nullopt if there is no such record
     std::string defaultBus;           // the id of the default bus; empty if there is none
 };
 
 struct HostSnapshot {
     std::optional<std::int32_t> versionWord; // the host's word size in bits; nullopt without a segment
-    std::optional<Session> session;          // nullopt without a segment, or if it is too small
+    std::optional<Session> session;          // nullopt if there is no segment or it is too small
 };
 
 /// Returns a copy of the content of the host's segments. Creates no key file and writes nothing. The host
-/// writes names without a lock, so this function reads the session until two successive readings contain the
-/// same names and texts, but at most five times, and returns the last reading. Blocks for a few milliseconds.
+/// writes names without a lock. So this function reads the session again until two successive readings
+/// contain the same names and texts, at most five times in total. Returns the last reading. Blocks for a few
+/// milliseconds.
 HostSnapshot readHost(const Kest::Settings::SystemPaths& paths);
 
 /// Returns the label of the first client with this id; empty if there is none, or if `id` is empty.

@@ -31,7 +31,7 @@ std::string jsonLine(const Json& json);
 Printed printedClient(const Client& client);
 Printed printedParameter(int number, float value);
 Printed printedText(int number, const std::string& value);
-Printed printedBus(const std::string& id, const std::string& label); // "none" if `id` is empty
+Printed printedBus(const std::string& id, const std::string& label); // "none" and null if `id` is empty
 std::string printedVersionWord(std::int32_t bits);
 
 /// Returns a client's id or label as printable UTF-8.

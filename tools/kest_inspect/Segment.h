@@ -1,4 +1,4 @@
-// The system's data about a shared-memory segment, without its content.
+// The system's data about a shared-memory segment, without the content of the segment.
 #pragma once
 
 #include <cstddef>
@@ -10,19 +10,19 @@ namespace KestInspect {
 
 struct Segment {
     int id = -1;
-    int error = 0; // 0, or the system's error number: then all further fields are unknown
+    int error = 0; // `errno` if the fields below could not be read; otherwise 0
     std::size_t bytes = 0;
     unsigned mode = 0; // permission bits
     uid_t owner = 0;
-    pid_t creator = 0;          // the process id; 0 if the process is in a namespace that is not visible
+    pid_t creator = 0;          // process id; 0 if the creator's process namespace is not visible
     unsigned long attached = 0; // number of attachments
     bool isWritable = false;    // this user may read and write the segment
 };
 
-/// Returns the segment `name`; nullopt if there is no such segment or no key file for it.
+/// Returns the data of the segment `name`; nullopt if the segment or its key file does not exist.
 std::optional<Segment> findSegment(const std::string& name);
 
-/// Returns whether no process has this id any more; false for 0.
+/// Returns whether the process has ended, that is, whether no process has this id. Returns false for 0.
 bool hasEnded(pid_t process);
 
 /// Returns the login name of a user, or the user's number if there is no name.

@@ -23,20 +23,22 @@ struct FileHolder {
 /// users may be missing. Empty if the system does not list open files.
 std::vector<FileHolder> processesHolding(const std::string& path);
 
-/// Returns the processes that have a file open that was at `path` and was removed. The same restrictions as
-/// for `processesHolding`.
+/// Returns the processes that have an open file that was removed from `path`. The restrictions of
+/// `processesHolding` apply.
 std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 
-/// Returns whether a process has locked the file at `path`. Does not lock the file.
+/// Returns whether a process has locked the file at `path`. Does not lock the file. May return false if the
+/// process belongs to another user.
 bool isLocked(const std::string& path);
 
-/// Finds a session segment whose key file was removed: a segment with any key, of `bytes` bytes or up to a
-/// page more. Returns the id of the process that created it, if that process still runs. Returns nullopt if
-/// there is no such segment or the system does not list segments.
+/// Finds a session segment without its key file, which may have been removed. Considers only segments with
+/// a key other than 0 whose size is `bytes` or less than a page larger. Returns the id of the process that
+/// created the first such segment; ignores segments whose creator has ended. Returns nullopt if no segment is
+/// found or the system does not list segments.
 std::optional<pid_t> creatorOfSegment(std::size_t bytes);
 
-/// Checks whether a tray can display the menu, within two seconds. Returns nullopt on systems that always
-/// have a menu bar.
+/// Checks whether a tray can display the menu. Takes at most two seconds. Returns nullopt on systems that
+/// always have a menu bar.
 std::optional<Finding> checkTray();
 
 } // namespace KestInspect

@@ -8,19 +8,20 @@ namespace KestSettingsCtl {
 
 using Json = nlohmann::ordered_json;
 
-// Each result consists of lines that end with a line feed, except that of `errorText`, which is one line
-// without a line feed. Members of the JSON object that are missing or of another type are ignored.
+// Each result consists of lines that end with a line feed. Exception: `errorText` returns one line without a
+// line feed. A member of a JSON object that is missing or has an unexpected type counts as its default.
 
-/// Returns one line for each item of a menu. The items of a submenu follow it and are indented.
+/// Returns one line for each item of a menu. The lines of a submenu's items follow the line of the submenu
+/// and are indented.
 std::string menuText(const Json& items);
-/// Returns one line with the item's mark, path and state, for example "(x) Solo Mode > Latch". The items of a
-/// submenu follow, as in `menuText`.
+/// Returns one line with the item's mark, path and state, for example "(x) Solo Mode > Latch". If the item
+/// has a submenu, the lines of the submenu's items follow, as in `menuText`.
 std::string itemText(const Json& item);
 /// Returns one line with the path of each item that can be chosen, including the items of submenus.
 std::string pathsText(const Json& items);
 /// Returns one line about a change of the menu, for example "changed Default Bus > Dialog: on".
 std::string eventText(const Json& event);
-/// Returns the error in a reply and, if the agent suggests one, the path of the most similar item.
+/// Returns the error in a reply. If the reply contains the path of the most similar item, appends that path.
 std::string errorText(const Json& reply);
 
 } // namespace KestSettingsCtl
