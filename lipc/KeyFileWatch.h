@@ -10,12 +10,12 @@ namespace LIPC {
 class KeyFileWatch {
 public:
     /// Pass each new attachment to this function; all attachments must have the same segment name. Returns
-    /// true if `attachment` has another key and found no segment, although the segment of the last successful
+    /// true if `attachment` has another key and is not attached, although the segment of the last successful
     /// attachment still exists. Returns true only once for each removal of the key file.
     bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:
-    // The last successful attachment. `id` is -1 if there is none, or after another key was checked.
+    // The last successful attachment. `id` is -1 if there is none, or if a later attachment had another key.
     key_t key = -1;
     int id = -1;
 };

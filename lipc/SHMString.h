@@ -28,13 +28,13 @@ public:
     SHMArray(const SHMArray& shared);
     SHMArray& operator=(const SHMArray&) = delete;
 
-    /// Makes `text`, which is NUL-terminated, the valid text. `length` is the number of characters that the
-    /// caller has counted. Stores a text of fewer than `Length` bytes whole. Cuts a text of more than
-    /// `Length` bytes to at most `Length` - 1 bytes, without splitting a UTF-8 character. Cuts a text of
-    /// exactly `Length` bytes in the same way if `length` exceeds `Length`; otherwise stores it whole. If
-    /// exactly `Length` bytes are stored, the slot has no room for the terminator. For the first slot, `put`
-    /// then writes the terminator over the first byte of the second slot. For the second slot, `put` writes
-    /// no terminator.
+    /// Makes `text`, which is NUL-terminated, the valid text. Stores a text of fewer than `Length` bytes
+    /// whole. Cuts a text of more than `Length` bytes to at most `Length` - 1 bytes, without splitting a
+    /// UTF-8 character. `length` is the number of characters that the caller has counted. It matters only for
+    /// a text of exactly `Length` bytes: if `length` exceeds `Length`, cuts the text in the same way;
+    /// otherwise stores it whole. If exactly `Length` bytes are stored, the slot has no room for the
+    /// terminator. For the first slot, `put` then writes the terminator over the first byte of the second
+    /// slot. For the second slot, `put` writes no terminator.
     void put(const Character* text, int length);
 
     /// Returns the valid text up to its terminator, at most `Length` bytes; an empty text if another process

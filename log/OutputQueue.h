@@ -11,14 +11,15 @@
 namespace Lct {
 
 /// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
-/// thread. While the buffer has no room, `add` waits. All calls of `add` together wait for at most half a
-/// second; this limit starts again when the buffer is empty. After that time `add` drops a text that has no
-/// room, and all later texts until the buffer is empty. The thread then writes a line with the number of
-/// dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
+/// thread. While the buffer has no room, `add` waits. Until the buffer is empty again, all calls of `add`
+/// together wait for at most half a second. After this time `add` drops a text that has no room, and all
+/// later texts until the buffer is empty. The thread then writes a line with the number of dropped texts. An
+/// object must never be destroyed, because its thread is not joined. Any thread.
 class OutputQueue {
 public:
-    /// Writes `text`, which has at most 4096 bytes. May block. If `text` contains a line feed, it ends with
-    /// one. Exception: without a thread, `add` passes its text unchanged.
+    /// Writes a piece of the added text. May block. A piece has at most 4096 bytes. If a piece contains a
+    /// line feed, the piece ends with one. Exception: if the thread cannot be started, `text` is the whole
+    /// argument of `add`.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled

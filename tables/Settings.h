@@ -27,8 +27,8 @@ struct Setting {
     const char* title; // in the menu and in the log
 };
 
-// When the agent starts, it saves its toggles again in this order. The simulator prints settings in this
-// order. Texts must be last.
+// When the agent starts, it saves the value of each toggle in the menu again, in this order. The simulator
+// prints settings in this order. Texts must be last.
 inline constexpr Setting kSettings[] = {
     {"SoloMode", 4, "0", SettingType::integer, "SoloMode", "Solo Mode"},
     {"HdxAuxTrackDelaySetting", 32, "0", SettingType::integer, "HdxAuxTrackDelay", "HDX Aux Track Delay"},

@@ -100,7 +100,7 @@ extern const std::vector<Speaker> cSpeakerLabels_NHK_22_2;
 // `Kest_13_1_751`. Use `find` to look up an id. The views are valid until the process ends.
 extern const std::map<eMixLayout, std::span<const Speaker>> cSpeakerLabels;
 
-// The lists of the layouts in `cKestMaxLayouts`, which `cSpeakerLabels` contains too.
+// The lists of the layouts in `cKestMaxLayouts`. `cSpeakerLabels` contains these lists too.
 extern const std::map<eMixLayout, std::span<const Speaker>> cKestMaxSpeakerLabelArrays;
 
 } // namespace LSS
