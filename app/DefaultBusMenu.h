@@ -31,8 +31,8 @@ public:
     void updateKestBusMenu();
 
     /// Makes the sender's bus the default and rebuilds the menu. If the sender's tag is not the index of a
-    /// bus, the default does not change. A name of fewer than two characters changes the menu but not the
-    /// Backend.
+    /// bus, the default does not change. A bus whose name has fewer than two characters becomes the default
+    /// in the menu, but not in the Backend.
     void setDefaultKestBus(Sender sender);
 
 private:

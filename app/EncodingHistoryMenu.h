@@ -35,8 +35,8 @@ public:
 
     /// Shows an encoding that the Backend has no record of. Does nothing if the Backend has such a record, or
     /// if the Backend has ever evicted a record. `number` is the percentage; a negative number means that the
-    /// encoding has failed. Must be called after `showReported`, because the records may be newer than this
-    /// message.
+    /// encoding has failed. Must be called after `showReported`, which shows the encodings that have a
+    /// record.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows the encodings reported since the previous call, at most 250 of them, from the Backend's records.
@@ -50,9 +50,9 @@ public:
     /// Starts the abort of the encoding, unless the encoding has just finished. The row remains until
     /// `abortEnded`. If the abort cannot be started, logs one line.
     void abortEncoding(Sender sender);
-    /// Must be called when the abort of `process` has ended. If `failure` is empty, removes the rows of
-    /// `process`. Otherwise keeps the rows and enables their abort items again, unless the encoding has
-    /// finished.
+    /// Must be called when the abort of `process` has ended. If `failure` is empty, removes all rows of
+    /// `process`, usually one. Otherwise keeps the rows and enables their abort items again, unless the
+    /// encoding has finished.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     /// Removes all rows. Does not end a process or delete a file. Ignores the sender.
     void clearEncodingHistory(Sender sender);

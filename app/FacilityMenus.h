@@ -21,12 +21,12 @@ public:
     /// Does nothing for other menus.
     void menuWillOpen(Menu& menu);
 
-    /// Fills `menu` with the installed facilities in sorted order and checks the current facility. If the
+    /// Fills `menu` with the installed facilities in sorted order and marks the current facility. If the
     /// current facility is no longer installed, its item is red and at its sorted position.
     void rebuildFacilityList(Menu& menu);
 
-    /// Saves the title of the sender's item as the facility. The check mark changes when the menu opens the
-    /// next time.
+    /// Saves the title of the sender's item as the facility. The mark changes when the menu opens the next
+    /// time.
     void setFacility(Sender sender);
 
 private:

@@ -61,9 +61,9 @@ public:
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far; an item with a higher id counts as new until the next `take`. Once ids are reused,
-    /// pass the highest possible id. An unchanged menu may be reported with an empty `LayoutChange`. This can
-    /// happen if a refill removed an item that was added since the last `take`.
+    /// id assigned so far. Items that get a higher id later count as new until the next `take`. Once ids are
+    /// reused, pass the highest possible id. An unchanged menu may be reported with an empty `LayoutChange`.
+    /// This can happen if a refill removed an item that was added since the last `take`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

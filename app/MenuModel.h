@@ -41,8 +41,8 @@ public:
     Menu* submenu() const { return ownSubmenu.get(); }
     /// Returns the menu that contains the item; null if no menu does.
     Menu* menu() const { return parent; }
-    /// Returns the item whose submenu contains this item; null if the item is in the status menu, in a
-    /// template or in no menu.
+    /// Returns the item whose submenu contains this item; null if the item is in no menu, or in a menu that
+    /// is not a submenu.
     MenuItem* parentItem() const;
 
 private:
@@ -98,8 +98,8 @@ public:
 private:
     friend class MenuItem;
     ItemId idFor(const MenuItem& item);
-    /// Returns whether the menu is the status menu or the submenu of an item. A template and a menu under
-    /// construction are not attached.
+    /// Returns whether the menu is the status menu or the submenu of an item. A template such as
+    /// `Outlets::mEncodingSubMenu` and a menu under construction are not attached.
     bool isAttached() const;
     ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->itemId; }
     std::vector<ItemId> ids() const;

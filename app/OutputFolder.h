@@ -18,10 +18,10 @@ struct OutputFolder {
 };
 
 /// Opens the folder that contains the file `output`, or refuses it. There is nothing to delete if `output`
-/// contains no slash, names a file in the root folder, or the folder does not exist. Refuses a relative path
-/// and a path with a quote. Refuses a folder that is a link or cannot be opened. Refuses a folder that is
-/// protected or contains a protected folder. Refuses a folder that is or contains a mount point. Any thread.
-/// Blocks as long as the disk does.
+/// contains no slash, names a file in the root folder, or the folder does not exist. Refuses a relative path,
+/// and a path whose folder part contains a single quote. Refuses a folder that is a link or cannot be opened.
+/// Refuses a folder that is protected or contains a protected folder. Refuses a folder that is or contains a
+/// mount point. Any thread. Blocks as long as the disk does.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
 /// Returns true if the folder contains a file with the name in `output` that belongs to this user and was

@@ -21,8 +21,8 @@ public:
     /// Shows the stored solo mode, HDX delay and toggles. Writes the HDX delay and the toggles to the Backend
     /// again. If the menu has no item for the stored delay, shows and writes 0.
     void showStoredChoices();
-    /// Fills the speaker menu, checks the stored configuration and writes it to the Backend again. A negative
-    /// stored configuration is neither checked nor written.
+    /// Fills the speaker menu, marks the stored configuration and writes it to the Backend again. A negative
+    /// stored configuration is neither marked nor written.
     void showStoredSpeakerConfig();
 
     // Actions. Each shows the user's choice and writes it to the Backend.

@@ -27,9 +27,9 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Stops the host if it is running, then creates new segments and registers the fixed clients. `wordSize`
-    /// is 32 or 64 bits. `withSettings` also registers the agent's record. Fails as `HostSegments::create`
-    /// does.
+    /// Stops the host if it is running, then creates new segments and registers three clients: a mixing
+    /// engine, a panner and a return. `wordSize` is 32 or 64 bits. `withSettings` also registers the agent's
+    /// record. Fails as `HostSegments::create` does.
     Failure start(int wordSize, bool withSettings);
     /// Prints the writes that are not printed yet, and removes the segments. Does nothing if the host is
     /// stopped.

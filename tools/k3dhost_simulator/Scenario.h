@@ -15,7 +15,7 @@ class ScenarioPlayer;
 struct Command {
     int line = 0; // the line number in the scenario, from 1
     bool isStart = false;
-    std::function<Failure(ScenarioPlayer&)> play; // executes the command, but only begins a wait
+    std::function<Failure(ScenarioPlayer&)> play; // executes the command; "wait" only begins a wait
 };
 
 /// The result of `parseLine`. A blank line or a comment has neither a command nor an error.

@@ -48,9 +48,10 @@ public:
     /// between two calls is not reported.
     std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
-    /// Compares all bytes outside the agent's fields, about 3.4 MB, with `expected`. Returns the line
-    /// "FOREIGN WRITE at offset N" for each gap before or between these fields in which a byte differs, and
-    /// copies the gap to `expected`. N is the offset in the session of the first byte that differs.
+    /// Compares all bytes outside the agent's fields, about 3.4 MB, with `expected`. These bytes form gaps
+    /// before and between the fields, because the last field ends with the session. Returns the line "FOREIGN
+    /// WRITE at offset N" for each gap in which a byte differs, and copies the gap to `expected`. N is the
+    /// offset in the session of the first byte that differs.
     std::vector<std::string> takeForeignWrites(const LIPC::SessionBuffer& session);
 
     /// Returns whether `line` has the form of a line that this class reports. Checks only the beginning.

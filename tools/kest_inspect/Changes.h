@@ -10,7 +10,8 @@ namespace KestInspect {
 /// Returns the changes from `before` to `now`. The `text` of a change is one line without a line feed, and
 /// its `json` is an object with the member "event". The order is: the host, its version word, its clients,
 /// the agent's record, the default bus. If the agent's record is new, each text that is not empty counts as a
-/// change, and so does each parameter that has a name or is not 0. Exception: a status number of 0.
+/// change, and so does each parameter that has a name or is not 0. Exception: a status number of 0 does not
+/// count as a change.
 std::vector<Printed> changesBetween(const HostSnapshot& before, const HostSnapshot& now);
 
 /// Returns the content of the first snapshot as changes. If there is no session, the first change reports

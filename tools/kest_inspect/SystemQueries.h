@@ -31,10 +31,10 @@ std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 /// process belongs to another user.
 bool isLocked(const std::string& path);
 
-/// Finds a session segment without its key file, which may have been removed. Considers only segments with
-/// a key other than 0 whose size is `bytes` or less than a page larger. Returns the id of the process that
-/// created the first such segment; ignores segments whose creator has ended. Returns nullopt if no segment is
-/// found or the system does not list segments.
+/// Finds a session segment without its key file, which may have been removed. Considers only segments with a
+/// key other than 0 whose size is at least `bytes` and less than `bytes` plus one page. Returns the id of the
+/// process that created the first such segment; ignores segments whose creator has ended. Returns nullopt if
+/// no segment is found or the system does not list segments.
 std::optional<pid_t> creatorOfSegment(std::size_t bytes);
 
 /// Checks whether a tray can display the menu. Takes at most two seconds. Returns nullopt on systems that
