@@ -1,5 +1,5 @@
-// The parts of a measurement that need exact times; bench/measure does the rest. Each prints lines
-// and returns an exit status; std::runtime_error when it cannot measure.
+// The parts of bench/measure that need exact times. Functions throw std::runtime_error if they cannot
+// measure. Functions that return int return the exit status.
 #pragma once
 
 #include <chrono>
@@ -20,18 +20,20 @@ constexpr char kPlain[] = "com.kestronics.bench.Plain";
 
 sd_bus* connect();
 
-/// Starts a program beside a watcher of tray items, and prints "item MILLISECONDS NAME PID" when it
-/// registers: the time since its start, its bus name, its process. Then prints each signal when it arrives,
-/// with the clock's nanoseconds: "label TIME TEXT" for a changed row, "menu TIME" for any signal of a menu,
-/// "plain TIME SENT" for one of sendPlainSignals. Returns when the program has ended.
+/// Serves as the watcher of tray items and starts a program. When the program registers its item, prints
+/// "item MILLISECONDS NAME PID": the time since the start, the item's bus name, the process id. Prints a line
+/// when a signal arrives: "menu TIME" for each signal of a menu, "label TIME TEXT" for each label in such a
+/// signal, and "plain TIME SENT" for each signal of `sendPlainSignals`. TIME and SENT are in nanoseconds of
+/// `Clock`. Returns when the program has ended.
 int watch(const std::vector<std::string>& command);
 
-/// Sends `count` signals at random intervals around 8 ms, with the time at which each was sent.
+/// Sends `count` signals at random intervals of 4 to 12 ms. Each signal contains the time when it was sent.
 int sendPlainSignals(int count);
 
-/// Prints, `count` times, the milliseconds from a click on a row of an item to the choice in the host's
-/// segment, from a request at the control socket to it, and of what a choice consists of: "choice 1.5",
-/// "request", "attach", "save", "unflushed".
+/// Prints five durations in ms `count` times, for example "choice 1.5". "choice" is the time from a click on
+/// a row of a tray item until the host's segment contains the choice. "request" is the same from a request at
+/// the control socket. "attach" is an attachment of the segment. "save" and "unflushed" are writes of a file
+/// as long as the settings file, with and without fsync.
 int choiceToHost(int count, const std::string& item, int row);
 
 } // namespace Kest::Bench

@@ -8,8 +8,9 @@
 
 namespace Kest::Bench {
 
-/// The simplest way to read the host's session: the key, the attachment and every page touched once, which is
-/// where the time goes. What the agent's pass and its idle time are measured against.
+/// Reads the host's session in the simplest way: attaches it and touches each page once. bench/measure
+/// compares the agent's pass and the idle agent with this function. Throws std::runtime_error if there is no
+/// session.
 inline void naivePass(const char* segment)
 {
     constexpr std::size_t kPageBytes = 4096;

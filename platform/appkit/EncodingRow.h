@@ -6,8 +6,8 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// Contains the name, the percentage, a progress bar below them, and the arrow of a submenu, because AppKit
-/// draws no arrow for an item with a view. Main thread only.
+/// Contains the name, the percentage, a progress bar below them, and the arrow of a submenu. The row draws
+/// the arrow because AppKit draws none for an item with a view. Main thread only.
 @interface KestEncodingRow : NSView {
     CGFloat progress;
 }

@@ -21,8 +21,8 @@ bool itemsCanHide();
 /// Returns whether NSMenuItem can have a view. If not, the title of an encoding contains its progress.
 bool itemsCanHaveViews();
 
-/// Applies all visible properties to an item. If the properties are those of an encoding, each call gives the
-/// item a new view. For a separator, applies only the tag and whether the item is hidden. Main thread.
+/// Applies the properties to an item. If the properties are those of an encoding, each call gives the item a
+/// new view. For a separator, applies only `tag` and `hidden`. Main thread.
 void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

@@ -62,8 +62,8 @@ private:
     KestMenuBridge* const bridge;
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
-    std::set<App::ItemId> openMenus;                    // have opened; removed when their layout is applied
-    std::set<App::ItemId> closedMenus;                  // the menus in `openMenus` that have closed
+    std::set<App::ItemId> openMenus;                    // open menus, and closed menus with a deferred layout
+    std::set<App::ItemId> closedMenus;                  // closed menus with a deferred layout
     std::set<App::ItemId> removedItems;                 // removed from the model, but still in open menus
     bool changing = false;
 };

@@ -10,7 +10,7 @@ namespace Kest::AppKit {
 bool connectToScreen();
 /// Runs the main loop until the application terminates, which ends the process. On the Mac, first begins an
 /// activity, which prevents App Nap but does not keep the Mac awake. App Nap would delay the timers of an
-/// agent without windows, and so the monitor's pass each second. Main thread.
+/// agent without windows, and therefore the monitor, which runs each second. Main thread.
 int runApplication(int argc, const char** argv);
 
 /// Shows the menu: on the Mac in the menu bar as a status item with the logo, with GNUstep as the main menu

@@ -35,7 +35,7 @@ public:
 
 private:
     Outbox outbox;
-    const std::shared_ptr<MenuCommands> commands; // jobs posted earlier do nothing after its destruction
+    const std::shared_ptr<MenuCommands> commands; // posted jobs do nothing after it is destroyed
     ServerThread thread;                          // destroyed first, because it uses the other members
 };
 

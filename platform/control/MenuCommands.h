@@ -49,8 +49,8 @@ private:
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Returns an empty text if choosing the abort item `id` has started an abort, or if one was running
-    /// already. Otherwise returns the reason.
+    /// Call it after the abort item `id` was chosen. Returns why its encoding is not being aborted; an empty
+    /// text if it is.
     std::string abortProblem(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

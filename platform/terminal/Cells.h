@@ -23,8 +23,8 @@ std::string drawable(const std::string& text, Glyphs glyphs);
 /// of each character: a wide character counts 2, a combining accent 0.
 int cellWidth(const std::string& text);
 
-/// Returns a drawable text, cut or padded with blanks to exactly `width` cells. A cut text ends with an
-/// ellipsis. Returns an empty text if `width` is below 1.
+/// Returns `text` cut or padded with blanks to exactly `width` cells. A cut text ends with an ellipsis.
+/// `text` must be drawable. Returns an empty text if `width` is below 1.
 std::string fitToWidth(const std::string& text, int width, Glyphs glyphs);
 
 /// Returns `text` repeated `times` times.
