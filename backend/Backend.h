@@ -34,13 +34,13 @@ using HostStateCallback = void(void* context);
 
 /// The agent has one Backend while it runs. Call a function on the main thread unless its comment says "Any
 /// thread". No function throws.
-/// A missing segment is not an error, because the host may start and end at any time. If a file cannot be
-/// written, a key cannot be derived or the pipe cannot be created, the Backend writes a line to the log or to
-/// standard error.
+/// Missing shared memory of the host is not an error, because the host may start and end at any time. If a
+/// file cannot be written, a key cannot be derived or the pipe cannot be created, the Backend writes a line
+/// to the log or to standard error.
 class Backend {
 public:
     /// Starts the monitor thread and the reader thread, see `startError`. Writes the last-user file unless
-    /// the host is refused. `monitorPeriod` is the pause between two checks of the host.
+    /// the host is `HostPresence::refused`. `monitorPeriod` is the pause between two checks of the host.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
     /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
@@ -48,8 +48,8 @@ public:
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
-    /// While this object exists, no line is logged about a setting that cannot be saved. The destructor logs
-    /// one line for all of these settings, if there are any.
+    /// While this object exists, no line is logged about a setting whose save fails. The destructor logs one
+    /// line for all of these settings, if there are any.
     class CombinedSaveReport {
     public:
         explicit CombinedSaveReport(Backend& ofBackend);
@@ -65,9 +65,9 @@ public:
     /// Backend can only be destroyed.
     int startError() const { return startFailure; }
 
-    /// Writes the login name of the effective user into the file at `path`, which every user may overwrite.
-    /// Does nothing if the folder of the file is missing or the user database has no such user. Logs any
-    /// other failure.
+    /// Writes the login name of the effective user into the file at `path`, and lets every user write the
+    /// file. Does nothing if the folder of the file is missing or the user database has no such user. Logs
+    /// any other failure to write.
     static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
     /// Returns a setting of `kParameterSettings`: its value in the settings file, or its default if the file
@@ -140,7 +140,7 @@ private:
 
     const SystemPaths systemPaths;
     const std::unique_ptr<juce::ApplicationProperties> properties;
-    // Saves through `properties`. The getters read the settings through it too.
+    // Saves through `properties`. The getters read the settings through `settingsFile` too.
     const std::unique_ptr<SettingsFile> settingsFile;
     EncodingReader reader;
     SessionMonitor monitor;

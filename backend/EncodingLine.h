@@ -38,7 +38,7 @@ struct EncodingLine {
 ///     pid: 4711 , ERROR:
 /// Text after the percentage is ignored, and so is text after the first white space in the type. Any other
 /// line that begins with "pid:" and a number has the same result as the last form. Returns nullopt for all
-/// other lines. A number must fit in 32 bits. The result points into `line`.
+/// other lines. A number that does not fit in 32 bits counts as missing. The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

@@ -70,8 +70,8 @@ private:
     using Order = std::list<Records::iterator>;
     struct Record {
         encodingStatus status;
-        std::uint64_t firstReport = 0; // the report's number; 0 before the first report
-        std::uint64_t lastReport = 0;  // the report's number; the creation's number before the first report
+        std::uint64_t firstReport = 0; // `reports` at the first report; 0 before
+        std::uint64_t lastReport = 0;  // `reports` at the last report, or at the creation if there was none
         Order::iterator position;      // in `byLastReport`
         bool isEvictedFirst = false;   // finished, failed, or not the newest of its process id
         bool isClosed = false;         // finished, and its process had ended at the last `identify`
@@ -89,7 +89,7 @@ private:
 
     const std::size_t maxTextBytes;
     std::size_t bytesOfText = 0;
-    std::uint64_t reports = 0;
+    std::uint64_t reports = 0; // number of reports and created records
     std::uint64_t evictionCount = 0;
     Records records;
     Order byLastReport; // sorted by `lastReport`

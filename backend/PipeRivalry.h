@@ -44,7 +44,7 @@ public:
     int losses() const { return isCounted ? replacements : 0; }
 
 private:
-    // No delay after the first loss, because its cause may be an agent that has ended again.
+    // No delay after the first loss, because its cause may be an agent that has ended since.
     std::chrono::seconds delay() const
     {
         if (replacements < 2)

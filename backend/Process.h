@@ -30,7 +30,7 @@ std::optional<std::int64_t> startedAt(const ProcessIdentity& process);
 bool hasOpen(const ProcessIdentity& process, const std::string& path);
 
 /// Sends SIGKILL to exactly this process and waits for at most five seconds until it has ended. Does not kill
-/// a process of another user, this process or one of its ancestors.
+/// the calling process, an ancestor of the calling process, or a process of another user.
 /// Returns an empty text if the process has ended, also if it had ended before. Otherwise returns one line
 /// with the reason: the process was not killed, or has not ended yet. Any thread; blocks.
 std::string endProcess(const ProcessIdentity& process);

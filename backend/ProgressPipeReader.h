@@ -30,7 +30,7 @@ public:
     /// the pipe is created for the first time. Prints a line when it removes a file or cannot create the
     /// pipe. Omits these lines if the previous call failed or `lossesToAnother` is more than 1. An earlier
     /// pipe is read until the last encoder closes it. At most 64 earlier pipes stay open: if there would be
-    /// more, closes the oldest one and logs a line.
+    /// more, closes the oldest one. Logs only the first of successive closes.
     bool make();
 
     /// If the pipe is no longer at its path, requests a new pipe and interrupts `read`. If another process

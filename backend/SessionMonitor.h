@@ -69,9 +69,9 @@ public:
     SessionMonitor(const SessionMonitor&) = delete;
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
-    /// Checks the host's word size; call it before `start`. Returns false if the host is refused; this prints
-    /// a text and is permanent. Otherwise returns true, even if there is no host or its word size is not
-    /// published yet. If the word size is not published yet, each pass checks it again.
+    /// Checks the host's word size; call it before `start`. Prints a text and returns false if the host is
+    /// refused. The refusal is permanent. Otherwise returns true, even if there is no host or its word size
+    /// is not published yet. If the word size is not published yet, each pass checks it again.
     bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();

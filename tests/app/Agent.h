@@ -1,4 +1,4 @@
-// The whole application with a front end, a desktop and paths of the test's own.
+// The whole application with private paths, a fake desktop and, by default, a fake front end.
 #pragma once
 
 #include "app/KestSettingsAppDelegate.h"
@@ -29,7 +29,7 @@ public:
     void hostChanged() override { ++hostChanges; }
     void quit() override { hasQuit = true; }
 
-    /// Runs what has been posted so far, and returns how much that was.
+    /// Runs the jobs posted so far, and returns their number.
     std::size_t runJobs()
     {
         std::unique_lock lock(mutex);
@@ -92,11 +92,11 @@ public:
     std::function<void()> whenNotified = [] {};
 };
 
-/// With any front end that has `runJobs`, which runs what was posted.
+/// The application on a front end whose function `runJobs` runs the posted jobs.
 template <typename FrontEnd>
 class AgentOn {
 public:
-    /// With a settings file of these values; without values there is no file.
+    /// Creates a settings file with these values; creates no file if there are no values.
     explicit AgentOn(const std::map<std::string, std::string>& settings = {},
                      App::AbortJobs::Abort abortOne = App::abortEncoder)
         : delegate(frontEnd, workspace, system.paths, std::chrono::milliseconds(5), std::move(abortOne))
@@ -115,7 +115,7 @@ public:
         frontEnd.runJobs();
     }
 
-    /// "Solo Mode/Latch"; throws where there is none.
+    /// Returns the item at a path such as "Solo Mode/Latch"; throws if there is no such item.
     App::MenuItem& at(const std::string& path) const
     {
         const auto slash = path.rfind('/');
@@ -128,7 +128,7 @@ public:
     bool choose(const std::string& path) { return delegate.choose(at(path).id()); }
     void open(const std::string& path) { delegate.menuWillOpen(at(path).id()); }
 
-    /// A submenu's items with title and tag; "*" is on, "!" is red.
+    /// Returns "title tag" for each item of a submenu, then "*" if the item is on and "!" if it is red.
     std::vector<std::string> items(const std::string& path) const
     {
         std::vector<std::string> lines;
@@ -153,8 +153,8 @@ public:
         return values ? values->getValue(key, "absent").toStdString() : "absent";
     }
 
-    /// As an encoder: reports its output file, unless it is "", and its progress. The menu shows it on
-    /// return.
+    /// Writes the lines of an encoder: `path`, unless it is empty, and `percentage`. Waits until the menu
+    /// shows the percentage. Returns false on failure.
     bool report(int pid, const std::string& path, int percentage = 50)
     {
         const auto begin = "pid: " + std::to_string(pid) + " , ";

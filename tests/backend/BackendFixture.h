@@ -49,8 +49,8 @@ protected:
             static_cast<BackendTest*>(context)->receive(number, type, description);
         };
     }
-    /// Waits for so many messages. Returns all that have arrived since the last call, each as "number type
-    /// 'description'"; the number of errors of an encoding that has any follows in brackets.
+    /// Waits for `count` messages. Returns all messages since the last call, each as "number type
+    /// 'description'". If the encoding has errors, their number follows in brackets.
     std::vector<std::string> received(std::size_t count = 0)
     {
         const auto isComplete = [&] {
@@ -61,8 +61,8 @@ protected:
         const std::lock_guard lock(mutex);
         return std::exchange(messages, {});
     }
-    /// Returns when so many whole passes of the monitor have ended that began after this call: each begins by
-    /// emptying the session's key file.
+    /// Waits for `count` whole passes of the monitor that begin after this call. Each pass begins by emptying
+    /// the session's key file.
     void awaitPasses(int count = 1) const
     {
         for (int beginning = 0; beginning <= count; ++beginning) {
@@ -90,7 +90,7 @@ protected:
     const std::string keyFile = system.sessionKeyFile.path;
     const std::string file = system.paths.settingsFile();
     std::atomic<int> hostChanges = 0;
-    std::unique_ptr<Settings::Backend> backend; // ends before the messages
+    std::unique_ptr<Settings::Backend> backend; // destroyed before `messages`
 };
 
 } // namespace Kest::Test

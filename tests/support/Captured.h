@@ -1,5 +1,4 @@
-// What the code under test prints from a call of captureOutput or captureErrors on, all of it and nothing
-// from before.
+// Captures all text printed after a call of `captureOutput` or `captureErrors`, and no earlier text.
 #pragma once
 
 #include "log/Output.h"
@@ -29,7 +28,7 @@ inline std::string capturedOutput()
     return testing::internal::GetCapturedStdout();
 }
 
-/// Since captureErrors; the capture continues.
+/// Returns the first 4096 bytes written since `captureErrors`. The capture continues.
 inline std::string errorsSoFar()
 {
     std::string text(4096, '\0');

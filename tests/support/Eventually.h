@@ -1,4 +1,4 @@
-// Waiting for what other threads and processes do: for a condition with a deadline, never for a fixed time.
+// Waits for other threads and processes until a condition holds, instead of for a fixed time.
 #pragma once
 
 #include <chrono>
@@ -7,7 +7,7 @@
 
 namespace Kest::Test {
 
-/// Checks every millisecond; returns false when the condition does not hold at the deadline.
+/// Checks the condition every millisecond. Returns false if it does not hold at the deadline.
 inline bool eventually(const std::function<bool()>& condition,
                        std::chrono::milliseconds deadline = std::chrono::seconds(20))
 {

@@ -8,12 +8,13 @@
 
 namespace Kest::Test {
 
-/// Adds, removes, moves and changes items of a model, any number of levels deep; the same ones in each run.
+/// Adds, removes, moves and changes items of a model, any number of levels deep. The edits are the same in
+/// each run.
 class RandomMenuEdits {
 public:
     explicit RandomMenuEdits(App::MenuModel& ofModel) : model(ofModel) {}
 
-    static constexpr int kMaxItems = 20; // of each menu, so that its submenus get items too
+    static constexpr int kMaxItems = 20; // in each menu; a full menu leaves more edits to its submenus
 
     int upTo(int maximum) { return std::uniform_int_distribution(0, maximum)(random); }
     void change() { changeIn(model.statusMenu()); }
@@ -27,7 +28,7 @@ private:
         return std::make_unique<App::MenuItem>(App::ItemProperties{
             .title = title, .action = action, .red = upTo(4) == 0, .separator = separator});
     }
-    // As the bus menu is refilled, with most of its items the same.
+    // Refills a menu, as the application refills the bus menu, but in random order. Most items stay the same.
     void refill(App::Menu& menu)
     {
         std::vector<App::SharedProperties> kept;

@@ -1,5 +1,5 @@
-// A host's segment as bytes: the second, independent witness of the layouts. Uses no structure of the
-// library; offsets in the tests that use it are literal numbers.
+// A host's segment as bytes, for independent tests of the layouts. Uses no structures of lipc. Tests give
+// offsets as literal numbers.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 
 namespace Kest::Test {
 
-/// Removes a segment's key file. Outlives the segment: another test's file may then get the same inode, and
-/// with it the key.
+/// Removes a segment's key file on destruction. Must outlive the segment: after the removal, the key file of
+/// another test may get the same inode and so the same key.
 struct KeyFileRemover {
     explicit KeyFileRemover(const std::string& name) : path("/tmp/LIPC_" + name) {}
     ~KeyFileRemover() { unlink(path.c_str()); }
@@ -72,8 +72,8 @@ public:
     std::string textAt(std::size_t offset) const { return reinterpret_cast<const char*>(memory + offset); }
     unsigned char* bytes() { return memory; }
 
-    /// A bus plug-in: type "KBUS", its bytes in memory in reverse order. The type is written last: a monitor
-    /// may be reading.
+    /// Writes a bus plug-in's record, with the type "KBUS" in reverse byte order. Writes the type last,
+    /// because a monitor may be reading.
     void putBus(int index, const std::string& busId, const std::string& label)
     {
         putText(slot(index), busId);
@@ -90,8 +90,8 @@ public:
     }
 
 private:
-    // The thread sanitizer does not know shmdt, and takes what a thread read in an earlier segment at the
-    // same address for a race. It knows munmap, and forgets what was read there.
+    // The thread sanitizer does not know shmdt: it reports a race with reads of an earlier segment at the
+    // same address. It knows munmap, and forgets the reads at the address.
     static void* freshAddress(std::size_t bytes)
     {
         void* address = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -24,7 +24,7 @@ public:
     Sleeper& operator=(const Sleeper&) = delete;
 
     int pid() const { return process; }
-    /// Waits for the process if it has ended: its id may then be used again.
+    /// Does not block. Reaps an ended process, whose id may be reused afterwards.
     bool runs() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
     void end()
     {

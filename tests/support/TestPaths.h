@@ -1,4 +1,4 @@
-// Paths and segments of a test's own for all that the agent reads and writes outside itself.
+// Private paths and segments for a test, instead of all that the agent reads and writes.
 #pragma once
 
 #include "backend/SystemPaths.h"
@@ -19,7 +19,7 @@ inline std::string uniqueSegment(const std::string& name)
 struct TestPaths {
     static constexpr int kAgentSlot = 3;
 
-    /// A host with an empty registry but for the agent's record.
+    /// Starts a host whose registry contains only the agent's record.
     RawSegment& startHost(std::int32_t wordSize = 64)
     {
         stopHost();

@@ -1,11 +1,11 @@
-// What the files *_mac.mm use of AppKit and GNUstep's headers lack, as Apple documents it: types, and the
-// first release of macOS that has it.
+// AppKit declarations that the files *_mac.mm use and GNUstep's headers lack. The types and the first macOS
+// releases (`SINCE`) are from Apple's documentation.
 #import <AppKit/AppKit.h>
 #import <AppKit/NSVisualEffectView.h>
 
 #define SINCE(version) __attribute__((availability(macos, introduced = version)))
 
-// Macros, as a later GNUstep may have them as constants.
+// Macros, because constants would conflict with those of a later GNUstep.
 #define NSImageResizingModeStretch 1
 #define NSVisualEffectMaterialSelection 4
 

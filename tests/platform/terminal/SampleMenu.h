@@ -1,4 +1,4 @@
-// A small menu for tests of the code that shows one.
+// A small menu for tests of the code that shows menus.
 #pragma once
 
 #include "app/MenuSnapshot.h"
@@ -29,8 +29,8 @@ inline App::ItemSnapshot bus(App::ItemId id, const std::string& title, bool on =
 
 inline App::ItemSnapshot statusMenu(Items items) { return {.hasSubmenu = true, .items = std::move(items)}; }
 
-/// Restart (1), a separator (2), Buses (3) with Main Bus (4), Dialog (5, on) and Music (6), a hidden submenu
-/// (7) with Hidden Dialog (8), About (9).
+/// Items with their ids: Restart (1), a separator (2), Buses (3) with Main Bus (4), Dialog (5, on) and Music
+/// (6), a hidden submenu (7) with Hidden Dialog (8), About (9).
 inline App::ItemSnapshot sampleMenu()
 {
     const Items buses = {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")};
