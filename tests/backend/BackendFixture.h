@@ -50,7 +50,8 @@ protected:
         };
     }
     /// Waits for `count` messages. Returns all messages since the last call, each as "number type
-    /// 'description'". If the encoding has errors, their number follows in brackets.
+    /// 'description'". If a message is about an encoding with errors, the number of errors follows in
+    /// brackets.
     std::vector<std::string> received(std::size_t count = 0)
     {
         const auto isComplete = [&] {

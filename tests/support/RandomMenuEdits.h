@@ -28,7 +28,7 @@ private:
         return std::make_unique<App::MenuItem>(App::ItemProperties{
             .title = title, .action = action, .red = upTo(4) == 0, .separator = separator});
     }
-    // Refills a menu, as the application refills the bus menu, but in random order. Most items stay the same.
+    // Refills a menu with most of its items, as the application refills the bus menu, but in random order.
     void refill(App::Menu& menu)
     {
         std::vector<App::SharedProperties> kept;

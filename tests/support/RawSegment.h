@@ -49,7 +49,7 @@ public:
 
     static std::size_t slot(int index) { return 1120 + 3376 * static_cast<std::size_t>(index); }
 
-    /// Writes a 32-bit number in one access, as another process that runs beside the agent's threads does.
+    /// Writes a 32-bit number in one access, as a host in another process does.
     template <typename Number>
     void put(std::size_t offset, Number value)
     {
@@ -90,8 +90,8 @@ public:
     }
 
 private:
-    // The thread sanitizer does not know shmdt: it reports a race with reads of an earlier segment at the
-    // same address. It knows munmap, and forgets the reads at the address.
+    // The thread sanitizer does not know shmdt: it reports a race with the agent's reads of an earlier
+    // segment at this address. It knows munmap, and forgets the reads at the address.
     static void* freshAddress(std::size_t bytes)
     {
         void* address = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

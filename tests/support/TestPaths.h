@@ -1,4 +1,4 @@
-// Private paths and segments for a test, instead of all that the agent reads and writes.
+// Private paths and segments for a test. They replace the real ones that the agent reads and writes.
 #pragma once
 
 #include "backend/SystemPaths.h"
