@@ -39,6 +39,15 @@ TEST_F(SessionMonitor, SendsEachNewMessageOfTheHostOnceAndRounded)
     EXPECT_THAT(received(), ElementsAre()) << "a message without a callback is not sent later";
 }
 
+TEST_F(SessionMonitor, BeginsWhenItsOwnerIsReady)
+{
+    system.startHost();
+    start(1h);
+    EXPECT_EQ(backend->hostState().presence, HostPresence::absent);
+    backend->beginMonitoring();
+    EXPECT_TRUE(reaches(HostPresence::present));
+}
+
 TEST_F(SessionMonitor, ReportsABusOnceThatIsNewRenamedReplacedOrGone)
 {
     auto& session = system.startHost();
