@@ -43,8 +43,8 @@ std::string encodingName(const std::string& description)
     return withoutTag(juce::String::fromUTF8(description.c_str())).toStdString();
 }
 
-void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32_t pid,
-                                                 const std::string& description)
+void EncodingHistoryMenu::showUnrecorded(std::int32_t number, std::int32_t pid,
+                                         const std::string& description)
 {
     // With a record, `showReported` has shown the encoding; without one, the record may have been evicted.
     if (backend.getEncodingStatus(pid).pid == pid || evictionRuns > 0)
@@ -63,7 +63,7 @@ void EncodingHistoryMenu::receivedMsgFromBackend(std::int32_t number, std::int32
 bool EncodingHistoryMenu::showReported()
 {
     const auto reported =
-        backend.encodings().query([this](const auto& table) { return table.reportedSince(lastReport); });
+        backend.encodingReader().query([this](const auto& table) { return table.reportedSince(since); });
     for (const auto& status : reported)
         show(status, status.hasFailed ? -1 : status.percentage);
     removeEvicted();
@@ -73,7 +73,7 @@ bool EncodingHistoryMenu::showReported()
 void EncodingHistoryMenu::removeEvicted()
 {
     std::vector<Rows::iterator> evicted;
-    backend.encodings().query([&](const auto& table) {
+    backend.encodingReader().query([&](const auto& table) {
         if (evictionRuns == table.evictionRuns())
             return;
         evictionRuns = table.evictionRuns();

@@ -37,7 +37,7 @@ public:
     /// if the Backend has ever evicted a record. `number` is the percentage; a negative number means that the
     /// encoding has failed. Must be called after `showReported`, which shows the encodings that have a
     /// record.
-    void receivedMsgFromBackend(std::int32_t number, std::int32_t pid, const std::string& description);
+    void showUnrecorded(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows the encodings reported since the previous call, at most 250 of them, from the Backend's records.
     /// Removes the rows of evicted records. Returns false if no encoding was reported. To show all encodings,
@@ -91,9 +91,8 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    // The newest report that the menu shows, and `evictionRuns` of the Backend's table at the last check.
-    std::uint64_t lastReport = 0;
-    std::uint64_t evictionRuns = 0;
+    std::uint64_t since = 0;        // argument of the next `EncodingTable::reportedSince`
+    std::uint64_t evictionRuns = 0; // `EncodingTable::evictionRuns` at the last check
 };
 
 } // namespace Kest::App

@@ -12,8 +12,8 @@
 namespace Kest::App {
 
 /// Identifies an existing item, and also its submenu. 0 identifies the status menu. An id is used again in
-/// two cases only: after every other id was used; or when a menu is refilled with an item that has the same
-/// title and action as the item that had the id.
+/// two cases only: after all ids were used; or when a menu is refilled with an item that has the same title
+/// and action as the item that had the id.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 
@@ -37,7 +37,7 @@ struct ItemProperties {
     std::string title{};
     Action action = Action::none;
     Mark mark = Mark::none;
-    int tag = 0;
+    int tag = 0; // for an encoding, the encoder's process id; otherwise a number that the action uses
     bool on = false;
     bool enabled = true;
     bool hidden = false;
@@ -76,7 +76,7 @@ private:
 };
 
 /// Returns the item's name: `EncodingState::title` for an encoding, otherwise the title. If this text is
-/// empty for an encoding, returns "Process " and the item's tag instead, for example "Process 4711".
+/// empty for an encoding, returns "Process " and the process id instead, for example "Process 4711".
 std::string itemName(const ItemProperties& item);
 
 /// Returns the item's text for output without colours and progress bars: its name, followed by the percentage

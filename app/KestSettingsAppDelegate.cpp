@@ -63,7 +63,7 @@ void KestSettingsAppDelegate::awakeFromNib()
     mBackend->hostStateCallback = host_state_callback;
 
     controllers.emplace(outlets, *mBackend, workspace, aborts);
-    const Settings::Backend::CombinedSaveReport report(*mBackend);
+    const Settings::Backend::CombinedSaveLogScope scope(*mBackend);
     controllers->settings.showStoredChoices();
     controllers->buses.updateKestBusMenu();
     controllers->settings.showStoredSpeakerConfig();
@@ -201,7 +201,7 @@ void KestSettingsAppDelegate::receivedMsgFromBackend(std::int32_t number, std::i
         return;
     showReportedEncodings(); // includes encodings whose messages were replaced
     if (type > 0)
-        controllers->encodings.receivedMsgFromBackend(number, type, description);
+        controllers->encodings.showUnrecorded(number, type, description);
     else if (type == 0)
         receivedStatusMessage(number);
 }

@@ -24,13 +24,13 @@ struct LayoutChange {
 };
 
 /// The changes of the menu since the last `MenuJournal::take`. An added or removed item appears in its menu's
-/// `LayoutChange` only. The items below an added or removed item are not listed.
+/// `LayoutChange` only. The items in the submenu of an added or removed item are not listed, at any depth.
 struct MenuChanges {
     /// The previous states, by id, of the items whose properties changed and the items that gained or lost a
     /// submenu. Contains only items that still exist.
     std::map<ItemId, PreviousState> items;
-    /// The changed menus, by the id of the item whose submenu the menu is; `kStatusMenuId` for the status
-    /// menu.
+    /// The changed menus, by the id of the item that has the menu as its submenu; `kStatusMenuId` for the
+    /// status menu.
     std::map<ItemId, LayoutChange> menus;
     bool isEmpty() const { return items.empty() && menus.empty(); }
 };
@@ -43,8 +43,8 @@ class MenuModel;
 /// the next `take`, changes of the new item and of the items in its submenu are ignored. Main thread only.
 class MenuJournal {
 public:
-    /// Call before an item changes, with its state at that time. Only the first state since the last `take`
-    /// is kept.
+    /// Call before an item changes, with its state at that time. Only the item's first state since the
+    /// last `take` is kept.
     void itemWillChange(ItemId id, const PreviousState& before);
     /// Call when an item is added to a menu or removed from it. `owner` is the id of the item that has this
     /// menu as its submenu; `kStatusMenuId` for the status menu.
@@ -56,26 +56,27 @@ public:
     /// with the old item's state.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
-    /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` that were recorded
-    /// since the last `take`.
+    /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` since the last `take`.
+    /// Repeated calls for one item are counted, ignored calls are not.
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far. Items that get a higher id later count as new until the next `take`. Once ids are
-    /// reused, pass the highest possible id. An unchanged menu may be reported with an empty `LayoutChange`.
-    /// This can happen if a refill removed an item that was added since the last `take`.
+    /// id assigned so far. Items that get a higher id later count as new until the next `take`. After all ids
+    /// were assigned, new items get the ids of removed ones; from then on, pass the highest possible id. An
+    /// unchanged menu may be reported with an empty `LayoutChange`. This can happen if a refill removed an
+    /// item that was added since the last `take`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:
     struct MenuRecord {
         LayoutChange change;
-        std::optional<std::vector<ItemId>> before; // set when the menu was refilled
+        std::optional<std::vector<ItemId>> before; // ids before the first refill; null without a refill
     };
     bool isLayoutChanged(const MenuModel& model, ItemId owner, const MenuRecord& menu) const;
     bool isDifferent(const MenuModel& model, ItemId id, const PreviousState& before) const;
     bool isNew(const MenuItem& item) const;
 
-    ItemId lastKnown = kStatusMenuId;
+    ItemId lastKnown = kStatusMenuId; // `lastAssigned` of the last `take`
     std::size_t recorded = 0;
     std::map<ItemId, PreviousState> items;
     std::map<ItemId, MenuRecord> menus;

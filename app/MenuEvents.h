@@ -21,8 +21,8 @@ struct MenuEvent {
 };
 
 /// Returns one event for each item that was added, removed or visibly changed. An item that becomes hidden or
-/// visible counts as changed. Omits separators, items that remain hidden, all items below a hidden item, and
-/// the items below an added or removed item. Requires that `changes` are already made in `menu`. Main thread.
+/// visible counts as changed. Omits separators, items that remain hidden, and all items in the submenu of a
+/// hidden, added or removed item. Requires that `changes` are already made in `menu`. Main thread.
 std::vector<MenuEvent> menuEvents(const MenuChanges& changes, const MenuModel& menu);
 
 } // namespace Kest::App

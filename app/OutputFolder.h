@@ -18,8 +18,9 @@ struct OutputFolder {
 };
 
 /// Opens the folder that contains the file `output`, or refuses it. There is nothing to delete if `output`
-/// contains no slash, names a file in the root folder, or the folder does not exist. Refuses a relative path,
-/// and a path whose folder part contains a single quote. Refuses a folder that is a link or cannot be opened.
+/// contains no slash or is a file in the root folder. Refuses any other relative path, and a path whose
+/// folder part contains a single quote or ends in "." or "..". For a path that is not refused, there is
+/// nothing to delete if the folder does not exist. Refuses a folder that is a link or cannot be opened.
 /// Refuses a folder that is protected or contains a protected folder. Refuses a folder that is or contains a
 /// mount point. Any thread. Blocks as long as the disk does.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);

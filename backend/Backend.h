@@ -22,9 +22,9 @@ class SettingsFile;
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
 /// If `type` is 0, the monitor thread makes the call. `number` is then a new status number of the host or
 /// `kMsgBusListChanged`, and `description` is empty.
-/// Otherwise the reader thread makes the call, about an encoder. `type` is the process id of the encoder;
-/// `number` is its percentage, or -1 after an error. `description` is the name of its output file, or null if
-/// the name is unknown. `description` is NUL-terminated and valid during the call only.
+/// Otherwise the pipe thread, which reads the lines of encoders, makes the call. `type` is the process id of
+/// the encoder; `number` is its percentage, or -1 after an error. `description` is the name of its output
+/// file, or null if the name is unknown. `description` is NUL-terminated and valid during the call only.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
@@ -35,13 +35,13 @@ using HostStateCallback = void(void* context);
 /// The agent has one Backend while it runs. Call a function on the main thread unless its comment says "Any
 /// thread". No function throws.
 /// Missing shared memory of the host is not an error, because the host may start and end at any time. If a
-/// file cannot be written, a key cannot be derived or the pipe cannot be created, the Backend writes a line
-/// to the log or to standard error.
+/// file cannot be written, the key of a segment cannot be derived, or the named pipe into which encoders
+/// write cannot be created, the Backend writes a line to the log or to standard error.
 class Backend {
 public:
-    /// Starts the monitor thread and the reader thread, see `startError`. Writes the last-user file unless
-    /// the host is `HostPresence::refused`. `monitorPeriod` is the pause between two checks of the host. The
-    /// first check follows `beginMonitoring`.
+    /// Starts the monitor thread and the pipe thread, see `startError`. Calls `save_username`, except if
+    /// the host is not 64 bit. `monitorPeriod` is the pause between two checks of the host. The first check
+    /// follows `beginMonitoring`.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
     /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
@@ -51,12 +51,12 @@ public:
 
     /// While this object exists, no line is logged about a setting whose save fails. The destructor logs one
     /// line for all of these settings, if there are any.
-    class CombinedSaveReport {
+    class CombinedSaveLogScope {
     public:
-        explicit CombinedSaveReport(Backend& ofBackend);
-        ~CombinedSaveReport();
-        CombinedSaveReport(const CombinedSaveReport&) = delete;
-        CombinedSaveReport& operator=(const CombinedSaveReport&) = delete;
+        explicit CombinedSaveLogScope(Backend& ofBackend);
+        ~CombinedSaveLogScope();
+        CombinedSaveLogScope(const CombinedSaveLogScope&) = delete;
+        CombinedSaveLogScope& operator=(const CombinedSaveLogScope&) = delete;
 
     private:
         SettingsFile& file;
@@ -86,6 +86,7 @@ public:
     // Get and set one setting each, as `value` and `setValue` do.
     int getSoloMode() const { return value(setting("SoloMode")); } // 0 latch, 1 exclusive
     void setSoloMode(int mode) { setValue(setting("SoloMode"), mode); }
+    // 0 off, 1 low latency, 2 high latency
     int getHdxAuxTrackDelay() const { return value(setting("HdxAuxTrackDelaySetting")); }
     void setHdxAuxTrackDelay(int choice) { setValue(setting("HdxAuxTrackDelaySetting"), choice); }
     bool getDefaultPannerObjects() const { return value(setting("defaultPannerObjects")) != 0; }
@@ -99,13 +100,14 @@ public:
     /// Returns the names of the installed facilities in the order of the file system; empty if there are
     /// none. Each facility is a folder. Bytes that are not UTF-8 are replaced by U+FFFD.
     juce::StringArray getFacilityList() const;
+    /// Returns the name of the chosen facility, even if it is not installed; the default if none was chosen.
     juce::String getFacility() const;
     /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file
     /// cannot contain the name, logs a line and changes nothing.
     void setFacility(const juce::String& name);
 
-    /// Returns the id of the chosen speaker configuration, a key of `sSpkrConf2Name`; -1 if the stored layout
-    /// belongs to no configuration.
+    /// Returns the id of the chosen speaker configuration, a key of `sSpkrConf2Name`. The setting contains
+    /// only the layout of the configuration; if no configuration has this layout, returns -1.
     int getPhysMonConfig() const;
     /// Saves the layout of a speaker configuration and writes it into the session, as `setValue` does.
     /// Ignores an unknown id.
@@ -125,15 +127,15 @@ public:
     /// thread.
     encodingStatus getEncodingStatus(const ProcessIdentity& process) const;
     /// Returns the reader, whose `query` gives access to all records. Any thread.
-    const EncodingReader& encodings() const { return reader; }
+    const EncodingReader& encodingReader() const { return reader; }
 
     /// Returns the host's state at the monitor's last check. Any thread.
     HostState hostState() const { return monitor.hostState(); }
 
     const SystemPaths& paths() const { return systemPaths; }
 
-    // The owner sets these once after construction, `messageContext` first. Reports for a null callback are
-    // dropped.
+    // The owner sets these once after construction, `messageContext` first. While a callback is null, its
+    // calls are skipped.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
     std::atomic<HostStateCallback*> hostStateCallback = nullptr;
     std::atomic<void*> messageContext = nullptr; // argument of both callbacks
@@ -145,8 +147,7 @@ private:
                       const std::function<void(LIPC::ClientEntry&)>& writeToHost);
 
     const SystemPaths systemPaths;
-    const std::unique_ptr<juce::ApplicationProperties> properties;
-    // Saves through `properties`. The getters read the settings through `settingsFile` too.
+    const std::unique_ptr<juce::ApplicationProperties> properties; // used by `settingsFile` only
     const std::unique_ptr<SettingsFile> settingsFile;
     EncodingReader reader;
     SessionMonitor monitor;

@@ -126,7 +126,7 @@ void EncodingReader::identifyEncoder(std::int32_t pid)
     const auto process = identifyProcess(pid);
     {
         const MutexLock lock(encodingMutex);
-        if (!encodingStatuses.identify(process))
+        if (!encodingStatuses.setWriter(process))
             return;
     }
     if (!hasOpen(process, fifoPath))

@@ -16,10 +16,11 @@
 
 namespace Kest::Settings {
 
-/// Only the owner calls `start` and `stop`; all other functions may be called on any thread.
+/// The thread is called the pipe thread. Only the owner calls `start` and `stop`; all other functions may be
+/// called on any thread.
 class EncodingReader {
 public:
-    /// Called on the reader's thread, without a lock, after an encoder has written a percentage or an error.
+    /// Called on the pipe thread, without a lock, after an encoder has written a percentage or an error.
     /// `number` is the percentage, or -1 for an error. `name` is the name of the output file, or null if its
     /// path is unknown. `name` is valid during the call only.
     using Report = std::function<void(std::int32_t number, std::int32_t pid, const char* name)>;
@@ -66,7 +67,7 @@ private:
     mutable Mutex encodingMutex;
     EncodingTable encodingStatuses KEST_GUARDED_BY(encodingMutex);
 
-    // Used by the reader thread only: the process ids that were identified within about the last millisecond.
+    // Used by the pipe thread only: the process ids that were identified within about the last millisecond.
     std::vector<std::int32_t> identified;
     std::chrono::steady_clock::time_point identifiedSince;
 };

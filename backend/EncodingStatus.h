@@ -17,7 +17,7 @@ struct encodingStatus {
     std::string path;             // of the output file; empty if unknown or too long
     std::string name;             // of the output file, without its last extension
     // Points to `name` of the record in the table, even in a copy of the record. Null if there is no path.
-    // Only the reader's thread may use it.
+    // Only the pipe thread may use it.
     const char* nameText = nullptr;
     std::int32_t errorCount = 0; // the number of reported errors, negated
     bool hasFailed = false;      // the last report is an error, not a percentage

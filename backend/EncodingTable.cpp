@@ -29,7 +29,7 @@ std::size_t textBytesOf(const encodingStatus& status)
 
 } // namespace
 
-bool EncodingTable::identify(const ProcessIdentity& process)
+bool EncodingTable::setWriter(const ProcessIdentity& process)
 {
     auto& record = recordFor(process);
     return process.startTime != 0 && !record.status.hadPipeOpen && record.pipeChecks++ < kMaxPipeChecks;
@@ -82,11 +82,11 @@ const encodingStatus* EncodingTable::take(const EncodingLine& line)
 
 void EncodingTable::report(Record& record, bool isEvictedFirst)
 {
-    record.lastReport = ++reports;
+    record.lastActivity = ++sequence;
     if (record.firstReport == 0)
-        record.firstReport = reports;
+        record.firstReport = sequence;
     record.isEvictedFirst = isEvictedFirst;
-    byLastReport.splice(byLastReport.end(), byLastReport, record.position);
+    byLastActivity.splice(byLastActivity.end(), byLastActivity, record.position);
 }
 
 // Creates new strings: assignment would keep the capacity of a previous longer text.
@@ -125,13 +125,13 @@ const encodingStatus* EncodingTable::find(const ProcessIdentity& process) const
 
 std::vector<encodingStatus> EncodingTable::reportedSince(std::uint64_t& since) const
 {
-    auto next = byLastReport.end();
-    while (next != byLastReport.begin() && (*std::prev(next))->second.lastReport > since)
+    auto next = byLastActivity.end();
+    while (next != byLastActivity.begin() && (*std::prev(next))->second.lastActivity > since)
         --next;
     std::vector<const Record*> batch;
-    for (; next != byLastReport.end() && batch.size() < kMaxBatch; ++next) {
+    for (; next != byLastActivity.end() && batch.size() < kMaxBatch; ++next) {
         const auto& record = (*next)->second;
-        since = record.lastReport;
+        since = record.lastActivity;
         if (record.firstReport != 0)
             batch.push_back(&record);
     }
@@ -149,8 +149,8 @@ EncodingTable::Record& EncodingTable::add(const ProcessIdentity& process)
     auto& record = added->second;
     record.status.pid = process.pid;
     record.status.process = process;
-    record.lastReport = ++reports;
-    record.position = byLastReport.insert(byLastReport.end(), added);
+    record.lastActivity = ++sequence;
+    record.position = byLastActivity.insert(byLastActivity.end(), added);
     makeRoom(record);
     return record;
 }
@@ -167,7 +167,7 @@ void EncodingTable::makeRoom(const Record& kept)
         return;
     ++evictionCount;
     for (const bool onlyOver : {true, false})
-        for (auto next = byLastReport.begin(); next != byLastReport.end() && exceeds(9);) {
+        for (auto next = byLastActivity.begin(); next != byLastActivity.end() && exceeds(9);) {
             const auto record = *next++;
             if (&record->second != &kept && (record->second.isEvictedFirst || !onlyOver))
                 evict(record);
@@ -177,7 +177,7 @@ void EncodingTable::makeRoom(const Record& kept)
 void EncodingTable::evict(Records::iterator record)
 {
     bytesOfText -= textBytesOf(record->second.status);
-    byLastReport.erase(record->second.position);
+    byLastActivity.erase(record->second.position);
     records.erase(record);
 }
 

@@ -17,8 +17,9 @@ namespace Kest::Settings {
 /// record belongs to the last process. Not synchronised.
 /// If the number of records or the size of their texts exceeds its limit, records are evicted until both are
 /// at most nine tenths of their limits. Records of finished and failed encodings, and records that are not
-/// the newest of their process id, are evicted before all others. Within both groups, the record whose last
-/// report is oldest is evicted first.
+/// the newest of their process id, are evicted before all others. Within both groups, the record with the
+/// oldest activity is evicted first. The activity is the last report, or the creation of a record without
+/// reports.
 class EncodingTable {
 public:
     static constexpr std::size_t kMaxRecords = 10'000;
@@ -31,19 +32,19 @@ public:
     EncodingTable(const EncodingTable&) = delete;
     EncodingTable& operator=(const EncodingTable&) = delete;
 
-    /// Determines the record to which `take` applies the next lines of the id `process.pid`. Call this
-    /// function before `take`. The record is the newest one of the id if it belongs to `process`; otherwise a
-    /// record for `process` is added. Exception: if `process.startTime` is 0, the newest record of the id
-    /// is used even if it belongs to another process. Returns whether the caller must check whether
-    /// the process has the pipe open, and counts this check.
-    bool identify(const ProcessIdentity& process);
+    /// Sets the process that writes the next lines of the id `process.pid`. Call this function before `take`.
+    /// Adds a record for `process` if the newest record of the id belongs to another process or does not
+    /// exist. Exception: if `process.startTime` is 0, the newest record of the id is used even if it belongs
+    /// to another process. Returns whether the caller must check whether the process has the pipe open, and
+    /// counts this check.
+    bool setWriter(const ProcessIdentity& process);
     /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is no record.
     void setHadPipeOpen(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
     /// record, which is valid until the next change of the table. An over-long path removes the path of the
     /// record; an over-long type changes nothing.
-    /// Exception: if the record's encoding has finished and its process had ended at the last `identify`,
+    /// Exception: if the record's encoding has finished and its process had ended at the last `setWriter`,
     /// another process must have written the line. Then changes nothing and returns null.
     const encodingStatus* take(const EncodingLine& line);
 
@@ -70,11 +71,11 @@ private:
     using Order = std::list<Records::iterator>;
     struct Record {
         encodingStatus status;
-        std::uint64_t firstReport = 0; // `reports` at the first report; 0 before
-        std::uint64_t lastReport = 0;  // `reports` at the last report, or at the creation if there was none
-        Order::iterator position;      // in `byLastReport`
-        bool isEvictedFirst = false;   // finished, failed, or not the newest of its process id
-        bool isClosed = false;         // finished, and its process had ended at the last `identify`
+        std::uint64_t firstReport = 0;  // `sequence` at the first report; 0 before
+        std::uint64_t lastActivity = 0; // `sequence` at the last report; at the creation if there was none
+        Order::iterator position;       // in `byLastActivity`
+        bool isEvictedFirst = false;    // finished, failed, or not the newest of its process id
+        bool isClosed = false;          // finished, and its process had ended at the last `setWriter`
         int pipeChecks = 0;
     };
 
@@ -89,10 +90,10 @@ private:
 
     const std::size_t maxTextBytes;
     std::size_t bytesOfText = 0;
-    std::uint64_t reports = 0; // number of reports and created records
+    std::uint64_t sequence = 0; // number of reports and created records
     std::uint64_t evictionCount = 0;
     Records records;
-    Order byLastReport; // sorted by `lastReport`
+    Order byLastActivity; // sorted by `lastActivity`
 };
 
 } // namespace Kest::Settings

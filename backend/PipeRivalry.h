@@ -18,9 +18,9 @@ public:
     static constexpr std::chrono::seconds kStable{180};
 
     /// Records that our pipe was created at the path.
-    void made(Clock::time_point now)
+    void pipeCreated(Clock::time_point now)
     {
-        madeAt = now;
+        createdAt = now;
         isCounted = false;
     }
 
@@ -33,7 +33,7 @@ public:
             return true;
         if (!isCounted) {
             isCounted = true;
-            replacements = now - madeAt < kStable ? replacements + 1 : 1;
+            replacements = now - createdAt < kStable ? replacements + 1 : 1;
             retryAt = now + delay();
         }
         return now >= retryAt;
@@ -53,7 +53,7 @@ private:
         return std::min(kMaxDelay, std::chrono::seconds(1 << std::min(replacements - 1, kLastDoubling)));
     }
 
-    Clock::time_point madeAt;
+    Clock::time_point createdAt;
     Clock::time_point retryAt;
     int replacements = 0;
     bool isCounted = false; // `replacements` includes the present loss

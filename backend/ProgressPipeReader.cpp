@@ -63,7 +63,7 @@ bool ProgressPipeReader::make()
     if (isFailurePrinted)
         return false;
     current = pipes.back().get();
-    rivalry.made(PipeRivalry::Clock::now());
+    rivalry.pipeCreated(PipeRivalry::Clock::now());
     return true;
 }
 

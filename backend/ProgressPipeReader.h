@@ -15,7 +15,7 @@
 
 namespace Kest::Settings {
 
-/// Only the reader thread calls `make`, `read`, `remove` and `descriptor`. All other functions: any thread.
+/// Only the pipe thread calls `make`, `read`, `remove` and `descriptor`. All other functions: any thread.
 class ProgressPipeReader {
 public:
     explicit ProgressPipeReader(const char* pathOfPipe) : path(pathOfPipe) {}

@@ -69,14 +69,14 @@ SettingsFile::SettingsFile(juce::ApplicationProperties& juceStore, const SystemP
     unlink(temporaryOf(path).c_str());
     unlink(temporaryOf(backup).c_str());
     store.setStorageParameters(storeOptions(path));
-    unsaved.setFallbackPropertySet(&inFile);
+    uncommitted.setFallbackPropertySet(&inFile);
 }
 
 SettingsFile::~SettingsFile()
 {
     holdLogLine();
     commit();
-    if (unsaved.getAllProperties().size() == 0 || (saveUnsaved() && commit()))
+    if (uncommitted.getAllProperties().size() == 0 || (saveUncommitted() && commit()))
         return;
     isHolding = false;
     reportUnsaved("still not saved", "lost, as the agent ends");
@@ -84,9 +84,9 @@ SettingsFile::~SettingsFile()
 
 const juce::PropertySet& SettingsFile::values()
 {
-    if (!isLoaded && !pendingSave) // until `commit`, `unsaved` contains the saved values
+    if (!isLoaded && !pendingSave) // until `commit`, `uncommitted` contains the saved values
         load(Repair::no);
-    return unsaved;
+    return uncommitted;
 }
 
 SaveResult SettingsFile::save(const char* key, const juce::var& value)
@@ -97,9 +97,9 @@ SaveResult SettingsFile::save(const char* key, const juce::var& value)
                        "the previous choice stays in effect", path);
         return SaveResult::refused;
     }
-    unsaved.removeValue(key); // so that it is added last
-    unsaved.setValue(key, value);
-    if (saveUnsaved())
+    uncommitted.removeValue(key); // so that it is added last
+    uncommitted.setValue(key, value);
+    if (saveUncommitted())
         return SaveResult::saved;
     reportUnsaved("not saved", "in effect until the agent ends");
     return SaveResult::failed;
@@ -119,14 +119,14 @@ bool SettingsFile::commit()
     text = std::move(save->text);
     inFile = save->values;
     isBackupCurrent = saveBackup();
-    unsaved.clear();
+    uncommitted.clear();
     return true;
 }
 
 void SettingsFile::logHeldLine()
 {
     isHolding = false;
-    if (std::exchange(isHeld, false) && unsaved.getAllProperties().size() > 0)
+    if (std::exchange(isHeld, false) && uncommitted.getAllProperties().size() > 0)
         reportUnsaved("not saved", "in effect until the agent ends");
 }
 
@@ -136,7 +136,7 @@ void SettingsFile::reportUnsaved(const char* what, const char* effect)
     if (isHolding)
         return;
     std::string titles;
-    const auto& keys = unsaved.getAllProperties().getAllKeys();
+    const auto& keys = uncommitted.getAllProperties().getAllKeys();
     for (int i = keys.size(); i-- > 0;)
         titles += (titles.empty() ? "" : ", ") + titleOf(keys[i]);
     reportNotSaved(what, reason, titles, effect, path);
@@ -196,7 +196,7 @@ bool SettingsFile::quarantine()
     return true;
 }
 
-bool SettingsFile::saveUnsaved()
+bool SettingsFile::saveUncommitted()
 {
     isLoaded = false; // the next query reads the file again, whether this succeeds or not
     const auto before = load(Repair::yes);
@@ -204,8 +204,8 @@ bool SettingsFile::saveUnsaved()
     if (before == Load::failed ||
         (before == Load::loaded && !isBackupCurrent)) // nothing to restore after a failure
         return false;
-    if (isInFile(unsaved)) { // usual at the start
-        unsaved.clear();
+    if (isInFile(uncommitted)) { // usual at the start
+        uncommitted.clear();
         return true;
     }
     if (saveValues(before))
@@ -232,7 +232,7 @@ void SettingsFile::rollBack(Load before)
 bool SettingsFile::saveValues(Load before)
 {
     auto values = inFile.getAllProperties();
-    values.addArray(unsaved.getAllProperties());
+    values.addArray(uncommitted.getAllProperties());
     if (!isWritable(values))
         return false;
     const auto newText = settingsText(values);
@@ -265,7 +265,7 @@ void SettingsFile::saveThroughStore()
     auto* file = store.getUserSettings();
     // The store would save a file that it could not read as empty.
     if (file->getAllProperties() == inFile.getAllProperties())
-        file->addAllPropertiesFrom(unsaved);
+        file->addAllPropertiesFrom(uncommitted);
     store.closeFiles();
 }
 

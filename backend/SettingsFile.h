@@ -20,7 +20,7 @@ enum class SaveResult : std::uint8_t {
 /// The settings file and its backup. Wraps JUCE's store. The store reports success even after a partial
 /// write, and reads a damaged file as empty; this class detects both. Beside the settings file are the backup
 /// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Each failed or refused save writes a
-/// line to the log; `holdLogLine` delays the lines of failed saves. Main thread only.
+/// line to the log; see `holdLogLine` for an exception. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -44,12 +44,13 @@ public:
 
     /// Waits until the last save is on the disk, then copies the file to the backup. If the disk reports an
     /// error, restores the file as it was before the save, and returns false; the values of that save are
-    /// then treated as after `SaveResult::failed`. If only the copy fails, returns true; the next save renews
-    /// the backup. Does nothing and returns true if there is no save to commit.
+    /// then treated as after `SaveResult::failed`. If only the copy fails, returns true; the next save first
+    /// renews the backup, and fails if it cannot. Does nothing and returns true if there is no save to
+    /// commit.
     bool commit();
 
-    /// Delays the log line about settings that could not be saved. `logHeldLine` ends this, and logs one line
-    /// for all of them.
+    /// Until `logHeldLine` is called, failed saves write no lines to the log. `logHeldLine` then writes one
+    /// line for all settings that are still not saved, if there are any.
     void holdLogLine() { isHolding = true; }
     void logHeldLine();
 
@@ -67,7 +68,7 @@ private:
     Load load(Repair repair);
     bool quarantine();
     void useBackup();
-    bool saveUnsaved();
+    bool saveUncommitted();
     bool isInFile(juce::PropertySet& values);
     bool saveValues(Load before);
     void saveThroughStore();
@@ -88,12 +89,12 @@ private:
     bool isLoaded = false;
     bool isBackupCurrent = false; // the backup contains `text`
     std::optional<PendingSave> pendingSave;
-    bool isReported = false;   // it was logged that the file cannot be used
-    std::string reason;        // why the last save failed
-    bool isHolding = false;    // log lines are delayed
-    bool isHeld = false;       // a log line waits for `logHeldLine`
-    juce::PropertySet inFile;  // the values of the file, or of the backup
-    juce::PropertySet unsaved; // values not committed yet, saved or not, newest last; they override `inFile`
+    bool isReported = false;       // it was logged that the file cannot be used
+    std::string reason;            // why the last save failed
+    bool isHolding = false;        // between `holdLogLine` and `logHeldLine`
+    bool isHeld = false;           // a save has failed while `isHolding`
+    juce::PropertySet inFile;      // the values of the file; of the backup if the file cannot be used
+    juce::PropertySet uncommitted; // set but not yet committed, newest last; these values override `inFile`
 };
 
 } // namespace Kest::Settings

@@ -10,11 +10,11 @@
 
 namespace Kest::Settings {
 
-Backend::CombinedSaveReport::CombinedSaveReport(Backend& ofBackend) : file(*ofBackend.settingsFile)
+Backend::CombinedSaveLogScope::CombinedSaveLogScope(Backend& ofBackend) : file(*ofBackend.settingsFile)
 {
     file.holdLogLine();
 }
-Backend::CombinedSaveReport::~CombinedSaveReport() { file.logHeldLine(); }
+Backend::CombinedSaveLogScope::~CombinedSaveLogScope() { file.logHeldLine(); }
 
 // Saves the file first, because the host must not get a text that the file cannot contain, then writes to the
 // host, then waits for the disk, which takes longer than both.

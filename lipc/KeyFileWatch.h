@@ -10,12 +10,13 @@ namespace LIPC {
 class KeyFileWatch {
 public:
     /// Pass each new attachment to this function; all attachments must have the same segment name. Returns
-    /// true if `attachment` has another key and is not attached, although the segment of the last successful
-    /// attachment still exists. Returns true only once for each removal of the key file.
+    /// true if `attachment` has failed, its key differs from the key of the last successful attachment, and
+    /// the segment of the last successful attachment still exists. Returns true only once for each removal of
+    /// the key file.
     bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:
-    // The last successful attachment. `id` is -1 if there is none, or if a later attachment had another key.
+    // The last successful attachment. `id` is -1 if there is none, or if a later one failed with another key.
     key_t key = -1;
     int id = -1;
 };

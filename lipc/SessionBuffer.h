@@ -10,7 +10,7 @@ namespace LIPC {
 /// Used in shared memory, never copied whole. The host and its clients write it at any time, without a lock.
 struct SessionBuffer {
     static constexpr int kSlots = 1024;
-    /// The number of bytes up to the end of `defaultBus`. The agent rejects a smaller segment.
+    /// The number of bytes up to the end of `defaultBus`. `ShmManaged` does not attach a smaller segment.
     static constexpr std::size_t kSegmentBytes = 3458217;
 
     /// Returns the first record whose id equals `name`, comparing at most 64 characters; null if there is

@@ -11,10 +11,10 @@
 namespace Lct {
 
 /// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
-/// thread. While the buffer has no room, `add` waits. Until the buffer is empty again, all calls of `add`
-/// together wait for at most half a second. After this time `add` drops a text that has no room, and all
-/// later texts until the buffer is empty. The thread then writes a line with the number of dropped texts. An
-/// object must never be destroyed, because its thread is not joined. Any thread.
+/// thread. While the buffer has no room, `add` waits. All calls of `add` share one waiting time of half a
+/// second, which is restored when the buffer becomes empty. After this time `add` drops a text that has no
+/// room, and all later texts until the buffer is empty. The thread then writes a line with the number of
+/// dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
 class OutputQueue {
 public:
     /// Writes a piece of the added text. May block. A piece has at most 4096 bytes. If a piece contains a
@@ -27,8 +27,9 @@ public:
     OutputQueue(const OutputQueue&) = delete;
     OutputQueue& operator=(const OutputQueue&) = delete;
 
-    /// Adds the whole text or drops the whole text. The first call starts the thread. If the system refuses a
-    /// thread, writes `text` on the calling thread, and the next call tries to start the thread again.
+    /// Adds the whole text or drops the whole text. A text of more than 65408 bytes never has room. The first
+    /// call starts the thread. If the system refuses a thread, writes `text` on the calling thread, and the
+    /// next call tries to start the thread again.
     void add(std::string_view text);
 
     /// Waits until all added text is written, for at most `milliseconds`. Returns false on timeout.
@@ -62,7 +63,7 @@ private:
 // The queues that the printing functions and the logger use.
 OutputQueue& standardOutput();
 OutputQueue& standardError();
-OutputQueue& systemLog(); // each added text consists of whole lines
+OutputQueue& systemLog(); // add whole lines only
 
 /// Writes `text` to a descriptor, which may be non-blocking. Blocks until all of `text` is written. If the
 /// descriptor fails, drops the rest of `text`.

@@ -166,7 +166,7 @@ KestEncodingRow* encodingRow(const App::EncodingState& labels, const std::string
         setLabels(row, labels);
     }
     [row setProgress:std::clamp(labels.percent.value_or(0), 0, 100) / 100.0];
-    addSelection(row);
+    addSelectionView(row);
     if ([row respondsToSelector:@selector(setAccessibilityLabel:)])
         [row performSelector:@selector(setAccessibilityLabel:) withObject:toNSString(accessibilityText)];
     return row;

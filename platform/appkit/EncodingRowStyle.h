@@ -18,6 +18,6 @@ RowColors rowColors(bool selected);
 
 /// Adds the view that draws the selection, because AppKit draws no selection for an item with a view. Call it
 /// once for each row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
-void addSelection(KestEncodingRow* row);
+void addSelectionView(KestEncodingRow* row);
 
 } // namespace Kest::AppKit

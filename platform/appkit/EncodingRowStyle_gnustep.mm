@@ -28,6 +28,6 @@ RowColors rowColors(bool selected)
     return {[NSColor controlTextColor], [NSColor gridColor], [NSColor selectedControlColor]};
 }
 
-void addSelection(KestEncodingRow*) {}
+void addSelectionView(KestEncodingRow*) {}
 
 } // namespace Kest::AppKit

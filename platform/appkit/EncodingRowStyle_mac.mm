@@ -37,7 +37,7 @@ NSImage* roundedMask()
 {
     [super viewWillDraw];
     [self colorLabels];
-    NSView* selection = [[self subviews] objectAtIndex:0]; // added by addSelection
+    NSView* selection = [[self subviews] objectAtIndex:0]; // added by addSelectionView
     const BOOL hidden = ![self isSelected];
     if ([selection isHidden] == hidden)
         return;
@@ -61,7 +61,7 @@ RowColors rowColors(bool selected)
     return {text, contrasts ? text : [NSColor separatorColor], [NSColor controlAccentColor]};
 }
 
-void addSelection(KestEncodingRow* row)
+void addSelectionView(KestEncodingRow* row)
 {
     NSRect frame = [row bounds];
     NSVisualEffectView* selection = [[[NSVisualEffectView alloc] initWithFrame:frame] autorelease];

@@ -53,7 +53,7 @@ private:
     void setTargetAndAction(NSMenuItem* item, const App::ItemProperties& props) const;
     void applyItem(NSMenuItem* item, const App::MenuItem& now);
     void applyLayout(App::ItemId owner);
-    void removeMissing(NSMenu* menu, const App::Menu& wanted, bool isOpen);
+    void removeMissing(NSMenu* menu, const App::Menu& wanted, bool isFrozen);
     void unregister(NSMenuItem* item);
     void unregisterSubmenu(NSMenuItem* item);
     NSMenu* menuOf(App::ItemId id) const;
@@ -62,9 +62,9 @@ private:
     KestMenuBridge* const bridge;
     NSMenu* const root;
     std::unordered_map<App::ItemId, NSMenuItem*> items; // retained by their menus
-    std::set<App::ItemId> openMenus;                    // open menus, and closed menus with a deferred layout
+    std::set<App::ItemId> frozenMenus;                  // open menus, and closed menus with a deferred layout
     std::set<App::ItemId> closedMenus;                  // closed menus with a deferred layout
-    std::set<App::ItemId> removedItems;                 // removed from the model, but still in open menus
+    std::set<App::ItemId> removedItems;                 // removed from the model, but still in `frozenMenus`
     bool changing = false;
 };
 

@@ -65,13 +65,13 @@ void MenuMirror::show(const App::MenuChanges& changes)
 
 void MenuMirror::menuOpened(App::ItemId id)
 {
-    openMenus.insert(id);
+    frozenMenus.insert(id);
     closedMenus.erase(id);
 }
 
 void MenuMirror::menuClosed(App::ItemId id)
 {
-    if (openMenus.contains(id))
+    if (frozenMenus.contains(id))
         closedMenus.insert(id);
 }
 
@@ -79,7 +79,7 @@ void MenuMirror::menuNeedsUpdate(App::ItemId id)
 {
     if (closedMenus.erase(id) == 0)
         return;
-    openMenus.erase(id);
+    frozenMenus.erase(id);
     changing = true;
     applyLayout(id);
     changing = false;
@@ -154,17 +154,17 @@ void MenuMirror::applyLayout(App::ItemId owner)
     const auto* wanted = menuInModel(model, owner);
     if (menu == nil || wanted == nullptr)
         return;
-    const bool isOpen = openMenus.contains(owner);
-    removeMissing(menu, *wanted, isOpen);
+    const bool isFrozen = frozenMenus.contains(owner);
+    removeMissing(menu, *wanted, isFrozen);
     NSInteger index = 0;
     for (const auto& entry : wanted->itemArray()) {
         if (isOmitted(*entry))
             continue;
         NSMenuItem* shown = itemFor(*entry);
         const bool isIn = [shown menu] == menu;
-        if (!isIn && isOpen)
+        if (!isIn && isFrozen)
             [menu addItem:shown];
-        else if (!isOpen && (!isIn || [menu itemAtIndex:index] != shown)) {
+        else if (!isFrozen && (!isIn || [menu itemAtIndex:index] != shown)) {
             [shown retain];
             if (isIn)
                 [menu removeItem:shown];
@@ -175,14 +175,14 @@ void MenuMirror::applyLayout(App::ItemId owner)
     }
 }
 
-void MenuMirror::removeMissing(NSMenu* menu, const App::Menu& wanted, bool isOpen)
+void MenuMirror::removeMissing(NSMenu* menu, const App::Menu& wanted, bool isFrozen)
 {
     for (NSInteger index = [menu numberOfItems] - 1; index >= 0; --index) {
         NSMenuItem* item = [menu itemAtIndex:index];
         const auto* current = model.itemWithId(idOf(item));
         if (current != nullptr && current->menu() == &wanted && !isOmitted(*current))
             continue;
-        if (isOpen) {
+        if (isFrozen) {
             [item setEnabled:NO];
             removedItems.insert(idOf(item));
         } else {
@@ -196,7 +196,7 @@ void MenuMirror::removeMissing(NSMenu* menu, const App::Menu& wanted, bool isOpe
 void MenuMirror::unregister(NSMenuItem* item)
 {
     items.erase(idOf(item));
-    openMenus.erase(idOf(item));
+    frozenMenus.erase(idOf(item));
     closedMenus.erase(idOf(item));
     removedItems.erase(idOf(item));
     unregisterSubmenu(item);

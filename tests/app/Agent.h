@@ -61,21 +61,21 @@ class FakeWorkspace final : public App::Workspace {
 public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override
     {
-        asked.push_back("run " + program);
+        calls.push_back("run " + program);
         for (const auto& argument : arguments)
-            asked.back() += " " + argument;
+            calls.back() += " " + argument;
         whenRun();
         return true;
     }
     bool launchApplication(const std::string& path) override
     {
-        asked.push_back("launch " + path);
+        calls.push_back("launch " + path);
         return applicationsLaunch;
     }
-    void selectFile(const std::string& folder) override { asked.push_back("select " + folder); }
-    void showAboutPanel(const App::About& about) override { asked.push_back("about " + about.name); }
+    void selectFile(const std::string& folder) override { calls.push_back("select " + folder); }
+    void showAboutPanel(const App::About& about) override { calls.push_back("about " + about.name); }
 
-    std::vector<std::string> asked;
+    std::vector<std::string> calls;
     bool applicationsLaunch = true;
     std::function<void()> whenRun = [] {};
 };
@@ -124,7 +124,7 @@ public:
         auto* item = menu.itemWithTitle(path.substr(slash + 1)); // npos + 1 is 0
         return item != nullptr ? *item : throw std::runtime_error("no item " + path);
     }
-    const App::ItemProperties& seen(const std::string& path) const { return at(path).properties(); }
+    const App::ItemProperties& properties(const std::string& path) const { return at(path).properties(); }
     bool choose(const std::string& path) { return delegate.choose(at(path).id()); }
     void open(const std::string& path) { delegate.menuWillOpen(at(path).id()); }
 

@@ -69,7 +69,7 @@ TEST_F(EncoderAbort, EndsAnEncoderAndDeletesItsFolderUnlessTheAgentEnds)
     const auto ofNew = request(root / "out/New/New.wav");
     EXPECT_THAT(abort(click, true), HasSubstr("stopped before everything was deleted"));
     EXPECT_EQ(readFile(output), "more");
-    EXPECT_FALSE(encoder->runs());
+    EXPECT_FALSE(encoder->checkRunning());
     EXPECT_EQ(abort(click) + abort(ofNew), "");
     EXPECT_TRUE(fs::is_empty(root / "out"));
     EXPECT_EQ(abort(click), "") << "nothing is left to do";
@@ -78,18 +78,18 @@ TEST_F(EncoderAbort, EndsAnEncoderAndDeletesItsFolderUnlessTheAgentEnds)
     encoder.emplace(); // inherits it
     close(pipe);
     EXPECT_EQ(abort(request("")), "");
-    EXPECT_FALSE(encoder->runs());
+    EXPECT_FALSE(encoder->checkRunning());
 }
 
 TEST_F(EncoderAbort, SparesWhatIsOlderThanTheEncoderOrNotItsOwn)
 {
     startEncoder();
     EXPECT_THAT(abort(request(output)), HasSubstr("was not seen writing"));
-    EXPECT_TRUE(encoder->runs()) << "the number in a line may be anybody's";
+    EXPECT_TRUE(encoder->checkRunning()) << "the number in a line may be anybody's";
     auto click = request(output);
     click.hadPipeOpen = true;
     for (const bool isRunning : {true, false}) {
-        EXPECT_EQ(encoder->runs(), isRunning);
+        EXPECT_EQ(encoder->checkRunning(), isRunning);
         EXPECT_THAT(abort(click), HasSubstr("is older than"));
     }
     click.process.startTime = 0;

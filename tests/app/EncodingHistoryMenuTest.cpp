@@ -69,7 +69,7 @@ protected:
         return agent.pumpUntil([&] { return agent.entry(pid) == nullptr; });
     }
     const EncodingState& view(int pid) { return *agent.entry(pid)->properties().encoding; }
-    bool mayBeCleared() { return agent.seen(history + "/Clear History").enabled; }
+    bool mayBeCleared() { return agent.properties(history + "/Clear History").enabled; }
     bool clear() { return agent.choose(history + "/Clear History"); }
 
     const std::shared_ptr<FakeAborts> aborts = std::make_shared<FakeAborts>();
@@ -138,7 +138,7 @@ TEST_F(EncodingHistory, ActsOnWhatTheRowShowed)
     ASSERT_TRUE(agent.send("pid: 4711 , path: /Documents/Forged.wav\n"));
     ASSERT_TRUE(agent.report(4713, "", 1)) << "which is read after it";
     EXPECT_TRUE(show(4711) && show(getpid()) && show(4713));
-    EXPECT_THAT(agent.workspace.asked, ElementsAre("select /Out/Film", "select /"));
+    EXPECT_THAT(agent.workspace.calls, ElementsAre("select /Out/Film", "select /"));
     ASSERT_TRUE(abort(4711) && disappears(4711) && abort(getpid()) && disappears(getpid()));
     const auto& requests = aborts->requests;
     ASSERT_EQ(requests.size(), 2U);

@@ -54,7 +54,7 @@ public:
     /// Returns the host's default bus after a choice.
     std::string chooseBus(const std::string& name)
     {
-        EXPECT_TRUE(choose("Default Bus/" + name) && seen("Default Bus/" + name).on);
+        EXPECT_TRUE(choose("Default Bus/" + name) && properties("Default Bus/" + name).on);
         return host.textAt(3458152);
     }
 
@@ -105,17 +105,17 @@ TEST(Toggles, AreWrittenBackAtTheStartAndInvertedByAChoice)
     for (const auto& setting : kParameterSettings)
         for (const int stored : {0, 1, 7}) {
             HostedAgent agent({{setting.key, std::to_string(stored)}, {"DAWLinkControlSetting", "1"}});
-            if (agent.seen(setting.title).action != Action::toggleSetting)
+            if (agent.properties(setting.title).action != Action::toggleSetting)
                 continue;
             const auto expect = [&](int value) {
-                EXPECT_EQ(agent.seen(setting.title).on, value != 0) << setting.key;
+                EXPECT_EQ(agent.properties(setting.title).on, value != 0) << setting.key;
                 agent.expect(setting, value, std::to_string(value));
-                EXPECT_EQ(agent.seen("Latency Compensation").hidden,
+                EXPECT_EQ(agent.properties("Latency Compensation").hidden,
                           agent.stored("DAWLinkControlSetting") == "0");
             };
             const bool isBoolean = setting.type == Kest::Settings::SettingType::boolean;
             const int shown = stored == 7 && isBoolean ? 1 : stored;
-            const bool isOffered = !agent.seen(setting.title).hidden;
+            const bool isOffered = !agent.properties(setting.title).hidden;
             expect(shown);
             EXPECT_EQ(agent.choose(setting.title), isOffered) << setting.key;
             expect(isOffered ? 1 - shown : shown);
@@ -212,7 +212,7 @@ TEST(Services, StartTheirPrograms)
                              "Architecture/64 Bit", "Open Uninstaller", "About Kest Settings"})
         EXPECT_TRUE(agent.choose(path)) << path;
     const auto restart = "run " + paths.restartCommand;
-    EXPECT_THAT(agent.workspace.asked,
+    EXPECT_THAT(agent.workspace.calls,
                 ElementsAre(restart, restart, "launch " + paths.uninstaller, "about Kest Settings"));
     agent.workspace.applicationsLaunch = false;
     captureErrors();
@@ -231,7 +231,7 @@ TEST(Delegate, EndsTheBackendBeforeItUnloadsTheLaunchAgentAndIgnoresWhatArrivesB
     agent.delegate.receivedMsgFromBackend(50, 4711, "Film_Mix");
     agent.delegate.applicationWillTerminate();
     const auto unload = "run /bin/launchctl unload " + agent.system.paths.launchAgent;
-    EXPECT_THAT(agent.workspace.asked, ElementsAre(unload));
+    EXPECT_THAT(agent.workspace.calls, ElementsAre(unload));
 
     agent.start();
     EXPECT_EQ(agent.entry(4711), nullptr);
@@ -240,7 +240,7 @@ TEST(Delegate, EndsTheBackendBeforeItUnloadsTheLaunchAgentAndIgnoresWhatArrivesB
     agent.workspace.whenRun = [&] { EXPECT_FALSE(fs::exists(fifo)); };
     msg_from_backend_callback(&agent.delegate, 2, 0, ""); // its job runs after the end
     agent.delegate.applicationWillTerminate();
-    EXPECT_THAT(agent.workspace.asked, ElementsAre(unload, unload));
+    EXPECT_THAT(agent.workspace.calls, ElementsAre(unload, unload));
     EXPECT_EQ(agent.frontEnd.runJobs(), 1U);
     EXPECT_THAT(agent.delegate.notes, ElementsAre());
     EXPECT_FALSE(agent.choose("Quit Kest Settings"));

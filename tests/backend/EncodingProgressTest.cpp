@@ -170,7 +170,7 @@ TEST(PipeRivalry, DoublesItsDelaysForAnotherReadersPipeAndReplacesAnythingElseAt
     PipeRivalry::Clock::time_point now{1000s};
     // Returns how many seconds a pipe of another reader stays that replaces ours after `later`.
     const auto stay = [&](std::chrono::seconds later) {
-        rivalry.made(now);
+        rivalry.pipeCreated(now);
         const auto lost = now += later;
         while (!rivalry.mayReplace(true, now))
             now += 1s;
@@ -180,11 +180,11 @@ TEST(PipeRivalry, DoublesItsDelaysForAnotherReadersPipeAndReplacesAnythingElseAt
         EXPECT_EQ(stay(60s), wanted);
     EXPECT_EQ(rivalry.losses(), 8);
 
-    rivalry.made(now);
+    rivalry.pipeCreated(now);
     EXPECT_TRUE(rivalry.mayReplace(false, now)) << "removed, or replaced by what nobody reads";
     EXPECT_EQ(rivalry.losses(), 0);
     EXPECT_EQ(stay(1s), 60);
-    rivalry.made(now);
+    rivalry.pipeCreated(now);
     EXPECT_FALSE(rivalry.mayReplace(true, now));
     EXPECT_TRUE(rivalry.mayReplace(false, now)) << "the other one has ended";
     EXPECT_EQ(stay(PipeRivalry::kStable), 0) << "ours had stayed for long";
@@ -218,25 +218,25 @@ TEST_F(EncodingTableTest, HasARecordForEachProcessThatHadTheNumber)
     const ProcessIdentity nobody{5, 0};
     const ProcessIdentity first{5, 100};
     const ProcessIdentity second{5, 200};
-    table.identify(nobody);
+    table.setWriter(nobody);
     path(5, "/Out/Forged/Film.wav");
-    table.identify(first);
+    table.setWriter(first);
     EXPECT_EQ(table.find(5)->path, "") << "of a number that no process had";
     path(5, "/Out/Film/Film.wav");
     table.setHadPipeOpen(5);
     progress(5, 60);
-    table.identify(nobody);
+    table.setWriter(nobody);
     progress(5, 61);
     EXPECT_EQ(table.find(first)->percentage, 61) << "its last line arrives when it has ended";
 
-    table.identify(second);
+    table.setWriter(second);
     EXPECT_TRUE(table.find(5) == table.find(second) && table.find(5)->process == second);
     EXPECT_TRUE(table.find(5)->path.empty() && !table.find(5)->hadPipeOpen && table.find(5)->percentage < 0);
     EXPECT_EQ(table.find(first)->path, "/Out/Film/Film.wav");
     progress(5, 100);
     EXPECT_EQ(table.find(first)->percentage, 61);
     EXPECT_NE(path(5, "/Out/Second/Film.wav"), nullptr) << "a second output of a running process";
-    table.identify(nobody);
+    table.setWriter(nobody);
     EXPECT_TRUE(progress(5, 50) == nullptr && path(5, "/Out/X/X.wav") == nullptr && error(5) == nullptr)
         << "nothing is changed when it has finished and ended";
     EXPECT_EQ(table.size(), 3U);
@@ -249,7 +249,7 @@ TEST_F(EncodingTableTest, EvictsThoseThatAreOverFirstAndTheOldestOfThem)
         path(pid, longPath);
     }
     error(18);
-    table.identify({1, 100}); // the number's next process: the record before is over
+    table.setWriter({1, 100}); // the number's next process: the record before is over
     progress(2, 51);
     EXPECT_EQ(table.evictionRuns(), 0U);
     path(21, longPath); // to 18 paths or less: three records

@@ -116,10 +116,10 @@ TEST(EndProcess, EndsExactlyThisOne)
     for (const std::uint64_t another : {identity.startTime - 1, identity.startTime + 1, std::uint64_t{0}})
         EXPECT_EQ(endProcess({identity.pid, another}), "") << "it has ended";
     std::this_thread::sleep_for(10ms);
-    EXPECT_TRUE(sleeper.runs()) << "the process that has its number now";
+    EXPECT_TRUE(sleeper.checkRunning()) << "the process that has its number now";
     EXPECT_EQ(endProcess(identity), "");
     EXPECT_EQ(endProcess(identity), "") << "once more, and nobody has waited for it";
-    EXPECT_FALSE(sleeper.runs());
+    EXPECT_FALSE(sleeper.checkRunning());
 }
 
 TEST(EndProcess, RefusesTheAgentItsAncestorsAndItsThreads)

@@ -24,11 +24,12 @@ public:
     Sleeper& operator=(const Sleeper&) = delete;
 
     int pid() const { return process; }
-    /// Does not block. Reaps an ended process, whose id may be reused afterwards.
-    bool runs() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
+    /// Returns whether the process still runs. Does not block. Reaps an ended process, whose id may be reused
+    /// afterwards.
+    bool checkRunning() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
     void end()
     {
-        if (!runs())
+        if (!checkRunning())
             return;
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);

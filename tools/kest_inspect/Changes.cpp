@@ -122,10 +122,10 @@ std::vector<Printed> changesBetween(const HostSnapshot& before, const HostSnapsh
     return changes;
 }
 
-std::vector<Printed> changesUpTo(const HostSnapshot& now)
+std::vector<Printed> snapshotAsChanges(const HostSnapshot& first)
 {
-    auto changes = changesBetween({}, now);
-    if (!now.session)
+    auto changes = changesBetween({}, first);
+    if (!first.session)
         changes.insert(changes.begin(), event("hostDown", "host down"));
     return changes;
 }

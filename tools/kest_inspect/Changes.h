@@ -16,6 +16,6 @@ std::vector<Printed> changesBetween(const HostSnapshot& before, const HostSnapsh
 
 /// Returns the content of the first snapshot as changes. If there is no session, the first change reports
 /// that the host is down.
-std::vector<Printed> changesUpTo(const HostSnapshot& now);
+std::vector<Printed> snapshotAsChanges(const HostSnapshot& first);
 
 } // namespace KestInspect

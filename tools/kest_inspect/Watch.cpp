@@ -93,7 +93,7 @@ void watch(const Kest::Settings::SystemPaths& paths, const Options& options)
                                : interval;
     };
     auto known = readHost(paths);
-    print(changesUpTo(known), options.json);
+    print(snapshotAsChanges(known), options.json);
     while (stopRequested == 0 && left().count() > 0 && std::ferror(stdout) == 0) {
         pause.sleep(left());
         auto now = readHost(paths);
