@@ -130,6 +130,14 @@ def test_script_that_started_the_agent_is_suspended_continued_and_ended_with_it(
     assert shell.ends_in_order()
 
 
+def test_suspended_agent_that_crashes_leaves_the_screen_to_the_shell(start):
+    shell = start(Terminal, "bash", "--norc", shows="ready$")
+    shell.run_line(f"'{AGENT}'", "> Solo Mode")
+    shell.suspend()
+    shell.run_line(r"printf '\e[?1049h'; kill -SEGV %1; fg", "Segmentation fault")  # as after the start of an editor
+    assert shell.is_full_screen()
+
+
 @pytest.mark.parametrize("environment, unicode, colour",
                          [({}, True, True), ({"NO_COLOR": "1"}, True, False), ({"LC_ALL": "C"}, False, True)])
 def test_screen_uses_what_the_terminal_can_show_and_the_user_wants(start, environment, unicode, colour):

@@ -125,7 +125,7 @@ def test_doctor_examines_the_pipe(start, agent):
     agent.signal(signal.SIGSTOP)  # or it would repair the pipe
     os.chmod(FIFO, 0o600)
     assert "warning" in doctor(pipe)
-    with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
+    with open(os.open(FIFO, os.O_RDWR), "rb"):
         assert f"error {FIFO} is read by process" in doctor(pipe)
     os.rename(FIFO, "/tmp/kept")
     assert "error the agent is running, but there is no" in doctor(pipe)
