@@ -71,6 +71,8 @@ def test_click_has_its_effect_and_both_items_are_updated(panel, tray):
     assert panel.updates == [{stereo: {"toggle-state": 1}, widest: {"toggle-state": 0}}] and panel.layouts == []
     assert setting("PhysMonConfig") == "1"
     panel.call("EventGroup", "(a(isvu))", 1000 * [(stereo, "clicked", GLib.Variant("i", 0), 0)])
+    with pytest.raises(GLib.Error):  # not a character of a text
+        panel.call("EventGroup", "(a(isvu))", [(stereo, "\ufffe", GLib.Variant("i", 0), 0)])
     panel.settle()
     # Once, as equal clicks are one; a panel may have changed the mark.
     assert panel.updates[1:] == [{stereo: {"toggle-state": 1}}]
