@@ -1,7 +1,5 @@
 """kest-inspect beside hosts and agents, well and broken."""
 
-import contextlib
-import ctypes
 import json
 import os
 import random
@@ -13,26 +11,13 @@ import subprocess
 import pytest
 
 from harness.processes import Program
-from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSION, program, report, run
+from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSION, program, report, run, segment
 
-LIBC = ctypes.CDLL(None)
-LIBC.shmat.restype = ctypes.c_void_p
 # A second witness of the layout.
 SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
 SLOT, SLOT_BYTES = 1120, 3376
 RECORD, LAST = SLOT + 3 * SLOT_BYTES, SLOT + 1023 * SLOT_BYTES  # the agent's record, and a bus
 PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
-
-
-@contextlib.contextmanager
-def segment(key_file, size):
-    """Makes a segment of a host: its bytes."""
-    with open(key_file, "a", encoding="ascii"):
-        number = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o1666)
-    try:
-        yield (ctypes.c_char * size).from_address(LIBC.shmat(number, None, 0))
-    finally:
-        LIBC.shmctl(number, 0, None)
 
 
 def put(memory, *values):
