@@ -171,11 +171,6 @@ class Agent(Program):
         time.sleep(0.01)
         return re.findall(r"<ERRO> abort (.*)", self.text[start:])
 
-    def abort_all(self):
-        wait_until(self.rows, 5)
-        for title in self.rows():
-            self.abort(title)
-
 
 class Tray(Program):
     """The tray agent."""
