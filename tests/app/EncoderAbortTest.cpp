@@ -1,4 +1,3 @@
-// Aborts of real processes and folders: what is ended and deleted, and what is refused.
 #include "app/EncoderAbort.h"
 
 #include "app/FolderRemoval.h"

@@ -1,5 +1,3 @@
-// The user's choices: in the settings file first, then in the agent's record of the host's session; and the
-// forms of a settings file that other programs and users write.
 #include "backend/SettingsFileCheck.h"
 #include "tests/backend/BackendFixture.h"
 

@@ -1,4 +1,3 @@
-// The writing end of the encoders' pipe.
 #pragma once
 
 #include "backend/Descriptor.h"

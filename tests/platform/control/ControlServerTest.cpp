@@ -1,4 +1,3 @@
-// The socket with real connections: what clients get, and what they cannot do.
 #include "platform/control/ControlServer.h"
 
 #include "platform/control/SocketFolders.h"

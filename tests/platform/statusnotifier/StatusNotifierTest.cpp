@@ -1,4 +1,3 @@
-// What panels get, without a bus daemon.
 #include "platform/statusnotifier/AccordionPanel.h"
 #include "platform/statusnotifier/Logo.h"
 #include "platform/statusnotifier/MenuProperties.h"

@@ -1,4 +1,3 @@
-// The full-screen menu without a terminal: the lines that it shows, and the commands of keys.
 #include "app/ItemPath.h"
 #include "platform/terminal/Screen.h"
 
@@ -204,10 +203,8 @@ TEST(Navigator, ScrollsOnlyAsFarAsTheSelectedRowRequires)
 
 TEST(ItemPath, FindsItemsOfOneTitleByTheirNumberOnly)
 {
-    Kest::App::MenuModel model;
-    for (const char* title : {"Film", "Film", "Film #2", "Other"})
-        model.statusMenu().addItem(std::make_unique<Kest::App::MenuItem>(ItemProperties{.title = title}));
-    const auto menu = takeSnapshot(model);
+    const auto menu = statusMenu(
+        {plainLeaf(1, "Film"), plainLeaf(2, "Film"), plainLeaf(3, "Film #2"), plainLeaf(4, "Other")});
     EXPECT_THAT(findByPath(menu, "Film").error, HasSubstr("several items \"Film\" in the menu: add #1"));
     EXPECT_EQ(findByPath(menu, "Film #1").item, &menu.items[0]);
     EXPECT_EQ(findByPath(menu, "Film #2").item, nullptr) << "ambiguous";
