@@ -9,15 +9,10 @@ from gi.repository import GLib
 
 from harness.bus import FILE_MANAGER, WATCHER, Panel
 from harness.processes import Program
-from harness.studio import FACILITIES, FIFO, SessionBus, program, report, setting
+from harness.studio import FACILITIES, FIFO, program, report, setting
 
 STEREO = ("Speaker Configuration", "Stereo")
 HISTORY = "Encoding History"
-
-
-@pytest.fixture
-def bus(start):
-    return start(SessionBus)
 
 
 @pytest.fixture

@@ -173,8 +173,6 @@ class Agent(Program):
 
 
 class Tray(Program):
-    """The tray agent."""
-
     def __init__(self, **options):
         super().__init__([program("kest-settings")], **options)
 
@@ -195,9 +193,6 @@ class Screen(Program):
         super().__exit__()
         self.terminal.__exit__()
         os.close(self.master)
-
-    def stop_reading(self):
-        self.terminal.signal(signal.SIGSTOP)
 
     def has_its_modes(self):
         return termios.tcgetattr(self.master) == self.modes

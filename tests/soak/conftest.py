@@ -10,7 +10,7 @@ import psutil
 import pytest
 
 from attacks import SOURCES, Agent, wrong_end
-from harness.studio import SessionBus, fresh_home
+from harness.studio import fresh_home
 
 TABLE = [("fault", "wanted", "reached", "")]
 
@@ -102,11 +102,6 @@ def _home():
 @pytest.fixture
 def agent(start):
     return start(Agent)
-
-
-@pytest.fixture
-def bus(start):
-    return start(SessionBus)
 
 
 def pytest_runtest_logreport(report):

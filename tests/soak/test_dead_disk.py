@@ -13,38 +13,39 @@ from attacks import Agent, Program, encoder
 from harness.studio import report
 
 INIT = 26  # the kernel's first request
-OPENS_WITHOUT_REQUEST = 1 << 24  # of its options
+OPENS_WITHOUT_REQUEST = 1 << 24  # one of its options
 
 
-class Disk:
-    """A file system in a process, of which only the root folder can be opened."""
+def serve(device):
+    """Answers the kernel's requests for a file system, of which only the root folder can be opened."""
+    while True:
+        _, kind, number = struct.unpack_from("IIQ", os.read(device, 1 << 20))
+        status, answer = -errno.ENOSYS, b""
+        if kind == INIT:
+            status, answer = 0, struct.pack("IIIIHHII36x", 7, 31, 0, OPENS_WITHOUT_REQUEST, 1, 1, 4096, 1)
+        os.write(device, struct.pack("IiQ", 16 + len(answer), status, number) + answer)
 
-    def __init__(self, path):
-        self.device = os.open("/dev/fuse", os.O_RDWR)
-        options = f"fd={self.device},rootmode=40755,user_id=0,group_id=0"
-        subprocess.run(["mount", "--mkdir", "-i", "-t", "fuse", "-o", options, "disk", path], pass_fds=[self.device],
-                       check=True)
-        self.server = multiprocessing.get_context("fork").Process(target=self._serve, daemon=True)
-        self.server.start()
-        os.close(self.device)
 
-    def _serve(self):
-        while True:
-            _, kind, number = struct.unpack_from("IIQ", os.read(self.device, 1 << 20))
-            is_init = kind == INIT
-            answer = struct.pack("IIIIHHII36x", 7, 31, 0, OPENS_WITHOUT_REQUEST, 1, 1, 4096, 1) if is_init else b""
-            status = 0 if is_init else -errno.ENOSYS
-            os.write(self.device, struct.pack("IiQ", 16 + len(answer), status, number) + answer)
+def mounted_disk(path):
+    """Returns the process that serves the disk."""
+    device = os.open("/dev/fuse", os.O_RDWR)
+    options = f"fd={device},rootmode=40755,user_id=0,group_id=0"
+    subprocess.run(["mount", "--mkdir", "-i", "-t", "fuse", "-o", options, "disk", path], pass_fds=[device], check=True)
+    server = multiprocessing.get_context("fork").Process(target=serve, args=[device], daemon=True)
+    server.start()
+    os.close(device)
+    return server
 
 
 @pytest.mark.row("a disk that does not answer", "lines are read, the encoder is killed, SIGTERM ends the agent")
 def test_dead_disk(row):
     for run in row.times(20, 2):
-        disk = Disk(f"/tmp/disk{run}")
+        server = mounted_disk(f"/tmp/disk{run}")
         daw = Program(["sh", "-c", f"exec 3</tmp/disk{run}; echo open; exec sleep 1000"])
         with Agent(stderr=subprocess.STDOUT) as agent, daw:
             daw.expect("open")
-            os.kill(disk.server.pid, signal.SIGSTOP)
+            os.kill(server.pid, signal.SIGSTOP)
+            os.waitpid(server.pid, os.WUNTRACED)  # a request that it has read could never be given up
             report(daw.pid, "P: 1")
             with encoder(f"/tmp/disk{run}/Film/Picture.wav", "/", "") as film:
                 row.expect(agent.prints("added Encoding History > Picture: 5%", 2), "not read")
@@ -56,4 +57,4 @@ def test_dead_disk(row):
                 agent.choose("Solo Mode", "Latch")
                 row.expect(agent.prints("changed Solo Mode > Latch: on", 1), "no choice meanwhile")
                 row.expect_end(agent, 2, (1,))  # a command was refused
-        disk.server.kill()
+        server.kill()

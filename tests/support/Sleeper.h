@@ -28,11 +28,8 @@ public:
     bool runs() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
     void end()
     {
-        if (!runs())
-            return;
-        kill(process, SIGKILL);
-        waitpid(process, nullptr, 0);
-        isOurs = false;
+        if (runs() && kill(process, SIGKILL) == 0)
+            isOurs = waitpid(process, nullptr, 0) != process;
     }
 
 private:
