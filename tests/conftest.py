@@ -1,5 +1,3 @@
-"""What all tests of programs share."""
-
 import contextlib
 
 import pytest

@@ -37,7 +37,6 @@ protected:
     AbortRequest request(const std::string& path)
     {
         return {.process = identifyProcess(encoder->pid()),
-                .hadPipeOpen = false,
                 .output = path,
                 .pipe = root / "pipe",
                 .settingsFolder = root / "settings"};

@@ -13,6 +13,8 @@ SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
 FACILITIES = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts"
 LAST_USER = "/Users/Shared/.kestsettings_lastuser.txt"
 SESSION, VERSION = "/tmp/LIPC_LIPC_SESSION", "/tmp/LIPC_LIPC_VERSION"  # the key files of the host's segments
+SESSION_BYTES = 3458217
+WITHOUT_RIGHTS = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"]  # then root needs permissions as others do
 LIBC = ctypes.CDLL(None)
 LIBC.shmat.restype = ctypes.c_void_p
 READY = "Quit Kest Settings"  # the last line of the terminal's menu at the start

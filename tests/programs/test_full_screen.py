@@ -32,7 +32,6 @@ class Terminal(pexpect.spawn):
         self.see(shows)
 
     def draw(self):
-        """Returns what the screen shows now."""
         try:
             while True:
                 self.stream.feed(self.read_nonblocking(65536, timeout=0))

@@ -11,10 +11,11 @@ import subprocess
 import pytest
 
 from harness.processes import Program
-from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSION, program, report, run, segment
+from harness.studio import (FACILITIES, FIFO, LAST_USER, SESSION, SESSION_BYTES, SETTINGS, VERSION, WITHOUT_RIGHTS, program,
+                            report, run, segment)
 
 # A second witness of the layout.
-SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
+DEFAULT_BUS = 3458152
 SLOT, SLOT_BYTES = 1120, 3376
 RECORD, LAST = SLOT + 3 * SLOT_BYTES, SLOT + 1023 * SLOT_BYTES  # the agent's record, and a bus
 PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
@@ -161,7 +162,6 @@ def test_doctor_examines_files(command, subject, finding):
     paths = {"FOLDER": os.path.dirname(SETTINGS), "FACILITIES": FACILITIES, "LAST_USER": LAST_USER, "FIFO": FIFO}
     if subprocess.run(["sh", "-ec", command], cwd="/tmp/home", env={**os.environ, **paths}, check=False).returncode:
         pytest.skip("in a user namespace no file can be given away")
-    # Without root's right to write everything everywhere.
-    found = doctor(subject, "setpriv", "--bounding-set=-all", "--inh-caps=-all")
+    found = doctor(subject, *WITHOUT_RIGHTS)
     subprocess.run(["umount", "--quiet", "/tmp/home"], check=False)
     assert finding in found

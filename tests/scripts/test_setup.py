@@ -22,10 +22,8 @@ def system(tmp_path, monkeypatch):
         shutil.copy(SOURCE / name, tree)
     monkeypatch.chdir(tree)
     system = StandIns(tmp_path)
-    temporary = tmp_path / "temporary"
-    temporary.mkdir()
     installed = f" {' '.join((tree / 'scripts/build_packages').read_text().split())} "
-    system.environment.update(TMPDIR=str(temporary), installed=installed)
+    system.environment.update(installed=installed)
     system.add("uname", script="echo Linux")
     system.add("id", script='if [ "$1" = -u ]; then echo "${user:-0}"; else echo anna; fi')
     system.add("dpkg-query", script='for package; do :; done; case $installed in *" $package "*) echo "ii " ;; *) exit 1 ;; esac')
@@ -38,7 +36,7 @@ def system(tmp_path, monkeypatch):
         [ -z "${broken-}" ] || { echo "error: broken"; exit 1; }""")
     system.add("sudo", script='[ -z "${refused-}" ] || exit 1; user=0 exec "$@"')
     yield system
-    assert not os.listdir(temporary)
+    assert not os.listdir(system.temporary)
 
 
 INSTALL = "scripts/install_packages"

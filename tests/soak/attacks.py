@@ -108,7 +108,6 @@ def traced(agent, *options):
 
 
 def trace():
-    """Returns what strace has written."""
     with contextlib.suppress(FileNotFoundError), open("/tmp/trace", encoding="utf-8", errors="replace") as file:
         return file.read()
     return ""

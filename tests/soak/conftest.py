@@ -35,8 +35,6 @@ def pytest_configure(config):
 
 
 class Row:
-    """What a test tries and finds."""
-
     def __init__(self, is_quick):
         self.is_quick = is_quick
         self.tried = 0

@@ -14,13 +14,12 @@ import time
 import pytest
 
 from attacks import Agent, Program, driver, load, traced, wait_until, write_now
-from harness.studio import FACILITIES, FIFO, LIBC, SESSION, Host, is_pipe_read, program, segment, setting
+from harness.studio import (FACILITIES, FIFO, LIBC, SESSION, SESSION_BYTES, WITHOUT_RIGHTS, Host, is_pipe_read, program,
+                            segment, setting)
 
-BYTES = 3458217  # of a session
-SLOTS = range(1120, BYTES, 3376)
+SLOTS = range(1120, SESSION_BYTES, 3376)
 OWN = [(SLOTS[3] + 144, 512 + 272), (3458152, 65)]  # what the agent may change: its record, the default bus
 RECORDS = [(SLOTS[3], b"KestSettings\0"), (SLOTS[9], b"bus-1\0"), (SLOTS[9] + 68, b"SUBKDialog\0")]
-NO_RIGHTS = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"]  # then root needs permissions as others do
 CLOCK = pathlib.Path("/tmp/clock")
 INTERRUPTED = "write,poll,ppoll,fsync,wait4,clock_nanosleep"
 
@@ -54,15 +53,15 @@ def is_detached(session):
 def has_changed_only_its_own(session, before):
     """Returns whether only the agent's bytes have changed, and the agent is not attached."""
     now = bytearray(session.raw)
-    for begin, length in OWN if len(now) >= BYTES else []:
+    for begin, length in OWN if len(now) >= SESSION_BYTES else []:
         now[begin:begin + length] = before[begin:begin + length]
     return now == before and wait_until(lambda: is_detached(session), 5)
 
 
 STATES = {  # the sizes of the sessions that are there one after the other
-    "none": [], "one byte": [1], "one byte too small": [BYTES - 1], "exact": [BYTES], "larger": [BYTES + 100000],
-    "removed while attached": [BYTES], "no permission": [BYTES],
-    "replaced under its key": [BYTES, 1, 4096, BYTES - 1] * 13}
+    "none": [], "one byte": [1], "one byte too small": [SESSION_BYTES - 1], "exact": [SESSION_BYTES], "larger": [SESSION_BYTES + 100000],
+    "removed while attached": [SESSION_BYTES], "no permission": [SESSION_BYTES],
+    "replaced under its key": [SESSION_BYTES, 1, 4096, SESSION_BYTES - 1] * 13}
 
 
 CHOICES = ["Solo Mode > Exclusive (XOR)", "Monitoring Facility > " + "f" * 199, "Speaker Configuration > Stereo",
@@ -79,7 +78,7 @@ def operate(agent, operations):
 def test_segment_states(row):
     os.makedirs(f"{FACILITIES}/{'f' * 199}")
     for _, (state, sizes) in row.times(1, 1, STATES.items()):
-        with Agent(*NO_RIGHTS, command=driver("agent", "1000")) as agent:
+        with Agent(*WITHOUT_RIGHTS, command=driver("agent", "1000")) as agent:
             operate(agent, row.count(1000, 40) if not sizes else 1)
             for size in sizes:
                 with segment(SESSION, size, 0 if state == "no permission" else 0o666) as session:
