@@ -1,5 +1,4 @@
-// The parts of a measurement that need exact times; bench/measure does the rest. Exit status 1 if it cannot
-// measure.
+// The parts of a measurement that need exact times; bench/measure does the rest.
 // bus_bench signals COUNT sends signals at random intervals of 4 to 12 ms. Each contains the time when it was
 // sent, in nanoseconds.
 // bus_bench choice COUNT ITEM ID prints five durations in ms COUNT times, for example "choice 1.5". "choice"
@@ -90,13 +89,6 @@ void save(const std::string& path, bool flushes, const char* name)
         print(name, begin);
 }
 
-void attach()
-{
-    const auto begin = Clock::now();
-    const Session session(LIPC::kSessionSegment);
-    print("attach", begin);
-}
-
 void takeLine(Control::Client& client)
 {
     std::string line;
@@ -133,7 +125,9 @@ void measureChoices(int count, const std::string& item, int id)
         std::this_thread::sleep_for(kRest);
         while (sd_bus_process(bus, nullptr) > 0) {
         }
-        attach();
+        begin = Clock::now();
+        static_cast<void>(Session(LIPC::kSessionSegment));
+        print("attach", begin);
         save(path, true, "save");
         save(path, false, "unflushed");
         save(path, true, nullptr); // or the next click would wait for what is left to be written
