@@ -1,6 +1,5 @@
 // The parts of a measurement that need exact times; bench/measure does the rest.
-// bus_bench signals COUNT sends signals at random intervals of 4 to 12 ms. Each contains the time when it was
-// sent, in nanoseconds.
+// bus_bench signals COUNT sends signals with the time in nanoseconds, at random intervals of 4 to 12 ms.
 // bus_bench choice COUNT ITEM ID prints five durations in ms COUNT times, for example "choice 1.5". "choice"
 // is the time from a click on the menu item ID of a tray item until the host's segment contains the choice.
 // "request" is the same from a request at the control socket. "attach" is an attachment of the segment.
@@ -17,7 +16,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
