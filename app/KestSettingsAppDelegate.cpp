@@ -72,14 +72,18 @@ void KestSettingsAppDelegate::awakeFromNib()
     outlets.mFacilityMenuItem2->setHidden(true);
 }
 
-// Fills the bus menu, since the Backend sends a message only when the buses change: never without a host, and
-// not again if the monitor's first pass preceded the callback.
+// Fills the bus menu, since no message about the buses arrives without a host. The monitor begins in the main
+// loop, after everything that the start writes into the session.
 void KestSettingsAppDelegate::applicationDidFinishLaunching()
 {
-    updateHostState(); // the first pass may have preceded its callback as well
+    updateHostState(); // the Backend's constructor may have refused the host
     const ChangeBatch batch(*this);
     if (controllers)
         controllers->buses.refreshQuietly();
+    frontEnd.post([this] {
+        if (mBackend != nullptr)
+            mBackend->beginMonitoring();
+    });
 }
 
 void KestSettingsAppDelegate::applicationWillTerminate()

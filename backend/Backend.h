@@ -40,7 +40,8 @@ using HostStateCallback = void(void* context);
 class Backend {
 public:
     /// Starts the monitor thread and the pipe thread, see `startError`. Calls `save_username`, except if
-    /// the host is not 64 bit. `monitorPeriod` is the pause between two checks of the host.
+    /// the host is not 64 bit. `monitorPeriod` is the pause between two checks of the host. The first check
+    /// follows `beginMonitoring`.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
     /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
@@ -64,6 +65,11 @@ public:
     /// Returns 0 if both threads were started; otherwise the system's error number. After an error, the
     /// Backend can only be destroyed.
     int startError() const { return startFailure; }
+
+    /// Begins to check the host now. Without this call, the first check follows `monitorPeriod` after the
+    /// constructor. Call it when the callbacks are set and the start needs no more memory mappings: they
+    /// would wait while the monitor thread maps the session.
+    void beginMonitoring() { monitor.beginPasses(); }
 
     /// Writes the login name of the effective user into the file at `path`, and lets every user write the
     /// file. Does nothing if the folder of the file is missing or the user database has no such user. Logs

@@ -87,7 +87,7 @@ private:
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;                     // index of the pipe that was read last
-    std::array<char, 4096> buffer{};          // PIPE_BUF on Linux
+    std::array<char, 65536> buffer; // the capacity of a pipe on Linux; memory is used as it is filled
 
     const WakeUp wakeUp;
     std::atomic<bool> isRequested = true; // true until `make` ends; `check` does not test the path meanwhile

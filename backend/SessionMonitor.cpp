@@ -67,6 +67,15 @@ int SessionMonitor::start()
     return startThread(monitorThread, [this] { timerThreadloop(); });
 }
 
+void SessionMonitor::beginPasses()
+{
+    {
+        const MutexLock lock(stopMutex);
+        mayBegin = true;
+    }
+    stopSignal.notify_all();
+}
+
 void SessionMonitor::stop()
 {
     {
@@ -80,6 +89,10 @@ void SessionMonitor::stop()
 
 void SessionMonitor::timerThreadloop()
 {
+    {
+        const MutexLock lock(stopMutex);
+        stopSignal.wait_for(stopMutex, period, [this] { return mayBegin || isStopping; });
+    }
     for (int pass = 1; !isStopping; ++pass) {
         callbacks.eachPass();
         if (pass % kPassesPerRefresh == 0)

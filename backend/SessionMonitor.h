@@ -75,6 +75,8 @@ public:
     bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();
+    /// Begins the passes now. Without this call, they begin one period after `start`.
+    void beginPasses();
     /// Ends the monitor thread, if it was started; blocks until the current pass is done.
     void stop();
 
@@ -116,6 +118,7 @@ private:
 
     Mutex stopMutex;
     std::condition_variable_any stopSignal;
+    std::atomic<bool> mayBegin = false;
     std::atomic<bool> isStopping = false;
     std::thread monitorThread;
 };

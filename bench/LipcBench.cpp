@@ -40,8 +40,6 @@ public:
         shmdt(contents);
         shmctl(id, IPC_RMID, nullptr);
     }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
 
     const int id;
     SessionBuffer* const contents;

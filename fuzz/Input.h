@@ -1,4 +1,3 @@
-// What a fuzz target reads its input and checks its results with.
 #pragma once
 
 #include <cstddef>

@@ -1,20 +1,13 @@
 // Plays the files of a folder through a target once, with any compiler.
 #include "fuzz/Input.h"
-
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include "tests/support/TemporaryFolder.h"
 
 int main(int, char** argv)
 {
-    int played = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
-        std::ostringstream bytes;
-        bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
         std::fprintf(stderr, "%s\n", entry.path().c_str());
-        const auto text = bytes.str();
+        const auto text = Kest::Test::readFile(entry.path());
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
-        ++played;
     }
-    return played > 0 ? 0 : 1;
+    return std::filesystem::is_empty(argv[1]) ? 1 : 0;
 }

@@ -3,7 +3,6 @@
 #include "fuzz/Input.h"
 #include "platform/terminal/Screen.h"
 #include "platform/terminal/TextMenu.h"
-#include "tests/platform/terminal/SampleMenu.h"
 #include "tests/support/RandomMenuEdits.h"
 
 #include <clocale>
@@ -22,22 +21,28 @@ void checkDrawable(const std::string& line)
 struct Session {
     Session()
     {
-        Test::fill(model.statusMenu(), model, Test::sampleMenu());
-        model.takeChanges();
+        for (int i = 0; i < 20; ++i)
+            edits.change();
+        show();
+    }
+
+    void show()
+    {
+        for (const auto& line : changeLines(model.takeChanges(), model))
+            checkDrawable(line);
+        menu = takeSnapshot(model);
+        screen.show(menu, 1000);
     }
 
     void changeMenu(Fuzz::Input& input)
     {
         for (int changes = input.below(4); changes > 0; --changes)
             edits.change();
-        auto& added = model.statusMenu().addItem(
-            std::make_unique<App::MenuItem>(Test::bus(0, input.text(8)).properties));
+        auto& added = model.statusMenu().addItem(std::make_unique<App::MenuItem>(App::ItemProperties{
+            .title = input.text(8), .action = App::Action::setDefaultKestBus, .mark = App::Mark::radio}));
         if (input.below(2) == 0)
             added.setEncoding({input.text(8), input.number(), input.below(2) == 0});
-        for (const auto& line : changeLines(model.takeChanges(), model))
-            checkDrawable(line);
-        menu = takeSnapshot(model);
-        screen.show(menu, 1000);
+        show();
     }
 
     void press(const Input& pressed)
@@ -61,7 +66,7 @@ struct Session {
 
     App::MenuModel model;
     Test::RandomMenuEdits edits{model};
-    App::ItemSnapshot menu = Test::sampleMenu();
+    App::ItemSnapshot menu;
     MenuScreen screen{Glyphs{}};
 };
 
@@ -94,7 +99,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     [[maybe_unused]] static const auto* locale = std::setlocale(LC_ALL, "C.UTF-8");
     Fuzz::Input input(data, size);
     Session session;
-    session.screen.show(session.menu, 0);
     while (!input.isEmpty())
         play(session, input);
     session.draw({24, 80});

@@ -44,6 +44,7 @@ void OutputQueue::add(std::string_view text)
         ++droppedTexts;
     else
         append(text);
+    lock.unlock(); // or the thread would wake up only to wait for it
     added.notify_one();
 }
 

@@ -1,8 +1,8 @@
-"""What all tests of programs share."""
-
 import contextlib
 
 import pytest
+
+from harness.studio import SessionBus
 
 
 @pytest.fixture
@@ -10,3 +10,8 @@ def start():
     """Starts programs, start(Host) or start(Agent), that end with the test."""
     with contextlib.ExitStack() as running:
         yield lambda kind, *arguments, **options: running.enter_context(kind(*arguments, **options))
+
+
+@pytest.fixture
+def bus(start):
+    return start(SessionBus)

@@ -15,8 +15,6 @@
 
 namespace Kest::Test {
 
-// A front end, a desktop and a notification hook that record the calls.
-
 class FakeFrontEnd final : public App::FrontEnd {
 public:
     void showStatusItem(const std::string& name) override { imageName = name; }

@@ -1,4 +1,3 @@
-// Aborts of real processes and folders: what is ended and deleted, and what is refused.
 #include "app/EncoderAbort.h"
 
 #include "app/FolderRemoval.h"
@@ -38,7 +37,6 @@ protected:
     AbortRequest request(const std::string& path)
     {
         return {.process = identifyProcess(encoder->pid()),
-                .hadPipeOpen = false,
                 .output = path,
                 .pipe = root / "pipe",
                 .settingsFolder = root / "settings"};

@@ -1,4 +1,3 @@
-// Encodings in the menu, and aborts beside the main loop.
 #include "app/EncodingHistoryMenu.h"
 
 #include "tests/app/Agent.h"

@@ -1,4 +1,3 @@
-// What the model records of its changes, and its ids.
 #include "app/MenuSnapshot.h"
 #include "tests/support/RandomMenuEdits.h"
 

@@ -1,5 +1,3 @@
-// The menu over the settings, the host's buses and the installation: what it shows, and each choice's way
-// into the settings file and to the host.
 #include "tests/app/Agent.h"
 
 namespace {

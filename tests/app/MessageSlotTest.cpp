@@ -1,4 +1,3 @@
-// A backend message's way to the main thread, alone and through the application.
 #include "tests/app/Agent.h"
 
 #include <semaphore>

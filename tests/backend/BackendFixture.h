@@ -1,4 +1,3 @@
-// A Backend with private paths and segments, and the messages that it has sent.
 #pragma once
 
 #include "backend/Backend.h"

@@ -1,5 +1,4 @@
-// Encodings as they are reported through the real pipe, and the table of them: what it keeps when it cannot
-// keep all. The forms of a line are in fuzz/corpus/lines, where they are compared with sscanf.
+// The forms of a line are in fuzz/corpus/lines, where they are compared with sscanf.
 #include "backend/EncodingTable.h"
 #include "tests/backend/BackendFixture.h"
 

@@ -1,4 +1,3 @@
-// How the Backend starts and ends, and the processes that it identifies and ends.
 #include "backend/HomeFolder.h"
 #include "backend/Process.h"
 #include "tests/backend/BackendFixture.h"

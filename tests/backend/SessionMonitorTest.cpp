@@ -1,4 +1,3 @@
-// What the session monitor reports of the host and of its buses.
 #include "tests/backend/BackendFixture.h"
 
 #include <cmath>
@@ -25,7 +24,7 @@ TEST_F(SessionMonitor, SendsEachNewMessageOfTheHostOnceAndRounded)
 {
     system.startHost();
     start();
-    for (const float message : {NAN, INFINITY, -1e20F, -7.0F, -7.0F, 1.0F, 2.6F, 3.4F, -2.5F, 0.4F}) {
+    for (const float message : {NAN, INFINITY, 3e9F, -7.0F, -7.0F, 1.0F, 2.5F, 3.4F, -2.5F, 0.49999997F}) {
         post(message);
         awaitPasses();
     }
@@ -37,6 +36,15 @@ TEST_F(SessionMonitor, SendsEachNewMessageOfTheHostOnceAndRounded)
     backend->messageCallback = listener;
     awaitPasses();
     EXPECT_THAT(received(), ElementsAre()) << "a message without a callback is not sent later";
+}
+
+TEST_F(SessionMonitor, BeginsWhenItsOwnerIsReady)
+{
+    system.startHost();
+    start(1h);
+    EXPECT_EQ(backend->hostState().presence, HostPresence::absent);
+    backend->beginMonitoring();
+    EXPECT_TRUE(reaches(HostPresence::present));
 }
 
 TEST_F(SessionMonitor, ReportsABusOnceThatIsNewRenamedReplacedOrGone)

@@ -1,5 +1,3 @@
-// The user's choices: in the settings file first, then in the agent's record of the host's session; and the
-// forms of a settings file that other programs and users write.
 #include "backend/SettingsFileCheck.h"
 #include "tests/backend/BackendFixture.h"
 
@@ -7,6 +5,7 @@ namespace {
 
 std::function<void()> beforeRename;
 std::string diskCalls; // the renames and flushes so far, in order
+int failingFlush = 0;  // 1 for the next one
 
 } // namespace
 
@@ -25,7 +24,7 @@ extern "C" int fsync(int file)
     struct stat status {};
     fstat(file, &status);
     diskCalls += S_ISDIR(status.st_mode) ? "flush folder, " : "flush file, ";
-    return 0; // tests need not wait for the disk
+    return --failingFlush == 0 ? -1 : 0; // tests need not wait for the disk
 }
 
 namespace {
@@ -124,6 +123,10 @@ TEST_F(SettingsStore, WritesOnlyTheFileUntilAHostHasARecordForIt)
 
 TEST_F(SettingsStore, UsesTheBackupOfADamagedFile)
 {
+    backend->setSoloMode(7);
+    failingFlush = 4; // of a new backup
+    backend->setSoloMode(1);
+    EXPECT_THAT(readFile(file + ".last"), HasSubstr(row(setting("SoloMode"), 7)));
     backend->setSoloMode(7);
     for (const auto& damaged : {""s, readFile(file).substr(0, 80)}) {
         writeFile(file, damaged);

@@ -97,12 +97,8 @@ class Panel:
 
     def call(self, method, types, *arguments):
         """Calls a method of the menu, with types such as "(is)": its results, as plain values."""
-        return self.call_with(method, GLib.Variant(types, arguments))
-
-    def call_with(self, method, arguments):
-        """The same with a variant that is a tuple. Waits for two minutes: sanitizers are slow."""
-        return self.bus.call_sync(self.items[-1][0], "/MenuBar", MENU, method, arguments, None,
-                                  Gio.DBusCallFlags.NONE, 120_000).unpack()
+        return self.bus.call_sync(self.items[-1][0], "/MenuBar", MENU, method, GLib.Variant(types, arguments), None,
+                                  Gio.DBusCallFlags.NONE, 120_000).unpack()  # milliseconds: sanitizers are slow
 
     def layout(self, parent=0, depth=-1, properties=()):
         return Row(self.call("GetLayout", "(iias)", parent, depth, properties)[1])

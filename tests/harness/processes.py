@@ -45,7 +45,6 @@ class Program:
         self.process.wait()
 
     def say(self, line):
-        """Writes a line to its standard input."""
         self.process.stdin.write((line + "\n").encode())
         self.process.stdin.flush()
 

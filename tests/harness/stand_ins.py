@@ -11,7 +11,10 @@ class StandIns:
         self.tools = folder / "tools"
         self.tools.mkdir()
         self.calls = folder / "calls"
-        self.environment = {**os.environ, "PATH": f"{self.tools}:{os.environ['PATH']}", "work": str(folder)}
+        self.temporary = folder / "temporary"  # for the scripts' own files
+        self.temporary.mkdir()
+        self.environment = {**os.environ, "PATH": f"{self.tools}:{os.environ['PATH']}", "work": str(folder),
+                            "TMPDIR": str(self.temporary)}
 
     def add(self, *names, script=""):
         for name in names:

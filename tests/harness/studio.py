@@ -1,6 +1,7 @@
 """What surrounds the agent: files, the encoders' pipe, the simulated host and encoders. For a private namespace only."""
 
 import contextlib
+import ctypes
 import os
 import re
 import subprocess
@@ -12,6 +13,10 @@ SETTINGS = "/tmp/home/Library/Application Support/Kestronics/Kest-Settings.xml"
 FACILITIES = "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts"
 LAST_USER = "/Users/Shared/.kestsettings_lastuser.txt"
 SESSION, VERSION = "/tmp/LIPC_LIPC_SESSION", "/tmp/LIPC_LIPC_VERSION"  # the key files of the host's segments
+SESSION_BYTES = 3458217
+WITHOUT_RIGHTS = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"]  # then root needs permissions as others do
+LIBC = ctypes.CDLL(None)
+LIBC.shmat.restype = ctypes.c_void_p
 READY = "Quit Kest Settings"  # the last line of the terminal's menu at the start
 
 
@@ -41,6 +46,19 @@ def fresh_home():
     subprocess.run(["rm", "-rf", *left], check=True)
     os.makedirs("/tmp/home")
     os.makedirs(FACILITIES + "/Studio_A")
+
+
+@contextlib.contextmanager
+def segment(key_file, size, mode=0o666):
+    """Makes a segment of a host, and removes it when the `with` block ends: its bytes, and its id in `.id`."""
+    with open(key_file, "a", encoding="ascii"):
+        number = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o3000 | mode)
+    memory = (ctypes.c_char * size).from_address(LIBC.shmat(number, None, 0))
+    memory.id = number
+    try:
+        yield memory
+    finally:
+        LIBC.shmctl(number, 0, None)
 
 
 def setting(key):

@@ -1,4 +1,3 @@
-// The logger's line on both streams, and what happens when nobody reads them or lines repeat.
 #include "log/Log.h"
 
 #include "log/OutputQueue.h"

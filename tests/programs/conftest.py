@@ -1,5 +1,3 @@
-"""Tests of whole programs, in a private namespace for each file. KEST_PROGRAMS is the folder of the programs."""
-
 import pytest
 
 from harness.studio import Agent, Host, fresh_home

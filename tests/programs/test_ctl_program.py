@@ -29,6 +29,7 @@ def start_agent(start, request):
 
 def test_each_command_has_its_effect(start, host, start_agent):
     os.makedirs(FACILITIES + "/STUDIO_A")
+    os.makedirs("/tmp/home/work/Older")
     agent = start_agent()
     assert "Solo Mode\n  (x) Latch\n  ( ) Exclusive (XOR)\n" in ctl("menu")[1]
     assert ctl("menu", "--json")[1].startswith('{"ok":true,"items":[{')
@@ -57,6 +58,12 @@ def test_each_command_has_its_effect(start, host, start_agent):
     assert os.path.exists("/tmp/home/work/Feature")
     assert ctl("choose", ABORT, "--yes") == (0, f"done: {ABORT}\n", "")
     assert encoder.status(0) == -signal.SIGKILL and not os.path.exists("/tmp/home/work/Feature")
+
+    other = start(Program, ["sleep", "1000"])
+    report(other.pid, "path: /tmp/home/work/Older/Older.wav", "P: 5")  # by another process, of an older folder
+    watches[0].expect("Older: 5%")
+    assert "was not seen writing to the pipe" in ctl("choose", ABORT.replace("Feature", "Older"), "--yes")[2]
+    assert other.status(0) is None and os.path.exists("/tmp/home/work/Older")
 
     assert ctl("choose", "Quit Kest Settings") == (0, "Quit Kest Settings\n", "")
     assert agent.status() == 0

@@ -32,7 +32,6 @@ class Terminal(pexpect.spawn):
         self.see(shows)
 
     def draw(self):
-        """Returns what the screen shows now."""
         try:
             while True:
                 self.stream.feed(self.read_nonblocking(65536, timeout=0))
@@ -128,6 +127,14 @@ def test_script_that_started_the_agent_is_suspended_continued_and_ended_with_it(
     assert not psutil.wait_procs(started, timeout=20)[1]
     shell.sendline("exit")
     assert shell.ends_in_order()
+
+
+def test_suspended_agent_that_crashes_leaves_the_screen_to_the_shell(start):
+    shell = start(Terminal, "bash", "--norc", shows="ready$")
+    shell.run_line(f"'{AGENT}'", "> Solo Mode")
+    shell.suspend()
+    shell.run_line(r"printf '\e[?1049h'; kill -SEGV %1; fg", "Segmentation fault")  # as after the start of an editor
+    assert shell.is_full_screen()
 
 
 @pytest.mark.parametrize("environment, unicode, colour",

@@ -1,7 +1,5 @@
 """kest-inspect beside hosts and agents, well and broken."""
 
-import contextlib
-import ctypes
 import json
 import os
 import random
@@ -13,26 +11,14 @@ import subprocess
 import pytest
 
 from harness.processes import Program
-from harness.studio import FACILITIES, FIFO, LAST_USER, SESSION, SETTINGS, VERSION, program, report, run
+from harness.studio import (FACILITIES, FIFO, LAST_USER, SESSION, SESSION_BYTES, SETTINGS, VERSION, WITHOUT_RIGHTS, program,
+                            report, run, segment)
 
-LIBC = ctypes.CDLL(None)
-LIBC.shmat.restype = ctypes.c_void_p
 # A second witness of the layout.
-SESSION_BYTES, DEFAULT_BUS = 3458217, 3458152
+DEFAULT_BUS = 3458152
 SLOT, SLOT_BYTES = 1120, 3376
 RECORD, LAST = SLOT + 3 * SLOT_BYTES, SLOT + 1023 * SLOT_BYTES  # the agent's record, and a bus
 PARAMETERS, TEXTS = RECORD + 144, RECORD + 656
-
-
-@contextlib.contextmanager
-def segment(key_file, size):
-    """Makes a segment of a host: its bytes."""
-    with open(key_file, "a", encoding="ascii"):
-        number = LIBC.shmget(LIBC.ftok(key_file.encode(), 1), size, 0o1666)
-    try:
-        yield (ctypes.c_char * size).from_address(LIBC.shmat(number, None, 0))
-    finally:
-        LIBC.shmctl(number, 0, None)
 
 
 def put(memory, *values):
@@ -125,7 +111,7 @@ def test_doctor_examines_the_pipe(start, agent):
     agent.signal(signal.SIGSTOP)  # or it would repair the pipe
     os.chmod(FIFO, 0o600)
     assert "warning" in doctor(pipe)
-    with open(os.open(FIFO, os.O_RDONLY | os.O_NONBLOCK), "rb"):
+    with open(os.open(FIFO, os.O_RDWR), "rb"):
         assert f"error {FIFO} is read by process" in doctor(pipe)
     os.rename(FIFO, "/tmp/kept")
     assert "error the agent is running, but there is no" in doctor(pipe)
@@ -176,7 +162,6 @@ def test_doctor_examines_files(command, subject, finding):
     paths = {"FOLDER": os.path.dirname(SETTINGS), "FACILITIES": FACILITIES, "LAST_USER": LAST_USER, "FIFO": FIFO}
     if subprocess.run(["sh", "-ec", command], cwd="/tmp/home", env={**os.environ, **paths}, check=False).returncode:
         pytest.skip("in a user namespace no file can be given away")
-    # Without root's right to write everything everywhere.
-    found = doctor(subject, "setpriv", "--bounding-set=-all", "--inh-caps=-all")
+    found = doctor(subject, *WITHOUT_RIGHTS)
     subprocess.run(["umount", "--quiet", "/tmp/home"], check=False)
     assert finding in found

@@ -9,15 +9,10 @@ from gi.repository import GLib
 
 from harness.bus import FILE_MANAGER, WATCHER, Panel
 from harness.processes import Program
-from harness.studio import FACILITIES, FIFO, SessionBus, program, report, setting
+from harness.studio import FACILITIES, FIFO, program, report, setting
 
 STEREO = ("Speaker Configuration", "Stereo")
 HISTORY = "Encoding History"
-
-
-@pytest.fixture
-def bus(start):
-    return start(SessionBus)
 
 
 @pytest.fixture
@@ -71,6 +66,8 @@ def test_click_has_its_effect_and_both_items_are_updated(panel, tray):
     assert panel.updates == [{stereo: {"toggle-state": 1}, widest: {"toggle-state": 0}}] and panel.layouts == []
     assert setting("PhysMonConfig") == "1"
     panel.call("EventGroup", "(a(isvu))", 1000 * [(stereo, "clicked", GLib.Variant("i", 0), 0)])
+    with pytest.raises(GLib.Error):  # not a character of a text
+        panel.call("EventGroup", "(a(isvu))", [(stereo, "\ufffe", GLib.Variant("i", 0), 0)])
     panel.settle()
     # Once, as equal clicks are one; a panel may have changed the mark.
     assert panel.updates[1:] == [{stereo: {"toggle-state": 1}}]

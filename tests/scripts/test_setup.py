@@ -22,10 +22,8 @@ def system(tmp_path, monkeypatch):
         shutil.copy(SOURCE / name, tree)
     monkeypatch.chdir(tree)
     system = StandIns(tmp_path)
-    temporary = tmp_path / "temporary"
-    temporary.mkdir()
     installed = f" {' '.join((tree / 'scripts/build_packages').read_text().split())} "
-    system.environment.update(TMPDIR=str(temporary), installed=installed)
+    system.environment.update(installed=installed)
     system.add("uname", script="echo Linux")
     system.add("id", script='if [ "$1" = -u ]; then echo "${user:-0}"; else echo anna; fi')
     system.add("dpkg-query", script='for package; do :; done; case $installed in *" $package "*) echo "ii " ;; *) exit 1 ;; esac')
@@ -33,11 +31,12 @@ def system(tmp_path, monkeypatch):
         echo "pmstatus:first:40.5:Unpacking first (amd64)" """)
     system.add("cmake", script="""[ "$1" = --build ] || exit 0
         for step in 1 2 3 4 5 6 7 8 9 10; do for part in 1 2; do echo "[$step/10] Compiling $step"; done; done
+        trap 'sleep 0.5; echo stopped; echo cleaned up >>"$work/calls"; exit 1' INT
         [ -z "${interrupted-}" ] || { kill -INT 0; sleep 10; }
         [ -z "${broken-}" ] || { echo "error: broken"; exit 1; }""")
     system.add("sudo", script='[ -z "${refused-}" ] || exit 1; user=0 exec "$@"')
     yield system
-    assert not os.listdir(temporary)
+    assert not os.listdir(system.temporary)
 
 
 INSTALL = "scripts/install_packages"
@@ -62,7 +61,7 @@ NEVER = r"\A(?!(.|\n)*{})(.|\n)*"
     (0, (*CONFIGURED, *PREPARE), {}, "", "cmake"),
     (1, (*CONFIGURED, *PREPARE), {"checkout": "/before"}, r"\A.*delete build/.*\n\Z", NEVER.format("cmake") + r"\Z"),
     (1, PREPARE, {"broken": "yes"}, "error: broken(.|\n)*preset dev failed", "cmake"),
-    (130, (*UNINTERRUPTED, *PREPARE), {"interrupted": "yes"}, "Run the same command again", "cmake")])
+    (130, (*UNINTERRUPTED, *PREPARE), {"interrupted": "yes"}, "Run the same command again", "cleaned up")])
 def test_script(system, status, command, variables, printed, called):
     got, output, calls = system.run(*command, **variables)
     assert got == status and re.search(printed, output, re.M), output

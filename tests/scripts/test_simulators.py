@@ -35,9 +35,6 @@ def test_status_and_no_files_are_left(tmp_path, monkeypatch, script, status, cha
     originals = {"k3dhost-simulator": HOST, "kest-settings-terminal": AGENT, "encoder-simulator": ENCODER}
     for name, body in {**originals, **changed, "sleep": f"exec {shutil.which('sleep')} 0.05"}.items():
         programs.add(name, script=body)
-    temporary = tmp_path / "temporary"
-    temporary.mkdir()
-    got, output, _ = programs.run(script[0], programs.tools, *script[1:], TMPDIR=str(temporary),
-                                  KEST_HOST_LOG=str(tmp_path / "host.log"))
+    got, output, _ = programs.run(script[0], programs.tools, *script[1:], KEST_HOST_LOG=str(tmp_path / "host.log"))
     assert got == status and printed in output
-    assert not os.listdir(temporary)
+    assert not os.listdir(programs.temporary)

@@ -108,7 +108,6 @@ def traced(agent, *options):
 
 
 def trace():
-    """Returns what strace has written."""
     with contextlib.suppress(FileNotFoundError), open("/tmp/trace", encoding="utf-8", errors="replace") as file:
         return file.read()
     return ""
@@ -171,15 +170,8 @@ class Agent(Program):
         time.sleep(0.01)
         return re.findall(r"<ERRO> abort (.*)", self.text[start:])
 
-    def abort_all(self):
-        wait_until(self.rows, 5)
-        for title in self.rows():
-            self.abort(title)
-
 
 class Tray(Program):
-    """The tray agent."""
-
     def __init__(self, **options):
         super().__init__([program("kest-settings")], **options)
 
@@ -200,9 +192,6 @@ class Screen(Program):
         super().__exit__()
         self.terminal.__exit__()
         os.close(self.master)
-
-    def stop_reading(self):
-        self.terminal.signal(signal.SIGSTOP)
 
     def has_its_modes(self):
         return termios.tcgetattr(self.master) == self.modes

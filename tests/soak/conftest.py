@@ -10,7 +10,7 @@ import psutil
 import pytest
 
 from attacks import SOURCES, Agent, wrong_end
-from harness.studio import SessionBus, fresh_home
+from harness.studio import fresh_home
 
 TABLE = [("fault", "wanted", "reached", "")]
 
@@ -35,8 +35,6 @@ def pytest_configure(config):
 
 
 class Row:
-    """What a test tries and finds."""
-
     def __init__(self, is_quick):
         self.is_quick = is_quick
         self.tried = 0
@@ -102,11 +100,6 @@ def _home():
 @pytest.fixture
 def agent(start):
     return start(Agent)
-
-
-@pytest.fixture
-def bus(start):
-    return start(SessionBus)
 
 
 def pytest_runtest_logreport(report):

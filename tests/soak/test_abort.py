@@ -1,4 +1,4 @@
-"""Abort under attack: links, mounts, forged lines, protected folders."""
+"""Abort under attack: links, mounts, protected folders."""
 
 import os
 import subprocess
@@ -7,7 +7,6 @@ import sys
 import pytest
 
 from attacks import HOME, WORK, Program, encoder, encoder_in, is_running, put, wait_until
-from harness.studio import report
 
 EXCHANGE = """
 import ctypes, sys
@@ -62,25 +61,6 @@ def test_mounts_in_the_folder(agent, row):
         row.expect(os.path.exists(kept), "content deleted")
         was_mounted = subprocess.run(["umount", point], stderr=subprocess.DEVNULL, check=False).returncode == 0
         row.expect(lines or not was_mounted, "no line")
-
-
-@pytest.mark.row("abort: forged lines", "other programs survive, older files are kept")
-def test_forged_lines(agent, start, row):
-    """Another process reports for numbers that are no encoder's, and an older file for a running encoder's."""
-    for i in row.times(20, 3):
-        kept = put(f"{WORK}/older/kept-{i}.wav")
-        feature = f"feature-{i}"
-        daw, other = start(Program, ["sleep", "1000"]), start(Program, ["sleep", "1000"])
-        with encoder_in(f"{WORK}/{feature}", feature) as child:
-            assert agent.has_row(feature)
-            report(daw.pid, "path: " + kept, "P: 50")
-            report(child.pid, "path: " + kept, "P: 6")
-            report(other.pid, "P: 50")
-            assert agent.has_row(f"Process {other.pid}")
-            agent.abort_all()
-            row.expect(is_running(daw) and is_running(other), "killed")
-        row.expect(os.path.exists(kept), "deleted")
-        agent.choose("Encoding History", "Clear History")
 
 
 @pytest.mark.row("abort: protected folders", "all kinds are kept, row and one log line each")

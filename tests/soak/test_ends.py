@@ -109,7 +109,7 @@ def test_stalled_terminal(kind, changes, row):
     for _ in row.times(20, 2):
         with Screen() as agent:
             assert agent.terminal.prints("Quit")
-            agent.stop_reading()
+            agent.terminal.signal(signal.SIGSTOP)
             if kind == "Ctrl-S":
                 os.write(agent.master, b"\x13")
                 time.sleep(0.02)

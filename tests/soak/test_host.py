@@ -1,7 +1,6 @@
 """The host is killed, its segments are in any state, calls are interrupted, the clock moves; exits while all work."""
 
 import contextlib
-import ctypes
 import glob
 import itertools
 import os
@@ -15,18 +14,14 @@ import time
 import pytest
 
 from attacks import Agent, Program, driver, load, traced, wait_until, write_now
-from harness.studio import FACILITIES, FIFO, SESSION, Host, is_pipe_read, program, setting
+from harness.studio import (FACILITIES, FIFO, LIBC, SESSION, SESSION_BYTES, WITHOUT_RIGHTS, Host, is_pipe_read, program,
+                            segment, setting)
 
-BYTES = 3458217  # of a session
-SLOTS = range(1120, BYTES, 3376)
+SLOTS = range(1120, SESSION_BYTES, 3376)
 OWN = [(SLOTS[3] + 144, 512 + 272), (3458152, 65)]  # what the agent may change: its record, the default bus
 RECORDS = [(SLOTS[3], b"KestSettings\0"), (SLOTS[9], b"bus-1\0"), (SLOTS[9] + 68, b"SUBKDialog\0")]
-CREATE, REMOVE = 0o3000, 0
-NO_RIGHTS = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"]  # then root needs permissions as others do
 CLOCK = pathlib.Path("/tmp/clock")
 INTERRUPTED = "write,poll,ppoll,fsync,wait4,clock_nanosleep"
-libc = ctypes.CDLL(None)
-libc.shmat.restype = ctypes.c_void_p
 
 
 @pytest.mark.row("host killed", "0 crashes, right at the first operation after each restart")
@@ -50,34 +45,23 @@ def test_host_is_killed(start, row):
     row.expect_end(agent, 2, (0, 1))
 
 
-class Segment:
-    """A host's session of any size, with the agent's record in slot 3 and a bus in slot 9."""
+def is_detached(session):
+    with open("/proc/sysvipc/shm", encoding="ascii") as segments:
+        return any(line.split()[1] == str(session.id) and line.split()[6] == "1" for line in segments)
 
-    def __init__(self, state, size):
-        with open(SESSION, "a", encoding="ascii"):
-            key = libc.ftok(SESSION.encode(), 1)
-        self.id = libc.shmget(key, ctypes.c_size_t(size), CREATE | (0 if state == "no permission" else 0o666))
-        self.bytes = (ctypes.c_char * size).from_address(libc.shmat(self.id, None, 0))
-        for offset, text in RECORDS if size > SLOTS[10] else []:
-            self.bytes[offset:offset + len(text)] = text
-        self.before = self.bytes.raw
 
-    def is_detached(self):
-        with open("/proc/sysvipc/shm", encoding="ascii") as segments:
-            return any(line.split()[1] == str(self.id) and line.split()[6] == "1" for line in segments)
-
-    def is_right(self):
-        """Returns whether only the agent's bytes have changed, and the agent is not attached."""
-        now = bytearray(self.bytes.raw)
-        for begin, length in OWN if len(now) >= BYTES else []:
-            now[begin:begin + length] = self.before[begin:begin + length]
-        return now == self.before and wait_until(self.is_detached, 5)
+def has_changed_only_its_own(session, before):
+    """Returns whether only the agent's bytes have changed, and the agent is not attached."""
+    now = bytearray(session.raw)
+    for begin, length in OWN if len(now) >= SESSION_BYTES else []:
+        now[begin:begin + length] = before[begin:begin + length]
+    return now == before and wait_until(lambda: is_detached(session), 5)
 
 
 STATES = {  # the sizes of the sessions that are there one after the other
-    "none": [], "one byte": [1], "one byte too small": [BYTES - 1], "exact": [BYTES], "larger": [BYTES + 100000],
-    "removed while attached": [BYTES], "no permission": [BYTES],
-    "replaced under its key": [BYTES, 1, 4096, BYTES - 1] * 13}
+    "none": [], "one byte": [1], "one byte too small": [SESSION_BYTES - 1], "exact": [SESSION_BYTES], "larger": [SESSION_BYTES + 100000],
+    "removed while attached": [SESSION_BYTES], "no permission": [SESSION_BYTES],
+    "replaced under its key": [SESSION_BYTES, 1, 4096, SESSION_BYTES - 1] * 13}
 
 
 CHOICES = ["Solo Mode > Exclusive (XOR)", "Monitoring Facility > " + "f" * 199, "Speaker Configuration > Stereo",
@@ -94,16 +78,18 @@ def operate(agent, operations):
 def test_segment_states(row):
     os.makedirs(f"{FACILITIES}/{'f' * 199}")
     for _, (state, sizes) in row.times(1, 1, STATES.items()):
-        with Agent(*NO_RIGHTS, command=driver("agent", "1000")) as agent:
+        with Agent(*WITHOUT_RIGHTS, command=driver("agent", "1000")) as agent:
             operate(agent, row.count(1000, 40) if not sizes else 1)
             for size in sizes:
-                segment = Segment(state, size)
-                for _ in range(2):
-                    operate(agent, row.count(500, 20) // len(sizes) + 1)
-                    if state == "removed while attached":
-                        libc.shmctl(segment.id, REMOVE, None)
-                row.expect(segment.is_right(), f"{state}: foreign bytes or attachments")
-                libc.shmctl(segment.id, REMOVE, None)
+                with segment(SESSION, size, 0 if state == "no permission" else 0o666) as session:
+                    for offset, text in RECORDS if size > SLOTS[10] else []:
+                        session[offset:offset + len(text)] = text
+                    before = session.raw
+                    for _ in range(2):
+                        operate(agent, row.count(500, 20) // len(sizes) + 1)
+                        if state == "removed while attached":
+                            LIBC.shmctl(session.id, 0, None)
+                    row.expect(has_changed_only_its_own(session, before), f"{state}: foreign bytes or attachments")
             row.expect_end(agent, 10, (0, 1))
         subprocess.run(["rm", "-f", SESSION], check=True)
 

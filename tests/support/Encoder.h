@@ -1,6 +1,6 @@
-// The writing end of the encoders' pipe.
 #pragma once
 
+#include "backend/Descriptor.h"
 #include "tests/support/Eventually.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,6 @@
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace Kest::Test {
 
@@ -20,25 +19,22 @@ public:
         EXPECT_TRUE(eventually([&] {
             struct stat status {};
             const bool isPipe = lstat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
-            file = isPipe ? open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC) : -1;
-            return file >= 0;
+            pipe = Settings::Descriptor(isPipe ? open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC) : -1);
+            return bool(pipe);
         }));
-        fcntl(file, F_SETFL, 0); // from here on, writing waits for room
+        fcntl(pipe.get(), F_SETFL, 0); // from here on, writing waits for room
     }
-    ~Encoder() { close(file); }
-    Encoder(const Encoder&) = delete;
-    Encoder& operator=(const Encoder&) = delete;
 
-    bool write(const std::string& text) const { return ::write(file, text.data(), text.size()) > 0; }
+    bool write(const std::string& text) const { return ::write(pipe.get(), text.data(), text.size()) > 0; }
     /// Waits until all that was written has been read.
     void drain() const
     {
         int waiting = -1;
-        EXPECT_TRUE(eventually([&] { return ioctl(file, FIONREAD, &waiting) == 0 && waiting == 0; }));
+        EXPECT_TRUE(eventually([&] { return ioctl(pipe.get(), FIONREAD, &waiting) == 0 && waiting == 0; }));
     }
 
 private:
-    int file = -1;
+    Settings::Descriptor pipe;
 };
 
 } // namespace Kest::Test

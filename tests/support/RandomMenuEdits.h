@@ -1,4 +1,3 @@
-// Random changes of a menu, of every kind that the application makes.
 #pragma once
 
 #include "app/MenuModel.h"

@@ -29,11 +29,8 @@ public:
     bool checkRunning() { return isOurs = isOurs && waitpid(process, nullptr, WNOHANG) == 0; }
     void end()
     {
-        if (!checkRunning())
-            return;
-        kill(process, SIGKILL);
-        waitpid(process, nullptr, 0);
-        isOurs = false;
+        if (checkRunning() && kill(process, SIGKILL) == 0)
+            isOurs = waitpid(process, nullptr, 0) != process;
     }
 
 private:

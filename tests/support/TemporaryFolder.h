@@ -1,4 +1,3 @@
-// A folder of a test's own, removed with all that is in it.
 #pragma once
 
 #include <cstdlib>

@@ -1,4 +1,3 @@
-// Any bytes as text, and text in other encodings.
 #include "text/MacRoman.h"
 #include "text/Printable.h"
 #include "text/Utf8.h"

@@ -1,4 +1,3 @@
-// The whole application with AppKit's menu, which equals the model's after each change.
 #include "platform/appkit/AppKitFrontEnd.h"
 #include "platform/appkit/AppKitWorkspace.h"
 #import "platform/appkit/EncodingRow.h"
@@ -11,7 +10,6 @@
 
 static int terminationRequests = 0;
 
-// Refuses to terminate.
 @interface KestTerminationDelegate : NSObject
 @end
 

@@ -1,4 +1,3 @@
-// The row of an encoding, as pixels.
 #import "platform/appkit/EncodingRow.h"
 
 #include <gtest/gtest.h>

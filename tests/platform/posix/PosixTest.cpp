@@ -1,4 +1,3 @@
-// The main loop and starting programs, with real signals and processes.
 #include "platform/posix/MainLoop.h"
 #include "platform/posix/PosixWorkspace.h"
 #include "tests/support/Captured.h"

@@ -1,7 +1,5 @@
-// The full-screen menu without a terminal: the lines that it shows, and the commands of keys.
 #include "app/ItemPath.h"
 #include "platform/terminal/Screen.h"
-#include "tests/platform/terminal/SampleMenu.h"
 
 #include <gmock/gmock.h>
 
@@ -9,17 +7,48 @@
 
 namespace {
 
-using namespace Kest::Test;
 using namespace Kest::Terminal;
 using Kest::App::ItemId;
 using Kest::App::ItemProperties;
+using Kest::App::ItemSnapshot;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr Glyphs kAscii{false};
 
-Kest::App::ItemSnapshot longMenu()
+using Items = std::vector<ItemSnapshot>;
+
+ItemSnapshot leaf(ItemId id, ItemProperties properties) { return {id, std::move(properties), false, {}}; }
+
+ItemSnapshot plainLeaf(ItemId id, const std::string& title)
+{
+    return leaf(id, {.title = title, .action = Kest::App::Action::restartService});
+}
+
+ItemSnapshot bus(ItemId id, const std::string& title, bool on = false)
+{
+    return leaf(id, {.title = title,
+                     .action = Kest::App::Action::setDefaultKestBus,
+                     .mark = Kest::App::Mark::radio,
+                     .on = on});
+}
+
+ItemSnapshot statusMenu(Items items) { return {.hasSubmenu = true, .items = std::move(items)}; }
+
+// Restart (1), a separator (2), Buses (3) with Main Bus (4), Dialog (5, on) and Music (6), a hidden submenu
+// (7) with Hidden Dialog (8), About (9).
+ItemSnapshot sampleMenu()
+{
+    const Items buses = {bus(4, "Main Bus"), bus(5, "Dialog", true), bus(6, "Music")};
+    return statusMenu({plainLeaf(1, "Restart"),
+                       leaf(2, {.separator = true}),
+                       {3, ItemProperties{.title = "Buses"}, true, buses},
+                       {7, ItemProperties{.hidden = true}, true, {plainLeaf(8, "Hidden Dialog")}},
+                       plainLeaf(9, "About")});
+}
+
+ItemSnapshot longMenu()
 {
     Items items;
     for (ItemId id = 1; id <= 20; ++id)
@@ -174,10 +203,8 @@ TEST(Navigator, ScrollsOnlyAsFarAsTheSelectedRowRequires)
 
 TEST(ItemPath, FindsItemsOfOneTitleByTheirNumberOnly)
 {
-    Kest::App::MenuModel model;
-    for (const char* title : {"Film", "Film", "Film #2", "Other"})
-        model.statusMenu().addItem(std::make_unique<Kest::App::MenuItem>(ItemProperties{.title = title}));
-    const auto menu = takeSnapshot(model);
+    const auto menu = statusMenu(
+        {plainLeaf(1, "Film"), plainLeaf(2, "Film"), plainLeaf(3, "Film #2"), plainLeaf(4, "Other")});
     EXPECT_THAT(findByPath(menu, "Film").error, HasSubstr("several items \"Film\" in the menu: add #1"));
     EXPECT_EQ(findByPath(menu, "Film #1").item, &menu.items[0]);
     EXPECT_EQ(findByPath(menu, "Film #2").item, nullptr) << "ambiguous";
