@@ -39,12 +39,13 @@ class MenuItem;
 class MenuModel;
 
 /// Records each change of an item or a menu; `MenuModel` calls it. A front end gets the result of `take`, so
-/// it need not compare thousands of items to find one change. A new item is reported once, as added: until
-/// the next `take`, changes of the new item and of the items in its submenu are ignored. Main thread only.
+/// it need not compare thousands of items to find one change. An item is new if it was added since the last
+/// `take`. A new item is reported once, as added: changes of it and of the items in its submenu are ignored.
+/// Main thread only.
 class MenuJournal {
 public:
-    /// Call before an item changes, with its state at that time. Only the item's first state since the
-    /// last `take` is kept.
+    /// Call before an item changes, with its state at that time. Only the item's first state since the last
+    /// `take` is kept.
     void itemWillChange(ItemId id, const PreviousState& before);
     /// Call when an item is added to a menu or removed from it. `owner` is the id of the item that has this
     /// menu as its submenu; `kStatusMenuId` for the status menu.
@@ -52,8 +53,8 @@ public:
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
     /// Call before a menu is refilled, which means that all its items are removed and items are added.
     /// `before` has the ids of the old items from top to bottom. Then call `itemRemoved` for each old item
-    /// and `itemAdded` for each new one. If a new item reuses an old item's id, also call `itemWillChange`
-    /// with the old item's state.
+    /// and `itemAdded` for each item of the refilled menu. If an item keeps its id through the refill, call
+    /// `itemWillChange` with its old state too, in any order.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` since the last `take`.
@@ -61,10 +62,10 @@ public:
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far. Items that get a higher id later count as new until the next `take`. After all ids
-    /// were assigned, new items get the ids of removed ones; from then on, pass the highest possible id. An
-    /// unchanged menu may be reported with an empty `LayoutChange`. This can happen if a refill removed an
-    /// item that was added since the last `take`.
+    /// id assigned so far: the journal ignores changes of items with higher ids until the next `take`,
+    /// because these items are new. When ids are reused, pass the highest possible id: then all changes are
+    /// recorded, and `take` leaves out those of new items. An unchanged menu may be reported with an empty
+    /// `LayoutChange`. This can happen if a refill removed an item that was added since the last `take`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

@@ -13,14 +13,14 @@ struct SystemPaths;
 
 enum class SaveResult : std::uint8_t {
     saved,   // the file contains the value; `commit` makes it durable
-    failed,  // the file is unchanged; the value is in effect, and later saves try to save it again
-    refused, // the file cannot contain the text; the previous value stays in effect
+    failed,  // the file does not contain the value, but it is in effect; later saves try to save it again
+    refused, // the value is a text that the file cannot contain; the previous value stays in effect
 };
 
 /// The settings file and its backup. Wraps JUCE's store. The store reports success even after a partial
 /// write, and reads a damaged file as empty; this class detects both. Beside the settings file are the backup
 /// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Each failed or refused save writes a
-/// line to the log; see `holdLogLine` for an exception. Main thread only.
+/// line to the log, except failed saves between `holdLogLine` and `logHeldLine`. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed
@@ -49,8 +49,8 @@ public:
     /// commit.
     bool commit();
 
-    /// Until `logHeldLine` is called, failed saves write no lines to the log. `logHeldLine` then writes one
-    /// line for all settings that are still not saved, if there are any.
+    /// Until `logHeldLine` is called, failed saves write no lines to the log; refused saves still do.
+    /// `logHeldLine` then writes one line for all settings that are still not saved, if there are any.
     void holdLogLine() { isHolding = true; }
     void logHeldLine();
 
