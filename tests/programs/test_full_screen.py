@@ -133,7 +133,7 @@ def test_suspended_agent_that_crashes_leaves_the_screen_to_the_shell(start):
     shell = start(Terminal, "bash", "--norc", shows="ready$")
     shell.run_line(f"'{AGENT}'", "> Solo Mode")
     shell.suspend()
-    shell.run_line(r"printf '\e[?1049h'; kill -SEGV %1; fg", "Segmentation fault")  # as after the start of an editor
+    shell.run_line(r"printf '\e[?1049h'; kill -ABRT %1; fg", "Aborted")  # as after the start of an editor
     assert shell.is_full_screen()
 
 
