@@ -1,4 +1,4 @@
-// Runs aborts on separate threads, so that a slow disk does not block the main loop.
+// Runs aborts of encodings on separate threads, so that a slow disk does not block the main loop.
 #pragma once
 
 #include "app/EncoderAbort.h"
@@ -13,7 +13,7 @@
 
 namespace Kest::App {
 
-/// Runs each abort on a separate thread. Main thread only. The front end must outlive this object.
+/// Main thread only. `mainLoop` must outlive this object.
 class AbortJobs {
 public:
     static constexpr std::size_t kMaxRunning = 16; // at the same time
@@ -21,8 +21,8 @@ public:
     /// Performs one abort. The parameters and the result are those of `abortEncoder`. Called on a separate
     /// thread.
     using Abort = std::function<std::string(const AbortRequest&, const std::atomic<bool>& stop)>;
-    /// Called on the main thread after an abort has ended. `failure` is empty if the abort is complete.
-    /// Otherwise `failure` is the reason why the abort is not complete.
+    /// Called on the main thread after the abort of the encoder `process` has ended. `failure` is the result
+    /// of `Abort`: empty, or the reason why the abort is not complete.
     using Finished =
         std::function<void(const Settings::ProcessIdentity& process, const std::string& failure)>;
 
@@ -31,14 +31,15 @@ public:
     AbortJobs(const AbortJobs&) = delete;
     AbortJobs& operator=(const AbortJobs&) = delete;
 
-    /// Waits up to 1 s for running aborts, then sets `stop` for them and waits up to 200 ms more. Abandons
-    /// each abort that still runs, and logs one line for it. After `end`, `Finished` is not called, and
-    /// `start` must not be called.
+    /// Waits up to 1 s until all aborts have ended. If some still run, sets their `stop` to true and waits up
+    /// to 200 ms more. Then abandons the aborts that still run, whose threads continue, and logs one line for
+    /// each. After `end`, `Finished` is not called, and `start` must not be called.
     void end();
 
     /// Starts an abort. Returns an empty text if the abort was started, or if an abort of the same process is
-    /// already running. Otherwise returns the reason: `kMaxRunning` aborts are running, or the system cannot
-    /// start a thread. If the abort itself fails, one line is logged, and `Finished` gets the reason.
+    /// already running. Otherwise returns why none was started: `kMaxRunning` aborts are running, or the
+    /// system cannot start a thread. If a started abort fails later, one line is logged, and `Finished` gets
+    /// the reason.
     std::string start(const AbortRequest& request);
     /// Returns true from the start of the abort of `process` until just before `Finished` is called for that
     /// process.

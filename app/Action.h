@@ -1,4 +1,5 @@
-// The actions of menu items, named after the operations of `KestSettingsAppDelegate` and its controllers.
+// The actions of menu items. Most have the name of their function, for example
+// `SettingsMenus::setSoloModeXOR`.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +13,7 @@ enum class Action : std::uint8_t {
     setHdxAuxTrackDelay,
     setSpeakerConfig,
     setFacility,
-    toggleSetting, // the item's tag is the index of the setting in `kSettings`
+    toggleSetting, // the item's tag is the index of the setting in `Settings::kSettings`
     setDAWType,
     setDefaultKestBus,
     encShowInFinder,

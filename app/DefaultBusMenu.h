@@ -1,4 +1,4 @@
-// The menu of the session's buses. The user chooses one of these buses as the default bus.
+// The menu of the audio buses in the host's session. The user chooses one of them as the default bus.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -20,19 +20,21 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Gets the bus names from the Backend and rebuilds the menu. Also prints the names to standard output in
-    /// printable form, one per line, and then an empty line. Call this when the buses have changed.
+    /// Gets the bus names from the Backend and rebuilds the menu. Also prints each name to standard output as
+    /// a line "bus INDEX : NAME", with indices from 0, and then an empty line. Call this when the buses have
+    /// changed.
     void printAndRefreshBuses();
     /// Gets the bus names and rebuilds the menu, but prints nothing.
     void refreshQuietly();
 
     /// Rebuilds the menu from the bus names that `printAndRefreshBuses` or `refreshQuietly` got last. If the
-    /// current default bus is not among these names, makes the main bus the default, also in the Backend.
+    /// default bus is not among these names, makes the bus "Main Bus" the default, in the menu and in the
+    /// Backend.
     void updateKestBusMenu();
 
-    /// Makes the sender's bus the default and rebuilds the menu. If the sender's tag is not the index of a
-    /// bus, the default does not change. A bus whose name has fewer than two characters becomes the default
-    /// in the menu, but not in the Backend.
+    /// Makes the bus whose index is `sender.tag()` the default, in the menu and in the Backend, and rebuilds
+    /// the menu. If no bus has this index, the default does not change. If the bus's name has fewer than two
+    /// characters, the default changes in the menu only.
     void setDefaultKestBus(Sender sender);
 
 private:
@@ -41,8 +43,8 @@ private:
 
     const Outlets& outlets;
     Settings::Backend& backend;
-    std::vector<std::string> kestBusNamesList; // UTF-8; an item's tag is the index of its bus
-    std::string currentDefaultKestBus;         // UTF-8; its item is checked
+    std::vector<std::string> kestBusNamesList; // UTF-8; an item's tag is an index of this list
+    std::string currentDefaultKestBus;         // UTF-8; the item of this bus is checked
 };
 
 } // namespace Kest::App

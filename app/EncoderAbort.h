@@ -1,4 +1,4 @@
-// Aborts an encoding: checks that this is safe, ends the encoder and deletes its output folder.
+// Aborts an encoding: ends the encoder, which is a process, and deletes the folder of its output file.
 #pragma once
 
 #include "backend/Process.h"
@@ -9,21 +9,21 @@
 
 namespace Kest::App {
 
-/// The arguments of one abort. `process`, `hadPipeOpen` and `output` describe the encoding as the menu showed
-/// it when the user chose the abort.
+/// The arguments of one abort. `process`, `hadPipeOpen` and `output` are from the row of the encoding in the
+/// menu.
 struct AbortRequest {
-    Settings::ProcessIdentity process; // the encoder, identified when it wrote its first line
-    bool hadPipeOpen = false;          // whether the encoder was ever seen with the progress pipe open
-    std::string output;                // path of the output file; empty if the encoder reported none
-    std::string pipe;                  // path of the progress pipe
-    std::string settingsFolder;        // an absolute path; never deleted
+    Settings::ProcessIdentity process; // the encoder, as identified when its first line in `pipe` was read
+    bool hadPipeOpen = false;          // whether it was found to have `pipe` open
+    std::string output;                // path of the output file; empty if unknown
+    std::string pipe;                  // path of the named pipe into which encoders write
+    std::string settingsFolder;        // absolute path; this folder is never deleted
 };
 
-/// Ends the encoder, then deletes its output folder. Returns an empty text when both are complete, also if
-/// the encoder had already ended or there was no folder. Otherwise returns one line of printable text that
-/// describes what was refused or failed. If `stop` becomes true during the deletion, stops before the next
-/// file and reports the incomplete deletion in the returned text. Any thread. Waits up to 5 s for the encoder
-/// to end. Disk access can block longer.
+/// Kills the encoder and waits up to 5 s until it has ended, then deletes the folder that contains `output`.
+/// Returns an empty text when both are complete, also if the encoder had already ended or there is no folder.
+/// Otherwise returns one line of printable text: what failed, that `process` may be no encoder, or that the
+/// folder must not be deleted. `stop` is checked only before each entry of the folder is deleted. If it is
+/// true, the remaining entries are kept, and the text says so. Any thread. Disk access can block longer.
 std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

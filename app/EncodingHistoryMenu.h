@@ -18,9 +18,9 @@ class Backend;
 
 namespace Kest::App {
 
-/// Returns the name of an encoding: its description without a final "_Print". If there is no final "_Print",
-/// but the fourth character from the end is an underscore, removes the last four characters. Returns an empty
-/// text if the description has fewer than five bytes.
+/// Returns the name of an encoding. `description` is the name of its output file, in UTF-8. Removes a final
+/// "_Print". If there is none, but the fourth character from the end is an underscore, removes the last four
+/// characters. Returns an empty text if `description` has fewer than five bytes.
 std::string encodingName(const std::string& description);
 
 /// Shows one row per encoding. A row is an item whose tag is the encoder's process id. Each row belongs to
@@ -33,45 +33,46 @@ public:
         : outlets(menuOutlets), backend(settingsBackend), workspace(desktop), aborts(abortJobs)
     {}
 
-    /// Shows an encoding that the Backend has no record of. Does nothing if the Backend has such a record, or
-    /// if the Backend has ever evicted a record. `number` is the percentage; a negative number means that the
-    /// encoding has failed. Must be called after `showReported`, which shows the encodings that have a
-    /// record.
+    /// Shows the encoding of process `pid`, for which the Backend has no record. Does nothing if the Backend
+    /// has a record of `pid`, or has ever evicted a record, also of another process. `number` is the
+    /// percentage; a negative number means that the encoding has failed. Call `showReported` first, which
+    /// shows the encodings that have a record.
     void showUnrecorded(std::int32_t number, std::int32_t pid, const std::string& description);
 
-    /// Shows the encodings reported since the previous call, at most 250 of them, from the Backend's records.
-    /// Removes the rows of evicted records. Returns false if no encoding was reported. To show all encodings,
-    /// call this function until it returns false.
+    /// Shows the encodings whose encoder has reported a percentage or an error since the previous call, at
+    /// most 250 in one call. Removes the rows whose records the Backend has evicted. Returns whether there
+    /// was an encoding to show. To show all encodings, call this function until it returns false.
     bool showReported();
 
-    // Actions of an encoding. `sender` is an item in the submenu of a row; other senders have no effect.
-    /// Shows the folder of the encoding's output in the file manager. Does nothing if no output was reported.
+    // Actions. For the next two, `sender` is an item in the submenu of a row; other senders have no effect.
+    /// Shows the folder of the encoding's output file in the file manager. Does nothing if the path of the
+    /// file is unknown.
     void encShowInFinder(Sender sender);
-    /// Starts the abort of the encoding, unless the encoding has just finished. The row remains until
-    /// `abortEnded`. If the abort cannot be started, logs one line.
+    /// Starts the abort of the encoding. If the encoding has finished according to the Backend's record, only
+    /// updates the row. The row remains until `abortEnded`. If the abort cannot be started, logs one line.
     void abortEncoding(Sender sender);
-    /// Must be called when the abort of `process` has ended. If `failure` is empty, removes all rows of
-    /// `process`, usually one. Otherwise keeps the rows and enables their abort items again, unless the
-    /// encoding has finished.
+    /// Must be called when the abort of `process` has ended. If `failure` is empty, the abort is complete:
+    /// removes all rows of `process`, usually one. Otherwise keeps the rows and enables their abort items
+    /// again, unless the encoding has finished.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     /// Removes all rows. Does not end a process or delete a file. Ignores the sender.
     void clearEncodingHistory(Sender sender);
 
     /// Enables the item "Clear History" if there is a row, and greys it if there is none.
     void setClearEncodingHistoryEnabled() const;
-    /// Returns the number of items in the menu: the rows and the two fixed items.
+    /// Returns the number of items in the menu: the rows, "Clear History" and a separator.
     int getEncodingHistoryLength() const { return outlets.mEncodingProgressMenu->numberOfItems(); }
 
 private:
-    /// The state that a row shows. The row's actions use its process and output path, even if newer reports
-    /// exist. Kept small, because there can be thousands of rows.
+    /// A row's item, and the values that its actions use, even if the Backend has newer ones. Kept small,
+    /// because there can be thousands of rows.
     struct Row {
         Settings::ProcessIdentity process() const { return {item->tag(), startTime}; }
         std::string path() const { return output == nullptr ? std::string() : *output; }
 
         MenuItem* item;
         std::uint64_t startTime;
-        std::unique_ptr<const std::string> output = nullptr; // path of the output file; null without one
+        std::unique_ptr<const std::string> output = nullptr; // path of the output file; null if unknown
         bool hadPipeOpen = false;
         bool mayBeAborted = false;
     };
@@ -91,8 +92,8 @@ private:
     Workspace& workspace;
     AbortJobs& aborts;
     Rows rows;
-    std::uint64_t since = 0;        // argument of the next `EncodingTable::reportedSince`
-    std::uint64_t evictionRuns = 0; // `EncodingTable::evictionRuns` at the last check
+    std::uint64_t since = 0;        // for `reportedSince` of the Backend's table
+    std::uint64_t evictionRuns = 0; // the table's `evictionRuns` at the last check
 };
 
 } // namespace Kest::App

@@ -1,4 +1,4 @@
-// The menus that list the installed facilities; the user chooses one of them as the monitoring facility.
+// The menus that list the installed facilities (room layouts). The user chooses one for monitoring.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -17,16 +17,16 @@ public:
         : outlets(menuOutlets), backend(settingsBackend)
     {}
 
-    /// Rebuilds `menu` if it is a facility menu, because facilities can be installed or removed at any time.
-    /// Does nothing for other menus.
+    /// Must be called before `menu` is shown. Rebuilds it if it is a facility menu, because facilities can be
+    /// installed or removed at any time.
     void menuWillOpen(Menu& menu);
 
-    /// Fills `menu` with the installed facilities in sorted order and marks the current facility. If the
-    /// current facility is no longer installed, its item is red and at its sorted position.
+    /// Fills `menu` with the installed facilities, sorted by name, and marks the current facility. If the
+    /// current facility is not installed, its item is red and at its sorted position.
     void rebuildFacilityList(Menu& menu);
 
-    /// Saves the title of the sender's item as the facility. The mark changes when the menu opens the next
-    /// time.
+    /// Makes the title of the sender's item the current facility, in the Backend. The mark changes when the
+    /// menu opens the next time. Does nothing if the sender is not an item.
     void setFacility(Sender sender);
 
 private:

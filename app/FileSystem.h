@@ -1,5 +1,5 @@
-// Queries about files and folders. No query follows a link at the end of a path. Each system has its own
-// implementation.
+// Functions for files and folders, implemented for each system. No function follows a symbolic link that is
+// the last component of a path.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -30,13 +30,14 @@ struct FileFacts {
     std::optional<std::int64_t> created; // nullopt if the file system does not record it
 };
 
-/// Returns the facts about the entry `name` of an open folder, without following a link. If `name` is empty,
-/// returns the facts about the folder itself. Returns nullopt and sets `errno` on failure. Any thread.
+/// Returns the facts about the entry `name` of the folder with the descriptor `folder`; if the entry is a
+/// link, about the link. If `name` is empty, returns the facts about the folder itself. Returns nullopt and
+/// sets `errno` on failure. Any thread.
 std::optional<FileFacts> examine(int folder, const std::string& name = {});
 
-/// Opens the folder `name` inside the open folder `parent`, for access to its entries. If `parent` is
-/// AT_FDCWD, `name` is an absolute path. Fails if the last component is a link. Returns an empty descriptor
-/// and sets `errno` on failure. Any thread.
+/// Opens the folder `name` in the folder with the descriptor `parent`. If `parent` is AT_FDCWD, `name` must
+/// be an absolute path. The entries can be opened, but perhaps not listed. Fails if `name` is a link. Returns
+/// an empty descriptor and sets `errno` on failure. Any thread.
 Settings::Descriptor openFolder(int parent, const std::string& name);
 
 /// Returns the absolute path of an open folder, without links; an empty text if the system does not report

@@ -7,12 +7,11 @@
 
 namespace Kest::App {
 
-/// Deletes an open output folder with all its contents. Deletes links without following them. Fails at a
-/// mount point. Returns an empty text when the folder is deleted. Otherwise stops at the first failure and
-/// returns a text that names the entry that could not be deleted and the reason. If `stop` becomes true,
-/// stops before the next entry and reports the incomplete deletion in the returned text. The number of open
-/// descriptors and the stack's size do not depend on the depth of the folders. Any thread. Blocks as long as
-/// the disk does.
+/// Deletes `opened.folder`, which must be open, with all its contents. Deletes links without following them.
+/// Returns an empty text when the folder is deleted. Stops at the first failure or mount point, and before
+/// the next entry if `stop` is true. In these cases, returns a text that names the entry at which it stopped,
+/// and the reason. The number of open descriptors and the size of the stack do not depend on the depth of the
+/// folders. Any thread. Blocks as long as the disk does.
 std::string removeFolder(const OutputFolder& opened, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

@@ -11,23 +11,24 @@
 
 namespace Kest::App {
 
-/// Draws the menu and runs the main loop. Calls `KestSettingsAppDelegate::choose` for each item that the user
-/// chooses, and `menuWillOpen` before it shows a submenu. Contains no other logic of the application.
+/// Draws the menu and runs the main loop. Calls `choose` of the application, which is
+/// `KestSettingsAppDelegate`, for each item that the user chooses, and `menuWillOpen` before a submenu is
+/// shown.
 class FrontEnd {
 public:
     virtual ~FrontEnd() = default;
 
-    /// Shows the status item, which opens the menu, with the image `imageName`. Called once, before all other
-    /// functions except `post`. Main thread.
+    /// Shows the status item, the icon that opens the menu. `imageName` is the name of its image. Called
+    /// once, before all other functions except `post`. Main thread.
     virtual void showStatusItem(const std::string& imageName) = 0;
     /// Queues a job for the main thread, which runs jobs in the order of these calls. Jobs that have not run
-    /// when the loop ends are dropped. Any thread.
+    /// when the main loop ends are dropped. Any thread.
     virtual void post(std::function<void()> job) = 0;
-    /// Called at the end of each batch that changed the menu. During a long batch, also called each time that
-    /// more than 2000 changes are recorded, which bounds the memory. Main thread.
+    /// Called after each event that changed the menu, for example a choice. `changes` contains the changes
+    /// since the previous call. After more than 2000 changes, may also be called during an event, which
+    /// bounds the memory. Main thread.
     virtual void menuChanged(const MenuChanges& changes) = 0;
-    /// Called after `KestSettingsAppDelegate::hostState` has changed and the menu is updated. Does nothing by
-    /// default. Main thread.
+    /// Called after the application's `hostState` has changed. Does nothing by default. Main thread.
     virtual void hostChanged() {}
     /// Ends the main loop. Main thread.
     virtual void quit() = 0;
@@ -38,9 +39,10 @@ class Workspace {
 public:
     virtual ~Workspace() = default;
 
-    /// Starts the program at a path. Returns false if it could not be started.
+    /// Starts the executable file at the path `program`. Returns false if it could not be started.
     virtual bool run(const std::string& program, const std::vector<std::string>& arguments) = 0;
-    /// Starts the application at a path. Returns false if it could not be started.
+    /// Starts the application at `path`: a bundle on macOS, an executable file elsewhere. Returns false if it
+    /// could not be started.
     virtual bool launchApplication(const std::string& path) = 0;
     /// Shows the parent folder of `folder` in the file manager, with `folder` selected.
     virtual void selectFile(const std::string& folder) = 0;

@@ -9,8 +9,8 @@
 
 namespace Kest::App {
 
-/// Items and menus that `loadInterface` created. The pointers are valid as long as the model exists. If the
-/// items of a menu are replaced later, only the menu is listed here, not its items.
+/// Items and menus that `loadInterface` created and that are used later. The pointers are valid as long as
+/// its `model` exists. Some menus are refilled later: there are no pointers to their items.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;
@@ -24,19 +24,20 @@ struct Outlets {
     MenuItem* mLatencyCompensationControlMenu = nullptr;
     Menu* mDefaultBusMenu = nullptr;
 
-    /// Has the same indices as `kSettings`. Null for a setting that is not a toggle in the menu.
+    /// The toggle of each setting, with the same indices as `Settings::kSettings`. Null for a setting that is
+    /// not a toggle.
     std::array<MenuItem*, std::size(Settings::kSettings)> toggles{};
 
     Menu* mEncodingProgressMenu = nullptr;
     MenuItem* mClearEncodingHistory = nullptr;
-    std::unique_ptr<Menu> mEncodingSubMenu; // the template of an encoding's submenu; not attached to an item
+    std::unique_ptr<Menu> mEncodingSubMenu; // not attached; each encoding's item gets a copy as submenu
 };
 
 /// The tag of the abort item in `mEncodingSubMenu` and its copies.
 constexpr int kAbortTag = 2;
 
-/// Fills the status menu of `model`, which must be empty, and returns the outlets. If `hasAboutPanel` is
-/// false, the about item has a submenu of greyed items with the about text.
+/// Fills the status menu of `model` and returns the outlets. The menu must be empty. If `hasAboutPanel` is
+/// false, the about item has a submenu of greyed items with the agent's name, version and licence.
 Outlets loadInterface(MenuModel& model, bool hasAboutPanel);
 
 } // namespace Kest::App

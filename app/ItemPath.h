@@ -11,18 +11,18 @@ namespace Kest::App {
 
 constexpr std::string_view kPathSeparator = " > ";
 
-/// Returns whether an item is neither hidden nor a separator. Does not check the items above it. An item has
-/// a path only if it and all items above it are listed.
+/// Returns whether an item is neither hidden nor a separator. An item has a path only if this is true for it
+/// and for all items whose submenus contain it.
 inline bool isListed(const ItemProperties& item) { return !item.hidden && !item.separator; }
 
-/// An item and its unique path. If a menu has several listed items with the same name, their names in the
-/// path are numbered from the top: "Name #1", "Name #2".
+/// An item and its path: the names from the status menu down to the item. If a menu has several listed items
+/// with the same name, their names in the path are numbered, for example "Name #1" for the topmost.
 struct NamedItem {
     const ItemSnapshot* item = nullptr; // points into the searched snapshot
     std::string path;                   // printable UTF-8
 };
 
-/// Returns all items that have a path, at any depth, from top to bottom.
+/// Returns all items that have a path, at any depth. Each item is followed by the items of its submenu.
 std::vector<NamedItem> namedItems(const ItemSnapshot& statusMenu);
 
 struct FoundItem {
@@ -32,11 +32,11 @@ struct FoundItem {
     std::string nearest{};              // if `item` is null: the path of a similar item, or empty
 };
 
-/// Finds the item with a path. An exact match has priority. If there is no exact match, ignores letter case.
+/// Finds the item whose path equals `path`. If there is none, ignores letter case.
 /// Finds no item in three cases:
-/// - No path matches.
-/// - No path matches exactly, and several match without regard to case.
-/// - Several items of a menu have the same name, and the path lacks the "#N" after this name.
+/// - No item has this path in any letter case.
+/// - No path is equal, and several differ from `path` only in case.
+/// - Several items of a menu have the same name, and `path` contains this name without " #1" or the like.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

@@ -11,19 +11,19 @@
 
 namespace Kest::App {
 
-/// Identifies an existing item, and also its submenu. 0 identifies the status menu. An id is used again in
-/// two cases only: after all ids were used; or when a menu is refilled with an item that has the same title
-/// and action as the item that had the id.
+/// Identifies an item of the menu, and also its submenu. 0 identifies the status menu, the top-level menu.
+/// The id of a removed item is used again in two cases only: all ids were used; or all items of its menu were
+/// removed at once, and an item with the same title and action is then added to this menu.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 
 /// The kind of mark that shows whether an item is on.
 enum class Mark : std::uint8_t { none, check, radio };
 
-/// The state of an encoding, which is shown instead of the item's title.
+/// The state of an encoding. The item of an encoding shows this state instead of its title.
 struct EncodingState {
     std::string name;           // may be empty
-    std::optional<int> percent; // not negative; may exceed 100
+    std::optional<int> percent; // not negative; may exceed 100; nullopt if unknown
     bool failed = false;
     bool operator==(const EncodingState&) const = default;
     /// Returns the name, followed by " - Failed" if the encoding has failed.
@@ -41,14 +41,14 @@ struct ItemProperties {
     bool on = false;
     bool enabled = true;
     bool hidden = false;
-    bool red = false; // shows a stored choice that is no longer offered
+    bool red = false; // the item is the stored choice, which is not available
     bool separator = false;
     std::optional<EncodingState> encoding{};
     bool operator==(const ItemProperties&) const = default;
 };
 
-/// Immutable properties. Copies share one object. The model, its snapshots, its change records and copied
-/// items use such copies, so that a history of thousands of encodings uses little memory.
+/// Immutable properties. All copies of a `SharedProperties` share one `ItemProperties`, so that the menu of
+/// thousands of encodings, its snapshots and the records of its changes use little memory.
 class SharedProperties {
 public:
     SharedProperties(ItemProperties properties)
@@ -79,8 +79,8 @@ private:
 /// empty for an encoding, returns "Process " and the process id instead, for example "Process 4711".
 std::string itemName(const ItemProperties& item);
 
-/// Returns the item's text for output without colours and progress bars: its name, followed by the percentage
-/// of an encoding, or by " (not available)" for a red item.
+/// Returns the item's text for output without colours and progress bars: its name. For an encoding with a
+/// percentage, two blanks and the percentage follow; for a red item, " (not available)" follows.
 std::string plainLabel(const ItemProperties& item);
 
 } // namespace Kest::App

@@ -24,7 +24,8 @@
 
 namespace Kest::App {
 
-/// Main thread only, except `queueMsgFromBackend`. The front end and the workspace must outlive this object.
+/// Main thread only, except `queueMsgFromBackend`. `platform` and `desktop` must outlive this object.
+/// `monitorPeriod` is the pause between two checks of the host.
 class KestSettingsAppDelegate {
 public:
     KestSettingsAppDelegate(FrontEnd& platform, Workspace& desktop, Settings::SystemPaths paths = {},
@@ -34,18 +35,19 @@ public:
     KestSettingsAppDelegate(const KestSettingsAppDelegate&) = delete;
     KestSettingsAppDelegate& operator=(const KestSettingsAppDelegate&) = delete;
 
-    // Start and end. Call `awakeFromNib`, check `startError`, then call the other two, each once.
-    /// Loads the menu, calls the front end's `showStatusItem`, starts the Backend, and shows the stored
-    /// settings. Writes all of them except Solo Mode and the facility to the Backend, as if the user had
+    // Start and end. Call these four functions once each, in this order.
+    /// Fills the menu, calls the front end's `showStatusItem`, starts the Backend, and shows the stored
+    /// settings. Writes all settings except Solo Mode and the facility to the Backend, as if the user had
     /// chosen them. So a running host gets them, and the settings file gets the defaults that it lacks.
     void awakeFromNib();
     /// Returns 0, or an errno if the Backend could not start in `awakeFromNib`. After a failure, only the
     /// destructor may be called.
     int startError() const;
-    /// Updates `hostState` and fills the bus menu, which always contains "Main Bus".
+    /// Updates `hostState`, fills the bus menu, which always contains "Main Bus", and posts the job that
+    /// begins to check the host.
     void applicationDidFinishLaunching();
-    /// Destroys the observer, waits up to 1.2 seconds for running aborts, destroys the Backend with
-    /// its threads, and unloads the launch agent.
+    /// Destroys the observer, waits up to 1.2 seconds for running aborts, destroys the Backend with its
+    /// threads, and calls `ServiceActions::unloadLaunchAgent`.
     void applicationWillTerminate();
 
     // For the front end.
@@ -64,19 +66,19 @@ public:
     void setObserver(std::unique_ptr<MenuObserver> menuObserver) { observer = std::move(menuObserver); }
 
     // For the Backend.
-    /// Stores a message in the message slot. The message replaces one that is not handled yet; see
-    /// `MessageSlot`. Returns true if the slot was empty. In that case the caller must post a job that calls
+    /// Stores a message in the `MessageSlot`. The message replaces one that is not handled yet. Returns true
+    /// if the slot was empty. In that case the caller must post a job that calls
     /// `handleQueuedMsgFromBackend`. Any thread.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
     /// Handles the message in the slot, and those that arrive meanwhile, until the slot is empty.
     void handleQueuedMsgFromBackend();
-    /// Handles one message. If `type` is 0, `number` is a status number. If `type` is positive, `type` is the
-    /// process id of an encoder, and `number` is its percentage; a negative `number` means that the encoding
-    /// has failed. A negative `type` has no meaning and is ignored. First shows the encodings that were
-    /// reported to the Backend since the previous call.
+    /// Shows the encodings that were reported to the Backend since the previous call, then handles one
+    /// message. If `type` is 0, `number` is a status number. If `type` is positive, it is the process id of
+    /// an encoder, and `number` is its percentage; a negative `number` means that the encoding has failed. A
+    /// message with a negative `type` is ignored.
     void receivedMsgFromBackend(std::int32_t number, std::int32_t type, const std::string& description);
 
-    /// A hook that is called with the text of a status message for the user. Does nothing by default.
+    /// Called with the text of a status message for the user. Does nothing by default.
     virtual void showNotification(const std::string& text);
 
 private:
@@ -84,8 +86,8 @@ private:
     friend void msg_from_backend_callback(void* context, std::int32_t number, std::int32_t type,
                                           const char* description);
 
-    /// A batch of changes to the menu. The end of the outermost batch reports them to the front end and the
-    /// observer.
+    /// Exists while an event is handled. The destructor of the outermost batch reports the changes of the
+    /// menu to the front end and the observer.
     class ChangeBatch;
     /// The controllers, which use the Backend and are destroyed before it.
     struct Controllers {
@@ -123,8 +125,8 @@ private:
     AbortJobs aborts; // destroyed first, because its jobs use `controllers`
 };
 
-/// Posts a job that updates the delegate's `hostState`. The Backend calls this function when the host's state
-/// has changed. `context` is the delegate, not null. Any thread.
+/// Posts a job that updates the delegate's `hostState`, unless one is already posted. The Backend calls this
+/// function when the host's state has changed. `context` is the delegate, not null. Any thread.
 void host_state_callback(void* context);
 
 /// Stores a message of the Backend in the delegate's slot. If the slot was empty, posts a job that handles

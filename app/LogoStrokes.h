@@ -5,7 +5,7 @@ namespace Kest::App {
 
 struct LogoPoint {
     double x;
-    double y; // increases downwards
+    double y; // increases downwards; x and y: 0 to `kLogoCanvas`
 };
 
 struct LogoStroke {

@@ -12,17 +12,18 @@ struct MenuEvent {
     enum class Kind : std::uint8_t { added, changed, removed };
     Kind kind = Kind::changed;
     ItemId id = kStatusMenuId;
-    // For example "Default Bus > Dialog"; printable UTF-8. Names are not numbered, so several items may have
-    // the same path.
+    // Printable UTF-8, for example "Default Bus > Dialog". Equal names are not numbered, so several items may
+    // have the same path.
     std::string path;
-    std::string what; // for example "greyed, 42%"; may be empty for an added or removed item
+    std::string what; // for example "greyed, 42%"; empty if removed; may be empty if added
     /// Returns the event as one line without a line feed, for example "changed Default Bus > Dialog: on".
     std::string line() const;
 };
 
 /// Returns one event for each item that was added, removed or visibly changed. An item that becomes hidden or
-/// visible counts as changed. Omits separators, items that remain hidden, and all items in the submenu of a
-/// hidden, added or removed item. Requires that `changes` are already made in `menu`. Main thread.
+/// visible counts as changed. Omits separators, all other hidden items, and all items in the submenu of a
+/// hidden, added or removed item. `changes` must be the last changes taken from `menu`, which must be
+/// unchanged since. Main thread.
 std::vector<MenuEvent> menuEvents(const MenuChanges& changes, const MenuModel& menu);
 
 } // namespace Kest::App

@@ -34,7 +34,8 @@ public:
     void setEnabled(bool enabled) { change(&ItemProperties::enabled, enabled); }
     void setHidden(bool hidden) { change(&ItemProperties::hidden, hidden); }
     void setEncoding(const EncodingState& state) { change(&ItemProperties::encoding, std::optional(state)); }
-    /// Attaches a menu of the same model, not null. Destroys the previous submenu.
+    /// Makes `menu` the submenu. It must belong to the same model and must not be null. Destroys the previous
+    /// submenu.
     void setSubmenu(std::unique_ptr<Menu> menu);
 
     /// Returns null if the item has no submenu.
@@ -83,8 +84,8 @@ public:
     MenuItem& addItem(std::unique_ptr<MenuItem> item) { return insertItem(std::move(item), numberOfItems()); }
     /// Removes an item, which must be in this menu, and returns it.
     std::unique_ptr<MenuItem> removeItem(const MenuItem& item);
-    /// Removes all items, so that the menu can be refilled. Keeps the removed items until the next call, so
-    /// that `insertItem` can reuse their ids.
+    /// Removes all items, so that the menu can be refilled. Keeps the removed items until the next call of
+    /// this function, so that `insertItem` can reuse their ids.
     void removeAllItems();
 
     /// Returns a menu with copies of all items and their submenus. The copies have new ids. The returned menu
@@ -98,8 +99,8 @@ public:
 private:
     friend class MenuItem;
     ItemId idFor(const MenuItem& item);
-    /// Returns whether the menu is the status menu or the submenu of an item. A template such as
-    /// `Outlets::mEncodingSubMenu` and a menu under construction are not attached.
+    /// Returns whether the menu is the status menu or the submenu of an item. A menu that only serves to be
+    /// copied is neither.
     bool isAttached() const;
     ItemId ownerId() const { return owner == nullptr ? kStatusMenuId : owner->itemId; }
     std::vector<ItemId> ids() const;
@@ -110,10 +111,11 @@ private:
     std::vector<std::unique_ptr<MenuItem>> removed; // by the last `removeAllItems`; `idFor` reuses their ids
 };
 
-/// Contains the status menu with all its items and submenus.
+/// Contains the status menu, which is the top-level menu, with all its items and submenus.
 class MenuModel {
 public:
     /// New items get the ids from 1 to `maxId` in ascending order, then from 1 again. Ids in use are skipped.
+    /// There must always be an unused id.
     explicit MenuModel(ItemId maxId = std::numeric_limits<ItemId>::max())
         : maxItemId(maxId), root(std::make_unique<Menu>(*this))
     {}
@@ -122,7 +124,8 @@ public:
 
     Menu& statusMenu() { return *root; }
     const Menu& statusMenu() const { return *root; }
-    /// Returns the item with this id, at any depth of the status menu; null if there is none.
+    /// Returns the item with this id, at any depth of the status menu; null if there is none, or for
+    /// `kStatusMenuId`.
     MenuItem* itemWithId(ItemId id) const;
 
     /// Returns the changes since the previous call, and forgets them.
@@ -135,9 +138,9 @@ private:
     friend class Menu;
     friend class MenuItem;
     ItemId unusedId();
-    /// Returns the position in the index of the first item whose id is not less than `id`.
+    /// Returns the position in `index` of the first item whose id is not less than `id`.
     std::deque<MenuItem*>::const_iterator position(ItemId id) const;
-    /// Returns the item with this id, in the status menu or in a template; null if there is none.
+    /// Returns the item with this id, even if it is not below the status menu; null if there is none.
     MenuItem* indexed(ItemId id) const;
     void addToIndex(MenuItem& item) { index.insert(position(item.id()), &item); }
     void removeFromIndex(const MenuItem& item) { index.erase(position(item.id())); }

@@ -13,8 +13,8 @@ public:
     virtual ~MenuObserver() = default;
     /// Called after each call of the front end's `menuChanged`, with the same changes.
     virtual void menuChanged(const MenuChanges& changes) = 0;
-    /// Called after the abort of the encoding with process id `pid` has ended and the menu is updated.
-    /// `failure` is empty if the abort is complete. Otherwise `failure` is the reason why the abort is not
+    /// Called after the abort of the encoding whose process has the id `pid` has ended and the menu is
+    /// updated. `failure` is empty if the abort is complete; otherwise it is the reason why the abort is not
     /// complete.
     virtual void abortEnded(int pid, const std::string& failure) = 0;
 };

@@ -9,31 +9,32 @@
 
 namespace Kest::App {
 
-/// Records messages that were replaced before they were taken. There are two recorded kinds: "buses changed"
-/// and all other status messages. A newer message of the same kind clears the record of that kind. Encoders'
-/// messages are not recorded, because the Backend's table contains the newest report of each encoder.
+/// Records status messages (`type` 0) that were replaced in the `MessageSlot` before they were taken. There
+/// are two kinds: "buses changed", and all other status messages. A newer message of the same kind clears the
+/// record of that kind. Encoders' messages are not recorded, because the Backend's table contains the newest
+/// report of each encoder.
 struct SkippedMessages {
     std::optional<std::int32_t> status; // the newest replaced status number; never 3
     bool busList = false; // whether a message with status number 3, "buses changed", was replaced
 };
 
-/// A message of the Backend; `BackendMessageCallback` describes `number` and `type`.
+/// A message of the Backend; `BackendMessageCallback` (backend/Backend.h) describes `number` and `type`.
 struct BackendMessage {
     std::int32_t number = 0;
     std::int32_t type = 0;
     std::string description; // valid UTF-8 of at most 1022 bytes
-    SkippedMessages skipped; // messages that are older than this one
+    SkippedMessages skipped; // older status messages that were replaced
 };
 
 /// Returns `description`, cut to at most 1022 bytes without splitting a character. Returns an empty text for
 /// null and for invalid UTF-8.
 std::string descriptionText(const char* description);
 
-/// Stores one message; a newer message replaces it. So at most one job that calls `take` is pending, however
-/// long the main thread is busy. Any thread.
+/// Stores one message, which a newer message replaces. So at most one job that calls `take` is queued,
+/// however long the main thread is busy. Any thread.
 class MessageSlot {
 public:
-    /// Stores a message; replaces a waiting one. Returns true if the slot was empty. In that case the caller
+    /// Stores a message; replaces a stored one. Returns true if the slot was empty. In that case the caller
     /// must post a job that calls `take`. `description` may be null.
     bool queueMsgFromBackend(std::int32_t number, std::int32_t type, const char* description);
 

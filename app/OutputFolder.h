@@ -9,7 +9,7 @@
 namespace Kest::App {
 
 /// An open output folder. The descriptors keep referring to the same folders, even if other folders replace
-/// them at their paths. If `folder` is empty, either `refusal` is set or there is nothing to delete.
+/// them at their paths. If `folder` is not open, either `refusal` is set or there is nothing to delete.
 struct OutputFolder {
     Settings::Descriptor folder;
     Settings::Descriptor parent;
@@ -17,18 +17,21 @@ struct OutputFolder {
     std::string refusal; // why the folder must not be deleted; empty if it may be
 };
 
-/// Opens the folder that contains the file `output`, or refuses it. There is nothing to delete if `output`
-/// contains no slash or is a file in the root folder. Refuses any other relative path, and a path whose
-/// folder part contains a single quote or ends in "." or "..". For a path that is not refused, there is
-/// nothing to delete if the folder does not exist. Refuses a folder that is a link or cannot be opened.
-/// Refuses a folder that is protected or contains a protected folder. Refuses a folder that is or contains a
-/// mount point. Any thread. Blocks as long as the disk does.
+/// Opens the folder that contains the file `output`, or sets `refusal`. There is nothing to delete if
+/// `output` contains no slash or is a file in the root folder. Otherwise refuses a relative path, and a path
+/// whose folder part contains a single quote or a null byte or ends in "." or "..". For other paths, there is
+/// nothing to delete if the folder does not exist. Refuses a folder if one of these is true:
+/// - It is a symbolic link or cannot be opened.
+/// - It is protected by an element of `protectedOnes`.
+/// - It is or contains a mount point.
+///
+/// Any thread. Blocks as long as the disk does.
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
-/// Returns true if the folder contains a file with the name in `output` that belongs to this user and was
-/// modified after the process started. Also returns true if the folder belongs to this user and was created
-/// after the process started. Otherwise returns false, also if the folder is not open or the start time of
-/// the process is unknown. Any thread.
+/// Returns true if `opened.folder` belongs to this user and was created after the process started. Also
+/// returns true if the file name in `output` is a file in this folder that belongs to this user and was
+/// modified after the process started. Otherwise returns false, also if the folder is not open or the start
+/// time of the process is unknown. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 

@@ -7,18 +7,18 @@
 
 namespace Kest::App {
 
-/// Protects a folder, each folder that contains it, and its subfolders to the depth `levels`. A folder that
-/// does not exist or cannot be accessed protects nothing.
+/// Protects the folder `path`, each folder that contains it, and its subfolders to the depth `levels`.
+/// Protects nothing if the folder does not exist or cannot be accessed.
 struct ProtectedFolder {
     static constexpr int kWholeTree = std::numeric_limits<int>::max();
 
     std::string path;         // absolute; may contain links
-    int levels = 0;           // 0: no subfolders; 1: its direct subfolders
+    int levels = 0;           // 0: no subfolders; 1: direct subfolders; `kWholeTree`: all
     bool hiddenTrees = false; // also protects direct subfolders with a leading dot, with all their contents
 };
 
-/// Returns the protected folders of this system, of this user and of the agent. They include `settingsFolder`
-/// with its whole tree. Any thread.
+/// Returns the folders to protect on this system, for this user. They include the program's folder, and
+/// `settingsFolder` with its whole tree. Any thread.
 std::vector<ProtectedFolder> protectedFolders(const std::string& settingsFolder);
 
 } // namespace Kest::App

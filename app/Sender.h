@@ -5,8 +5,8 @@
 
 namespace Kest::App {
 
-/// The sender is an item, the delegate, or none. The delegate is the sender when it shows stored values at
-/// the start.
+/// The sender is an item, the delegate (`KestSettingsAppDelegate`), or nobody. If the delegate is the sender,
+/// the action shows the stored value.
 class Sender {
 public:
     /// Null means that there is no sender.

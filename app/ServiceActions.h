@@ -13,8 +13,8 @@ public:
         : workspace(desktop), paths(systemPaths)
     {}
 
-    /// Writes the user's name to the last-user file, then starts the host's restart command. Does not report
-    /// a missing command.
+    /// Writes the user's login name into `paths.lastUserFile`, then starts `paths.restartCommand`, which
+    /// restarts the host. Does not report a missing command.
     void restartService();
     // The architecture items are shown but have no effect, by design.
     void switchTo32() {}
@@ -22,8 +22,8 @@ public:
     void showAboutDialog();
     /// Starts the uninstaller. Logs one line if it cannot be started.
     void openUninstaller();
-    /// Starts `launchctl` to unload the launch agent, so that the system does not start Kest Settings again.
-    /// Ignores failures.
+    /// Starts `launchctl` of macOS to unload `paths.launchAgent`, so that the system does not start Kest
+    /// Settings again. Ignores failures.
     void unloadLaunchAgent();
 
 private:

@@ -1,4 +1,5 @@
-// The menus of solo mode, HDX delay and speaker configuration, and the toggles.
+// The menus of solo mode, HDX delay and speaker configuration, and the toggles, which are items that
+// switch a setting on or off.
 #pragma once
 
 #include "app/InterfaceDescription.h"
@@ -10,8 +11,8 @@ class Backend;
 
 namespace Kest::App {
 
-/// Shows each setting with check marks, and writes the user's choices to the Backend. Main thread only. Both
-/// references must outlive this object.
+/// Marks the chosen items, and writes the user's choices to the Backend. Main thread only. Both references
+/// must outlive this object.
 class SettingsMenus {
 public:
     SettingsMenus(const Outlets& menuOutlets, Settings::Backend& settingsBackend)
@@ -21,21 +22,21 @@ public:
     /// Shows the stored solo mode, HDX delay and toggles. Writes the HDX delay and the toggles to the Backend
     /// again. If the menu has no item for the stored delay, shows and writes 0.
     void showStoredChoices();
-    /// Fills the speaker menu, marks the stored configuration and writes it to the Backend again. A negative
-    /// stored configuration is neither marked nor written.
+    /// Fills the speaker menu, marks the stored configuration and writes it to the Backend again. An unknown
+    /// configuration (-1) is neither marked nor written.
     void showStoredSpeakerConfig();
 
     // Actions. Each shows the user's choice and writes it to the Backend.
-    // Exception: if the delegate is the sender, the next two functions show the mode but do not write it.
+    // If the delegate is the sender, the next two functions show the mode but do not write it.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    // Shows and writes the sender's tag, which is 0 if the sender is not an item.
+    // The delay is the sender's tag, or 0 if the sender is not an item.
     void setHdxAuxTrackDelay(Sender sender);
-    // If the delegate is the sender, uses the stored configuration instead of the sender's tag.
+    // The configuration is the sender's tag, or the stored one if the delegate is the sender.
     void setSpeakerConfig(Sender sender);
     // Inverts the setting of the sender's item; does nothing without an item.
     void toggleSetting(Sender sender);
-    void setDAWType(Sender) {} // the menu is kept but has no effect, by design
+    void setDAWType(Sender) {} // no effect, by design; the menu is hidden
 
     void buildSpeakerConfigMenu(Menu& menu);
 

@@ -90,7 +90,7 @@ public:
     std::function<void()> whenNotified = [] {};
 };
 
-/// The application on a front end whose function `runJobs` runs the posted jobs.
+/// The application with a `FrontEnd` whose function `runJobs` runs the posted jobs.
 template <typename FrontEnd>
 class AgentOn {
 public:
@@ -126,7 +126,8 @@ public:
     bool choose(const std::string& path) { return delegate.choose(at(path).id()); }
     void open(const std::string& path) { delegate.menuWillOpen(at(path).id()); }
 
-    /// Returns "title tag" for each item of a submenu, then "*" if the item is on and "!" if it is red.
+    /// Returns one text for each item in the submenu of the item at `path`: the title ("-" for a separator),
+    /// a blank and the tag, then "*" if the item is on and "!" if it is red.
     std::vector<std::string> items(const std::string& path) const
     {
         std::vector<std::string> lines;
@@ -138,21 +139,21 @@ public:
         return lines;
     }
 
-    /// Runs jobs as they are posted until the condition holds.
+    /// Runs jobs as they are posted until the condition holds. Returns false after 20 s.
     bool pumpUntil(const std::function<bool()>& condition)
     {
         return eventually([&] { return frontEnd.runJobs(), condition(); });
     }
 
-    /// The value in the settings file; "absent" when the key is not there.
+    /// Returns the value of `key` in the settings file; "absent" if there is none.
     std::string stored(const std::string& key) const
     {
         const auto values = Settings::readSettingsText(readFile(system.paths.settingsFile()));
         return values ? values->getValue(key, "absent").toStdString() : "absent";
     }
 
-    /// Writes the lines of an encoder: `path`, unless it is empty, and `percentage`. Waits until the menu
-    /// shows the percentage. Returns false on failure.
+    /// Writes lines of the encoder `pid` into the pipe: `path`, unless it is empty, and `percentage`. Waits
+    /// until the menu shows the percentage. Returns false if that fails.
     bool report(int pid, const std::string& path, int percentage = 50)
     {
         const auto begin = "pid: " + std::to_string(pid) + " , ";

@@ -48,9 +48,9 @@ protected:
             static_cast<BackendTest*>(context)->receive(number, type, description);
         };
     }
-    /// Waits for `count` messages. Returns all messages since the last call, each as "number type
-    /// 'description'". If a message is about an encoding with errors, the number of errors follows in
-    /// brackets.
+    /// Waits for at least `count` messages. Returns all messages since the last call, each as "number type
+    /// 'description'", or "number type null". If a message is about an encoding with errors, the number of
+    /// errors follows in brackets.
     std::vector<std::string> received(std::size_t count = 0)
     {
         const auto isComplete = [&] {
@@ -61,8 +61,8 @@ protected:
         const std::lock_guard lock(mutex);
         return std::exchange(messages, {});
     }
-    /// Waits for `count` whole passes of the monitor that begin after this call. Each pass begins by emptying
-    /// the session's key file.
+    /// Waits for `count` whole passes (checks of the host) of the monitor thread that begin after this call.
+    /// Each pass begins by emptying the session's key file.
     void awaitPasses(int count = 1) const
     {
         for (int beginning = 0; beginning <= count; ++beginning) {

@@ -28,7 +28,7 @@ inline std::string capturedOutput()
     return testing::internal::GetCapturedStdout();
 }
 
-/// Returns the first 4096 bytes written since `captureErrors`. The capture continues.
+/// Returns the text written since `captureErrors`, cut to 4096 bytes. The capture continues.
 inline std::string errorsSoFar()
 {
     std::string text(4096, '\0');

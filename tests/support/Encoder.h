@@ -13,7 +13,7 @@ namespace Kest::Test {
 
 class Encoder {
 public:
-    /// Waits until an agent reads the pipe at this path.
+    /// Opens the pipe at `path` for writing, as soon as an agent reads it.
     explicit Encoder(const std::string& path)
     {
         EXPECT_TRUE(eventually([&] {
@@ -22,11 +22,11 @@ public:
             pipe = Settings::Descriptor(isPipe ? open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC) : -1);
             return bool(pipe);
         }));
-        fcntl(pipe.get(), F_SETFL, 0); // from here on, writing waits for room
+        fcntl(pipe.get(), F_SETFL, 0); // from now on, `write` blocks while the pipe is full
     }
 
     bool write(const std::string& text) const { return ::write(pipe.get(), text.data(), text.size()) > 0; }
-    /// Waits until all that was written has been read.
+    /// Waits until everything that was written has been read.
     void drain() const
     {
         int waiting = -1;

@@ -7,7 +7,7 @@
 
 namespace Kest::Test {
 
-/// Checks the condition every millisecond. Returns false if it does not hold at the deadline.
+/// Checks the condition every millisecond. Returns true when it holds, false if the time `deadline` is over.
 inline bool eventually(const std::function<bool()>& condition,
                        std::chrono::milliseconds deadline = std::chrono::seconds(20))
 {

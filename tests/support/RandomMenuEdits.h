@@ -7,13 +7,12 @@
 
 namespace Kest::Test {
 
-/// Adds, removes, moves and changes items of a model, any number of levels deep. The edits are the same in
-/// each run.
+/// Adds, removes, moves and changes items of a model, at any depth. The edits are the same in each run.
 class RandomMenuEdits {
 public:
     explicit RandomMenuEdits(App::MenuModel& ofModel) : model(ofModel) {}
 
-    static constexpr int kMaxItems = 20; // in each menu; a full menu leaves more edits to its submenus
+    static constexpr int kMaxItems = 20; // in each menu; a full menu gets no more items
 
     int upTo(int maximum) { return std::uniform_int_distribution(0, maximum)(random); }
     void change() { changeIn(model.statusMenu()); }
@@ -51,7 +50,7 @@ private:
         const int act = upTo(7);
         if (act == 0)
             menu.removeItem(item);
-        else if (act == 1 && isLeaf) // the application moves no submenus
+        else if (act == 1 && isLeaf) // the application moves no items with submenus
             menu.insertItem(menu.removeItem(item), upTo(count - 1));
         else if (act == 2 && item.properties().action == App::Action::none && !item.properties().separator)
             item.setSubmenu(std::make_unique<App::Menu>(model));
@@ -63,7 +62,7 @@ private:
             item.setHidden(upTo(1) == 0);
         else if (act == 6)
             item.setEncoding({"Film é", upTo(2)});
-        else if (act == 7 && upTo(9) == 0) // seldom: it removes the submenus
+        else if (act == 7 && upTo(9) == 0) // seldom, because `refill` removes the submenus
             refill(menu);
     }
 

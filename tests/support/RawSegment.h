@@ -1,5 +1,5 @@
-// A host's segment as bytes, for independent tests of the layouts. Uses no structures of lipc. Tests give
-// offsets as literal numbers.
+// A segment of the host's shared memory as bytes. Tests give offsets as literal numbers, to check the layouts
+// independently of the structures of lipc.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 
 namespace Kest::Test {
 
-/// Removes a segment's key file on destruction. Must outlive the segment: after the removal, the key file of
-/// another test may get the same inode and so the same key.
+/// Removes the key file of the segment `name` on destruction. Must outlive the segment: after the removal,
+/// the key file of another test may get the same inode and so the same key.
 struct KeyFileRemover {
     explicit KeyFileRemover(const std::string& name) : path("/tmp/LIPC_" + name) {}
     ~KeyFileRemover() { unlink(path.c_str()); }
@@ -28,7 +28,7 @@ class RawSegment {
 public:
     static constexpr std::size_t kSessionBytes = 3458217;
 
-    /// Creates the segment of that name, all zeros.
+    /// Creates the segment `name` of `bytes` zero bytes. Throws on failure.
     RawSegment(const std::string& name, std::size_t bytes)
     {
         const auto keyFile = "/tmp/LIPC_" + name;
@@ -36,13 +36,13 @@ public:
         id = shmget(ftok(keyFile.c_str(), 1), bytes, IPC_CREAT | IPC_EXCL | 0666);
         void* const none = reinterpret_cast<void*>(-1);
         void* attached = shmat(id, freshAddress(bytes), 0);
-        if (attached == none) // another thread was faster
+        if (attached == none) // another thread has taken the address
             attached = shmat(id, nullptr, 0);
         if (attached == none)
             throw std::runtime_error("no segment " + name);
         memory = static_cast<unsigned char*>(attached);
     }
-    /// Stays attached until the process ends, so that nothing else gets the address.
+    /// Removes the segment, but does not detach it, so that nothing else gets the address.
     ~RawSegment() { shmctl(id, IPC_RMID, nullptr); }
     RawSegment(const RawSegment&) = delete;
     RawSegment& operator=(const RawSegment&) = delete;
@@ -64,7 +64,7 @@ public:
         __atomic_load(reinterpret_cast<const Number*>(memory + offset), &value, __ATOMIC_ACQUIRE);
         return value;
     }
-    /// With its terminator.
+    /// Writes a text and its terminator.
     void putText(std::size_t offset, const std::string& text)
     {
         std::memcpy(memory + offset, text.c_str(), text.size() + 1);
@@ -72,8 +72,8 @@ public:
     std::string textAt(std::size_t offset) const { return reinterpret_cast<const char*>(memory + offset); }
     unsigned char* bytes() { return memory; }
 
-    /// Writes a bus plug-in's record, with the type "KBUS" in reverse byte order. Writes the type last,
-    /// because a monitor may be reading.
+    /// Writes a bus plug-in's record into slot `index`. Writes its type, the bytes "SUBK", last, because a
+    /// monitor may be reading.
     void putBus(int index, const std::string& busId, const std::string& label)
     {
         putText(slot(index), busId);
@@ -81,7 +81,7 @@ public:
         put(slot(index) + 68, 0x4B425553);
     }
     void putAgentRecord(int index) { putText(slot(index), "KestSettings"); }
-    void removeClient(int index) { put(slot(index) + 68, 0); }
+    void removeClient(int index) { put(slot(index) + 68, 0); } // clears the type
     int attachments() const
     {
         shmid_ds status{};
@@ -90,8 +90,9 @@ public:
     }
 
 private:
-    // The thread sanitizer does not know shmdt: it reports a race with the agent's reads of an earlier
-    // segment at this address. It knows munmap, and forgets the reads at the address.
+    // Returns an address at which `bytes` are free. The agent may have read another segment there and
+    // detached it. The thread sanitizer, which does not know shmdt, would report a race with these reads;
+    // munmap makes it forget them.
     static void* freshAddress(std::size_t bytes)
     {
         void* address = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -19,7 +19,7 @@ inline std::string uniqueSegment(const std::string& name)
 struct TestPaths {
     static constexpr int kAgentSlot = 3;
 
-    /// Starts a host whose registry contains only the agent's record.
+    /// Creates the segments of a host with only the agent's record. Returns the session segment.
     RawSegment& startHost(std::int32_t wordSize = 64)
     {
         stopHost();
@@ -29,6 +29,7 @@ struct TestPaths {
         session->putAgentRecord(kAgentSlot);
         return *session;
     }
+    /// Writes the host's word size in bits.
     void publish(std::int32_t wordSize) const { version->put(4, wordSize); }
     void stopHost()
     {
