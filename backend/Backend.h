@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace juce { // declared only: JUCE's headers take longer to compile than a source file
+namespace juce { // declared only, because JUCE's headers take long to compile
 class ApplicationProperties;
 class String;
 class StringArray;

@@ -42,8 +42,8 @@ public:
     void setHadPipeOpen(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
-    /// record, which is valid until the next change of the table. An `OverlongValue` removes the path of the
-    /// record if it replaces a path; otherwise it changes nothing.
+    /// record, which is valid until the next change of the table. An `OverlongValue` with `isPath` removes
+    /// the path of the record; one without it changes nothing.
     /// Returns null and changes nothing if the encoding of the record has finished and its process had ended
     /// at the last `setWriter`: another process must have written the line.
     const encodingStatus* take(const EncodingLine& line);

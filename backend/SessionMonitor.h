@@ -1,5 +1,4 @@
-// Checks the host's session regularly on a separate thread, the monitor thread, and keeps a table of the
-// buses.
+// Checks the host's session regularly on a separate thread, the monitor thread. Keeps a table of the buses.
 #pragma once
 
 #include "backend/Mutex.h"

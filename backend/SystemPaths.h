@@ -13,7 +13,7 @@ namespace Kest::Settings {
 struct SystemPaths {
     std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" means the home folder
     std::string encodingProgressFifo = kEncodingProgressFifo;
-    std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt"; // contains a login name
+    std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt"; // login name of the last user
     std::string facilitiesFolder =
         "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
     std::string restartCommand =

@@ -21,7 +21,7 @@ enum class SettingType : std::uint8_t {
 
 struct Setting {
     const char* key;          // in the settings file
-    int number;               // index in the agent's `LIPC::ClientEntry`: in `strings` for a text, else in `params`
+    int number;               // index in `strings` (a text) or `params` of the agent's `LIPC::ClientEntry`
     const char* defaultValue; // the default value, as the settings file would contain it
     SettingType type;
     const char* name;  // in the output of the tools
@@ -38,7 +38,7 @@ inline constexpr Setting kSettings[] = {
     {"LatencyCompensationControlSetting", 40, "1", SettingType::integer, "LatencyCompensationControl",
      "Latency Compensation"},
     {"PhysMonConfig", 41, "26", SettingType::integer, "PhysMonConfig",
-     "Speaker Configuration"}, // an `LSS::eMixLayout`
+     "Speaker Configuration"}, // an `LSS::eMixLayout` (MixLayouts.h)
     {"Facility", 0, "Standard-Surround", SettingType::text, "Facility", "Monitoring Facility"},
 };
 
