@@ -50,7 +50,7 @@ public:
     Backend& operator=(const Backend&) = delete;
 
     /// While this object exists, no line is logged when saving a setting fails. The destructor logs one line
-    /// with all settings that are still not saved, if there are any. Only one such object may exist.
+    /// that names all settings that are still not saved, if there are any. Only one such object may exist.
     class CombinedSaveLogScope {
     public:
         explicit CombinedSaveLogScope(Backend& ofBackend);
@@ -77,9 +77,9 @@ public:
     /// line if the file cannot be opened or written for another reason.
     static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
-    /// Returns the value of a setting of `kParameterSettings`. If the last value passed to `setValue` for it
-    /// could not be saved, returns that value. Otherwise returns the value in the settings file, or in its
-    /// backup if the file cannot be used; the default if the file contains no value.
+    /// Returns the value of a setting of `kParameterSettings`. If the last value passed to `setValue` for
+    /// this setting could not be saved, returns that value. Otherwise returns the value in the settings file,
+    /// or in its backup if the file cannot be used; the default if the file contains no value.
     int value(const Setting& setting) const;
     /// Saves the value in the settings file. Then, even if saving has failed, writes the value into the
     /// agent's record in the host's session, if there is such a record. Does not check the range.
@@ -100,8 +100,8 @@ public:
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
     /// Returns the names of the installed facilities, which are the subfolders of
-    /// `SystemPaths::facilitiesFolder`; empty if there are none. The order is that of the file system. Each
-    /// byte of a name that is not UTF-8 is replaced by U+FFFD.
+    /// `SystemPaths::facilitiesFolder`; empty if there are none. The order is that of the file system. In
+    /// each name, U+FFFD replaces each byte that is not valid UTF-8.
     juce::StringArray getFacilityList() const;
     /// Returns the name of the chosen facility, even if not installed; if none was chosen, the default name.
     juce::String getFacility() const;

@@ -31,8 +31,8 @@ ProcessFacts processFacts(std::int32_t pid);
 /// descriptors of processes, if no process has the id, or on another failure. Any thread.
 Descriptor holdProcess(std::int32_t pid);
 
-/// Sends SIGKILL to the process of a descriptor from `holdProcess`, which must not be empty. Returns false
-/// with `errno` set on failure. Any thread.
+/// Sends SIGKILL to the process of a descriptor, which must be a result of `holdProcess` and not empty.
+/// Returns false with `errno` set on failure. Any thread.
 bool killHeld(const Descriptor& process);
 
 } // namespace Kest::Settings

@@ -50,9 +50,9 @@ public:
     /// Returns the reading descriptor of the newest pipe; -1 if there is none.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// The result of `read`: bytes of one pipe, and the splitter that all bytes of this pipe must pass.
-    /// `bytes` is valid until the next call of `read`, `lines` until the next call of `read`, `make` or
-    /// `remove`. `lines` is null if there are no bytes.
+    /// The result of `read`: bytes of one pipe, and the splitter to feed with all bytes of this pipe. `bytes`
+    /// is valid until the next call of `read`, `lines` until the next call of `read`, `make` or `remove`.
+    /// `lines` is null if there are no bytes.
     struct Piece {
         Text::LineSplitter* lines = nullptr;
         std::string_view bytes;

@@ -18,10 +18,10 @@ namespace Lct {
 void printSystemError(const char* what);
 
 /// Passes later text for standard output to `sink` instead of the stream, and also later text for standard
-/// error if standard error is a terminal. An empty `sink` ends the redirection. First waits at most 100 ms
-/// for earlier text to be written. The previous sink is not called after this function returns. The threads
-/// that write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must not block.
-/// Main thread.
+/// error if standard error is a terminal. An empty `sink` ends the redirection. Before the change, waits at
+/// most 100 ms for earlier text to be written. The previous sink is not called after this function returns.
+/// The threads that write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must
+/// not block. Main thread.
 void redirectOutput(std::function<void(std::string_view text)> sink);
 
 /// Waits, for at most `milliseconds`, until all printed and logged text is written. Returns false on timeout.
