@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace juce { // declared only: JUCE's headers take longer to compile than a source file
+namespace juce { // declared only, because JUCE's headers take long to compile
 class ApplicationProperties;
 class String;
 class StringArray;
@@ -20,37 +20,37 @@ namespace Kest::Settings {
 class SettingsFile;
 
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
-/// If `type` is 0, the monitor thread makes the call. `number` is then a new status number of the host or
-/// `kMsgBusListChanged`, and `description` is empty.
-/// Otherwise the pipe thread, which reads the lines of encoders, makes the call. `type` is the process id of
-/// the encoder; `number` is its percentage, or -1 after an error. `description` is the name of its output
-/// file, or null if the name is unknown. `description` is NUL-terminated and valid during the call only.
+/// The monitor thread, which checks the host, passes a new status number of the host or `kMsgBusListChanged`
+/// as `number`; `type` is 0 and `description` is empty.
+/// The pipe thread, which reads the lines of encoders, passes the percentage in a line as `number`, or -1 for
+/// an error. `type` is the process id in the line. `description` is the name of the encoder's output file
+/// without its last extension, NUL-terminated and valid during the call only; null if the name is unknown.
 using BackendMessageCallback = void(void* context, std::int32_t number, std::int32_t type,
                                     const char* description);
 
-/// Called on the monitor thread, without a lock, after `hostState` has changed; must return quickly.
-/// `context` is `Backend::messageContext`.
+/// Called on the monitor thread, without a lock, after the result of `Backend::hostState` has changed; must
+/// return quickly. `context` is `Backend::messageContext`.
 using HostStateCallback = void(void* context);
 
 /// The agent has one Backend while it runs. Call a function on the main thread unless its comment says "Any
 /// thread". No function throws.
-/// Missing shared memory of the host is not an error, because the host may start and end at any time. If a
-/// file cannot be written, the key of a segment cannot be derived, or the named pipe into which encoders
-/// write cannot be created, the Backend writes a line to the log or to standard error.
+/// Missing shared memory of the host is not an error, because the host may start and end at any time. The
+/// Backend writes a line to the log or to standard error if it cannot write a file, derive the key of a
+/// shared memory segment, or create the named pipe into which encoders write.
 class Backend {
 public:
-    /// Starts the monitor thread and the pipe thread, see `startError`. Calls `save_username`, except if
-    /// the host is not 64 bit. `monitorPeriod` is the pause between two checks of the host. The first check
-    /// follows `beginMonitoring`.
+    /// Starts the monitor thread and the pipe thread, see `startError`. Calls `save_username` with
+    /// `systemPaths.lastUserFile`, except if the host is not 64 bit. `monitorPeriod` is the pause between two
+    /// checks of the host. See `beginMonitoring` for the first check.
     explicit Backend(SystemPaths systemPaths = {},
                      std::chrono::nanoseconds monitorPeriod = std::chrono::seconds(1));
-    /// Ends both threads; blocks until their current operation is done. No callback is called afterwards.
+    /// Ends both threads; blocks until their current operation is done. Afterwards no callback is called.
     ~Backend();
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
-    /// While this object exists, no line is logged about a setting whose save fails. The destructor logs one
-    /// line for all of these settings, if there are any.
+    /// While this object exists, no line is logged when saving a setting fails. The destructor logs one line
+    /// that names all settings that are still not saved, if there are any. Only one such object may exist.
     class CombinedSaveLogScope {
     public:
         explicit CombinedSaveLogScope(Backend& ofBackend);
@@ -62,28 +62,30 @@ public:
         SettingsFile& file;
     };
 
-    /// Returns 0 if both threads were started; otherwise the system's error number. After an error, the
-    /// Backend can only be destroyed.
+    /// Returns 0 if both threads were started; otherwise the system's error number. After an error, at least
+    /// one thread is missing, and the agent must end.
     int startError() const { return startFailure; }
 
-    /// Begins to check the host now. Without this call, the first check follows `monitorPeriod` after the
-    /// constructor. Call it when the callbacks are set and the start needs no more memory mappings: they
-    /// would wait while the monitor thread maps the session.
+    /// Starts the first check of the host now, on the monitor thread. Without this call, the first check
+    /// follows `monitorPeriod` after the constructor. Call this function late in the agent's start, after
+    /// setting the callbacks: mapping memory on another thread waits while the monitor thread maps the host's
+    /// session.
     void beginMonitoring() { monitor.beginPasses(); }
 
     /// Writes the login name of the effective user into the file at `path`, and lets every user write the
-    /// file. Does nothing if the folder of the file is missing or the user database has no such user. Logs
-    /// any other failure to write.
+    /// file. Does nothing if the folder of the file is missing or the user database has no such user. Logs a
+    /// line if the file cannot be opened or written for another reason.
     static void save_username(const std::string& path = SystemPaths().lastUserFile);
 
-    /// Returns a setting of `kParameterSettings`: its value in the settings file, or its default if the file
-    /// has no value. Exception: if the last value that was set could not be saved, returns that value.
+    /// Returns the value of a setting of `kParameterSettings`. If the last value passed to `setValue` for
+    /// this setting could not be saved, returns that value. Otherwise returns the value in the settings file,
+    /// or in its backup if the file cannot be used; the default if the file contains no value.
     int value(const Setting& setting) const;
-    /// Saves the value, then writes it into the agent's record in the host's session, if there is a session.
-    /// Writes it into the record even if saving has failed. Does not check the range.
+    /// Saves the value in the settings file. Then, even if saving has failed, writes the value into the
+    /// agent's record in the host's session, if there is such a record. Does not check the range.
     void setValue(const Setting& setting, int value);
 
-    // Get and set one setting each, as `value` and `setValue` do.
+    // Each pair gets and sets one setting, as `value` and `setValue` do.
     int getSoloMode() const { return value(setting("SoloMode")); } // 0 latch, 1 exclusive
     void setSoloMode(int mode) { setValue(setting("SoloMode"), mode); }
     // 0 off, 1 low latency, 2 high latency
@@ -97,45 +99,49 @@ public:
     int getLatencyCompensationControl() const { return value(setting("LatencyCompensationControlSetting")); }
     void setLatencyCompensationControl(int on) { setValue(setting("LatencyCompensationControlSetting"), on); }
 
-    /// Returns the names of the installed facilities in the order of the file system; empty if there are
-    /// none. Each facility is a folder. Bytes that are not UTF-8 are replaced by U+FFFD.
+    /// Returns the names of the installed facilities, which are the subfolders of
+    /// `SystemPaths::facilitiesFolder`; empty if there are none. The order is that of the file system. In
+    /// each name, U+FFFD replaces each byte that is not valid UTF-8.
     juce::StringArray getFacilityList() const;
-    /// Returns the name of the chosen facility, even if it is not installed; the default if none was chosen.
+    /// Returns the name of the chosen facility, even if not installed; if none was chosen, the default name.
     juce::String getFacility() const;
-    /// Saves the facility's name and writes it into the session, as `setValue` does. If the settings file
-    /// cannot contain the name, logs a line and changes nothing.
+    /// Saves the facility's name and writes it into the agent's record, as `setValue` does. If the settings
+    /// file cannot contain the name, logs a line and changes nothing.
     void setFacility(const juce::String& name);
 
-    /// Returns the id of the chosen speaker configuration, a key of `sSpkrConf2Name`. The setting contains
-    /// only the layout of the configuration; if no configuration has this layout, returns -1.
+    /// Returns the id of the chosen speaker configuration, a key of `sSpkrConf2Name` in KestSettingsTables.h.
+    /// The settings file contains the layout of the configuration instead of its id; if no configuration has
+    /// this layout, returns -1.
     int getPhysMonConfig() const;
-    /// Saves the layout of a speaker configuration and writes it into the session, as `setValue` does.
-    /// Ignores an unknown id.
+    /// Saves the layout of the speaker configuration with this id and writes it into the agent's record, as
+    /// `setValue` does. Does nothing if the id is unknown.
     void setPhysMonConfig(int speakerConfiguration);
 
-    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman. The first is "Main Bus",
-    /// even if the session has no bus of this name; the others follow in byte order. Any thread.
+    /// Replaces the content of `names` by the names of all buses at the last check of the host, in Mac OS
+    /// Roman. The first is "Main Bus", even if no bus has this name; the others follow in byte order. Any
+    /// thread.
     void getKestBusNamesList(std::vector<std::string>& names) const { monitor.getBusNames(names); }
     /// Makes the bus called `name` the session's default bus. `name` is encoded in Mac OS Roman. Does not
-    /// save the choice. Does nothing if `name` is null or the session has no bus of this name.
+    /// save the choice in the settings file. Does nothing if `name` is null, if no bus had this name at the
+    /// last check of the host, or if there is no session.
     void setDefaultKestBus(const char* name);
 
-    /// Returns the newest record of a process id; a default record, whose `pid` is 0, if there is none. Any
-    /// thread.
+    /// Returns a copy of the newest encoding record of a process id; a default record, whose `pid` is 0, if
+    /// there is none. Any thread.
     encodingStatus getEncodingStatus(int pid) const;
-    /// Returns the record of exactly this process; a default record, whose `pid` is 0, if there is none. Any
-    /// thread.
+    /// Returns a copy of the encoding record of exactly this process; a default record, whose `pid` is 0, if
+    /// there is none. Any thread.
     encodingStatus getEncodingStatus(const ProcessIdentity& process) const;
-    /// Returns the reader, whose `query` gives access to all records. Any thread.
+    /// Returns the reader, whose `query` gives access to all encoding records. Any thread.
     const EncodingReader& encodingReader() const { return reader; }
 
-    /// Returns the host's state at the monitor's last check. Any thread.
+    /// Returns the host's state at the last check by the monitor thread. Any thread.
     HostState hostState() const { return monitor.hostState(); }
 
     const SystemPaths& paths() const { return systemPaths; }
 
-    // The owner sets these once after construction, `messageContext` first. While a callback is null, its
-    // calls are skipped.
+    // The owner sets these once after construction, `messageContext` first. A callback that is null is not
+    // called.
     std::atomic<BackendMessageCallback*> messageCallback = nullptr;
     std::atomic<HostStateCallback*> hostStateCallback = nullptr;
     std::atomic<void*> messageContext = nullptr; // argument of both callbacks

@@ -18,7 +18,7 @@ public:
             close(number);
     }
     Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    /// Exchanges the descriptors of both objects, so `other` closes the previous one.
+    /// Exchanges the descriptors of both objects, so the destructor of `other` closes the previous one.
     Descriptor& operator=(Descriptor&& other) noexcept
     {
         std::swap(number, other.number);

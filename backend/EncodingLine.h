@@ -19,8 +19,8 @@ struct TypeLine {
 };
 struct ErrorLine {};
 
-/// Represents a path or type of 1024 bytes or more. The text is dropped, because a path that was cut would be
-/// the path of another folder.
+/// Replaces a `PathLine` or `TypeLine` whose text has 1024 bytes or more. The text is dropped, because a path
+/// that was cut would be the path of another file.
 struct OverlongValue {
     bool isPath; // false: a type
 };
@@ -36,9 +36,11 @@ struct EncodingLine {
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// Text after the percentage is ignored, and so is text after the first white space in the type. Any other
-/// line that begins with "pid:" and a number has the same result as the last form. Returns nullopt for all
-/// other lines. A number that does not fit in 32 bits counts as missing. The result points into `line`.
+/// For the encoder with the process id 4711, they report the percentage, the path of the output file (up to
+/// the end of the line), the type of the encoding, or an error. Text after the percentage and text after the
+/// first white space in the type are ignored. Any other line that begins with "pid:" and a number gives an
+/// `ErrorLine`. Returns nullopt for all other lines. A number that does not fit in 32 bits counts as missing.
+/// The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

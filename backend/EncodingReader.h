@@ -1,4 +1,5 @@
-// Reads the lines of the encoders on a separate thread, and keeps a table of the encodings.
+// Reads the lines that encoders write into a named pipe, on a separate thread, and keeps a table of the
+// encodings.
 #pragma once
 
 #include "backend/EncodingTable.h"
@@ -16,32 +17,34 @@
 
 namespace Kest::Settings {
 
-/// The thread is called the pipe thread. Only the owner calls `start` and `stop`; all other functions may be
-/// called on any thread.
+/// The separate thread is called the pipe thread. Only the owner calls `start` and `stop`, each at most once;
+/// any thread may call the other functions. After `start`, call `stop` before destroying the object.
 class EncodingReader {
 public:
     /// Called on the pipe thread, without a lock, after an encoder has written a percentage or an error.
-    /// `number` is the percentage, or -1 for an error. `name` is the name of the output file, or null if its
-    /// path is unknown. `name` is valid during the call only.
+    /// `number` is the percentage, or -1 for an error. `pid` is the process id that the encoder has written.
+    /// `name` is the name of the output file without its last extension, or null if the path of the file is
+    /// unknown. `name` is valid during the call only.
     using Report = std::function<void(std::int32_t number, std::int32_t pid, const char* name)>;
 
     EncodingReader(std::string pathOfPipe, Report onReport);
     EncodingReader(const EncodingReader&) = delete;
     EncodingReader& operator=(const EncodingReader&) = delete;
 
-    /// Starts the thread, which creates the pipe and reads it. Returns 0, or the system's error number if the
-    /// system refuses a thread.
+    /// Starts the pipe thread, which creates the pipe and reads it. Returns 0; the system's error number if
+    /// the system refuses a thread. A failure to create the pipe is not an error here: see `checkPipe`.
     int start();
-    /// Makes the thread remove the pipe and end, and waits until the thread has ended. Does nothing if the
+    /// Makes the pipe thread remove the pipe and end, and waits until it has ended. Does nothing if the
     /// thread was not started.
     void stop();
 
-    /// If the pipe is no longer at its path, requests that the thread create a new pipe. The owner calls this
-    /// function once a second.
+    /// If there is no pipe of this agent at the path, makes the pipe thread create a new one. If another
+    /// process reads a pipe at the path, this may be delayed by up to 60 seconds. Call this function once a
+    /// second.
     void checkPipe() { progressPipe.check(); }
 
-    /// Calls `query` with the table and returns the result of `query`. The table is locked during the call.
-    /// The result must not refer to the table.
+    /// Calls `query` with the table and returns the result of `query`, which must not refer to the table. The
+    /// table is locked during the call.
     template <typename Query>
     auto query(Query&& query) const
     {

@@ -13,50 +13,52 @@
 
 namespace Kest::Settings {
 
-/// Contains one record for each process that has written lines. If a process id is used again, its newest
-/// record belongs to the last process. Not synchronised.
-/// If the number of records or the size of their texts exceeds its limit, records are evicted until both are
-/// at most nine tenths of their limits. Records of finished and failed encodings, and records that are not
-/// the newest of their process id, are evicted before all others. Within both groups, the record with the
-/// oldest activity is evicted first. The activity is the last report, or the creation of a record without
-/// reports.
+/// Contains one record for each process that has written lines. If the system reuses a process id, the id has
+/// several records; the newest one belongs to the last process. Not synchronised.
+/// A report is a percentage or an error. The activity of a record is its last report, or its creation if it
+/// has no report. If the number of records or the total size of their texts exceeds its maximum, records are
+/// evicted until both are at most nine tenths of their maximum. First evicts records of finished and failed
+/// encodings and records that are not the newest of their process id, then other records. In both groups,
+/// evicts the record with the oldest activity first.
 class EncodingTable {
 public:
     static constexpr std::size_t kMaxRecords = 10'000;
     /// Maximum of the total size of all paths, names and types, in bytes. A single record may exceed it.
     static constexpr std::size_t kMaxTextBytes = 4'000'000;
-    /// Maximum number of checks for each record. A check finds out whether the process has the pipe open.
+    /// Maximum number of checks per record whether its process has the encoders' pipe open, see `setWriter`.
     static constexpr int kMaxPipeChecks = 64;
 
     explicit EncodingTable(std::size_t maxBytesOfText = kMaxTextBytes) : maxTextBytes(maxBytesOfText) {}
     EncodingTable(const EncodingTable&) = delete;
     EncodingTable& operator=(const EncodingTable&) = delete;
 
-    /// Sets the process that writes the next lines of the id `process.pid`. Call this function before `take`.
-    /// Adds a record for `process` if the newest record of the id belongs to another process or does not
-    /// exist. Exception: if `process.startTime` is 0, the newest record of the id is used even if it belongs
-    /// to another process. Returns whether the caller must check whether the process has the pipe open, and
-    /// counts this check.
+    /// Sets the process that writes the lines of the id `process.pid` from now on. Call this function before
+    /// `take`. Adds a record for `process` if the newest record of the id belongs to another process or does
+    /// not exist. If `process.startTime` is 0, adds a record only if the id has none. Returns whether the
+    /// caller must check if the process has the encoders' pipe open, and counts this check. If the pipe is
+    /// open, call `setHadPipeOpen`.
     bool setWriter(const ProcessIdentity& process);
     /// Sets `hadPipeOpen` in the newest record of the process id. Does nothing if there is no record.
     void setHadPipeOpen(std::int32_t pid);
 
     /// Applies a line to the newest record of its process id, and adds a record if there is none. Returns the
-    /// record, which is valid until the next change of the table. An over-long path removes the path of the
-    /// record; an over-long type changes nothing.
-    /// Exception: if the record's encoding has finished and its process had ended at the last `setWriter`,
-    /// another process must have written the line. Then changes nothing and returns null.
+    /// record, which is valid until the next change of the table. An `OverlongValue` with `isPath` removes
+    /// the path of the record; one without it changes nothing.
+    /// Returns null and changes nothing if the encoding of the record has finished and its process had ended
+    /// at the last `setWriter`: another process must have written the line.
     const encodingStatus* take(const EncodingLine& line);
 
-    /// Returns the newest record of a process id, valid until the next change; null if there is none.
+    /// Returns the newest record of a process id, valid until the next change of the table; null if there is
+    /// none.
     const encodingStatus* find(std::int32_t pid) const;
-    /// Returns the record of exactly this process, valid until the next change; null if there is none.
+    /// Returns the record of exactly this process, valid until the next change of the table; null if there is
+    /// none.
     const encodingStatus* find(const ProcessIdentity& process) const;
 
-    /// Returns copies of the records whose last report is newer than `since`, and sets `since` for the next
-    /// call. Pass 0 in the first call. Returns at most `kMaxBatch` records; if there are more, those whose
-    /// last reports are oldest. The copies are in the order of their first reports. To get all records, call
-    /// this function until the result is empty.
+    /// Returns copies of the records that have new reports since the previous call. `since` identifies that
+    /// call: pass 0 in the first call; each call sets it for the next one. Returns at most `kMaxBatch`
+    /// records; if there are more, those whose last reports are oldest. The copies are in the order of their
+    /// first reports. To get all records, call this function until the result is empty.
     std::vector<encodingStatus> reportedSince(std::uint64_t& since) const;
     static constexpr std::size_t kMaxBatch = 250;
 

@@ -1,5 +1,4 @@
-// Reads and writes small text files. Every failure is reported to the caller. Any thread; all functions
-// block.
+// Reads and writes small text files. Any thread; all functions block.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +11,14 @@ struct FileContent {
     std::string text;
 };
 
-/// Reads at most the first `limit` bytes of a regular file. On failure `error` is not 0 and `text` is empty.
+/// Reads at most the first `limit` bytes of a regular file; any other file is a failure. On failure `error`
+/// is not 0 and `text` is empty.
 FileContent readFile(const std::string& path, std::size_t limit);
 
-/// Atomically replaces or creates the file at `path`, and waits until its text and its name are on the disk.
-/// Writes the text to `temporaryOf(path)` first; if the process is killed, that file may remain. Returns
-/// false with `errno` set on failure; the old file then remains. Exception: if only the wait for the name has
-/// failed, the new file is at `path`.
+/// Writes `text` to the file `temporaryOf(path)`, then renames this file to `path`, and waits until its text
+/// and its name are on the disk. So the file at `path` always has either its old or its new text. If the
+/// process is killed, the temporary file may remain. Returns false with `errno` set on failure. The old file
+/// is then unchanged, except if only the wait for the name has failed: then the new file is at `path`.
 bool replaceFile(const std::string& path, const std::string& text);
 /// Returns the path of the temporary file that `replaceFile` uses.
 std::string temporaryOf(const std::string& path);
@@ -27,8 +27,8 @@ std::string temporaryOf(const std::string& path);
 /// on failure.
 bool flushWithFolder(const std::string& path);
 
-/// Waits until the data of an open file is on the disk. Returns false with `errno` set on failure. Each
-/// platform has its own implementation.
+/// Waits until the data of an open file is on the disk. `file` is a descriptor. Returns false with `errno`
+/// set on failure. Each platform has its own implementation.
 bool flushToDisk(int file);
 
 } // namespace Kest::Settings

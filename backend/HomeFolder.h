@@ -5,10 +5,10 @@
 
 namespace Kest::Settings {
 
-/// Sets the environment variable HOME to the home folder in the user database if HOME is not set or cannot be
-/// used. HOME can be used if it is an absolute path in UTF-8 that leaves 256 bytes of `PATH_MAX` for file
-/// names; JUCE and started programs do not check this. If the folder in the database cannot be used either,
-/// sets HOME to a path that does not exist. Returns a message for the user if an existing value was replaced;
+/// Checks the environment variable HOME, which JUCE and started programs use without a check. HOME is valid
+/// if it is an absolute path in UTF-8 that leaves 256 bytes of `PATH_MAX` for file names. If HOME is not set
+/// or not valid, sets it to the home folder in the user database. If that folder is not valid either, sets
+/// HOME to a path that does not exist. Returns a message for the user if it has replaced an existing value;
 /// otherwise an empty text. Call it in `main` before any thread starts.
 std::string repairHome();
 

@@ -7,14 +7,16 @@
 namespace Kest::Settings {
 
 /// Two agents with different settings folders use the same path for their pipes. A delay before a replacement
-/// keeps them from replacing each other's pipe every second. There is no delay before the first replacement.
-/// The next delays are 2, 4, 8 seconds and so on, up to 60. Not synchronised.
+/// keeps them from replacing each other's pipe every second. The first replacement has no delay; the next
+/// ones have delays of 2, 4, 8, 16 and 32 seconds, then always 60 seconds. "Our pipe" is the pipe of this
+/// agent. Not synchronised.
 class PipeRivalry {
 public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds kMaxDelay{60};
-    /// If our pipe was at the path for this time, which is three times `kMaxDelay`, the delay is 0 again.
+    /// If our pipe was at the path for at least this time, which is three times `kMaxDelay`, the next
+    /// replacement has no delay again.
     static constexpr std::chrono::seconds kStable{180};
 
     /// Records that our pipe was created at the path.
@@ -24,9 +26,9 @@ public:
         isCounted = false;
     }
 
-    /// Returns whether our pipe may be created again. Call this function repeatedly after our pipe was
+    /// Returns whether our pipe may be created again now. Call this function repeatedly after our pipe was
     /// removed from the path, until it returns true. `isReadByAnother` means that another process now reads a
-    /// pipe at the path. If it is false, there is no delay.
+    /// pipe at the path; if it is false, there is no delay.
     bool mayReplace(bool isReadByAnother, Clock::time_point now)
     {
         if (!isReadByAnother)
@@ -39,8 +41,9 @@ public:
         return now >= retryAt;
     }
 
-    /// Returns how many times in succession another process has replaced our pipe, including the present
-    /// loss. Returns 0 if our pipe is at the path, or was lost for another reason.
+    /// Returns how many times another process has replaced our pipe since it was last at the path for
+    /// `kStable`, including the present loss. Returns 0 if our pipe is at the path, or was lost for another
+    /// reason.
     int losses() const { return isCounted ? replacements : 0; }
 
 private:

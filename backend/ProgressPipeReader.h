@@ -15,47 +15,52 @@
 
 namespace Kest::Settings {
 
-/// Only the pipe thread calls `make`, `read`, `remove` and `descriptor`. All other functions: any thread.
+/// Only one thread, the pipe thread, may call `make`, `read`, `remove` and `descriptor`. Any thread may call
+/// the other functions.
 class ProgressPipeReader {
 public:
+    /// `pathOfPipe` must remain valid while this object exists.
     explicit ProgressPipeReader(const char* pathOfPipe) : path(pathOfPipe) {}
     ProgressPipeReader(const ProgressPipeReader&) = delete;
     ProgressPipeReader& operator=(const ProgressPipeReader&) = delete;
 
-    /// Returns whether `make` must be called: at the start, and after `check` has requested a new pipe.
+    /// Returns whether `make` must be called: before its first call, and after a request by `check`.
     bool isMakeRequested() const { return isRequested; }
 
     /// Creates a new pipe at the path and opens it. First removes any file at the path, even the pipe of
-    /// another process; removes a link itself, not its target. Returns false on failure. Prints the path when
-    /// the pipe is created for the first time. Prints a line when it removes a file or cannot create the
-    /// pipe. Omits these lines if the previous call failed or `lossesToAnother` is more than 1. An earlier
-    /// pipe is read until the last encoder closes it. At most 64 earlier pipes stay open: if there would be
-    /// more, closes the oldest one. Logs only the first of successive closes.
+    /// another process; removes a link itself, not its target. Returns false if it cannot create or open the
+    /// pipe; then `check` requests another call. Prints the path when it creates the first pipe. Prints an
+    /// error line when it removes a file or cannot create the pipe, but not if the previous call failed or
+    /// `lossesToAnother` is more than 1.
+    /// An earlier pipe is read until the last encoder closes it. If more than 64 earlier pipes would be open,
+    /// closes the oldest one; if successive calls do this, only the first one logs it.
     bool make();
 
-    /// If the pipe is no longer at its path, requests a new pipe and interrupts `read`. If another process
-    /// reads a pipe at the path, `PipeRivalry` may delay the request. Called once a second.
+    /// If no pipe of this object is at the path, requests a call of `make` and interrupts `read`.
+    /// `PipeRivalry` may delay the request. Call this function once a second.
     void check();
 
-    /// Returns how many times in succession another process has replaced the pipe, see `PipeRivalry::losses`.
+    /// Returns how many times in succession another process has replaced the pipe: see `PipeRivalry::losses`.
     int lossesToAnother() const;
 
-    /// Interrupts `read`. Also writes the line "bla" into the pipe if there is one; readers ignore that line.
+    /// Makes a waiting `read` return; if none waits, the next wait ends at once. Also writes the line "bla"
+    /// into the pipe if there is one; this line has no effect.
     void wake();
 
-    /// Returns the reading descriptor of the current pipe; -1 before the pipe is created.
+    /// Returns the reading descriptor of the newest pipe; -1 if there is none.
     int descriptor() const { return pipes.empty() ? -1 : pipes.back()->reader; }
 
-    /// The result of `read`: bytes of one pipe and the splitter for the lines of this pipe. `bytes` is valid
-    /// until the next call of `read`, `lines` until the next call of `read`, `make` or `remove`. `lines` is
-    /// null if there are no bytes.
+    /// The result of `read`: bytes of one pipe, and the splitter to feed with all bytes of this pipe. `bytes`
+    /// is valid until the next call of `read`, `lines` until the next call of `read`, `make` or `remove`.
+    /// `lines` is null if there are no bytes.
     struct Piece {
         Text::LineSplitter* lines = nullptr;
         std::string_view bytes;
         bool hasFailed = false; // reading has failed: stop calling `read`
     };
-    /// Returns the next bytes of any pipe. If no pipe has bytes, waits for bytes or an interruption and
-    /// returns no bytes; the next call then returns the bytes that have arrived.
+    /// Returns the next bytes of the current pipe or an earlier one. If no pipe has bytes, waits until bytes
+    /// arrive or `check` or `wake` interrupts the wait, and returns no bytes; the next call returns the bytes
+    /// that have arrived.
     Piece read();
 
     /// Closes all pipes. Removes the current pipe if it is still at its path. Afterwards `check` does

@@ -1,4 +1,4 @@
-// Checks the host's session regularly on a separate thread, and keeps a table of the buses.
+// Checks the host's session regularly on a separate thread, the monitor thread. Keeps a table of the buses.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -36,24 +36,25 @@ struct HostState {
     bool operator==(const HostState&) const = default;
 };
 
-/// The message number that reports a change of the session's buses.
+/// `SessionMonitor::Callbacks::message` receives this number after a change of the session's buses.
 constexpr std::int32_t kMsgBusListChanged = 3;
 
-using BusTable = std::map<std::string, std::string>; // display name to client id
+using BusTable = std::map<std::string, std::string>; // display name in Mac OS Roman to client id
 
 /// The buses in the session at one time.
 struct BusScan {
     BusTable table;
-    bool changed = false; // `table` differs from the known table, or different buses have the same name
+    bool changed = false; // see `scanBuses`
     bool operator==(const BusScan&) const = default;
 };
 
-/// Returns the buses of a session, and whether they differ from `known`. If two buses have the same name, the
-/// result contains only the first of them, and `changed` is true.
+/// Returns the buses of a session. If several buses have the same name, `table` contains only the first of
+/// them. `changed` is true if `table` differs from `known`, or if buses with different ids have the same
+/// name.
 BusScan scanBuses(const LIPC::SessionBuffer& session, const BusTable& known);
 
-/// Only the owner calls `confirmHost`, `start` and `stop`, on one thread. All other functions: any thread. A
-/// pass is one check of the session.
+/// A pass is one check of the session. Only the owner calls `confirmHost`, `start` and `stop`, on one thread;
+/// any thread may call the other functions. After `start`, call `stop` before destroying the object.
 class SessionMonitor {
 public:
     /// Called on the monitor thread, without a lock; `confirmHost` may also call `hostChanged` on its
@@ -61,7 +62,7 @@ public:
     struct Callbacks {
         std::function<void(std::int32_t number)> message; // a new status number, or `kMsgBusListChanged`
         std::function<void()> hostChanged;                // `hostState` has changed
-        std::function<void()> eachPass;                   // in each pass, also if the host is refused
+        std::function<void()> eachPass; // at the start of each pass, also if the host is refused
     };
 
     /// `systemPaths` must outlive the monitor. `monitorPeriod` is the pause between two passes.
@@ -69,26 +70,28 @@ public:
     SessionMonitor(const SessionMonitor&) = delete;
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
-    /// Checks the host's word size; call it before `start`. Prints a text and returns false if the host is
-    /// refused. The refusal is permanent. Otherwise returns true, even if there is no host or its word size
-    /// is not published yet. If the word size is not published yet, each pass checks it again.
+    /// Checks the word size that the host has published; call it before `start`. If the word size is not 64
+    /// bits, prints a text, refuses the host permanently and returns false. Otherwise returns true, even if
+    /// there is no host or it has published no word size yet. In the latter case, each pass checks the word
+    /// size again.
     bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();
-    /// Begins the passes now. Without this call, they begin one period after `start`.
+    /// Starts the first pass now. Without this call, it follows one period after `start`.
     void beginPasses();
     /// Ends the monitor thread, if it was started; blocks until the current pass is done.
     void stop();
 
+    /// Returns the host's state at the last check.
     HostState hostState() const;
-    /// Replaces the content of `names` by the names of all buses, in Mac OS Roman. The first is "Main Bus",
-    /// even if the session has no bus of this name; the others follow in byte order.
+    /// Replaces the content of `names` by the names of all buses at the last pass, in Mac OS Roman. The first
+    /// is "Main Bus", even if no bus has this name; the others follow in byte order.
     void getBusNames(std::vector<std::string>& names) const;
     /// Makes the bus called `name` the session's default bus, even if the host is refused. `name` is encoded
-    /// in Mac OS Roman. Does nothing if no such bus is known or there is no session.
+    /// in Mac OS Roman. Does nothing if no bus had this name at the last pass, or if there is no session.
     void setDefaultBus(const std::string& name) const;
-    /// Calls `write` with the agent's record in the session. Does not call `write` if there is no such record
-    /// or the host is refused.
+    /// Calls `write`, on the calling thread, with the agent's record in the session. Does not call `write` if
+    /// there is no such record or the host is refused.
     void withAgentRecord(const std::function<void(LIPC::ClientEntry&)>& write) const;
 
 private:

@@ -26,8 +26,8 @@ private:
     sigset_t before{};
 };
 
-/// Starts a thread that handles no signals. Returns 0, or the system's error number if the system refuses a
-/// thread.
+/// Starts a thread that handles no signals and calls `body`. `thread` must not own a thread yet. Returns 0,
+/// or the system's error number if the system refuses a thread.
 template <typename Body>
 int startThread(std::thread& thread, Body&& body)
 {

@@ -8,11 +8,12 @@
 
 namespace Kest::Settings {
 
-/// The defaults are the paths of an installed agent. Tests replace them.
+/// The defaults are the paths of an installed agent. Tests replace them. `encodingProgressFifo` is the named
+/// pipe into which encoders write. `facilitiesFolder` has one subfolder for each installed facility.
 struct SystemPaths {
     std::string settingsFolder = "~/Library/Application Support/Kestronics"; // "~" means the home folder
     std::string encodingProgressFifo = kEncodingProgressFifo;
-    std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt";
+    std::string lastUserFile = "/Users/Shared/.kestsettings_lastuser.txt"; // login name of the last user
     std::string facilitiesFolder =
         "/Library/Application Support/Kestronics/MDA/Building blocks/Physical layouts";
     std::string restartCommand =

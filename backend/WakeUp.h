@@ -3,7 +3,7 @@
 
 namespace Kest::Settings {
 
-/// A wake-up stays raised until `clear`, so it is not lost if it is raised while the thread does not wait.
+/// A wake-up stays raised until `clear`, so it is not lost if it is raised before the thread waits.
 class WakeUp {
 public:
     WakeUp();

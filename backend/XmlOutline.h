@@ -8,9 +8,9 @@
 
 namespace Kest::Settings {
 
-/// Contains the names, attributes and texts of a document in their order. Blanks, tabs and line ends in texts
-/// and attribute values are left out, because XML parsers treat them differently. Compare two outlines with
-/// `==`.
+/// Contains the names, attributes and texts of a document; call the functions in the order of the document.
+/// Blanks, tabs and line ends in texts and attribute values are left out, because XML parsers treat them
+/// differently. Compare two outlines with `==`.
 class XmlOutline {
 public:
     void beginElement(std::string_view tag);
@@ -32,7 +32,8 @@ struct XmlDocumentText {
 };
 
 /// Parses XML. Returns nullopt if `text` is not well-formed, contains a document type or a processing
-/// instruction, or is nested deeper than 16 levels. An unknown encoding is treated as UTF-8. Any thread.
+/// instruction, or is nested deeper than 16 levels. If the declared encoding is unknown, reads `text` as
+/// UTF-8. Any thread.
 std::optional<XmlDocumentText> readXml(std::string_view text);
 
 } // namespace Kest::Settings

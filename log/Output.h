@@ -17,14 +17,14 @@ namespace Lct {
 /// as `printError` does.
 void printSystemError(const char* what);
 
-/// Passes later text for standard output to `sink` instead of the stream. Does the same with text for
-/// standard error if standard error is a terminal. An empty `sink` ends the redirection. The threads that
-/// write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must not block. Main
-/// thread. Before it redirects, waits at most 100 ms for earlier text to be written. The previous sink is not
-/// called after this function returns.
+/// Passes later text for standard output to `sink` instead of the stream, and also later text for standard
+/// error if standard error is a terminal. An empty `sink` ends the redirection. Before the change, waits at
+/// most 100 ms for earlier text to be written. The previous sink is not called after this function returns.
+/// The threads that write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must
+/// not block. Main thread.
 void redirectOutput(std::function<void(std::string_view text)> sink);
 
-/// Waits until all printed and logged text is written, for at most `milliseconds`. Returns false on timeout.
+/// Waits, for at most `milliseconds`, until all printed and logged text is written. Returns false on timeout.
 /// Any thread.
 bool flushOutput(int milliseconds);
 

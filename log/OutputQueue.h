@@ -11,15 +11,15 @@
 namespace Lct {
 
 /// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
-/// thread. While the buffer has no room, `add` waits. All calls of `add` share one waiting time of half a
-/// second, which is restored when the buffer becomes empty. After this time `add` drops a text that has no
-/// room, and all later texts until the buffer is empty. The thread then writes a line with the number of
-/// dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
+/// thread. If a text does not fit into the buffer, `add` waits. The waits of all calls last at most half a
+/// second in total; this total is reset when the buffer is empty. After this time, `add` drops a text that
+/// does not fit, and all later texts until the buffer is empty. The thread then writes a line with the number
+/// of dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
 class OutputQueue {
 public:
-    /// Writes a piece of the added text. May block. A piece has at most 4096 bytes. If a piece contains a
-    /// line feed, the piece ends with one. Exception: if the thread cannot be started, `text` is the whole
-    /// argument of `add`.
+    /// The queue's thread calls this function to write a piece of the added text. It may block. A piece has
+    /// at most 4096 bytes. If a piece contains a line feed, the piece ends with one. If the thread cannot be
+    /// started, `add` calls the function with its whole argument.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
@@ -27,12 +27,12 @@ public:
     OutputQueue(const OutputQueue&) = delete;
     OutputQueue& operator=(const OutputQueue&) = delete;
 
-    /// Adds the whole text or drops the whole text. A text of more than 65408 bytes never has room. The first
-    /// call starts the thread. If the system refuses a thread, writes `text` on the calling thread, and the
-    /// next call tries to start the thread again.
+    /// Adds the whole text or drops the whole text. A text of more than 65408 bytes never fits into the
+    /// buffer. The first call starts the thread. If the system refuses a thread, writes `text` on the calling
+    /// thread, and the next call tries to start the thread again.
     void add(std::string_view text);
 
-    /// Waits until all added text is written, for at most `milliseconds`. Returns false on timeout.
+    /// Waits, for at most `milliseconds`, until all added text is written. Returns false on timeout.
     bool flush(int milliseconds);
 
 private:

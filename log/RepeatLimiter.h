@@ -9,17 +9,16 @@
 
 namespace Lct {
 
-/// Decides which log lines are written. In a minute it admits at most 20 lines of a format, and equal lines
-/// of a format only once. Remembers 16 formats; another format replaces the one that was added first. Not
-/// synchronised.
+/// Decides which log lines are written. A format is a format string of `printf`, compared by address. In a
+/// minute, admits at most 20 lines of a format, and equal lines of a format only once. Remembers 16 formats;
+/// another format replaces the one that was added first. Not synchronised.
 class RepeatLimiter {
 public:
     static constexpr std::int64_t kPeriod = 60; // seconds
     static constexpr int kMaxLines = 20;        // for each format in `kPeriod`
 
     /// Returns nullopt if the line `message` must be omitted. Otherwise returns how many lines of `format`
-    /// were omitted since the last written line of `format`. Formats are compared by address. `now` is a time
-    /// in seconds that never decreases.
+    /// were omitted since the last written line of `format`. `now` is a time in seconds that never decreases.
     std::optional<unsigned> admit(const char* format, std::string_view message, std::int64_t now);
 
 private:

@@ -28,7 +28,7 @@ enum class eMixLayout : std::int32_t {
     Kest_11_1_740 = 17,
     Kest_13_1_751 = 18,
     Atmos_9_1 = 19,
-    Kest_13_1_661 = 20, // in `cSpeakerLabels`, but in neither map of this header
+    Kest_13_1_661 = 20, // in `cSpeakerLabels` (SpeakerLabels.h), but in neither map of this header
     Kest_11_1_Cinema = 21,
     Kest_13_1_Cinema = 22,
     KestMax_20_1 = 24,

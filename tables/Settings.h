@@ -10,8 +10,9 @@
 
 namespace Kest::Settings {
 
-/// How the text of a setting in the settings file is read. The range of a number is not checked. A toggle in
-/// the menu is on if its value is not 0; choosing the toggle stores 1 - value.
+/// How the text of a setting in the settings file is read. The range of a number is not checked. If the
+/// setting is a toggle in the menu, the toggle is on if the value is not 0; choosing it stores 1 minus the
+/// value.
 enum class SettingType : std::uint8_t {
     integer, // the stored number
     boolean, // 0 or 1; any other stored number is read as 1
@@ -20,15 +21,15 @@ enum class SettingType : std::uint8_t {
 
 struct Setting {
     const char* key;          // in the settings file
-    int number;               // index in the agent's record: in `strings` for a text, otherwise in `params`
+    int number;               // index in `strings` (a text) or `params` of the agent's `LIPC::ClientEntry`
     const char* defaultValue; // the default value, as the settings file would contain it
     SettingType type;
     const char* name;  // in the output of the tools
     const char* title; // in the menu and in the log
 };
 
-// When the agent starts, it saves the value of each toggle in the menu again, in this order. The simulator
-// prints settings in this order. Texts must be last.
+// When the agent starts, it saves the values of the toggles in the menu again, in the order of this table.
+// The host simulator prints settings in this order. Rows of type `text` must be last.
 inline constexpr Setting kSettings[] = {
     {"SoloMode", 4, "0", SettingType::integer, "SoloMode", "Solo Mode"},
     {"HdxAuxTrackDelaySetting", 32, "0", SettingType::integer, "HdxAuxTrackDelay", "HDX Aux Track Delay"},
@@ -37,7 +38,7 @@ inline constexpr Setting kSettings[] = {
     {"LatencyCompensationControlSetting", 40, "1", SettingType::integer, "LatencyCompensationControl",
      "Latency Compensation"},
     {"PhysMonConfig", 41, "26", SettingType::integer, "PhysMonConfig",
-     "Speaker Configuration"}, // an `LSS::eMixLayout`
+     "Speaker Configuration"}, // an `LSS::eMixLayout` (MixLayouts.h)
     {"Facility", 0, "Standard-Surround", SettingType::text, "Facility", "Monitoring Facility"},
 };
 

@@ -62,10 +62,10 @@ struct Speaker {
     char label[8];             // NUL-terminated, at most 7 characters
     std::int32_t channelIndex; // index of the loudspeaker's channel in the layout, from 0
     ePosition position;
-    float azimuth;   // degrees, positive to the left
+    float azimuth;   // degrees from the front, positive to the left
     float elevation; // degrees, positive upwards
-    // Index in the order L, R, Ls, Rs, C, LFE, HL, HR, HLs, HRs, T, HC; -1 if the layout does not use this
-    // order.
+    // Index of the loudspeaker in the order L, R, Ls, Rs, C, LFE, HL, HR, HLs, HRs, T, HC, Cs, HCs; -1 if it
+    // is not given.
     std::int32_t referenceIndex;
 };
 

@@ -10,7 +10,7 @@ namespace Kest::Settings {
 struct StatusMessage {
     std::int32_t number;
     const char* text;
-    bool isShown; // the agent passes the text to its notification hook
+    bool isShown; // the agent calls `KestSettingsAppDelegate::showNotification` with the text
 };
 
 inline constexpr StatusMessage kStatusMessages[] = {

@@ -14,9 +14,9 @@ public:
     // Equals PIPE_BUF on Linux. A pipe may mix a longer write with the writes of other processes.
     static constexpr std::size_t kMaxLineBytes = 4096;
 
-    /// Adds `bytes`. Calls `take` with each line that is now complete, without its line end. Skips empty
-    /// lines. If a line has more than 4096 bytes, calls `drop` instead, with the first 4097 bytes of the
-    /// line. The argument of `take` and `drop` is valid during the call only.
+    /// Adds `bytes` to the stream. Calls `take` with each line that is now complete, without its line end.
+    /// Skips empty lines. If a complete line has more than 4096 bytes, calls `drop` instead, with the first
+    /// 4097 bytes of the line. The argument of `take` and `drop` is valid during the call only.
     template <typename Take, typename Drop>
     void feed(std::string_view bytes, Take&& take, Drop&& drop)
     {

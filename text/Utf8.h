@@ -9,7 +9,7 @@ namespace Kest::Text {
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-/// One character of a text, or one invalid byte, for which `code` is U+FFFD.
+/// One character of a text. An invalid byte is a character of its own, with the code U+FFFD.
 struct Character {
     std::string_view bytes; // points into the text
     char32_t code = kReplacementCharacter;
@@ -41,8 +41,9 @@ std::string toUtf8(std::string_view text);
 /// Appends a character in UTF-8. `code` must be at most U+10FFFF and must not be a surrogate.
 void append(std::string& text, char32_t code);
 
-/// Returns the greatest length up to `limit` to which `text` can be cut without splitting a character. `text`
-/// must have more than `limit` bytes. The result for invalid UTF-8 is `limit` or up to 3 bytes less.
+/// Returns the greatest length, at most `limit` bytes, to which `text` can be cut without splitting a
+/// character. `text` must have more than `limit` bytes. The result for invalid UTF-8 is `limit` or up to 3
+/// bytes less.
 std::size_t wholeCharacters(std::string_view text, std::size_t limit);
 
 } // namespace Kest::Text
