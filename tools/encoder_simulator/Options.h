@@ -10,9 +10,9 @@ namespace EncoderSimulator {
 
 struct Options {
     std::string output;        // the absolute path of the output file
-    std::string type = "Main"; // the type of the encoding, one word
+    std::string type = "Main"; // the type of the encoding
     std::string fifo = Kest::Settings::kEncodingProgressFifo;
-    double seconds = 10;         // the duration of a complete encoding
+    double seconds = 10;         // the duration of the encoding
     int steps = 20;              // the number of progress lines after the one with 0 per cent
     std::optional<int> failAt;   // the percentage after which the encoding fails
     std::optional<int> silentAt; // the last percentage that is reported

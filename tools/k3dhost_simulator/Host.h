@@ -13,7 +13,8 @@
 
 namespace K3DHostSimulator {
 
-/// The host is initially stopped. k3dhost-simulator --help lists these lines. Not synchronised.
+/// The host is initially stopped. k3dhost-simulator --help lists the lines that the host prints. Not
+/// synchronised.
 class Host {
 public:
     /// Called with one line, without its line feed.
@@ -27,8 +28,8 @@ public:
     Host& operator=(const Host&) = delete;
 
     /// Stops the host if it is running, then creates new segments and registers three clients: a mixing
-    /// engine, a panner and a return. `wordSize` is 32 or 64 bits. If `withSettings` is true, also registers
-    /// the agent's record. Fails as `HostSegments::create` does; the host is then stopped.
+    /// engine, a panner and a return. `wordSize` must be 32 or 64 (bits). If `withSettings` is true, also
+    /// registers the agent's record. Fails as `HostSegments::create` does; the host is then stopped.
     Failure start(int wordSize, bool withSettings);
     /// Prints the writes that are not printed yet, and removes the segments. Does nothing if the host is
     /// stopped.
