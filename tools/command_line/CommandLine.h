@@ -15,8 +15,8 @@ namespace CommandLine {
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
 /// Returns a validator that accepts a decimal number from `min` to `max`. `what` is a part of its error
-/// message, for example "a number of seconds". Use it with `transform`: it also removes leading zeros of an
-/// integer, because CLI11's own conversion reads 010 as an octal number.
+/// message, for example "a number of seconds". Use it with `CLI::Option::transform`: it also removes leading
+/// zeros of an integer, because CLI11's own conversion reads 010 as an octal number.
 template <typename Number>
 CLI::Validator number(const std::string& what, Number min, Number max)
 {

@@ -29,7 +29,7 @@ public:
 
     /// Stops the host if it is running, then creates new segments and registers three clients: a mixing
     /// engine, a panner and a return. `wordSize` must be 32 or 64 (bits). If `withSettings` is true, also
-    /// registers the agent's record. Fails as `HostSegments::create` does; the host is then stopped.
+    /// registers the agent's record. Fails as `HostSegments::create` does, and leaves the host stopped.
     Failure start(int wordSize, bool withSettings);
     /// Prints the writes that are not printed yet, and removes the segments. Does nothing if the host is
     /// stopped.

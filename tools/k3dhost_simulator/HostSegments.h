@@ -13,8 +13,8 @@ namespace K3DHostSimulator {
 /// there is none. Does not find a process in another process namespace. Creates missing key files.
 pid_t runningHost();
 
-/// The two segments of one running host. Their sizes are `kSegmentBytes` of their types. They initially
-/// contain zeros. The destructor removes the segments; if the process is killed, they remain.
+/// The two segments of one running host. Their sizes are the `kSegmentBytes` of their types in `LIPC`. They
+/// initially contain zeros. The destructor removes the segments; if the process is killed, they remain.
 class HostSegments {
 public:
     HostSegments() = default;

@@ -17,7 +17,7 @@ public:
 
     Host& host() { return simulatedHost; }
 
-    /// Stops the host if it is running, and starts it. `wait` ignores lines printed earlier. Fails as
+    /// Stops the host if it is running, and starts it; later waits ignore lines printed before. Fails as
     /// `Host::start` does.
     Failure start(int wordSize, bool withSettings);
     /// Stops the host; `hasEnded` returns true afterwards.

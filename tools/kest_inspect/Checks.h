@@ -46,7 +46,7 @@ std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths);
 /// returns nullopt and sets `errno`.
 std::optional<struct stat> statusOf(const std::string& path);
 
-/// Returns the type of a file with an article, for example "a file" or "a link".
+/// Returns the file's type with an article, for example "a file" or "a link".
 std::string kindOf(const struct stat& status);
 
 } // namespace KestInspect

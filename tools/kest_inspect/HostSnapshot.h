@@ -16,7 +16,7 @@ struct Client {
     int slot = 0;   // 0 to 1023
     std::string id; // Mac OS Roman, so any bytes are valid
     std::int32_t type = 0;
-    std::string label; // like `id`
+    std::string label; // in Mac OS Roman too
 
     bool operator==(const Client&) const = default;
 };

@@ -18,7 +18,7 @@ struct Printed {
     Json json;
 };
 
-/// Return the output of the command session or doctor. Each line of `text` ends with a line feed.
+/// Return the output of the command "session" or "doctor". Each line of `text` ends with a line feed.
 Printed printed(const HostSnapshot& snapshot);
 Printed printed(const std::vector<Finding>& findings);
 

@@ -8,7 +8,7 @@ namespace KestSettingsCtl {
 
 struct Options {
     std::string command; // "menu", "get", "choose" or "watch"
-    std::string path;    // of the item, for "get" and "choose"; otherwise empty
+    std::string path;    // the item's path, for "get" and "choose"; otherwise empty
     bool json = false;   // print the agent's replies unchanged
     bool paths = false;  // "menu": print only the paths of the items that can be chosen
     bool yes = false;    // "choose": confirm a choice that deletes files

@@ -17,7 +17,7 @@ std::string menuText(const Json& items);
 /// Returns one line with the item's mark, path and state (such as "(greyed)"), for example "(x) Solo Mode >
 /// Latch". If the item has a submenu, the lines of the submenu's items follow, as in `menuText`.
 std::string itemText(const Json& item);
-/// Returns one line with the path of each item that can be chosen, including the items of submenus.
+/// Returns the paths of all items that can be chosen, one per line, including the items of submenus.
 std::string pathsText(const Json& items);
 /// Returns one line about a change of the menu: the event, the item's path and what has changed, for example
 /// "changed Default Bus > Dialog: on".
