@@ -8,9 +8,9 @@
 
 namespace Kest::Bench {
 
-/// Reads the host's session in the simplest way: attaches it and touches each page once. bench/measure
-/// compares the agent's pass and the idle agent with this function. Throws std::runtime_error if there is no
-/// session.
+/// Attaches the session segment with the name `segment`, reads one byte of each page and detaches it. Throws
+/// std::runtime_error if there is no such segment. bench/measure compares the agent's CPU time with that of
+/// this function.
 inline void naivePass(const char* segment)
 {
     constexpr std::size_t kPageBytes = 4096;

@@ -1,4 +1,4 @@
-// One client's record in the shared session.
+// The record of one client, for example of a bus or of the agent, in the host's session segment.
 #pragma once
 
 #include "lipc/ClientID.h"
@@ -10,7 +10,7 @@
 
 namespace LIPC {
 
-/// Returns the number that represents a client type of four letters in `ClientEntry::type`. The first letter
+/// Returns the number that `ClientEntry::type` contains for a client type of four letters. The first letter
 /// is the most significant byte.
 constexpr std::int32_t clientType(const char (&letters)[5])
 {
@@ -23,28 +23,28 @@ constexpr std::int32_t clientType(const char (&letters)[5])
 constexpr std::int32_t kMixEngineType = clientType("KMIX");
 constexpr std::int32_t kBusType = clientType("KBUS");
 
-/// The record of a client, in the session segment or as a copy in this process. Other processes write the
+/// The record of a client, in the session segment or as a copy in this process. Other processes may write the
 /// record in the segment at any time, without a lock.
 struct ClientEntry {
     static constexpr int kParameters = 128;
     static constexpr int kStrings = 10;
 
     ClientEntry() = default;
-    /// Copies a record that another process may be changing. The copy may contain old and new values
-    /// together. A copied number is either the old or the new one; a copied id, label or text may be a
-    /// mixture of both.
+    /// Copies a record that another process may be changing. If the record changes meanwhile, the copy may
+    /// contain old and new values. Each number is either the old or the new one; the id, the label and each
+    /// text may mix old and new bytes.
     ClientEntry(const ClientEntry& shared);
     ClientEntry& operator=(const ClientEntry&) = delete;
 
-    /// Returns the label up to its terminator, or all 64 characters if there is no terminator. The label is
-    /// encoded in Mac OS Roman. Points into `label`.
+    /// Returns the label, in Mac OS Roman, up to its terminator, or all 64 characters if there is none. The
+    /// result points into `label`.
     std::string_view labelText() const;
 
     ClientID id;
     char padding[3] = {};
-    std::int32_t type = 0; // see `clientType`; 0 in a free slot
+    std::int32_t type = 0; // see `clientType`; 0 if the record is free
     char label[64] = {};
-    std::uint32_t aux32 = 0; // the `aux` fields belong to the host
+    std::uint32_t aux32 = 0; // only the host uses the `aux` fields
     std::uint16_t auxA16 = 0;
     std::uint16_t auxB16 = 0;
     float params[kParameters] = {}; // the index is the parameter's number

@@ -1,4 +1,4 @@
-// The fixed-width name of a client in the shared session.
+// The id of a client: a name of fixed size in the record of the client.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,9 @@
 
 namespace LIPC {
 
-/// Contains a name of at most 64 characters, padded with NULs to 65 bytes, so that a name of 64 characters is
-/// terminated too. Do not rely on the terminator in shared memory: another process can overwrite all 65
-/// bytes.
+/// Contains a name of at most 64 one-byte characters, padded with NULs to 65 bytes, so that a name of 64
+/// characters is terminated too. In shared memory, do not rely on the terminator: another process can
+/// overwrite all 65 bytes.
 class ClientID {
 public:
     static constexpr std::size_t kCharacters = 64;
@@ -19,12 +19,12 @@ public:
     ClientID(const ClientID& other) : ClientID(other.characters) {}
     ClientID& operator=(const ClientID& other);
 
-    /// Returns the name up to its first NUL, or all 64 characters if there is no NUL among them. Points into
-    /// this object.
+    /// Returns the name up to its first NUL, or all 64 characters if there is no NUL among them. The result
+    /// points into this object.
     std::string_view text() const;
 
     /// Returns whether `text()` equals `name`, which must have at most 64 characters. Inline for speed,
-    /// because each search compares up to 1024 ids.
+    /// because a search in the session compares up to 1024 ids.
     bool is(std::string_view name) const
     {
         std::size_t i = 0;

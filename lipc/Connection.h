@@ -1,5 +1,5 @@
-// Declares the value for "no connection". The LIPC library provides this value, but the agent makes no
-// connections and does not read it.
+// `Connection::mscNull`, the value for "no connection". It is a part of the LIPC library's interface, but the
+// agent does not use it.
 #pragma once
 
 #include "lipc/ClientID.h"
@@ -9,8 +9,8 @@
 
 namespace LIPC {
 
-/// The agent does not know the meaning of the fields. A default object differs from `mscNull`: the bytes of
-/// its `map` are 0.
+/// The meaning of the fields is not known. A default-constructed object is not equal to `mscNull`: the bytes
+/// of its `map` are 0.
 struct Connection {
     ClientID ids[3];
     std::uint8_t flag = 0;
@@ -18,7 +18,7 @@ struct Connection {
     std::uint32_t word = 0;
     std::uint8_t endFlag = 0;
 
-    /// Contains empty ids, zeros, and a map whose bytes are all 0xFF.
+    /// Its ids are empty, the bytes of its `map` are 0xFF, and its other fields are 0.
     static const Connection mscNull;
 };
 

@@ -13,9 +13,9 @@
 namespace LIPC {
 
 /// Contains two slots, each with a text of at most `Length` bytes, and the index of the slot with the valid
-/// text. `put` writes the other slot and then changes the index. A reader gets a complete text. Exception:
-/// the text may be mixed if the writer, while the reader copies, calls `put` twice or puts exactly `Length`
-/// bytes.
+/// text. `put` writes the other slot and then changes the index. So a reader in another process gets one
+/// complete text, unless the writer calls `put` twice or puts exactly `Length` bytes while the reader copies:
+/// the copy may then mix two texts.
 template <typename Character, std::size_t Length, std::size_t Slots>
 class SHMArray {
     static_assert(sizeof(Character) == 1 && Slots == 2);
@@ -28,22 +28,22 @@ public:
     SHMArray(const SHMArray& shared);
     SHMArray& operator=(const SHMArray&) = delete;
 
-    /// Makes `text`, which is NUL-terminated, the valid text. Stores a text of fewer than `Length` bytes
-    /// whole. Cuts a text of more than `Length` bytes to at most `Length` - 1 bytes, without splitting a
-    /// UTF-8 character. `length` is the number of characters that the caller has counted. It matters only for
-    /// a text of exactly `Length` bytes: if `length` exceeds `Length`, cuts the text in the same way;
-    /// otherwise stores it whole. If exactly `Length` bytes are stored, the slot has no room for the
-    /// terminator. For the first slot, `put` then writes the terminator over the first byte of the second
-    /// slot. For the second slot, `put` writes no terminator.
+    /// Makes `text` the valid text. `text` must be NUL-terminated. Only one thread may call `put` at a time.
+    /// Stores a text of fewer than `Length` bytes whole. Cuts a text of more than `Length` bytes to at most
+    /// `Length` - 1 bytes, without splitting a UTF-8 character. Stores a text of exactly `Length` bytes
+    /// whole, but cuts it in the same way if `length`, the number of characters that the caller has counted,
+    /// is greater than `Length`; `length` has no other effect. `Length` stored bytes leave no room for the
+    /// terminator: in the first slot, `put` writes the terminator over the first byte of the second slot; in
+    /// the second slot, it writes none.
     void put(const Character* text, int length);
 
     /// Returns the valid text up to its terminator, at most `Length` bytes; an empty text if another process
-    /// has written an invalid index. Points into this object.
+    /// has written an invalid index. The result points into this object.
     std::string_view text() const;
 
 private:
-    // A pointer of the process that created the object. It has no meaning in other processes. Never used or
-    // changed.
+    // In shared memory, a pointer that is valid only in the process that created the object. This class
+    // neither uses nor changes it.
     std::uint64_t typeWord = 0;
     Character slots[Slots * Length]; // NOLINT(modernize-use-default-member-init): not set in a copy
     std::int32_t current = 0;        // index of the slot with the valid text

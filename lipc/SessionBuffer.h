@@ -10,16 +10,16 @@ namespace LIPC {
 /// Used in shared memory, never copied whole. The host and its clients write it at any time, without a lock.
 struct SessionBuffer {
     static constexpr int kSlots = 1024;
-    /// The number of bytes up to the end of `defaultBus`. `ShmManaged` does not attach a smaller segment.
+    /// The number of bytes up to the end of `defaultBus`. The agent refuses a smaller segment.
     static constexpr std::size_t kSegmentBytes = 3458217;
 
-    /// Returns the first record whose id equals `name`, comparing at most 64 characters; null if there is
-    /// none. Does not check the record's type. The result points into the segment, so the host reads what the
-    /// caller writes into the record.
+    /// Returns the first record whose id equals `name`, of which only the first 64 characters count; null if
+    /// there is none. Does not check the record's type, so the record may be free. The record is not a copy:
+    /// the host reads what the caller writes into it.
     ClientEntry* getClientEntry(const char* name);
 
-    /// Replaces the content of `out` by copies of all records of a type, in slot order. Returns their number,
-    /// 0 to 1024.
+    /// Replaces the content of `out` by copies of all records of a type, in the order of `clients`. Returns
+    /// their number, 0 to 1024.
     int getClientEntries(int type, std::deque<ClientEntry>& out) const;
 
     unsigned char header[1120] = {}; // used by the host only

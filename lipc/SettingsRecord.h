@@ -8,8 +8,9 @@ constexpr char kSettingsClientName[] = "KestSettings"; // the id of the agent's 
 constexpr char kVersionSegment[] = "LIPC_VERSION";
 constexpr char kSessionSegment[] = "LIPC_SESSION";
 
-/// The number of the parameter that contains the host's status number. The host writes no other parameter of
-/// the agent's record; the agent writes the parameters listed in `Kest::Settings::kParameterSettings`.
+/// The parameter (index in `ClientEntry::params`) with the host's status number. After creating the agent's
+/// record, the host writes no other parameter of it; the agent writes those in
+/// `Kest::Settings::kParameterSettings`.
 constexpr int kStatusNumberParameter = 39;
 
 } // namespace LIPC

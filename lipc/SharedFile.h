@@ -1,4 +1,4 @@
-// Files in a folder that every user may write, such as /tmp.
+// Opens files in a folder that every user may write, such as /tmp.
 #pragma once
 
 namespace LIPC {
@@ -7,9 +7,9 @@ namespace LIPC {
 constexpr int kModeWorldWritable = 0666;
 
 /// Opens a regular file for writing, without changing its content. If the file is missing, creates it with
-/// the permissions `mode` less the umask. Returns the descriptor, which the caller closes. Returns -1 with
-/// `errno` set on failure: ELOOP for a symbolic link, EMLINK for a file with several hard links, EINVAL or an
-/// error of `open` for a file that is not regular. Any thread.
+/// the permissions `mode` less the umask. Returns the descriptor, which the caller must close. On failure,
+/// returns -1 and sets `errno`: ELOOP for a symbolic link, EMLINK for a file with several hard links, EINVAL
+/// if a file could be opened but is not regular, otherwise the error of `open`. Any thread.
 int openSharedFile(const char* path, unsigned mode);
 
 } // namespace LIPC

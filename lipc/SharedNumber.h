@@ -13,8 +13,8 @@ Number loadShared(const Number& shared)
     return value;
 }
 
-/// Writes a number atomically, with release ordering: a process that reads the number with `loadShared` sees
-/// all that this thread wrote before. `shared` must meet the requirements of `loadShared`.
+/// Writes a number atomically, with release ordering: a process that has read this value with `loadShared`
+/// also sees all that this thread wrote before it. `shared` must meet the requirements of `loadShared`.
 template <typename Number>
 void storeShared(Number& shared, Number value)
 {

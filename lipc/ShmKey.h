@@ -9,10 +9,10 @@ namespace LIPC {
 /// Returns the path of the key file of the segment `name`. A key file is normally empty.
 std::string keyFilePath(const char* name);
 
-/// Returns the key of the segment `name`. On failure returns -1 and logs a line. A symbolic link at the path
-/// of the key file is a failure. If the key file is missing, creates it; otherwise empties it. If the file
-/// was modified more than an hour ago, sets its times to now. Exception: a key file that `openSharedFile`
-/// cannot open stays unchanged, but its key is returned. Any thread.
+/// Returns the key of the segment `name`. If the key file is missing, creates it; otherwise empties it and,
+/// if it was last modified more than an hour before the call, sets its times to now. If it exists but cannot
+/// be opened for writing (for example, another user's), leaves it unchanged and returns its key. Returns -1
+/// and logs a line if the key file is a symbolic link, or cannot be created or examined. Any thread.
 key_t shmKey(const char* name);
 
 /// Returns the key of the segment `name` without creating or changing the key file. Returns -1, without a

@@ -8,7 +8,7 @@
 
 namespace LIPC {
 
-/// The base class of all attachments. Its constructors set the key; subclasses attach and detach.
+/// The base class of all attachments. Its constructors only set `key`; subclasses attach and detach.
 class ShmManaged {
 public:
     explicit ShmManaged(const char* name);
@@ -16,8 +16,8 @@ public:
     ShmManaged(const ShmManaged&) = delete;
     ShmManaged& operator=(const ShmManaged&) = delete;
 
-    key_t key;               // -1 if the key could not be derived
-    int id = -1;             // the segment's identifier; negative if no accessible segment was found
+    key_t key;               // -1 if the key file yields no key, see `shmKey`
+    int id = -1;             // the segment's identifier, even if not attached; -1 if none is accessible
     void* address = nullptr; // of the segment's contents; null if not attached
 
 protected:
@@ -25,9 +25,9 @@ protected:
 
     /// Uses the key that the caller has derived.
     explicit ShmManaged(key_t derived) : key(derived) {}
-    /// Attaches the existing segment with `key` and sets `id` and `address`. `address` stays null if this
-    /// user may access no segment with the key, if the segment has fewer than `bytes` bytes, or if `shmat`
-    /// fails. Prints a line on standard error only if `shmat` fails.
+    /// Attaches the existing segment with `key` and sets `id` and `address`. `address` stays null if `key` is
+    /// -1, if this user has no `access` to a segment with the key, if the segment has fewer than `bytes`
+    /// bytes, or if `shmat` fails. Prints a line on standard error only if `shmat` fails.
     void attach(std::size_t bytes, Access access);
     void detach();
     /// Maps the pages of the first `bytes` bytes at once, which takes about half the time of mapping each
@@ -35,9 +35,9 @@ protected:
     void mapPages(std::size_t bytes) const;
 };
 
-/// Attaches to an existing segment for reading and writing while this object exists. Each operation of the
-/// agent makes its own attachment. Never creates, resizes or removes a segment, but may create the key file,
-/// see `shmKey`. `Layout` describes the contents; `Layout::kSegmentBytes` is the minimum size. Any thread.
+/// Keeps an existing segment attached for reading and writing while this object exists. Never creates,
+/// resizes or removes a segment, but may create or change the key file, see `shmKey`. `Layout` describes the
+/// contents; `Layout::kSegmentBytes` is the minimum size. Any thread.
 template <typename Layout>
 class ShmManagedOpen : public ShmManaged {
 public:
@@ -50,11 +50,11 @@ public:
     /// Returns the segment's contents; null if the segment is missing, too small or cannot be attached. Valid
     /// while this object exists.
     Layout* contents() const { return static_cast<Layout*>(address); }
-    /// Maps all pages at once. Call it before an operation that reads the whole segment.
+    /// Maps all pages at once, which saves time before an operation that reads the whole segment.
     void populate() const { mapPages(Layout::kSegmentBytes); }
 };
 
-/// Attaches to an existing segment for reading only: writing to the contents causes a segmentation fault.
+/// Keeps an existing segment attached for reading only: writing to the contents causes a segmentation fault.
 /// Neither creates nor changes the key file. Otherwise like `ShmManagedOpen`. Any thread.
 template <typename Layout>
 class ShmManagedReadOnly : public ShmManaged {

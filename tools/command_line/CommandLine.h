@@ -9,13 +9,14 @@
 namespace CommandLine {
 
 /// Parses the arguments into the variables that the options of `app` refer to. Returns true if the program
-/// can continue. Otherwise, returns false and sets `exitStatus`, with which the program must exit. The status
-/// is 0 after --help, which prints `help`, and after --version. The status is 2 after an error, which prints
-/// one line on standard error.
+/// can continue. Otherwise returns false and sets `exitStatus`, with which the program must exit: 0 after
+/// --help, for which it prints `help`, and after --version; 2 after an error, for which it prints one line on
+/// standard error.
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
-/// Returns a validator that accepts a decimal number from `min` to `max`. Its error message contains
-/// "expected `what`". The validator is needed because CLI11's own conversion reads 010 as an octal number.
+/// Returns a validator that accepts a decimal number from `min` to `max`. `what` is a part of its error
+/// message, for example "a number of seconds". Use it with `CLI::Option::transform`: it also removes leading
+/// zeros of an integer, because CLI11's own conversion reads 010 as an octal number.
 template <typename Number>
 CLI::Validator number(const std::string& what, Number min, Number max)
 {

@@ -11,7 +11,7 @@
 
 namespace K3DHostSimulator {
 
-/// Call either `readFile` or `readFrom`, not both. Not synchronised.
+/// Call `readFile` or `readFrom` once, or neither. Not synchronised.
 class CommandSource {
 public:
     /// Creates a source without commands.
@@ -20,20 +20,22 @@ public:
     /// Reads and checks all commands of a file at once. Fails if the file cannot be read or contains an
     /// invalid line.
     Failure readFile(const std::string& path);
-    /// Makes `next` return the commands that arrive on a descriptor. The caller closes the descriptor.
+    /// Makes `next` return the commands that arrive on a descriptor. Keep the descriptor open while this
+    /// object is used.
     void readFrom(int descriptor) { input = descriptor; }
 
     /// Returns the next command; nullopt if none has arrived. If the next line is invalid, returns nullopt
-    /// and sets `error` to one line. `error` must be empty before the call. After `readFrom`, call
-    /// `waitForInput` to read more input.
+    /// and sets `error` to one line. `error` must be empty before the call. Does not read the descriptor:
+    /// `waitForInput` does.
     std::optional<Command> next(std::string& error);
-    /// Returns whether the descriptor of `readFrom` has ended or failed and `next` has returned all commands.
-    /// Always false for a file, because the host keeps running after the last command.
+    /// Returns whether the input of `readFrom` has ended, or reading it has failed, and `next` has returned
+    /// all commands. Always false for a file: the host keeps running after the last command.
     bool hasEnded() const { return endSeen && commands.empty() && unread.empty(); }
-    /// Returns whether the next command is "start". Call it only after `readFile`.
+    /// Returns whether the next command of the file is "start"; false if there is none.
     bool beginsWithStart() const;
 
-    /// Waits until input arrives, a signal arrives or `timeLimit` has passed. If input has arrived, reads it.
+    /// Waits until the descriptor has input, a signal handler has run or `timeLimit` has passed. Then reads
+    /// the input, if any.
     void waitForInput(std::chrono::milliseconds timeLimit);
 
 private:
@@ -42,7 +44,7 @@ private:
     std::optional<Command> parseNext(std::string& error);
 
     std::deque<Command> commands; // of a file
-    int input = -1;               // -1 if there is none
+    int input = -1;               // a descriptor; -1 if there is none
     bool endSeen = false;
     std::string unread;
     int lineNumber = 0;

@@ -9,12 +9,12 @@
 
 namespace K3DHostSimulator {
 
-/// Returns the id of a running process, other than this one, that has created a segment of a host; 0 if there
-/// is none. Does not find a process in another process namespace. Creates the key files if they are missing.
+/// Returns the id of a running process, other than this one, that has created one of the two segments; 0 if
+/// there is none. Does not find a process in another process namespace. Creates missing key files.
 pid_t runningHost();
 
-/// The two segments of one running host. They have the sizes that `LIPC` defines and initially contain zeros.
-/// The destructor removes the segments; if the process is killed, they remain.
+/// The two segments of one running host. Their sizes are the `kSegmentBytes` of their types in `LIPC`. They
+/// initially contain zeros. The destructor removes the segments; if the process is killed, they remain.
 class HostSegments {
 public:
     HostSegments() = default;
@@ -23,12 +23,13 @@ public:
     HostSegments& operator=(const HostSegments&) = delete;
 
     /// Creates both segments or none. If an ended process has left segments, first removes them and prints
-    /// one line on standard error. Fails if a host is running or the system refuses a segment.
+    /// one line on standard error. Fails if a host is running or the system refuses to remove or create a
+    /// segment.
     Failure create();
     /// Detaches and removes the segments that this object has created, if any.
     void remove();
 
-    /// Return the segments' contents; null if this object has no segments.
+    /// Return the contents of a segment; null if this object has no segments.
     LIPC::VersionBuffer* version() const { return static_cast<LIPC::VersionBuffer*>(versionSegment.address); }
     LIPC::SessionBuffer* session() const { return static_cast<LIPC::SessionBuffer*>(sessionSegment.address); }
 

@@ -1,4 +1,5 @@
-// Parses the scenario language: one command for the simulated host per line. --help describes the language.
+// Parses the scenario language: one command for the simulated host per line. k3dhost-simulator --help
+// describes the language.
 #pragma once
 
 #include "tools/k3dhost_simulator/Failure.h"
@@ -18,13 +19,13 @@ struct Command {
     std::function<Failure(ScenarioPlayer&)> play; // executes the command; "wait" only begins a wait
 };
 
-/// The result of `parseLine`. A blank line or a comment has neither a command nor an error.
+/// The result of `parseLine`. For a blank line or a comment, it has neither a command nor an error.
 struct ParsedLine {
     std::optional<Command> command;
-    std::string error; // one line, which contains the line number; empty if the line is valid
+    std::string error; // one line with the line number; empty if there is no error
 };
 
-/// Parses one line without its line feed. `number` is the line number for error messages.
+/// Parses one line. `text` must not contain the line feed. `number` is the line number, from 1.
 ParsedLine parseLine(std::string_view text, int number);
 
 } // namespace K3DHostSimulator

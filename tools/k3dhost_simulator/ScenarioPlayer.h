@@ -12,27 +12,27 @@ namespace K3DHostSimulator {
 
 class ScenarioPlayer {
 public:
-    /// `print` is called with each line that the host prints.
+    /// `print` is called with each line that `Host` prints about its actions and about writes.
     explicit ScenarioPlayer(const Host::Print& print);
 
     Host& host() { return simulatedHost; }
 
-    /// Stops the host if it is running, forgets all lines printed so far, and starts the host. Fails as
+    /// Stops the host if it is running, and starts it; later waits ignore lines printed before. Fails as
     /// `Host::start` does.
     Failure start(int wordSize, bool withSettings);
     /// Stops the host; `hasEnded` returns true afterwards.
     void end();
-    /// Kills this process with SIGKILL, so that the host's segments remain.
+    /// Prints "host killed" and kills this process with SIGKILL, so that the host's segments remain.
     [[noreturn]] static void killSelf();
 
-    /// Begins a wait, which ends after `timeLimit`. If `line` is not empty, the wait also ends when the host
-    /// has printed `line` for a write of another process. A line that was printed before this call counts if
-    /// it was printed after the last `start`. Each printed line ends one wait only.
+    /// Begins a wait and returns at once. `updateWait` ends the wait after `timeLimit`. If `line` is not
+    /// empty, it also ends the wait when the host has printed `line` for a write of another process since the
+    /// last `start`, even before this call. Each printed line ends at most one wait.
     void wait(std::chrono::milliseconds timeLimit, const std::string& line);
-    /// Checks the time and the printed lines, and returns whether the wait continues. Returns false if there
-    /// is no wait. Call it repeatedly.
+    /// Checks the time and the printed lines, and returns whether the wait continues; false if there is none.
+    /// Call it repeatedly until it returns false.
     bool updateWait();
-    /// Returns an error after a wait for a line has timed out; otherwise nullopt.
+    /// Returns an error if a wait for a line has ever timed out; otherwise nullopt.
     const Failure& failure() const { return timedOut; }
 
     /// Returns whether `end` was called.
@@ -45,8 +45,8 @@ private:
     bool takeWrite(const std::string& line);
 
     Host simulatedHost;
-    std::deque<std::string> unusedWrites; // lines that have ended no wait yet, at most 1000
-    std::optional<std::string> awaited;   // empty in a wait for time only; nullopt if there is no wait
+    std::deque<std::string> unusedWrites; // lines about writes that have ended no wait; the last 1000
+    std::optional<std::string> awaited;   // `line` of the current wait; nullopt if there is none
     std::chrono::milliseconds timeout{};
     Clock::time_point waitEnds;
     Failure timedOut;

@@ -17,7 +17,7 @@ public:
     /// Returns the text that was accepted last; initially empty.
     const std::string& text() const { return stable; }
 
-    /// Adds a reading. Returns true if `text()` has changed.
+    /// Adds a reading. Returns whether this has changed `text()`.
     bool update(std::string_view now)
     {
         const bool agrees = now == last;
@@ -34,27 +34,28 @@ private:
 };
 
 /// Contains the expected content of the session: what the host has written, and what other processes have
-/// written and this class has reported. The host must make each of its changes in the segment and in
-/// `expected`. Not synchronised.
+/// written and this class has reported. The host must make each of its own changes both in the segment and in
+/// `expected()`. Not synchronised.
 class WriteWatcher {
 public:
     WriteWatcher();
 
     LIPC::SessionBuffer& expected() { return *expectedSession; }
 
-    /// Returns one line for each of the agent's numbers that differs from `expected`, and copies the number
-    /// to `expected`. Also returns one line for each of the agent's texts that differs from the text last
-    /// reported. A text is reported only when two successive calls have found it. A value that was replaced
-    /// between two calls is not reported.
+    /// Returns one line, for example "SoloMode 1", for each changed field that the agent may write. A
+    /// parameter has changed if it differs from `expected()`, to which this function copies it. A text (the
+    /// facility or the id of the default bus) has changed if it differs from the text reported last; it is
+    /// reported only after two successive calls have found it. A value that was replaced between two calls is
+    /// not reported.
     std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
-    /// Compares all bytes outside the agent's fields, about 3.4 MB, with `expected`. These bytes form gaps
-    /// before and between the fields, because the last field ends with the session. Returns the line "FOREIGN
-    /// WRITE at offset N" for each gap in which a byte differs, and copies the gap to `expected`. N is the
-    /// offset in the session of the first byte that differs.
+    /// Compares all bytes outside the fields of `takeAgentWrites`, about 3.4 MB, with `expected()`. Returns
+    /// one line "FOREIGN WRITE at offset N" for each gap (before or between the fields) that differs, and
+    /// copies the gap to `expected()`. N is the offset of the first different byte in the session. No gap
+    /// follows the last field.
     std::vector<std::string> takeForeignWrites(const LIPC::SessionBuffer& session);
 
-    /// Returns whether `line` has the form of a line that this class reports. Checks only the beginning.
+    /// Returns whether `line` begins like a line that this class returns. Does not check the rest.
     static bool hasReportForm(std::string_view line);
 
 private:

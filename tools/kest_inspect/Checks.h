@@ -19,11 +19,11 @@ struct CheckContext {
     std::optional<Segment> version; // nullopt if there is no such segment
     std::optional<Segment> session; // nullopt if there is no such segment
     HostSnapshot snapshot;
-    bool agentRuns = false;         // an agent holds the lock of the settings folder
-    std::vector<FileHolder> agents; // the holders of the lock; empty if the system does not list open files
+    bool agentRuns = false;         // a process holds the agent's lock in the settings folder
+    std::vector<FileHolder> agents; // the holders of this lock; empty if the system does not list open files
 };
 
-/// The result of a check; nullopt if there is nothing to check, for example no segment.
+/// The result of one check; nullopt if there is nothing to check, for example because there is no segment.
 using Check = std::optional<Finding>;
 
 Check checkHost(const CheckContext& context);
@@ -38,15 +38,15 @@ Check checkSettings(const CheckContext& context);
 Check checkFacilities(const CheckContext& context);
 Check checkLastUser(const CheckContext& context);
 
-/// Runs all checks and returns their findings. The findings about the host are the first, the finding about
-/// the tray is the last. Changes nothing on the system.
+/// Runs the checks above in their order, and then `checkTray`. Returns their findings. Changes nothing on the
+/// system.
 std::vector<Finding> runChecks(const Kest::Settings::SystemPaths& paths);
 
-/// Returns the status of the file at `path`. If the file is a symbolic link, returns the status of the link.
-/// On failure, returns nullopt and sets `errno`.
+/// Returns the status of the file at `path`; for a symbolic link, that of the link itself. On failure,
+/// returns nullopt and sets `errno`.
 std::optional<struct stat> statusOf(const std::string& path);
 
-/// Returns the type of a file with an article, for example "a file" or "a link".
+/// Returns the file's type with an article, for example "a file" or "a link".
 std::string kindOf(const struct stat& status);
 
 } // namespace KestInspect

@@ -17,7 +17,7 @@ enum class Severity {
 struct Finding {
     Severity severity = Severity::ok;
     std::string subject; // what was checked; a constant text
-    std::string text;    // may contain any bytes, from names of files, users and processes
+    std::string text;    // what was found; may contain any bytes, for example from a file name
     std::string hint;    // what the user can do; empty for an ok finding
 };
 

@@ -7,13 +7,13 @@
 
 namespace KestInspect {
 
-/// Return the name of the parameter or of the text with this number in the agent's record; empty if there is
-/// no name for the number.
+/// Return the name of the parameter or text with this number (its index) in the agent's record; empty if it
+/// has no name.
 std::string_view parameterName(int number);
 std::string_view textName(int number);
 
-/// Returns the meaning of a parameter's value, for example the name of a speaker configuration; empty if the
-/// value is only a number.
+/// Returns the meaning of a parameter's value, for example the name of a speaker configuration; empty if
+/// there is none.
 std::string parameterMeaning(int number, float value);
 /// Returns the text for a status number of the host; empty if there is no text for the number.
 std::string messageMeaning(std::int32_t number);

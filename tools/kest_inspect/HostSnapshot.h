@@ -14,9 +14,9 @@ namespace KestInspect {
 
 struct Client {
     int slot = 0;   // 0 to 1023
-    std::string id; // any bytes
+    std::string id; // Mac OS Roman, so any bytes are valid
     std::int32_t type = 0;
-    std::string label; // Mac OS Roman, so any bytes are valid
+    std::string label; // in Mac OS Roman too
 
     bool operator==(const Client&) const = default;
 };
@@ -31,23 +31,24 @@ struct AgentRecord {
 
 struct Session {
     int segment = -1;                 // the segment's identifier; differs after each start of the host
-    std::vector<Client> clients;      // in slot order: all records with a type, and the agent's record
+    std::vector<Client> clients;      // in slot order: records whose type is not 0, and the agent's record
     std::optional<AgentRecord> agent; // nullopt if there is no such record
     std::string defaultBus;           // the id of the default bus; empty if there is none
 };
 
 struct HostSnapshot {
-    std::optional<std::int32_t> versionWord; // the host's word size in bits; nullopt without a segment
-    std::optional<Session> session;          // nullopt if there is no segment or it is too small
+    std::optional<std::int32_t> versionWord; // the host's word size in bits; nullopt if it cannot be read
+    std::optional<Session> session;          // nullopt if the segment cannot be read
 };
 
-/// Returns a copy of the content of the host's segments. Creates no key file and writes nothing. The host
-/// writes names without a lock. So this function reads the session again until two successive readings
-/// contain the same names and texts, at most five times in total. Returns the last reading. Blocks for a few
+/// Returns a copy of the content of the host's segments. Creates no key file and writes nothing. Because the
+/// host writes without a lock, this function reads the segments repeatedly, until two successive readings
+/// contain the same ids, labels and texts, but at most five times. Returns the last reading. Blocks for a few
 /// milliseconds.
 HostSnapshot readHost(const Kest::Settings::SystemPaths& paths);
 
-/// Returns the label of the first client with this id; empty if there is none, or if `id` is empty.
+/// Returns the label of the first client with this id, in Mac OS Roman; empty if there is none, or if `id` is
+/// empty.
 std::string labelOf(const Session& session, const std::string& id);
 
 } // namespace KestInspect

@@ -1,4 +1,4 @@
-// Formats the output of the tool, as text for a terminal and as JSON for programs.
+// Formats the output of kest-inspect as text and as JSON.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -18,7 +18,7 @@ struct Printed {
     Json json;
 };
 
-/// Return a whole document. `text` consists of lines that end with a line feed.
+/// Return the output of the command "session" or "doctor". Each line of `text` ends with a line feed.
 Printed printed(const HostSnapshot& snapshot);
 Printed printed(const std::vector<Finding>& findings);
 
@@ -27,14 +27,15 @@ Printed printed(const std::vector<Finding>& findings);
 std::string jsonDocument(const Json& json);
 std::string jsonLine(const Json& json);
 
-/// Return one part of a snapshot. `text` is one line without a line feed.
+/// Return one part of a snapshot. `text` is one line without a line feed. `number` is an index in the agent's
+/// record. For an empty `id`, `printedBus` returns "none" and null.
 Printed printedClient(const Client& client);
 Printed printedParameter(int number, float value);
 Printed printedText(int number, const std::string& value);
-Printed printedBus(const std::string& id, const std::string& label); // "none" and null if `id` is empty
+Printed printedBus(const std::string& id, const std::string& label);
 std::string printedVersionWord(std::int32_t bits);
 
-/// Returns a client's id or label as printable UTF-8.
+/// Converts a client's id or label from Mac OS Roman to printable UTF-8.
 std::string printedName(std::string_view bytes);
 /// Returns a blank and `meaning` in round brackets; empty if `meaning` is empty.
 std::string inBrackets(const std::string& meaning);

@@ -19,10 +19,10 @@ struct Segment {
     bool isWritable = false;    // this user may read and write the segment
 };
 
-/// Returns the data of the segment `name`; nullopt if the segment or its key file does not exist.
+/// Returns the data of the segment `name`; nullopt if there is no such segment or its key file yields no key.
 std::optional<Segment> findSegment(const std::string& name);
 
-/// Returns whether the process has ended, that is, whether no process has this id. Returns false for 0.
+/// Returns whether no process has the id `process`. Returns false for 0.
 bool hasEnded(pid_t process);
 
 /// Returns the login name of a user, or the user's number if there is no name.

@@ -1,4 +1,4 @@
-// Platform-specific queries. Each platform has its own implementation in a separate folder.
+// Queries that each platform implements in its own folder: about open files, locks, segments and the tray.
 #pragma once
 
 #include "tools/kest_inspect/Finding.h"
@@ -16,29 +16,29 @@ struct FileHolder {
     pid_t process = 0;
     std::string program;    // file name of the program; "unknown" if the system does not show it
     bool reads = false;     // has the file open for reading
-    bool holdsLock = false; // has locked the file with flock
+    bool holdsLock = false; // has locked the file with `flock`
 };
 
-/// Returns the processes that have the file at `path` open, without opening the file. Processes of other
-/// users may be missing. Empty if the system does not list open files.
+/// Returns the processes that have the file at `path` open. Does not open the file. Processes of other users
+/// may be missing. Empty if the system does not list open files.
 std::vector<FileHolder> processesHolding(const std::string& path);
 
-/// Returns the processes that have an open file that was removed from `path`. The restrictions of
-/// `processesHolding` apply.
+/// Returns the processes that still have a file open that was removed from `path`. Incomplete or empty in the
+/// same cases as `processesHolding`.
 std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 
 /// Returns whether a process has locked the file at `path`. Does not lock the file. May return false if the
 /// process belongs to another user.
 bool isLocked(const std::string& path);
 
-/// Finds a session segment without its key file, which may have been removed. Considers only segments with a
-/// key other than 0 whose size is at least `bytes` and less than `bytes` plus one page. Returns the id of the
-/// process that created the first such segment; ignores segments whose creator has ended. Returns nullopt if
-/// no segment is found or the system does not list segments.
+/// Finds a session segment by its size, because its key file may have been removed. Considers only segments
+/// whose key is not 0, whose creator is running, and whose size is at least `bytes` and less than `bytes`
+/// plus one page. Returns the process id of the first such segment's creator; nullopt if there is none or the
+/// system does not list segments.
 std::optional<pid_t> creatorOfSegment(std::size_t bytes);
 
-/// Checks whether a tray can display the menu. Takes at most two seconds. Returns nullopt on systems that
-/// always have a menu bar.
+/// Checks whether a tray can display the agent's menu. Takes at most two seconds. Returns nullopt on systems
+/// that always have a menu bar.
 std::optional<Finding> checkTray();
 
 } // namespace KestInspect

@@ -6,8 +6,8 @@
 
 namespace KestInspect {
 
-/// Prints the content of the session, then each change of it. Returns after SIGINT, SIGTERM or SIGHUP, after
-/// the time in `options`, or when writing the output has failed.
+/// Prints the content of the host's segments, then each change. Returns after SIGINT, SIGTERM or SIGHUP,
+/// after the time in `options`, or when writing the output has failed.
 void watch(const Kest::Settings::SystemPaths& paths, const Options& options);
 
 } // namespace KestInspect

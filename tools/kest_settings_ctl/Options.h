@@ -8,14 +8,14 @@ namespace KestSettingsCtl {
 
 struct Options {
     std::string command; // "menu", "get", "choose" or "watch"
-    std::string path;    // of the item, for "get" and "choose"; otherwise empty
-    bool json = false;   // print the agent's replies as they are
-    bool paths = false;  // "menu": print the path of each item that can be chosen
+    std::string path;    // the item's path, for "get" and "choose"; otherwise empty
+    bool json = false;   // print the agent's replies unchanged
+    bool paths = false;  // "menu": print only the paths of the items that can be chosen
     bool yes = false;    // "choose": confirm a choice that deletes files
-    int timeout = 10;    // in seconds, for the agent's reply
+    int timeout = 10;    // maximum time to wait for the agent's reply, in seconds
 };
 
-/// Returns the parsed options; nullopt if the program must exit with `exitStatus`, see `CommandLine::parse`.
+/// Returns the parsed options; nullopt if the program must exit: `exitStatus` is then its exit status.
 std::optional<Options> parseOptions(int argc, char** argv, int& exitStatus);
 
 } // namespace KestSettingsCtl
