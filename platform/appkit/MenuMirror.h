@@ -19,9 +19,9 @@ namespace Kest::AppKit {
 /// that of the item that has the menu as its submenu; `kStatusMenuId` for the status menu. Main thread only.
 class MenuMirror {
 public:
-    /// `title` is the title of the status menu, which is empty at first. `target` must outlive this object.
-    /// Only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use `ofModel`, so the model may be destroyed
-    /// before this object.
+    /// `title` is the title of the status menu. The menu is empty at first. `target` must outlive this
+    /// object. Only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use `ofModel`, so the model may be
+    /// destroyed before this object.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
@@ -37,7 +37,8 @@ public:
     void menuNeedsUpdate(App::ItemId id);
     /// Records that the menu has opened. Changes no items: AppKit forbids changes during this event.
     void menuOpened(App::ItemId id);
-    /// Records that the menu has closed, and defers the model's layout. Also changes no items.
+    /// Records that the menu has closed, and defers the model's layout. Changes no items, for the same
+    /// reason.
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredLayouts();
