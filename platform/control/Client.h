@@ -19,9 +19,9 @@ public:
     /// user that listens; nullopt if there is none.
     static std::optional<Client> connect(const std::vector<std::string>& folders);
 
-    /// Sends `line`, which must contain no line feed, and a line feed. Blocks while the agent does not read.
-    /// Returns false if the connection has ended or failed. From the first call on, the process ignores
-    /// SIGPIPE.
+    /// Sends `line` and a line feed. `line` itself must contain none. Blocks while the agent does not read.
+    /// Returns false if the connection has ended or failed. The process ignores SIGPIPE from the first call
+    /// on.
     bool send(const std::string& line);
 
     /// `line`: a line was received; `end`: the connection has ended or failed; `timeout`: the deadline has

@@ -27,10 +27,10 @@ public:
     /// the abort of an encoding, `abortEnded` adds the reply instead.
     void run(const Request& request, ClientId client);
 
-    /// Adds the events of `changes`, already made in the menu, for the clients that watch.
+    /// Adds the events of `changes` for the clients that watch. The menu must already contain the changes.
     void menuChanged(const App::MenuChanges& changes);
-    /// Call it when the abort of the encoding with process id `pid` has ended. Adds the reply to each request
-    /// that started it. `failure` is empty if the abort is complete, otherwise the reason.
+    /// Call it when the abort of process `pid` has ended. Adds the reply to each request that started the
+    /// abort. `failure` is the error text; empty if the abort is complete.
     void abortEnded(int pid, const std::string& failure);
 
     /// Returns the counter of clients that watch. `run` increments the counter, and the server's thread
@@ -44,14 +44,14 @@ private:
     };
     App::FoundItem find(App::ItemSnapshot& menu, const std::string& path);
     void fillAllSubmenus();
-    /// Calls the application's `menuWillOpen` for each submenu that contains the item, which fills some
-    /// submenus.
+    /// Calls the application's `menuWillOpen`, which fills some submenus, for each submenu that contains the
+    /// item.
     void fillMenusContaining(App::ItemId id);
     void get(const std::string& path, ClientId client);
     void choose(const Request& request, ClientId client);
     void perform(const App::FoundItem& found, ClientId client);
-    /// Call it after the item `id` of an abort was chosen. Returns why its encoding is not being aborted; an
-    /// empty text if it is.
+    /// Call it after `id`, which is the item of an abort, was chosen. Returns why its encoding is not being
+    /// aborted; an empty text if it is.
     std::string abortProblem(App::ItemId id) const;
 
     App::KestSettingsAppDelegate& delegate;

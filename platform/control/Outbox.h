@@ -18,7 +18,7 @@ constexpr ClientId kAllWatchers = 0;
 
 struct Message {
     ClientId client = kAllWatchers; // the recipient; `kAllWatchers`: all clients that watch
-    std::string text;               // whole lines with line feeds, or empty
+    std::string text;               // whole lines, or empty
     bool startsWatch = false;       // true in the reply to `watch`: the client gets all later events
 };
 

@@ -11,13 +11,13 @@
 namespace Kest::Posix {
 
 /// Create at most one at a time. The constructor makes the process ignore SIGPIPE. While the queue exists,
-/// each of the ending signals SIGTERM, SIGINT and SIGHUP makes the next `dispatchWakeUps` call `quit`. A
-/// second ending signal ends the process at once. So does SIGALRM, which arrives if the process still runs
-/// five seconds after the first ending signal. To embed the queue in an event loop, poll `wakeUpDescriptor`
-/// for input and call `dispatchWakeUps` when there is input. End the loop if `isQuitting` is then true.
+/// the ending signals SIGTERM, SIGINT and SIGHUP have the effect of `quit` in the next `dispatchWakeUps`. A
+/// second ending signal ends the process at once. SIGALRM does the same if the process still runs five
+/// seconds after the first ending signal. To embed the queue in an event loop, poll `wakeUpDescriptor` for
+/// input and call `dispatchWakeUps` when there is input. End the loop if `isQuitting` is then true.
 class JobQueue {
 public:
-    /// Prints one line and ends the process with status 1 if the system refuses the wake-up descriptor.
+    /// Prints one line and exits with status 1 if the descriptor to poll cannot be created.
     JobQueue();
     /// Restores the default actions of the handled signals, except SIGPIPE. Exception: if an ending signal
     /// has arrived, the handlers of the ending signals and of SIGALRM remain, and the five seconds continue.
@@ -31,8 +31,8 @@ public:
     /// Sets a function that `dispatchWakeUps` calls after `signal` has arrived. If the signal arrives several
     /// times, there may be only one call. `signal` must not be SIGALRM or an ending signal. Main thread.
     void watchSignal(int signal, std::function<void()> arrived);
-    /// Sets a function that is called just before an ending signal or SIGALRM ends the process at once. The
-    /// function must be async-signal-safe. Null means no function. Main thread.
+    /// Sets a function that is called just before a signal ends the process at once. The function must be
+    /// async-signal-safe. Null means no function. Main thread.
     static void setEmergencyCleanup(void (*cleanup)());
     /// Makes `isQuitting` true, so that no further job runs. Main thread.
     void quit() { quitting = true; }

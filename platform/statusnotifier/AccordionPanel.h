@@ -29,12 +29,12 @@ public:
     /// Returns the properties of an item as this panel needs them.
     static Properties properties(const App::MenuItem& item);
 
-    /// Returns one update for each label in `updates` that this panel needs with other underscores. Send
+    /// Returns one update for each label in `updates` that this panel needs with fewer underscores. Send
     /// `updates` to all panels first, then the result to this panel. Returns an empty list if no such panel
     /// is known.
     std::vector<ItemUpdate> corrections(const std::vector<ItemUpdate>& updates) const;
 
-    /// Makes `layout` add the rows of the item's submenu to the top level, instead of those of the previous
+    /// Makes `layout` add the rows of the item's submenu to the top level, instead of those of an earlier
     /// call, and returns true. If the item is at the top level or has no submenu, does nothing and returns
     /// false.
     bool choose(const App::MenuItem& item);

@@ -18,7 +18,7 @@ public:
     bool hasAboutPanel() const override { return false; } // the menu shows the about text
     void showAboutPanel(const App::About&) override {}
 
-    // Called after the reply of the file manager, a failure or the timeout; `shown` is false without success.
+    // Called after the file manager's reply, an error or the timeout; `shown` is true only after success.
     void fileManagerAnswered(bool shown);
 
 private:
