@@ -34,8 +34,8 @@ public:
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
-    /// Returns when output was last written, or when the unsent output began to wait if that is later.
-    /// Returns nullopt if no output is unsent.
+    /// While output is unsent, returns when the last `write` sent bytes or when output became unsent,
+    /// whichever is later. Otherwise returns nullopt.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
     bool isNextLineTooLong() const;

@@ -11,7 +11,7 @@
 namespace Kest::Control {
 
 /// Owns a listening socket. The destructor removes the socket file, and then its folder if the folder is
-/// empty. Exception: it removes nothing if the file at this path is no longer this socket.
+/// empty. Exception: it removes nothing if another file now has the path of the socket.
 class ListeningSocket {
 public:
     /// Creates the socket with mode 0600 in the first of `folders` in which its path is not too long for a

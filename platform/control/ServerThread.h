@@ -22,7 +22,7 @@ namespace Kest::Control {
 /// other than the agent's are closed without a reply.
 struct ServerLimits {
     std::size_t clients = 16; // connections at the same time; further clients get only an error
-    // A client that watches is disconnected at an event if more bytes than this are still unsent to it.
+    // A client that watches is disconnected if an event is due while more bytes than this are unsent to it.
     std::size_t maxUnsentBytes = 1'048'576;
     // A client is disconnected if it reads nothing for this time although output is unsent.
     std::chrono::milliseconds maxStallTime{10'000};
@@ -42,7 +42,7 @@ public:
     /// request, and this class decrements it.
     ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
                  Handler requestHandler, ServerLimits serverLimits);
-    /// Sends as much of the output as the sockets accept at once, disconnects all clients and ends the
+    /// Sends as much of the output as is possible without blocking, disconnects all clients and ends the
     /// thread.
     ~ServerThread();
     ServerThread(const ServerThread&) = delete;

@@ -22,7 +22,7 @@ Settings::Descriptor acceptConnection(int listener);
 std::optional<uid_t> peerUser(int connection);
 
 /// Returns the user's folder for sockets on Linux: the value of XDG_RUNTIME_DIR, or else /run/user/UID. A
-/// folder is used only if its path is absolute, it exists, belongs to the user and is not writable by others.
+/// folder is used only if it exists, has an absolute path, belongs to the user and is not writable by others.
 /// Returns an empty text if neither folder can be used. Always returns an empty text on macOS.
 std::string runtimeFolder();
 

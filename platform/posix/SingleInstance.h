@@ -11,9 +11,9 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Posix {
 
-/// Calls `agent` with the default paths and returns the exit status that `agent` returns. If another agent of
-/// this user is running, only prints one line and returns `statusIfRunning`. If the process cannot open 32
-/// more files, only prints one line and returns 1.
+/// Calls `agent` with the default paths and returns the exit status that `agent` returns. In two cases,
+/// prints one line and does not call `agent`: if another agent of this user is running, returns
+/// `statusIfRunning`; if the process cannot open 32 more files, returns 1.
 int runSingleInstance(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
 /// Calls the application's `awakeFromNib`. Returns false and prints one line if that failed.

@@ -41,7 +41,7 @@ public:
 
 private:
     std::string name;                        // on the bus; empty if no such panel is known
-    App::ItemId chosen = App::kStatusMenuId; // the item whose rows are added to the top level
+    App::ItemId chosen = App::kStatusMenuId; // its submenu's rows are added to the top level
 };
 
 } // namespace Kest::StatusNotifier

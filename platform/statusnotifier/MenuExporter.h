@@ -33,8 +33,8 @@ public:
     int failure() const { return exportResult; }
 
     /// Sends signals for the changes, which the menu must already contain. One signal to all panels contains
-    /// the changed properties. A second signal, only to the accordion panel, contains the labels that this
-    /// panel needs in another form. A signal LayoutUpdated is sent for each menu whose items were added,
+    /// the changed properties. A second signal, only to the accordion panel, contains the result of
+    /// `AccordionPanel::corrections`. A signal LayoutUpdated is sent for each menu whose items were added,
     /// removed or moved. While a panel has a menu open (see `Panels`), LayoutUpdated is held back, and
     /// removed items are sent as invisible. If more than 16 messages wait in the bus's send queue or a signal
     /// cannot be sent, sends no further signals until `resendIfStale` sends the whole state.

@@ -35,11 +35,11 @@ int readEvents(sd_bus_message* message, PanelEvents& events);
 
 int appendIds(sd_bus_message* message, const std::vector<App::ItemId>& ids);           // "ai"
 int appendItem(sd_bus_message* message, App::ItemId id, const Properties& properties); // "(ia{sv})"
-int appendLayout(sd_bus_message* message, const Layout& layout);                       // "(ia{sv}av)"
+/// "(ia{sv}av)": id, properties, children.
+int appendLayout(sd_bus_message* message, const Layout& layout);
 /// "a(ia{sv})a(ias)": updated properties by item id, names of removed properties by item id.
 int appendUpdates(sd_bus_message* message, const std::vector<ItemUpdate>& items);
-/// The same signature. Appends `changeableProperties` of all items below `menu`, at any depth, as updated,
-/// and none as removed.
+/// The same signature. Appends an update to `changeableProperties` for each item below `menu`, at any depth.
 int appendWholeMenu(sd_bus_message* message, const App::ItemSnapshot& menu);
 
 } // namespace Kest::StatusNotifier

@@ -28,8 +28,8 @@ std::string escapedLabel(const std::string& text);
 /// includes "label", except for a separator, and "toggle-state" if the item has "toggle-type".
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// Returns the properties without "type", "toggle-type" and "children-display", but always with "enabled",
-/// "visible" and "disposition", even if these have default values.
+/// Returns the item's properties without "type", "toggle-type" and "children-display", but always with
+/// "enabled", "visible" and "disposition", even if these have default values.
 Properties changeableProperties(const App::ItemSnapshot& item);
 
 /// An item with the items of its submenu.

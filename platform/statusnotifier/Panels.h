@@ -39,7 +39,8 @@ public:
     /// Forgets all panels and all open menus. Call it when a panel starts.
     std::set<App::ItemId> reset();
 
-    /// Returns whether any menu is open. If so, records that LayoutUpdated is held back for `menu`.
+    /// Returns whether any menu is recorded as open. If so, records that LayoutUpdated is held back for
+    /// `menu`.
     bool holdBackIfOpen(App::ItemId menu);
 
 private:

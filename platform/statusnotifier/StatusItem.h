@@ -27,7 +27,7 @@ public:
         std::function<void(int)> refused;  // the bus has refused the item; the argument is a negative errno
     };
     /// Exports the item and registers it, without waiting for replies. `themePath` is the folder in which
-    /// panels search the icon.
+    /// panels search for the icon.
     StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;

@@ -1,4 +1,4 @@
-// The front end for Linux desktops: an item in the panel, which opens the menu when it is clicked.
+// The front end for Linux desktops: an item in the panel. A click on the item opens the menu.
 #pragma once
 
 #include "app/FrontEnd.h"

@@ -21,8 +21,8 @@ Input inputOfKey(int code);
 /// Converts the button state of a mouse event of ncurses. `line` is the line of the screen, counted from 0.
 Input inputOfMouse(unsigned long buttons, int line);
 
-/// The screen of a terminal; one per process. Uses its own descriptor of the terminal, so that standard
-/// output can be redirected. The destructor restores the terminal. Main thread only.
+/// The screen of a terminal. Create at most one per process. Uses its own descriptor of the terminal, so that
+/// standard output can be redirected. The destructor restores the terminal. Main thread only.
 class Screen {
 public:
     /// Opens the screen. Returns null on failure, or if standard input or output is not a terminal that can
