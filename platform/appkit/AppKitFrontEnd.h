@@ -1,4 +1,4 @@
-// The front end for AppKit, which shows the menu in the menu bar.
+// The front end that shows the menu in the menu bar with AppKit.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -23,15 +23,15 @@ public:
     AppKitFrontEnd(const AppKitFrontEnd&) = delete;
     AppKitFrontEnd& operator=(const AppKitFrontEnd&) = delete;
 
-    /// Sets the application, whose menu is shown and which gets the user's choices. Call it once, before all
-    /// other functions except `post`. The application must outlive the last job.
+    /// Sets the agent whose menu is shown and whose `choose` gets the user's choices. Call it once, before
+    /// all other functions except `post`. `application` must exist while the main loop runs.
     void setApplication(App::KestSettingsAppDelegate& application);
     NSMenu* statusMenu() const { return mirror->statusMenu(); }
 
     void showStatusItem(const std::string& imageName) override;
     void post(std::function<void()> job) override;
     void menuChanged(const App::MenuChanges& changes) override { mirror->show(changes); }
-    /// Terminates `NSApp` after the current event. This ends the process.
+    /// Returns at once. After the current event, `NSApp` terminates, and so the process ends.
     void quit() override;
 
 private:

@@ -1,11 +1,11 @@
-// The desktop services on systems with AppKit.
+// The desktop services on macOS and GNUstep.
 #pragma once
 
 #include "app/FrontEnd.h"
 
 namespace Kest::AppKit {
 
-/// Main thread only.
+/// Main thread only. See `App::Workspace`.
 class AppKitWorkspace final : public App::Workspace {
 public:
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;

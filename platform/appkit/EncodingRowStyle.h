@@ -5,8 +5,8 @@
 
 namespace Kest::AppKit {
 
-/// Colours that contrast with the menu's background, or with the selection, in every appearance of the
-/// system.
+/// The colours of a row. They contrast with the menu's background, or with the selection in a selected row,
+/// in light and dark appearance.
 struct RowColors {
     NSColor* text;
     NSColor* barFrame;
@@ -16,8 +16,8 @@ struct RowColors {
 /// Returns the colours of a selected or an unselected row. Autoreleased. Main thread.
 RowColors rowColors(bool selected);
 
-/// Adds the view that draws the selection, because AppKit draws no selection for an item with a view. Call it
-/// once for each row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
+/// Adds to `row` the view that draws its selection: AppKit draws none for an item with a view. Call it once
+/// for each row. Does nothing with GNUstep, where the row draws the selection itself. Main thread.
 void addSelectionView(KestEncodingRow* row);
 
 } // namespace Kest::AppKit

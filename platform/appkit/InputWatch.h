@@ -7,8 +7,8 @@
 
 namespace Kest::AppKit {
 
-/// Calls `readable` whenever the descriptor has input, also while a menu or a panel is open. The descriptor
-/// must remain open while this object exists. Main thread only.
+/// Calls `readable` in the main loop whenever the descriptor has input, also while a menu or a modal panel is
+/// open. The descriptor must remain open while this object exists. Main thread only.
 class InputWatch {
 public:
     InputWatch(int descriptor, std::function<void()> readable);

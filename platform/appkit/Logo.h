@@ -5,8 +5,8 @@
 
 namespace Kest::AppKit {
 
-/// Returns the image `name` of the bundle. If the bundle has no such image, registers the logo as the image
-/// `name` and returns the logo. The logo is black on transparent and 19 points square. It is drawn as
+/// Returns the existing image `name`, for example of the bundle. If there is none, creates the logo as the
+/// image `name` and returns it. The logo is black on transparent and 19 points square. It is drawn as
 /// vectors, so it is sharp at any resolution. Autoreleased. Main thread.
 NSImage* logoNamed(NSString* name);
 

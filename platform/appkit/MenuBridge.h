@@ -1,4 +1,4 @@
-// The target and the delegate of AppKit's menus.
+// Passes the events of AppKit's menus to C++.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -7,22 +7,22 @@
 
 namespace Kest::AppKit {
 
-/// Gets the events of the menus. A submenu is identified by the id of its item in the parent menu, the status
-/// menu by `kStatusMenuId`. Main thread only.
+/// Gets the events of the menus from a `KestMenuBridge`. A submenu is identified by the id of its item in the
+/// parent menu, the status menu by `kStatusMenuId`. Main thread only.
 class MenuListener {
 public:
     virtual ~MenuListener() = default;
     virtual void itemChosen(App::ItemId id) = 0;
-    /// Called when the menu may be about to open. The menu's items may be changed in this call, but not in
-    /// `menuWillOpen` and `menuDidClose`.
+    /// Called before the menu opens, and sometimes although it does not open. The menu's items may be changed
+    /// in this call, but not in `menuWillOpen` and `menuDidClose`.
     virtual void menuNeedsUpdate(App::ItemId id) = 0;
-    /// Called when the menu is about to open.
+    /// Called when the menu opens, just before or just after it is displayed.
     virtual void menuWillOpen(App::ItemId id) = 0;
     /// Called when the menu has closed. If the user has chosen an item, `itemChosen` is called afterwards.
     virtual void menuDidClose(App::ItemId id) = 0;
 };
 
-/// Stores the model's id of the item as the represented object of the NSMenuItem.
+/// Stores `id`, the item's id in the model, as the represented object of `item`.
 void setId(NSMenuItem* item, App::ItemId id);
 /// Returns the id that `setId` has stored in the item; `kStatusMenuId` if no id is stored.
 App::ItemId idOf(NSMenuItem* item);
@@ -31,7 +31,7 @@ App::ItemId idOf(NSMenu* menu);
 
 } // namespace Kest::AppKit
 
-/// The target of all items and the delegate of all menus; passes their events to a listener. Main thread
+/// The target of all items and the delegate of all menus. Passes their events to the listener. Main thread
 /// only.
 @interface KestMenuBridge : NSObject {
 @private
@@ -39,7 +39,7 @@ App::ItemId idOf(NSMenu* menu);
 }
 /// The listener must exist until `disconnect` is called.
 - (id)initWithListener:(Kest::AppKit::MenuListener*)menuListener;
-/// Stops all further calls of the listener.
+/// Ends all calls of the listener. Later events are ignored.
 - (void)disconnect;
 
 - (void)chooseItem:(NSMenuItem*)item;

@@ -1,4 +1,4 @@
-// Applies the properties of an item to an NSMenuItem.
+// Sets the properties of an NSMenuItem.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -16,13 +16,13 @@
 
 namespace Kest::AppKit {
 
-/// Returns whether NSMenuItem can be hidden. If not, the menu must omit hidden items.
+/// Returns whether an NSMenuItem has `setHidden:`. If not, the menu must omit hidden items.
 bool itemsCanHide();
-/// Returns whether NSMenuItem can have a view. If not, the title of an encoding contains its progress.
+/// Returns whether an NSMenuItem has `setView:`. If not, the title of an encoding contains its percentage.
 bool itemsCanHaveViews();
 
-/// Applies the properties to an item. If the properties are those of an encoding, each call gives the item a
-/// new view. For a separator, applies only `tag` and `hidden`. Main thread.
+/// Sets tag, title, view, state, `enabled` and `hidden` of `item`. If items can have views, each call with an
+/// encoding sets a new view. For a separator, sets only `tag` and `hidden`. Main thread.
 void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

@@ -1,4 +1,4 @@
-// Mirrors the model's menu in menus of AppKit.
+// Keeps AppKit's menus equal to the menus of the model.
 #pragma once
 
 #include "app/MenuModel.h"
@@ -12,15 +12,16 @@
 
 namespace Kest::AppKit {
 
-/// Updates only what has changed. In an open menu, items change in place, a removed item remains but is
-/// greyed, and a new item is appended, so that no item's index changes. The menu keeps this layout when it
-/// closes, because AppKit sends the action of the chosen item after that. The next call of
-/// `applyDeferredLayouts` or `menuNeedsUpdate` applies the model's layout. Main thread only.
+/// Updates only what has changed. In an open menu, existing items are updated, a removed item remains but is
+/// greyed, and a new item is appended, so that no index changes. The menu keeps these items when it closes,
+/// because AppKit sends the action of the chosen item after that. The next call of `applyDeferredLayouts`, or
+/// of `menuNeedsUpdate` for this menu, applies the model's layout: its items in their order. Each `id` is
+/// that of the item that has the menu as its submenu; `kStatusMenuId` for the status menu. Main thread only.
 class MenuMirror {
 public:
-    /// `title` is the title of the status menu. `target` must outlive this object. Only `show`,
-    /// `menuNeedsUpdate` and `applyDeferredLayouts` use `ofModel`, so the model may be destroyed before this
-    /// object.
+    /// `title` is the title of the status menu. The menu is empty at first. `target` must outlive this
+    /// object. Only `show`, `menuNeedsUpdate` and `applyDeferredLayouts` use `ofModel`, so the model may be
+    /// destroyed before this object.
     MenuMirror(const App::MenuModel& ofModel, const std::string& title, KestMenuBridge* target);
     ~MenuMirror();
     MenuMirror(const MenuMirror&) = delete;
@@ -28,17 +29,16 @@ public:
 
     NSMenu* statusMenu() const { return root; }
 
-    /// Applies changes of the model. Call it with every change of the model, because the constructor copies
-    /// no items.
+    /// Applies changes that the model has already made. Pass every change: the constructor copies no items.
     void show(const App::MenuChanges& changes);
 
     /// Applies the model's layout to the menu if `menuClosed` has deferred it and the menu has not opened
     /// again. Otherwise does nothing.
     void menuNeedsUpdate(App::ItemId id);
-    /// Records that the menu has opened. Changes no items, because AppKit forbids changes while it reports
-    /// this event.
+    /// Records that the menu has opened. Changes no items: AppKit forbids changes during this event.
     void menuOpened(App::ItemId id);
-    /// Records that the menu has closed, and defers its layout. Changes no items either.
+    /// Records that the menu has closed, and defers the model's layout. Changes no items, for the same
+    /// reason.
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredLayouts();

@@ -1,4 +1,4 @@
-// The client's end of the control socket.
+// A client's end of a connection to the agent's control socket.
 #pragma once
 
 #include "backend/Descriptor.h"
@@ -15,12 +15,13 @@ class Client {
 public:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>; // nullopt: no limit
 
-    /// Connects to the socket in the first of `folders` in which an agent of this user accepts the
-    /// connection. Returns nullopt if no such agent is found.
+    /// Tries the socket in each of `folders`, in this order. Returns a connection to the first agent of this
+    /// user that listens; nullopt if there is none.
     static std::optional<Client> connect(const std::vector<std::string>& folders);
 
-    /// Sends `line` and a line feed. Blocks while the agent does not read. Returns false if the connection
-    /// has ended or failed. The process ignores SIGPIPE from the first call on.
+    /// Sends `line` and a line feed. `line` itself must contain none. Blocks while the agent does not read.
+    /// Returns false if the connection has ended or failed. The process ignores SIGPIPE from the first call
+    /// on.
     bool send(const std::string& line);
 
     /// `line`: a line was received; `end`: the connection has ended or failed; `timeout`: the deadline has

@@ -12,7 +12,7 @@ namespace Kest::Control {
 
 using Clock = std::chrono::steady_clock;
 
-/// Server's thread only. No function blocks.
+/// Only for the thread of `ServerThread`. No function blocks.
 class Connection {
 public:
     Connection(ClientId clientId, Settings::Descriptor opened) : id(clientId), socket(std::move(opened)) {}
@@ -29,24 +29,24 @@ public:
     /// Reads at most 4096 bytes of the available input. Sets `isDead` if the connection has failed.
     void read();
     /// Removes and returns the next complete line of the input, without its line feed. Returns nullopt if
-    /// there is no complete line or the line is longer than `kMaxRequestBytes`. Also returns nullopt while
-    /// `awaitsReply` or `isClosing` is true or output is unsent.
+    /// there is no complete line or the line is longer than `kMaxRequestBytes` (Request.h). Also returns
+    /// nullopt while `awaitsReply` or `isClosing` is true, and while output is unsent.
     std::optional<std::string> nextLine();
 
     std::size_t unsentBytes() const { return output.size() - sent; }
-    /// Returns when output was last written, or when the unsent output began to wait if that is later.
-    /// Returns nullopt if no output is unsent.
+    /// While output is unsent, returns when the last `write` sent bytes or when output became unsent,
+    /// whichever is later. Otherwise returns nullopt.
     std::optional<Clock::time_point> stalledSince() const { return stalled; }
     /// Returns whether the next line of the input, complete or not, is longer than `kMaxRequestBytes`.
     bool isNextLineTooLong() const;
-    /// Returns whether the connection must be closed. This is so in three cases:
+    /// Returns whether the connection must be closed now. This is so in three cases:
     /// - `isDead` is true.
-    /// - `isClosing` is true, all output is sent, and no reply is awaited.
+    /// - `isClosing` is true, all output is sent, and `awaitsReply` is false.
     /// - The client sends no more and does not watch, and no request, reply or output is pending.
     bool shouldClose() const;
 
     const ClientId id;
-    bool awaitsReply = false; // a request is being executed
+    bool awaitsReply = false; // a request has no reply yet
     bool watches = false;     // the client gets events
     bool isClosing = false;   // to be closed when all output is sent
     bool isDead = false;      // to be closed at once

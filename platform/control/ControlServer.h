@@ -39,8 +39,8 @@ private:
     ServerThread thread;                          // destroyed first, because it uses the other members
 };
 
-/// Starts a server at the user's socket. Returns null and logs one line on failure; the agent then runs
-/// without a server.
+/// Creates the user's control socket and returns a running server for it. Returns null and logs one line on
+/// failure; the agent then runs without a server. Main thread.
 std::unique_ptr<App::MenuObserver> startServer(App::KestSettingsAppDelegate& application,
                                                App::FrontEnd& frontEnd, const Settings::SystemPaths& paths);
 

@@ -8,21 +8,20 @@
 
 namespace Kest::Control {
 
-// Each function returns one line with its line feed. Paths must be printable UTF-8.
+// Each function returns one line with its line feed. Paths must be UTF-8 without control characters.
 
 /// Returns the first line that each client gets. It contains the agent's name, version, protocol and process
 /// id.
 std::string greeting();
-/// Returns the reply to `menu`, with all items that are not hidden.
+/// Returns the reply to the command `menu`, with all visible items at any depth.
 std::string menuReply(const App::ItemSnapshot& statusMenu);
-/// Returns a reply with an item and all items of its submenu that are not hidden. `path` is the path of
-/// `item`.
+/// Returns a reply with `item` and all visible items below it. `path` is the path of `item`.
 std::string itemReply(const App::ItemSnapshot& item, const std::string& path);
 /// Returns a reply that reports success and contains no item.
 std::string doneReply();
 /// Returns a reply that reports an error. `nearest` is the path of a similar item; omitted if empty.
 std::string errorReply(const std::string& error, const std::string& nearest = {});
-/// Returns an event. It contains the item's current properties unless the item was removed.
+/// Returns an event. It contains the item's properties in `menu`, unless the item was removed.
 std::string eventLine(const App::MenuEvent& event, const App::MenuModel& menu);
 
 } // namespace Kest::Control

@@ -10,14 +10,15 @@
 
 namespace Kest::Control {
 
-/// Owns a listening socket. The destructor removes the socket, and then its folder if the folder is empty.
-/// Exception: the destructor removes nothing if another process has replaced the socket at its path.
+/// Owns a listening socket. The destructor removes the socket file, and then its folder if the folder is
+/// empty. Exception: it removes nothing if another file now has the path of the socket.
 class ListeningSocket {
 public:
-    /// Creates the socket with mode 0600 in the first of `folders` for which the path is not too long.
-    /// Creates the folder if it does not exist. Sets the folder's mode to 0700 if other users have access.
-    /// Removes the socket of a killed agent, but no other file. Fails if the folder belongs to another user
-    /// or is a link. `folders` must not be empty. Never blocks. Returns nullopt and logs one line on failure.
+    /// Creates the socket with mode 0600 in the first of `folders` in which its path is not too long for a
+    /// socket. Creates the folder if it does not exist. Sets the folder's mode to 0700 if other users have
+    /// access. Replaces the socket of a killed agent of this user. Fails if any other file or a running agent
+    /// has the path, or if the folder belongs to another user or is a link. `folders` must not be empty.
+    /// Never blocks. Returns nullopt and logs one line on failure.
     static std::optional<ListeningSocket> open(const std::vector<std::string>& folders);
     ~ListeningSocket();
     ListeningSocket(ListeningSocket&&) = default;

@@ -18,11 +18,11 @@ constexpr ClientId kAllWatchers = 0;
 
 struct Message {
     ClientId client = kAllWatchers; // the recipient; `kAllWatchers`: all clients that watch
-    std::string text;               // whole lines
-    bool startsWatch = false;       // true in the reply to `watch`: the client gets events from now on
+    std::string text;               // whole lines, or empty
+    bool startsWatch = false;       // true in the reply to `watch`: the client gets all later events
 };
 
-/// Any thread.
+/// Any thread, except `take`.
 class Outbox {
 public:
     void add(Message message)
@@ -33,7 +33,7 @@ public:
         }
         wakeUp.raise();
     }
-    /// Returns all messages and empties the queue.
+    /// Returns all messages and empties the queue. Only for the thread that polls `descriptor`.
     std::deque<Message> take()
     {
         wakeUp.clear();

@@ -1,4 +1,4 @@
-// The requests of clients: one JSON object per line.
+// The requests of clients of the control socket: one JSON object per line.
 #pragma once
 
 #include <cstddef>
@@ -8,15 +8,15 @@
 
 namespace Kest::Control {
 
-constexpr int kProtocol = 1; // version of the protocol; part of the greeting
+constexpr int kProtocol = 1; // version of the protocol; in the first line to each client
 // The maximum length of a request without its line feed.
 constexpr std::size_t kMaxRequestBytes = 65'536;
 
 struct Request {
     enum class Command { menu, get, choose, watch };
     Command command = Command::menu;
-    std::string path;       // for `get` and `choose`: not empty; otherwise empty
-    bool confirmed = false; // whether "yes" is true; required to choose an item that deletes files
+    std::string path;       // of an item, not empty, for `get` and `choose`; otherwise empty
+    bool confirmed = false; // JSON member "yes"; must be true to choose an item that deletes files
 };
 
 struct ParsedRequest {
@@ -24,7 +24,7 @@ struct ParsedRequest {
     std::string error; // why there is no request; empty if there is one
 };
 
-/// Parses one line. `line` does not include the line feed and may contain any other bytes. Ignores unknown
+/// Parses one line. `line` must not include the line feed and may contain any other bytes. Ignores unknown
 /// members and nested values.
 ParsedRequest parseRequest(std::string_view line);
 

@@ -18,10 +18,11 @@
 
 namespace Kest::Control {
 
-/// Limits of the server, and the function that identifies the user of a client.
+/// Limits of the server, and the function that returns the user of a client's socket. Connections of users
+/// other than the agent's are closed without a reply.
 struct ServerLimits {
-    std::size_t clients = 16; // connections at the same time; further clients get an error
-    // If more bytes than this are unsent to a client that watches, the next event disconnects the client.
+    std::size_t clients = 16; // connections at the same time; further clients get only an error
+    // A client that watches is disconnected if an event is due while more bytes than this are unsent to it.
     std::size_t maxUnsentBytes = 1'048'576;
     // A client is disconnected if it reads nothing for this time although output is unsent.
     std::chrono::milliseconds maxStallTime{10'000};
@@ -32,16 +33,16 @@ struct ServerLimits {
 /// thread.
 class ServerThread {
 public:
-    /// Called on the server's thread with each request. One reply to each request must be added to the
-    /// outbox, on any thread.
+    /// Called on the server's thread with each valid request. Must cause one reply to be added to the outbox,
+    /// at once or later, on any thread.
     using Handler = std::function<void(ClientId, const Request&)>;
 
     /// Starts the thread. Throws std::system_error if that fails. `replies` and `watching` must outlive this
-    /// object. `watching` is the number of clients that watch: the handler increments it, and this class
-    /// decrements it.
+    /// object. `watching` is the number of clients that watch: the handler must increment it for each `watch`
+    /// request, and this class decrements it.
     ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
                  Handler requestHandler, ServerLimits serverLimits);
-    /// Sends as much of the output as the sockets accept at once, disconnects all clients and ends the
+    /// Sends as much of the output as is possible without blocking, disconnects all clients and ends the
     /// thread.
     ~ServerThread();
     ServerThread(const ServerThread&) = delete;

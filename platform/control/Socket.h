@@ -14,16 +14,16 @@ namespace Kest::Control {
 Settings::Descriptor makeSocket();
 
 /// Accepts the next waiting connection of a listening socket. The returned socket is non-blocking and not
-/// inherited. Returns an empty descriptor and sets `errno` on failure.
+/// inherited. Returns an empty descriptor and sets `errno` if no connection waits or on failure.
 Settings::Descriptor acceptConnection(int listener);
 
-/// Returns the id of the user whose process created the other end of a connection. Returns nullopt if the
+/// Returns the id of the user whose process connected or listened at the other end. Returns nullopt if the
 /// system does not report the user.
 std::optional<uid_t> peerUser(int connection);
 
-/// Returns the user's folder for sockets: the value of XDG_RUNTIME_DIR, or else the system's default. A
-/// folder is used only if it exists, belongs to the user and is not writable by others. Returns an empty text
-/// if neither folder can be used. Always returns an empty text on macOS.
+/// Returns the user's folder for sockets on Linux: the value of XDG_RUNTIME_DIR, or else /run/user/UID. A
+/// folder is used only if it exists, has an absolute path, belongs to the user and is not writable by others.
+/// Returns an empty text if neither folder can be used. Always returns an empty text on macOS.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

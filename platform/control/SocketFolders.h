@@ -1,4 +1,4 @@
-// The paths at which the control socket can be.
+// The paths that the control socket can have.
 #pragma once
 
 #include "backend/SystemPaths.h"

@@ -1,4 +1,4 @@
-// A queue of jobs for the main thread. The queue also handles the process's signals.
+// A queue of jobs for the main thread. The queue also handles signals of the process.
 #pragma once
 
 #include "backend/Mutex.h"
@@ -10,11 +10,11 @@
 
 namespace Kest::Posix {
 
-/// One per process. While it exists, SIGPIPE is ignored, and the ending signals SIGTERM, SIGINT and SIGHUP
-/// have the effect of `quit`. A second ending signal ends the process at once. SIGALRM does the same if the
-/// process still runs five seconds after the first ending signal. To embed the queue in an event loop, poll
-/// `wakeUpDescriptor` for input and call `dispatchWakeUps` when there is input. End the loop if `isQuitting`
-/// is then true.
+/// Create at most one at a time. The constructor makes the process ignore SIGPIPE. While the queue exists,
+/// the ending signals SIGTERM, SIGINT and SIGHUP have the effect of `quit` in the next `dispatchWakeUps`. A
+/// second ending signal ends the process at once. SIGALRM does the same if the process still runs five
+/// seconds after the first ending signal. To embed the queue in an event loop, poll `wakeUpDescriptor` for
+/// input and call `dispatchWakeUps` when there is input. End the loop if `isQuitting` is then true.
 class JobQueue {
 public:
     /// Prints one line and exits with status 1 if the descriptor to poll cannot be created.
@@ -25,11 +25,11 @@ public:
     JobQueue(const JobQueue&) = delete;
     JobQueue& operator=(const JobQueue&) = delete;
 
-    /// Adds a job. Jobs run on the main thread in the order of these calls. Jobs that have not run when the
-    /// queue quits are dropped. Any thread.
+    /// Adds a job for `dispatchWakeUps`, which runs jobs in the order of these calls. Jobs that have not run
+    /// when `isQuitting` becomes true are dropped. Any thread.
     void post(std::function<void()> job);
     /// Sets a function that `dispatchWakeUps` calls after `signal` has arrived. If the signal arrives several
-    /// times, there may be only one call. Must not be used for ending signals. Main thread.
+    /// times, there may be only one call. `signal` must not be SIGALRM or an ending signal. Main thread.
     void watchSignal(int signal, std::function<void()> arrived);
     /// Sets a function that is called just before a signal ends the process at once. The function must be
     /// async-signal-safe. Null means no function. Main thread.
@@ -39,7 +39,7 @@ public:
     bool isQuitting() const { return quitting; }
 
     int wakeUpDescriptor() const { return wakeUp.descriptor(); }
-    /// Handles the signals that have arrived, then runs the queued jobs. Main thread.
+    /// Handles the signals that have arrived, then runs the jobs that are queued at that time. Main thread.
     void dispatchWakeUps();
 
 private:

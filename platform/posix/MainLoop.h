@@ -11,8 +11,8 @@ struct pollfd;
 
 namespace Kest::Posix {
 
-/// A job queue with a loop that waits with poll. A descriptor has at most one watch; a new watch replaces the
-/// previous one. Main thread only, except `post`.
+/// A job queue with a loop that waits with poll. A descriptor has at most one watch, for input or for output;
+/// a new watch replaces the previous one. Main thread only, except `post`.
 class MainLoop : public JobQueue {
 public:
     /// Calls `readable` whenever the descriptor has input, is at its end or has failed.
@@ -21,8 +21,8 @@ public:
     void watchOutput(int descriptor, std::function<void()> writable);
     /// Removes the watch of a descriptor; does nothing if there is none.
     void unwatch(int descriptor) { watches.erase(descriptor); }
-    /// Runs until `quit` is called, then returns true. If a callback calls `quit`, that callback still
-    /// completes. Returns false and prints one line if waiting for events fails.
+    /// Runs jobs and callbacks until `isQuitting` is true, then returns true. The callback that calls `quit`
+    /// is the last one. Returns false and prints one line if waiting for events fails.
     bool run();
 
 private:

@@ -1,4 +1,4 @@
-// Starts programs on systems without desktop services.
+// Starts programs with POSIX functions.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -17,10 +17,10 @@ class PosixWorkspace : public App::Workspace {
 public:
     explicit PosixWorkspace(Streams streams = Streams::inherited) : programStreams(streams) {}
 
-    /// Starts the program in a new session, so that it continues when the agent's terminal closes. Returns
-    /// false if the program could not be started. In that case logs one line, unless the program is missing
-    /// or is not executable. From the first call on, the process ignores SIGCHLD, so the system removes ended
-    /// children, and this process cannot wait for them.
+    /// Starts the program at the path `program` in a new session, so that it continues when the agent's
+    /// terminal closes. Returns false if the program could not be started. In that case logs one line, unless
+    /// the program is missing or is not executable. From the first call on, the process ignores SIGCHLD, so
+    /// the system removes ended children, and this process cannot wait for them.
     bool run(const std::string& program, const std::vector<std::string>& arguments) override;
     bool launchApplication(const std::string& path) override { return run(path, {}); }
 

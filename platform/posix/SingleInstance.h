@@ -11,17 +11,17 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Posix {
 
-/// Calls `agent` with the default paths and returns the exit status that `agent` returns. If another agent of
-/// this user runs, prints one line and returns `statusIfRunning`. If the process cannot open enough files,
-/// prints one line and returns 1.
+/// Calls `agent` with the default paths and returns the exit status that `agent` returns. In two cases,
+/// prints one line and does not call `agent`: if another agent of this user is running, returns
+/// `statusIfRunning`; if the process cannot open 32 more files, returns 1.
 int runSingleInstance(const std::function<int(const Settings::SystemPaths&)>& agent, int statusIfRunning = 0);
 
-/// Calls `awakeFromNib`. Returns false and prints one line if the application cannot start.
+/// Calls the application's `awakeFromNib`. Returns false and prints one line if that failed.
 bool startApplication(App::KestSettingsAppDelegate& application);
 
-/// Starts the application, calls `loop`, and terminates the application. `loop` is the front end's main loop
-/// and returns false on failure; it is not called if the start failed. Returns the exit status: 0, or 1 if
-/// the start or `loop` failed.
+/// Starts the application, calls `loop`, and terminates the application. `loop` must run the front end's main
+/// loop and return false on failure; it is not called if the start failed. Returns the exit status: 0, or 1
+/// if the start or `loop` failed.
 int runApplication(App::KestSettingsAppDelegate& application, const std::function<bool()>& loop);
 
 } // namespace Kest::Posix

@@ -1,4 +1,4 @@
-// Owning pointers to sd-bus objects, and functions that append to messages and check each step.
+// Owning pointers to sd-bus objects, and functions that append to messages and stop at the first failure.
 #pragma once
 
 #include "platform/statusnotifier/MenuProperties.h"
@@ -14,7 +14,7 @@ template <typename Object, Object* (*unref)(Object*)>
 struct Unref {
     void operator()(Object* object) const { unref(object); }
 };
-using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_close_unref>>; // no flush, which could block
+using BusPtr = std::unique_ptr<sd_bus, Unref<sd_bus, sd_bus_close_unref>>; // no flush: it could block
 using MessagePtr = std::unique_ptr<sd_bus_message, Unref<sd_bus_message, sd_bus_message_unref>>;
 using SlotPtr = std::unique_ptr<sd_bus_slot, Unref<sd_bus_slot, sd_bus_slot_unref>>;
 using EventPtr = std::unique_ptr<sd_event, Unref<sd_event, sd_event_unref>>;
@@ -35,10 +35,10 @@ private:
     typename Owner::pointer made = nullptr;
 };
 
-// Each function below returns the result of sd-bus, which is a negative errno on failure. After a failure,
-// the message must not be sent.
+// Each function below returns a negative errno on failure, otherwise 0 or more. After a failure, do not send
+// the message.
 
-/// Calls `append` with each element. Stops after the first call that fails.
+/// Calls `append` with each element of `range`. Stops after the first negative result.
 template <typename Range, typename Append>
 int appendEach(const Range& range, Append append)
 {
@@ -63,11 +63,11 @@ int appendContainer(sd_bus_message* message, char type, const char* contents, Ap
 }
 
 int appendVariant(sd_bus_message* message, const Value& value);
-int appendProperties(sd_bus_message* message, const Properties& properties);         // a{sv}
-int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // as
+int appendProperties(sd_bus_message* message, const Properties& properties);         // signature a{sv}
+int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // signature as
 
 /// Replies to a method call. `append` gets the reply and appends its arguments. On failure, sends no reply:
-/// return the result from the method of the vtable, so that sd-bus sends an error reply.
+/// return the result from the method handler of sd-bus, which then sends an error reply.
 template <typename Append>
 int reply(sd_bus_message* call, Append append)
 {

@@ -11,14 +11,14 @@ class DesktopWorkspace final : public Posix::PosixWorkspace {
 public:
     explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
 
-    /// Shows the folder in the desktop's file manager, without waiting. If the call of the file manager fails
-    /// or is not answered within 2 s, starts xdg-open with the folder. Logs one line if xdg-open cannot be
+    /// Asks the desktop's file manager to show the folder, and does not wait for the reply. If this fails or
+    /// there is no reply within 2 s, starts xdg-open with the folder. Logs one line if xdg-open cannot be
     /// started. A new call of this function cancels the wait for the previous reply.
     void selectFile(const std::string& folder) override;
-    bool hasAboutPanel() const override { return false; } // the menu shows the text
+    bool hasAboutPanel() const override { return false; } // the menu shows the about text
     void showAboutPanel(const App::About&) override {}
 
-    // Called when the file manager has replied or the wait has ended; `shown` is false after an error.
+    // Called after the file manager's reply, an error or the timeout; `shown` is true only after success.
     void fileManagerAnswered(bool shown);
 
 private:

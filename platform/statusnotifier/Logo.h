@@ -8,7 +8,7 @@ namespace Kest::StatusNotifier {
 
 struct Pixmap {
     int side;                       // width and height in pixels
-    std::vector<std::uint8_t> argb; // four bytes per pixel from the top left, alpha first, not premultiplied
+    std::vector<std::uint8_t> argb; // per pixel: alpha, red, green, blue, not premultiplied; top row first
 };
 
 /// Returns the logo in a light colour with a dark outline, so that it is visible on light and dark panels.

@@ -32,21 +32,21 @@ public:
     /// Returns a negative errno if the menu could not be exported; otherwise 0 or more.
     int failure() const { return exportResult; }
 
-    /// Sends signals for the changes. One signal to all panels contains the changed properties. A second
-    /// signal, only to the accordion panel, contains the labels that this panel needs in another form. A
-    /// signal LayoutUpdated is sent for each menu whose items were added, removed or moved. While
-    /// `Panels::holdBackIfOpen` returns true, LayoutUpdated is held back, and removed items are sent as
-    /// invisible. If more than 16 messages are queued or a signal cannot be sent, omits signals until
-    /// `resendIfStale` sends the whole state.
+    /// Sends signals for the changes, which the menu must already contain. One signal to all panels contains
+    /// the changed properties. A second signal, only to the accordion panel, contains the result of
+    /// `AccordionPanel::corrections`. A signal LayoutUpdated is sent for each menu whose items were added,
+    /// removed or moved. While a panel has a menu open (see `Panels`), LayoutUpdated is held back, and
+    /// removed items are sent as invisible. If more than 16 messages wait in the bus's send queue or a signal
+    /// cannot be sent, sends no further signals until `resendIfStale` sends the whole state.
     void menuChanged(const App::MenuChanges& changes);
-    /// If signals were omitted and the queue is empty, sends the state of the whole menu; otherwise does
+    /// If signals were omitted and the send queue is empty, sends the state of the whole menu; otherwise does
     /// nothing. Call it after each event of the main loop.
     void resendIfStale();
     /// Forgets all panels and sends the LayoutUpdated signals that were held back. Call it when a panel
     /// starts.
     void resetPanels();
 
-    // Called by sd-bus for method calls.
+    // Called by sd-bus for the methods of the same names. Each returns a negative errno on failure.
     int getLayout(sd_bus_message* call);
     int getGroupProperties(sd_bus_message* call);
     int getProperty(sd_bus_message* call);

@@ -24,11 +24,12 @@ std::string busText(std::string_view text);
 /// Replaces each ASCII control character by a blank.
 std::string escapedLabel(const std::string& text);
 
-/// Returns the item's properties for panels. Omits properties with default values. Exceptions, for items
-/// other than separators: the label is always included, and so is the state of an item with a mark.
+/// Returns the item's properties for panels, without those that have default values. Exceptions: always
+/// includes "label", except for a separator, and "toggle-state" if the item has "toggle-type".
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// Returns the properties that can change while the item exists, also those with default values.
+/// Returns the item's properties without "type", "toggle-type" and "children-display", but always with
+/// "enabled", "visible" and "disposition", even if these have default values.
 Properties changeableProperties(const App::ItemSnapshot& item);
 
 /// An item with the items of its submenu.
@@ -38,7 +39,7 @@ struct Layout {
     std::vector<Layout> children;
 };
 
-/// Returns the layout of a snapshot, to the depth of the snapshot.
+/// Returns the layout of a snapshot with all its items, at any depth.
 Layout layoutOf(const App::ItemSnapshot& item);
 
 /// The changed properties of an item.
@@ -48,8 +49,8 @@ struct ItemUpdate {
     std::vector<std::string> removed; // names of properties that have their default values again
 };
 
-/// Returns the updates of changed items for panels. Omits items whose properties for panels are unchanged.
-/// `menu` must be in the state after `changes`.
+/// Returns one update for each item in `changes.items` whose `itemProperties` have changed. `menu` must
+/// already contain the changes.
 std::vector<ItemUpdate> itemUpdates(const App::MenuChanges& changes, const App::MenuModel& menu);
 
 } // namespace Kest::StatusNotifier

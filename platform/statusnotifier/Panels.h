@@ -23,14 +23,15 @@ namespace Kest::StatusNotifier {
 /// Main thread only.
 class Panels {
 public:
-    /// Call it when `panel` has read one level of `menu`. Returns the submenus in `menu` that were not
-    /// announced to `panel` yet, and records them as announced.
+    /// Call it when `panel`, a name on the bus, has read one level of `menu`. Returns the submenus in `menu`
+    /// that were not announced to `panel` yet, and records them as announced. Send LayoutUpdated for each of
+    /// them.
     std::set<App::ItemId> announceNew(const std::string& panel, const App::ItemSnapshot& menu);
 
-    // The next functions record the events that panels report. Some panels report events of the status menu
-    // only, others those of its submenus only, and a killed panel does not report that a menu closes. So all
-    // menus count as closed when the status menu opens. Each function returns the menus for which
-    // LayoutUpdated was held back and must be sent now.
+    // The next three functions record the events that panels report. Some panels report events of the status
+    // menu only, others those of its submenus only, and a killed panel does not report that a menu closes. So
+    // all menus count as closed when the status menu opens. These functions and `reset` return the menus for
+    // which LayoutUpdated was held back and must be sent now.
     std::set<App::ItemId> aboutToShow(App::ItemId menu);
     /// Records `menu` as open. Does nothing if `panel` reads one level at a time.
     std::set<App::ItemId> opened(const std::string& panel, App::ItemId menu);
@@ -38,7 +39,8 @@ public:
     /// Forgets all panels and all open menus. Call it when a panel starts.
     std::set<App::ItemId> reset();
 
-    /// Returns whether a panel has a menu open. If so, records that LayoutUpdated is held back for `menu`.
+    /// Returns whether any menu is recorded as open. If so, records that LayoutUpdated is held back for
+    /// `menu`.
     bool holdBackIfOpen(App::ItemId menu);
 
 private:

@@ -1,4 +1,5 @@
-// The icon in the panel: org.kde.StatusNotifierItem, and its registration with the panel's watcher.
+// The icon in the panel: the D-Bus object org.kde.StatusNotifierItem, and its registration with the watcher,
+// which is the desktop's service org.kde.StatusNotifierWatcher.
 #pragma once
 
 #include "platform/statusnotifier/Bus.h"
@@ -19,14 +20,14 @@ constexpr char kItemPath[] = "/org/ayatana/NotificationItem/kest_settings";
 /// one watcher at most 10 times in total. Main thread only. The bus must outlive this object.
 class StatusItem {
 public:
-    /// Called from callbacks of the bus; `registering` also from the constructor.
+    /// Called on the main thread for events of the bus; `registering` also in the constructor.
     struct Callbacks {
         std::function<void()> noTray;      // the first registration has failed, so there is no tray
         std::function<void()> registering; // a panel is about to read the item and its whole menu
-        std::function<void(int)> refused;  // the bus has refused the item; gets a negative errno
+        std::function<void(int)> refused;  // the bus has refused the item; the argument is a negative errno
     };
-    /// Exports the item and registers it, without waiting for replies. `themePath` is the folder of the icon
-    /// theme.
+    /// Exports the item and registers it, without waiting for replies. `themePath` is the folder in which
+    /// panels search for the icon.
     StatusItem(sd_bus* onBus, std::string_view themePath, Callbacks reports);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;

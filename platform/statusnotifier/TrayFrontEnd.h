@@ -1,4 +1,4 @@
-// The front end for Linux desktops: an item in the panel, which opens the menu when it is clicked.
+// The front end for Linux desktops: an item in the panel. A click on the item opens the menu.
 #pragma once
 
 #include "app/FrontEnd.h"
@@ -18,14 +18,15 @@ namespace Kest::StatusNotifier {
 /// Main thread only, except `post`.
 class TrayFrontEnd final : public App::FrontEnd {
 public:
-    /// Starts to connect to the user's session bus, without waiting. On failure, prints one line to standard
-    /// error. After a failure, `bus` returns null and `run` must not be called.
+    /// Starts to connect to the user's session bus, without waiting. If the connection cannot be started,
+    /// prints one line to standard error. In that case, `bus` returns null and `run` must not be called.
     TrayFrontEnd();
 
     sd_bus* bus() const { return sessionBus.get(); }
 
-    /// Exports the item and the menu, and runs until `quit` is called. Returns false and prints one line to
-    /// standard error if the bus refuses the item, the bus has ended, or the main loop fails.
+    /// Exports the item and the menu, and runs until `quit` is called; then returns true. Returns false and
+    /// prints one line to standard error if the bus refuses the item, the connection to the bus fails, or the
+    /// main loop fails.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // no effect: `run` shows the item with its menu

@@ -15,8 +15,8 @@ struct Glyphs {
     const char* ellipsis() const { return isUnicode ? "\u2026" : "~"; }
 };
 
-/// Returns `Text::printable(text)`, with "?" in place of each character that the screen or the locale cannot
-/// draw.
+/// Returns `text` in valid UTF-8, with "?" instead of each control character and of each character that the
+/// screen or the locale cannot draw.
 std::string drawable(const std::string& text, Glyphs glyphs);
 
 /// Returns the width in cells of a text that `drawable` has returned. The process's locale defines the width
@@ -24,13 +24,14 @@ std::string drawable(const std::string& text, Glyphs glyphs);
 int cellWidth(const std::string& text);
 
 /// Returns `text` cut or padded with blanks to exactly `width` cells. A cut text ends with an ellipsis.
-/// `text` must be drawable. Returns an empty text if `width` is below 1.
+/// `text` must be a result of `drawable`. Returns an empty text if `width` is below 1.
 std::string fitToWidth(const std::string& text, int width, Glyphs glyphs);
 
 /// Returns `text` repeated `times` times.
 std::string repeated(const char* text, int times);
 
-/// Returns the characters of `Text::printable(text)` in lower case, for comparisons that ignore case.
+/// Returns the characters of `text` in lower case, with "?" instead of each control character, for
+/// comparisons that ignore case.
 std::u32string folded(const std::string& text);
 
 } // namespace Kest::Terminal

@@ -15,8 +15,8 @@ class KestSettingsAppDelegate;
 
 namespace Kest::Terminal {
 
-/// While this object exists, the output of the process is redirected as by `Lct::redirectOutput`, and one
-/// line of the screen shows the last line of the output. Main thread only, except `post`.
+/// While this object exists, it gets the output of the process through `Lct::redirectOutput` and shows the
+/// last line of the output on one line of the screen. Main thread only, except `post`.
 class FullScreenFrontEnd final : public App::FrontEnd {
 public:
     /// The screen must outlive this object.
@@ -25,8 +25,8 @@ public:
     FullScreenFrontEnd(const FullScreenFrontEnd&) = delete;
     FullScreenFrontEnd& operator=(const FullScreenFrontEnd&) = delete;
 
-    /// Shows the menu and handles keys until `quit` is called or the terminal hangs up. Returns false if
-    /// waiting for events failed.
+    /// Shows the menu and handles keys until `quit` is called or the terminal hangs up, then returns true.
+    /// Returns false if waiting for events failed.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // no effect: the screen shows the menu

@@ -30,7 +30,7 @@ enum class Key : std::uint8_t {
     click,     // at `Input::line`
     wheelUp,
     wheelDown,
-    suspend, // handled by the front end
+    suspend, // the suspend key of the terminal; handled by the front end
     other,
 };
 
@@ -42,7 +42,7 @@ struct Input {
 };
 
 /// What the front end must do after an input. If `quit` is true, the front end only quits. Otherwise it first
-/// chooses the item `chosen`, and then reports each menu in `opened` to the application as opened.
+/// chooses the item `chosen`, and then calls the application's `menuWillOpen` for each menu in `opened`.
 struct Command {
     App::ItemId chosen = App::kStatusMenuId; // `kStatusMenuId` means none
     std::vector<App::ItemId> opened;         // menus that are now shown, or needed for a search
@@ -61,24 +61,24 @@ constexpr Size kMinSize{8, 40};
 enum class Style : std::uint8_t { plain, title, greyed, red, status };
 
 struct ScreenLine {
-    std::string text; // drawable, as wide as the screen
+    std::string text; // exactly as wide as the screen, without control characters
     Style style = Style::plain;
     bool selected = false;
 };
 
-/// Returns an item as one row of `width` cells: a pointer if the item is selected, the mark, the title, and
-/// an arrow if the item has a submenu. If the item is an encoding with a percentage, a progress bar follows
-/// the title. A separator is returned as a horizontal line.
+/// Returns an item as one row of `width` cells: "> " if the item is selected, the mark, the name, and an
+/// arrow if the item has a submenu. If the item is an encoding with a percentage, a progress bar follows the
+/// name. A separator is returned as a horizontal line.
 std::string rowText(const App::ItemSnapshot& item, bool isSelected, int width, Glyphs glyphs);
 
-/// Displays a title, the rows of the innermost open menu, the last printed line, and the state of the host
-/// and its buses. Main thread only.
+/// Displays a title, rows, a message such as the last printed line, and the state of K3DHost and its buses.
+/// The rows are those of the innermost open menu, of a search or of the help. Main thread only.
 class MenuScreen {
 public:
     explicit MenuScreen(Glyphs ofScreen) : glyphs(ofScreen) {}
 
     /// Replaces the menu. `now` is the time in seconds since 1970. If the previous menu contained buses and
-    /// the new buses differ from them, `now` is displayed as the time of the last change.
+    /// the new buses differ from them, `now` is displayed as the time of their last change.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
     /// Adds text that was printed. A call may pass several lines or only a part of a line. The last line that
     /// is not blank is displayed. If it is an error or a warning of the log, its date and level are omitted.

@@ -8,18 +8,18 @@
 namespace Kest::Terminal {
 
 /// Identifies items by their ids, so that the selection survives changes of the menu. If an open submenu is
-/// removed, its parent becomes the innermost open menu. If the selected item is removed, the nearest row is
-/// selected. Main thread only.
+/// removed or hidden, the menu that contained it becomes the innermost open menu. If the selected item is
+/// removed or hidden, the nearest row is selected. Main thread only.
 class Navigator {
 public:
     /// Replaces the menu.
     void show(App::ItemSnapshot statusMenu);
     const App::ItemSnapshot& statusMenu() const { return shown; }
 
-    /// Returns the innermost open menu. Valid until the next call of `show`.
+    /// Returns the item whose submenu is the innermost open menu. Valid until the next call of `show`.
     const App::ItemSnapshot& menu() const;
-    /// Returns all open menus: the status menu first, the innermost open menu last. Valid until the next call
-    /// of `show`.
+    /// Returns such an item for each open menu: the status menu first, the innermost open menu last. Valid
+    /// until the next call of `show`.
     std::vector<const App::ItemSnapshot*> openMenus() const;
     /// Returns the visible items of the innermost open menu, separators included. Valid until the next call
     /// of `show`.
@@ -28,11 +28,11 @@ public:
     /// Returns the selected item of the innermost open menu; `kStatusMenuId` if that menu has no item to
     /// select.
     App::ItemId selected() const { return levels.back().selected; }
-    /// Selects an item of the innermost open menu. If the menu has no such row, selects the row nearest to
-    /// the previous selection.
+    /// Selects an item of the innermost open menu. If the menu has no visible item with this id, or the item
+    /// is a separator, selects the row nearest to the previous selection.
     void select(App::ItemId id);
-    /// Moves the selection down by `steps` rows, or up if `steps` is negative. Skips separators, and stops at
-    /// the first and the last row.
+    /// Moves the selection down by `steps` rows, or up if `steps` is negative. Does not count separators, and
+    /// stops at the first and the last row.
     void moveBy(int steps);
 
     /// Opens the submenu of the item `submenu`. In the submenu, selects the first item that is on, or the
@@ -45,8 +45,8 @@ public:
     /// has the id.
     void goTo(App::ItemId id);
 
-    /// Returns the index of the first row to draw in a window of `height` rows. Scrolls only as far as needed
-    /// to show the selected row.
+    /// Returns the index in `rows` of the first row to draw in a window of `height` rows. Scrolls only as far
+    /// as needed to show the selected row.
     int firstRow(int height);
 
 private:

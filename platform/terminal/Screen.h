@@ -13,20 +13,21 @@
 
 namespace Kest::Terminal {
 
-/// Converts a character that was typed. Control characters become Enter, Esc, Backspace or `Key::other`.
+/// Converts a typed character: control characters to Enter, Esc, Backspace or `Key::other`, all other
+/// characters to `Key::character`.
 Input inputOfCharacter(std::wint_t character);
 /// Converts a KEY_ code of ncurses; unknown codes become `Key::other`.
 Input inputOfKey(int code);
 /// Converts the button state of a mouse event of ncurses. `line` is the line of the screen, counted from 0.
 Input inputOfMouse(unsigned long buttons, int line);
 
-/// The screen of a terminal; one per process. Uses its own descriptor of the terminal, so that standard
-/// output can be redirected. The destructor restores the terminal. Main thread only.
+/// The screen of a terminal. Create at most one per process. Uses its own descriptor of the terminal, so that
+/// standard output can be redirected. The destructor restores the terminal. Main thread only.
 class Screen {
 public:
     /// Opens the screen. Returns null on failure, or if standard input or output is not a terminal that can
-    /// be drawn on. Waits while the terminal is stopped. Blocks the signals SIGTERM, SIGINT and SIGHUP, which
-    /// the constructor of `Posix::JobQueue` unblocks.
+    /// be drawn on. Waits while the terminal accepts no output, for example after Ctrl-S. Blocks the signals
+    /// SIGTERM, SIGINT and SIGHUP, which the constructor of `Posix::JobQueue` unblocks.
     static std::unique_ptr<Screen> open();
     ~Screen();
     Screen(const Screen&) = delete;
@@ -46,15 +47,15 @@ public:
     /// Returns whether the terminal has hung up, so that no more input can be read.
     static bool hasHungUp();
 
-    /// Adopts the current size of the window, and makes the next `draw` redraw everything.
+    /// Adopts the current size of the terminal window, and makes the next `draw` redraw everything.
     void resize();
-    /// Releases the terminal and stops the whole process group, as Ctrl-Z does. A shell script that waits for
+    /// Resets the terminal and stops the whole process group, as Ctrl-Z does. A shell script that waits for
     /// this process is therefore stopped too. Returns when the process is continued. Returns at once if the
-    /// process group is orphaned, because the system does not stop such a group. In both cases the process
-    /// gets a SIGCONT.
+    /// process group is orphaned, because the system does not stop such a group. Before it returns, sends the
+    /// process a SIGCONT.
     void suspend();
-    /// Acquires the terminal again. Call `resume` after a SIGCONT if the process is in the foreground, then
-    /// call `draw`.
+    /// Prepares the terminal for drawing again. Call `resume` after a SIGCONT if the process is in the
+    /// foreground, then call `draw`.
     void resume();
     /// Returns whether this process group is the terminal's foreground process group.
     bool isInForeground() const;

@@ -10,15 +10,16 @@ namespace Kest::Terminal {
 /// its connection is stalled. Any thread, also in a signal handler.
 bool isWritable(int terminal);
 
-/// Returns whether the terminal type in the variable TERM is known and can position the cursor.
+/// Returns whether the terminal type in the environment variable TERM is known and can position the cursor.
+/// `terminal` is a descriptor.
 bool canMoveCursor(int terminal);
 
-/// Returns the control sequences that reset the current terminal of ncurses after drawing. Write the bytes to
-/// the terminal unchanged. Main thread.
+/// Returns the control sequences that reset the current terminal of ncurses after drawing. ncurses must have
+/// been started. Write the bytes to the terminal unchanged. Main thread.
 std::string resetSequence();
 
 /// While a guard exists, SIGSEGV, SIGABRT, SIGBUS, SIGFPE and SIGILL call `restore` and then have the effect
-/// that they had before the guard. Create at most one per process. Main thread only, except `restore`.
+/// that they had before the guard. Create at most one at a time. Main thread only, except `restore`.
 class TerminalGuard {
 public:
     /// `terminal` must remain open while the guard exists. `restore` writes the first 512 bytes of

@@ -18,14 +18,14 @@ namespace Kest::Terminal {
 /// Main thread only, except `post`.
 class TextFrontEnd final : public App::FrontEnd {
 public:
-    /// Returns whether the commands may come from a script. Returns false if standard input is a character
-    /// device, such as a terminal or /dev/null, or is closed.
+    /// Returns whether standard input may contain the commands of a script: false if it is closed or a
+    /// character device, such as a terminal or /dev/null.
     static bool mayHaveScript();
 
-    /// Prints the menu, then executes commands and prints changes until `quit` is called or standard input
-    /// ends. Exception: if standard input is not a terminal and contained no command, continues until `quit`
-    /// is called. Returns false if waiting for events failed, or if a command failed and `mayHaveScript()` is
-    /// true. Prints one line for each failure.
+    /// Prints the menu, then executes the commands from standard input and prints changes. Returns when
+    /// `quit` is called or standard input ends; ignores the end if standard input is not a terminal and
+    /// contained no command. Prints one line for each failure. Returns false if waiting for events failed, or
+    /// if a command failed and `mayHaveScript()` is true; otherwise true.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // no effect: the printed lines show the menu
