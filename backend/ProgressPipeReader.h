@@ -20,6 +20,7 @@ namespace Kest::Settings {
 class ProgressPipeReader {
 public:
     /// `pathOfPipe` must remain valid while this object exists.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled
     explicit ProgressPipeReader(const char* pathOfPipe) : path(pathOfPipe) {}
     ProgressPipeReader(const ProgressPipeReader&) = delete;
     ProgressPipeReader& operator=(const ProgressPipeReader&) = delete;
@@ -92,7 +93,7 @@ private:
     bool overflowIsLogged = false;
     std::vector<std::unique_ptr<Pipe>> pipes; // the current one last
     std::size_t turn = 0;                     // index of the pipe that was read last
-    std::array<char, 65536> buffer; // the capacity of a pipe on Linux; memory is used as it is filled
+    std::array<char, 65536> buffer;           // the capacity of a pipe on Linux
 
     const WakeUp wakeUp;
     std::atomic<bool> isRequested = true; // true until `make` ends; `check` does not test the path meanwhile
