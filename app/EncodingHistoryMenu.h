@@ -34,9 +34,9 @@ public:
     {}
 
     /// Shows the encoding of process `pid`, for which the Backend has no record. Does nothing if the Backend
-    /// has a record of `pid`, or has ever evicted a record, also of another process. `number` is the
-    /// percentage; a negative number means that the encoding has failed. Call `showReported` first, which
-    /// shows the encodings that have a record.
+    /// has a record of `pid`, or has ever evicted a record of any process. `number` is the percentage; a
+    /// negative number means that the encoding has failed. Call `showReported` first, which shows the
+    /// encodings that have a record.
     void showUnrecorded(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows the encodings whose encoder has reported a percentage or an error since the previous call, at

@@ -19,8 +19,9 @@ struct OutputFolder {
 
 /// Opens the folder that contains the file `output`, or sets `refusal`. There is nothing to delete if
 /// `output` contains no slash or is a file in the root folder. Otherwise refuses a relative path, and a path
-/// whose folder part contains a single quote or a null byte or ends in "." or "..". For other paths, there is
-/// nothing to delete if the folder does not exist. Refuses a folder if one of these is true:
+/// whose folder part contains a single quote or a null byte, or has "." or ".." as its last component. For
+/// other paths, there is nothing to delete if the folder does not exist. Refuses a folder if one of these is
+/// true:
 /// - It is a symbolic link or cannot be opened.
 /// - It is protected by an element of `protectedOnes`.
 /// - It is or contains a mount point.

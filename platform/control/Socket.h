@@ -22,8 +22,9 @@ Settings::Descriptor acceptConnection(int listener);
 std::optional<uid_t> peerUser(int connection);
 
 /// Returns the user's folder for sockets on Linux: the value of XDG_RUNTIME_DIR, or else /run/user/UID. A
-/// folder is used only if it exists, has an absolute path, belongs to the user and is not writable by others.
-/// Returns an empty text if neither folder can be used. Always returns an empty text on macOS.
+/// folder is used only if it exists, has an absolute path, belongs to the user, and gives neither its group
+/// nor others write permission. Returns an empty text if neither folder can be used. Always returns an empty
+/// text on macOS.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

@@ -18,8 +18,8 @@ public:
 
     /// Returns the item whose submenu is the innermost open menu. Valid until the next call of `show`.
     const App::ItemSnapshot& menu() const;
-    /// Returns such an item for each open menu: the status menu first, the innermost open menu last. Valid
-    /// until the next call of `show`.
+    /// Returns, for each open menu, the item whose submenu it is: the status menu first, the innermost open
+    /// menu last. Valid until the next call of `show`.
     std::vector<const App::ItemSnapshot*> openMenus() const;
     /// Returns the visible items of the innermost open menu, separators included. Valid until the next call
     /// of `show`.
