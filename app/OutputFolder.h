@@ -30,9 +30,9 @@ struct OutputFolder {
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
 /// Returns true if `opened.folder` belongs to this user and was created after the process started. Also
-/// returns true if the file name in `output` is a file in this folder that belongs to this user and was
-/// modified after the process started. Otherwise returns false, also if the folder is not open or the start
-/// time of the process is unknown. Any thread.
+/// returns true if the folder contains the file that `output` names, and this file belongs to this user and
+/// was modified after the process started. Otherwise returns false, also if the folder is not open or the
+/// start time of the process is unknown. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 

@@ -20,8 +20,8 @@ namespace Kest::Settings {
 class SettingsFile;
 
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
-/// The monitor thread, which checks the host, passes a new status number of the host or `kMsgBusListChanged`
-/// as `number`; `type` is 0 and `description` is empty.
+/// The monitor thread, which checks the host, passes as `number` either a new status number of the host, or
+/// `kMsgBusListChanged`. `type` is 0, and `description` is empty.
 /// The pipe thread, which reads the lines of encoders, passes the percentage in a line as `number`, or -1 for
 /// an error. `type` is the process id in the line. `description` is the name of the encoder's output file
 /// without its last extension, NUL-terminated and valid during the call only; null if the name is unknown.

@@ -14,7 +14,7 @@ namespace Kest::Control {
 Settings::Descriptor makeSocket();
 
 /// Accepts the next waiting connection of a listening socket. The returned socket is non-blocking and not
-/// inherited. Returns an empty descriptor and sets `errno` if no connection waits or on failure.
+/// inherited. If no connection waits, and on failure, returns an empty descriptor and sets `errno`.
 Settings::Descriptor acceptConnection(int listener);
 
 /// Returns the id of the user whose process connected or listened at the other end. Returns nullopt if the
