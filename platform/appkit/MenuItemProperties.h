@@ -19,7 +19,7 @@ namespace Kest::AppKit {
 /// Returns whether an NSMenuItem has `setHidden:`. If not, the menu must omit hidden items.
 bool itemsCanHide();
 /// Returns whether an NSMenuItem has `setView:`. If not, `applyProperties` adds an encoding's percentage to
-/// the title.
+/// its title.
 bool itemsCanHaveViews();
 
 /// Sets tag, title, state and `enabled` of `item`; also `hidden` and the view, if NSMenuItem has these. Each

@@ -23,8 +23,8 @@ void removeStatusItem(id item);
 /// Returns the class for menu items: on the Mac NSMenuItem, with GNUstep a subclass that keeps and draws
 /// attributed titles. Main thread.
 Class menuItemClass();
-/// Returns the class for menus: on the Mac NSMenu, with GNUstep a subclass. A menu of the subclass sends its
-/// delegate `menuWillOpen:` and `menuDidClose:` also when it opens and closes as a submenu.
+/// Returns the class for menus: on the Mac NSMenu, with GNUstep a subclass. If a menu of the subclass is a
+/// submenu, it sends its delegate `menuWillOpen:` when it opens and `menuDidClose:` when it closes.
 Class menuClass();
 
 /// Returns the run-loop modes in which the main loop runs the agent's jobs: the default mode and those in

@@ -35,8 +35,8 @@ public:
     bool beginsWithStart() const;
 
     /// Waits until the descriptor of `readFrom` has input, a signal handler has run or `timeLimit` has
-    /// passed. Then reads up to 4096 bytes of the input, if any. Only waits if there is no descriptor or its
-    /// input has ended.
+    /// passed. Then reads up to 4096 bytes of the input, if any. If there is no descriptor or its input has
+    /// ended, only waits.
     void waitForInput(std::chrono::milliseconds timeLimit);
 
 private:
