@@ -33,7 +33,8 @@ public:
 
     /// Waits up to 1 s until all aborts have ended. If some still run, sets their `stop` to true and waits up
     /// to 200 ms more. Then abandons the aborts that still run, whose threads continue, and logs one line for
-    /// each. After `end`, `Finished` is not called, and `start` must not be called.
+    /// each. From the call of `end` on, `Finished` is not called, even for aborts that end during the wait.
+    /// `start` must not be called after `end`.
     void end();
 
     /// Starts an abort. Returns an empty text if the abort was started, or if an abort of the same process is

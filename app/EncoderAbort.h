@@ -23,7 +23,8 @@ struct AbortRequest {
 /// Returns an empty text when both are complete, also if the encoder had already ended or there is no folder.
 /// Otherwise returns one line of printable text: what failed, that `process` may be no encoder, or that the
 /// folder must not be deleted. `stop` is checked only before each entry of the folder is deleted. If it is
-/// true, the remaining entries are kept, and the text says so. Any thread. Disk access can block longer.
+/// true, the remaining entries are kept, and the text says so. Any thread. A slow disk can make the call take
+/// longer than 5 s.
 std::string abortEncoder(const AbortRequest& request, const std::atomic<bool>& stop);
 
 } // namespace Kest::App

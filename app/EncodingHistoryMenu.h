@@ -34,9 +34,9 @@ public:
     {}
 
     /// Shows the encoding of process `pid`, for which the Backend has no record. Does nothing if the Backend
-    /// has a record of `pid`, or has ever evicted a record, also of another process. `number` is the
-    /// percentage; a negative number means that the encoding has failed. Call `showReported` first, which
-    /// shows the encodings that have a record.
+    /// has a record of `pid`, or has ever evicted a record of any process. `number` is the percentage; a
+    /// negative number means that the encoding has failed. Call `showReported` first, which shows the
+    /// encodings that have a record.
     void showUnrecorded(std::int32_t number, std::int32_t pid, const std::string& description);
 
     /// Shows the encodings whose encoder has reported a percentage or an error since the previous call, at
@@ -52,8 +52,8 @@ public:
     /// updates the row. The row remains until `abortEnded`. If the abort cannot be started, logs one line.
     void abortEncoding(Sender sender);
     /// Must be called when the abort of `process` has ended. If `failure` is empty, the abort is complete:
-    /// removes all rows of `process`, usually one. Otherwise keeps the rows and enables their abort items
-    /// again, unless the encoding has finished.
+    /// removes all rows of `process`, usually one. Otherwise keeps the rows. Enables the abort item of a row
+    /// again if its encoding has not finished.
     void abortEnded(const Settings::ProcessIdentity& process, const std::string& failure);
     /// Removes all rows. Does not end a process or delete a file. Ignores the sender.
     void clearEncodingHistory(Sender sender);

@@ -36,8 +36,8 @@ struct FileFacts {
 std::optional<FileFacts> examine(int folder, const std::string& name = {});
 
 /// Opens the folder `name` in the folder with the descriptor `parent`. If `parent` is AT_FDCWD, `name` must
-/// be an absolute path. The entries can be opened, but perhaps not listed. Fails if `name` is a link. Returns
-/// an empty descriptor and sets `errno` on failure. Any thread.
+/// be an absolute path. Through the result, the entries of the folder can be opened, but perhaps not listed.
+/// Fails if `name` is a link. Returns an empty descriptor and sets `errno` on failure. Any thread.
 Settings::Descriptor openFolder(int parent, const std::string& name);
 
 /// Returns the absolute path of an open folder, without links; an empty text if the system does not report

@@ -25,8 +25,8 @@ public:
     /// when the main loop ends are dropped. Any thread.
     virtual void post(std::function<void()> job) = 0;
     /// Called after each event that changed the menu, for example a choice. `changes` contains the changes
-    /// since the previous call. After more than 2000 changes, may also be called during an event, which
-    /// bounds the memory. Main thread.
+    /// since the previous call. If one event makes more than 2000 changes, may also be called before the
+    /// event ends, so that the records of the changes use limited memory. Main thread.
     virtual void menuChanged(const MenuChanges& changes) = 0;
     /// Called after the application's `hostState` has changed. Does nothing by default. Main thread.
     virtual void hostChanged() {}

@@ -9,8 +9,9 @@
 
 namespace Kest::App {
 
-/// Items and menus that `loadInterface` created and that are used later. The pointers are valid as long as
-/// its `model` exists. Some menus are refilled later: there are no pointers to their items.
+/// Items and menus that `loadInterface` created and that are used later. The plain pointers are valid as long
+/// as the model that was passed to `loadInterface` exists. There are no pointers to the items of menus that
+/// are refilled later.
 struct Outlets {
     MenuItem* mSoloModeXORMenuItem = nullptr;
     MenuItem* mSoloModeLatchMenuItem = nullptr;

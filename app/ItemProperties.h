@@ -12,8 +12,8 @@
 namespace Kest::App {
 
 /// Identifies an item of the menu, and also its submenu. 0 identifies the status menu, the top-level menu.
-/// The id of a removed item is used again in two cases only: all ids were used; or all items of its menu were
-/// removed at once, and an item with the same title and action is then added to this menu.
+/// The id of a removed item is used again in two cases only. First, all ids were used once. Second, all items
+/// of its menu were removed at once, and an item with the same title and action is added to this menu later.
 using ItemId = std::int32_t;
 constexpr ItemId kStatusMenuId = 0;
 

@@ -65,7 +65,7 @@ public:
     /// id assigned so far: the journal ignores changes of items with higher ids until the next `take`,
     /// because these items are new. When ids are reused, pass the highest possible id: then all changes are
     /// recorded, and `take` leaves out those of new items. An unchanged menu may be reported with an empty
-    /// `LayoutChange`. This can happen if a refill removed an item that was added since the last `take`.
+    /// `LayoutChange` if a refill removed an item that was added since the last `take`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

@@ -15,7 +15,7 @@ struct MenuEvent {
     // Printable UTF-8, for example "Default Bus > Dialog". Equal names are not numbered, so several items may
     // have the same path.
     std::string path;
-    std::string what; // for example "greyed, 42%"; empty if removed; may be empty if added
+    std::string what; // the new state, such as "greyed, 42%"; empty if removed; may be empty if added
     /// Returns the event as one line without a line feed, for example "changed Default Bus > Dialog: on".
     std::string line() const;
 };

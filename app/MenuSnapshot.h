@@ -12,7 +12,7 @@ struct ItemSnapshot {
     ItemId id = kStatusMenuId;
     SharedProperties properties = ItemProperties();
     bool hasSubmenu = false;
-    std::vector<ItemSnapshot> items; // of the submenu; empty below the depth of the snapshot
+    std::vector<ItemSnapshot> items; // of the submenu; empty if the snapshot omits this level
     bool operator==(const ItemSnapshot&) const = default;
 };
 
@@ -20,9 +20,8 @@ struct ItemSnapshot {
 /// item only contains the menu and is not drawn.
 ItemSnapshot takeSnapshot(const MenuModel& model);
 
-/// Returns the item with this id and `depth` levels of submenus: 0 means none, -1 means all. For
-/// `kStatusMenuId`, returns an item that contains the status menu, as above. Returns nullopt if the menu has
-/// no such item.
+/// Returns the item with this id and `depth` levels of submenus below it: 0 means none, -1 means all. For
+/// `kStatusMenuId`, the first level is the status menu itself. Returns nullopt if the menu has no such item.
 std::optional<ItemSnapshot> takeSnapshot(const MenuModel& model, ItemId id, int depth);
 
 /// Returns the item with this id: `menu` itself or an item below it, at any depth; null if there is none. The

@@ -19,8 +19,9 @@ struct OutputFolder {
 
 /// Opens the folder that contains the file `output`, or sets `refusal`. There is nothing to delete if
 /// `output` contains no slash or is a file in the root folder. Otherwise refuses a relative path, and a path
-/// whose folder part contains a single quote or a null byte or ends in "." or "..". For other paths, there is
-/// nothing to delete if the folder does not exist. Refuses a folder if one of these is true:
+/// whose folder part contains a single quote or a null byte, or has "." or ".." as its last component. For
+/// other paths, there is nothing to delete if the folder does not exist. Refuses a folder if one of these is
+/// true:
 /// - It is a symbolic link or cannot be opened.
 /// - It is protected by an element of `protectedOnes`.
 /// - It is or contains a mount point.
@@ -29,9 +30,9 @@ struct OutputFolder {
 OutputFolder openOutputFolder(const std::string& output, const std::vector<ProtectedFolder>& protectedOnes);
 
 /// Returns true if `opened.folder` belongs to this user and was created after the process started. Also
-/// returns true if the file name in `output` is a file in this folder that belongs to this user and was
-/// modified after the process started. Otherwise returns false, also if the folder is not open or the start
-/// time of the process is unknown. Any thread.
+/// returns true if the folder contains the file that `output` names, and this file belongs to this user and
+/// was modified after the process started. Otherwise returns false, also if the folder is not open or the
+/// start time of the process is unknown. Any thread.
 bool isOutputOf(const Settings::ProcessIdentity& process, const OutputFolder& opened,
                 const std::string& output);
 

@@ -20,8 +20,8 @@ namespace Kest::Settings {
 class SettingsFile;
 
 /// Called without a lock; must return quickly. `context` is `Backend::messageContext`.
-/// The monitor thread, which checks the host, passes a new status number of the host or `kMsgBusListChanged`
-/// as `number`; `type` is 0 and `description` is empty.
+/// The monitor thread, which checks the host, passes as `number` either a new status number of the host, or
+/// `kMsgBusListChanged`. `type` is 0, and `description` is empty.
 /// The pipe thread, which reads the lines of encoders, passes the percentage in a line as `number`, or -1 for
 /// an error. `type` is the process id in the line. `description` is the name of the encoder's output file
 /// without its last extension, NUL-terminated and valid during the call only; null if the name is unknown.
@@ -49,8 +49,9 @@ public:
     Backend(const Backend&) = delete;
     Backend& operator=(const Backend&) = delete;
 
-    /// While this object exists, no line is logged when saving a setting fails. The destructor logs one line
-    /// that names all settings that are still not saved, if there are any. Only one such object may exist.
+    /// While this object exists, no line is logged if a setting cannot be saved, except for a text that the
+    /// settings file cannot contain. The destructor logs one line that names all settings that are still not
+    /// saved, if there are any. Only one such object may exist.
     class CombinedSaveLogScope {
     public:
         explicit CombinedSaveLogScope(Backend& ofBackend);
@@ -103,7 +104,7 @@ public:
     /// `SystemPaths::facilitiesFolder`; empty if there are none. The order is that of the file system. In
     /// each name, U+FFFD replaces each byte that is not valid UTF-8.
     juce::StringArray getFacilityList() const;
-    /// Returns the name of the chosen facility, even if not installed; if none was chosen, the default name.
+    /// Returns the name of the chosen facility, even if it is not installed; the default if none was chosen.
     juce::String getFacility() const;
     /// Saves the facility's name and writes it into the agent's record, as `setValue` does. If the settings
     /// file cannot contain the name, logs a line and changes nothing.

@@ -30,17 +30,17 @@ struct EncodingLine {
     std::variant<ProgressLine, PathLine, TypeLine, ErrorLine, OverlongValue> content;
 };
 
-/// Parses a line, which must not contain its line end. The line has one of these forms; each blank may be any
+/// Parses a line, which must not contain its line end. Recognises these forms, in which each blank means any
 /// amount of white space, or none:
 ///     pid: 4711 , P: 37
 ///     pid: 4711 , path: /Volumes/Out/Film/Film.wav
 ///     pid: 4711 , enc_type: Main
 ///     pid: 4711 , ERROR:
-/// For the encoder with the process id 4711, they report the percentage, the path of the output file (up to
-/// the end of the line), the type of the encoding, or an error. Text after the percentage and text after the
-/// first white space in the type are ignored. Any other line that begins with "pid:" and a number gives an
-/// `ErrorLine`. Returns nullopt for all other lines. A number that does not fit in 32 bits counts as missing.
-/// The result points into `line`.
+/// For the encoder with the process id 4711, these lines report the percentage, the path of the output file
+/// (up to the end of the line), the type of the encoding, or an error. Text after the percentage and text
+/// after the first white space in the type are ignored. Returns nullopt if the line does not begin with
+/// "pid:" and a number that fits in 32 bits. Any other line gives an `ErrorLine`, for example if its
+/// percentage is negative or does not fit in 32 bits. The result points into `line`.
 std::optional<EncodingLine> parseEncodingLine(std::string_view line);
 
 } // namespace Kest::Settings

@@ -38,9 +38,9 @@ public:
     /// thread was not started.
     void stop();
 
-    /// If there is no pipe of this agent at the path, makes the pipe thread create a new one. If another
-    /// process reads a pipe at the path, this may be delayed by up to 60 seconds. Call this function once a
-    /// second.
+    /// If there is no pipe of this agent at the path, makes the pipe thread create a new one. While another
+    /// process reads a pipe at the path, calls have no effect for up to 60 seconds (see `PipeRivalry`). Call
+    /// this function once a second.
     void checkPipe() { progressPipe.check(); }
 
     /// Calls `query` with the table and returns the result of `query`, which must not refer to the table. The

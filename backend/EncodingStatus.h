@@ -16,8 +16,8 @@ struct encodingStatus {
     std::int32_t percentage = -1; // as last reported, may exceed 100; -1 if none was reported
     std::string path;             // of the output file; empty if unknown or too long
     std::string name;             // of the output file, without its last extension
-    // Points to `name` of the record in the `EncodingTable`, also in a copy of the record. Null if there is
-    // no path. Only the thread that changes the table, the pipe thread, may use it.
+    // Points to `name` of the record in the `EncodingTable`; in a copy of the record, still points there.
+    // Null if there is no path. Only the thread that changes the table, the pipe thread, may use it.
     const char* nameText = nullptr;
     std::int32_t errorCount = 0; // the number of reported errors, negated
     bool hasFailed = false;      // the last report is an error, not a percentage

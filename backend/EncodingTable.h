@@ -17,9 +17,9 @@ namespace Kest::Settings {
 /// several records; the newest one belongs to the last process. Not synchronised.
 /// A report is a percentage or an error. The activity of a record is its last report, or its creation if it
 /// has no report. If the number of records or the total size of their texts exceeds its maximum, records are
-/// evicted until both are at most nine tenths of their maximum. First evicts records of finished and failed
-/// encodings and records that are not the newest of their process id, then other records. In both groups,
-/// evicts the record with the oldest activity first.
+/// evicted until both are at most nine tenths of their maximum. First evicts the records of finished or
+/// failed encodings, and the records that are not the newest of their process id. Then evicts other records.
+/// Both times, begins with the record that has the oldest activity.
 class EncodingTable {
 public:
     static constexpr std::size_t kMaxRecords = 10'000;

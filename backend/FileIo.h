@@ -17,8 +17,9 @@ FileContent readFile(const std::string& path, std::size_t limit);
 
 /// Writes `text` to the file `temporaryOf(path)`, then renames this file to `path`, and waits until its text
 /// and its name are on the disk. So the file at `path` always has either its old or its new text. If the
-/// process is killed, the temporary file may remain. Returns false with `errno` set on failure. The old file
-/// is then unchanged, except if only the wait for the name has failed: then the new file is at `path`.
+/// process is killed, the temporary file may remain. Returns false with `errno` set on failure. If only the
+/// wait for the name has failed, the new file is at `path`; after any other failure, the old file is
+/// unchanged.
 bool replaceFile(const std::string& path, const std::string& text);
 /// Returns the path of the temporary file that `replaceFile` uses.
 std::string temporaryOf(const std::string& path);

@@ -31,14 +31,14 @@ public:
     /// Creates a new pipe at the path and opens it. First removes any file at the path, even the pipe of
     /// another process; removes a link itself, not its target. Returns false if it cannot create or open the
     /// pipe; then `check` requests another call. Prints the path when it creates the first pipe. Prints an
-    /// error line when it removes a file or cannot create the pipe, but not if the previous call failed or
-    /// `lossesToAnother` is more than 1.
+    /// error line when it removes a file or cannot create the pipe. Prints no error line if the previous call
+    /// failed or `lossesToAnother` is more than 1.
     /// An earlier pipe is read until the last encoder closes it. If more than 64 earlier pipes would be open,
     /// closes the oldest one; if successive calls do this, only the first one logs it.
     bool make();
 
-    /// If no pipe of this object is at the path, requests a call of `make` and interrupts `read`.
-    /// `PipeRivalry` may delay the request. Call this function once a second.
+    /// If no pipe of this object is at the path, requests a call of `make` and interrupts `read`. Does
+    /// nothing if `PipeRivalry::mayReplace` returns false. Call this function once a second.
     void check();
 
     /// Returns how many times in succession another process has replaced the pipe: see `PipeRivalry::losses`.
@@ -60,8 +60,8 @@ public:
         bool hasFailed = false; // reading has failed: stop calling `read`
     };
     /// Returns the next bytes of the current pipe or an earlier one. If no pipe has bytes, waits until bytes
-    /// arrive or `check` or `wake` interrupts the wait, and returns no bytes; the next call returns the bytes
-    /// that have arrived.
+    /// arrive, or until `check` or `wake` interrupts the wait. Then returns no bytes; the next call returns
+    /// the bytes that have arrived.
     Piece read();
 
     /// Closes all pipes. Removes the current pipe if it is still at its path. Afterwards `check` does

@@ -71,9 +71,9 @@ public:
     SessionMonitor& operator=(const SessionMonitor&) = delete;
 
     /// Checks the word size that the host has published; call it before `start`. If the word size is not 64
-    /// bits, prints a text, refuses the host permanently and returns false. Otherwise returns true, even if
-    /// there is no host or it has published no word size yet. In the latter case, each pass checks the word
-    /// size again.
+    /// bits, prints a text, refuses the host permanently and returns false. Otherwise returns true, also if
+    /// there is no host. If the host has not published its word size yet, returns true, and each pass checks
+    /// the word size again.
     bool confirmHost();
     /// Starts the monitor thread. Returns 0, or the system's error number if the system refuses a thread.
     int start();

@@ -19,8 +19,8 @@ enum class SaveResult : std::uint8_t {
 
 /// The settings file and its backup. Wraps JUCE's store. The store reports success even after a partial
 /// write, and reads a damaged file as empty; this class detects both. Beside the settings file are the backup
-/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Each failed or refused save writes a
-/// line to the log, except failed saves between `holdLogLine` and `logHeldLine`. Main thread only.
+/// ("<file>.last") and, after damage, the damaged file ("<file>.bad"). Each refused save writes a line to the
+/// log. Each failed save does too, except between `holdLogLine` and `logHeldLine`. Main thread only.
 class SettingsFile {
 public:
     /// Creates the settings folder if it is missing. Deletes the temporary files of an agent that was killed

@@ -9,10 +9,10 @@ namespace LIPC {
 /// key file usually yields another key, so no client finds the segment any more. Not synchronised.
 class KeyFileWatch {
 public:
-    /// Call this with each new attachment; all must have the same segment name. Returns true if `attachment`
-    /// has failed (its `address` is null), its key is valid but differs from the key of the last successful
-    /// attachment, and the segment of that attachment still exists. After it has returned true, returns false
-    /// until an attachment succeeds again.
+    /// Call this with each new attachment; all must have the same segment name. Returns true if all of these
+    /// conditions are met: `attachment` has failed (its `address` is null); its key is valid but differs from
+    /// the key of the last successful attachment; the segment of that attachment still exists. After it has
+    /// returned true, returns false until an attachment succeeds again.
     bool detectKeyFileLoss(const ShmManaged& attachment);
 
 private:

@@ -30,11 +30,11 @@ public:
 
     /// Makes `text` the valid text. `text` must be NUL-terminated. Only one thread may call `put` at a time.
     /// Stores a text of fewer than `Length` bytes whole. Cuts a text of more than `Length` bytes to at most
-    /// `Length` - 1 bytes, without splitting a UTF-8 character. Stores a text of exactly `Length` bytes
-    /// whole, but cuts it in the same way if `length`, the number of characters that the caller has counted,
-    /// is greater than `Length`; `length` has no other effect. `Length` stored bytes leave no room for the
-    /// terminator: in the first slot, `put` writes the terminator over the first byte of the second slot; in
-    /// the second slot, it writes none.
+    /// `Length` - 1 bytes, without splitting a UTF-8 character. Cuts a text of exactly `Length` bytes in the
+    /// same way if `length` is greater than `Length`; otherwise stores it whole. `length` is the number of
+    /// characters that the caller has counted; it has no other effect. `Length` stored bytes leave no room
+    /// for the terminator: in the first slot, `put` writes the terminator over the first byte of the second
+    /// slot; in the second slot, it writes none.
     void put(const Character* text, int length);
 
     /// Returns the valid text up to its terminator, at most `Length` bytes; an empty text if another process

@@ -13,9 +13,9 @@ struct SessionBuffer {
     /// The number of bytes up to the end of `defaultBus`. The agent refuses a smaller segment.
     static constexpr std::size_t kSegmentBytes = 3458217;
 
-    /// Returns the first record whose id equals `name`, of which only the first 64 characters count; null if
-    /// there is none. Does not check the record's type, so the record may be free. The record is not a copy:
-    /// the host reads what the caller writes into it.
+    /// Returns the first record whose id equals `name`; null if there is none. Only the first 64 characters
+    /// of `name` count. Does not check the record's type, so the record may be free. The record is not a
+    /// copy: the host reads what the caller writes into it.
     ClientEntry* getClientEntry(const char* name);
 
     /// Replaces the content of `out` by copies of all records of a type, in the order of `clients`. Returns

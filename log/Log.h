@@ -13,13 +13,15 @@ enum eLogLevel {
 
 /// Writes the line "2026-03-01 14:05:09.004211 <ERRO> tag message", which begins with the local time, to
 /// standard error, to standard output and to the system log. `tag` names the operation that logs the message;
-/// `format` and the other arguments are those of `printf`. Cuts the message to 511 bytes, then cuts the line
-/// to 511 bytes, including its line feed. Any thread.
-/// Omits the message if an equal message, or 20 messages in all, were written with the same address of
-/// `format` within the last minute. The next line of this `format` contains the number of omitted messages.
-/// If nothing reads an output, blocks for at most half a second for each such output, then drops lines for
-/// that output. Blocks longer only if the thread that writes the output could not be created. Ignores
-/// failures of the outputs.
+/// `format` and the other arguments are those of `printf`. Cuts the line to 511 bytes, including its line
+/// feed. Any thread.
+/// Messages whose `format` is the same pointer form a group. Omits the message if, within the last minute,
+/// its group has written an equal message or a total of 20 messages. The number of omitted messages is added
+/// to the next line of the group.
+/// Each output has a buffer of 64 KB and a thread that writes it. If nothing reads an output and its buffer
+/// is full, calls wait for at most half a second in total; later lines for this output are dropped until its
+/// buffer is empty. If the thread could not be created, a call may block longer. Ignores failures of the
+/// outputs.
 [[gnu::format(printf, 3, 4)]] void Log(eLogLevel level, const char* tag, const char* format, ...);
 
 /// Writes a line as `Log` does, but never omits a message. Use it for the result of a user's action.

@@ -7,9 +7,9 @@
 namespace Lct {
 
 /// `print` prints to standard output, `printError` to standard error. The arguments are those of `printf`.
-/// Both cut the text to 4095 bytes and ignore failures. Any thread. If nothing reads the stream, a call
-/// blocks for at most half a second and then drops its text. A call blocks longer only if the thread that
-/// writes the stream could not be created.
+/// Both cut the text to 4095 bytes and ignore failures. Any thread. If nothing reads the stream and its
+/// buffer (64 KB) is full, calls wait for at most half a second in total; later text is dropped until the
+/// buffer is empty. Without the thread that writes the stream, a call may block longer.
 [[gnu::format(printf, 1, 2)]] void print(const char* format, ...);
 [[gnu::format(printf, 1, 2)]] void printError(const char* format, ...);
 
@@ -17,11 +17,11 @@ namespace Lct {
 /// as `printError` does.
 void printSystemError(const char* what);
 
-/// Passes later text for standard output to `sink` instead of the stream, and also later text for standard
-/// error if standard error is a terminal. An empty `sink` ends the redirection. Before the change, waits at
-/// most 100 ms for earlier text to be written. The previous sink is not called after this function returns.
-/// The threads that write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must
-/// not block. Main thread.
+/// Passes later text for standard output to `sink` instead of the stream. Does the same for standard error if
+/// it is a terminal. An empty `sink` ends the redirection. Before the change, waits at most 100 ms for
+/// earlier text to be written. The previous sink is not called after this function returns. The threads that
+/// write the outputs call `sink`, one thread at a time, with at most 4096 bytes; `sink` must not block. Main
+/// thread.
 void redirectOutput(std::function<void(std::string_view text)> sink);
 
 /// Waits, for at most `milliseconds`, until all printed and logged text is written. Returns false on timeout.

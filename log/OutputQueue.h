@@ -12,14 +12,15 @@ namespace Lct {
 
 /// Buffers up to 64 KB of text for an output that may be slow or blocked, and writes the text on a separate
 /// thread. If a text does not fit into the buffer, `add` waits. The waits of all calls last at most half a
-/// second in total; this total is reset when the buffer is empty. After this time, `add` drops a text that
-/// does not fit, and all later texts until the buffer is empty. The thread then writes a line with the number
-/// of dropped texts. An object must never be destroyed, because its thread is not joined. Any thread.
+/// second in total; this total is reset when the buffer is empty. When the half second is used up, `add`
+/// drops a text that does not fit, and then drops all later texts until the buffer is empty. The thread then
+/// writes a line with the number of dropped texts. An object must never be destroyed, because its thread is
+/// not joined. Any thread.
 class OutputQueue {
 public:
     /// The queue's thread calls this function to write a piece of the added text. It may block. A piece has
     /// at most 4096 bytes. If a piece contains a line feed, the piece ends with one. If the thread cannot be
-    /// started, `add` calls the function with its whole argument.
+    /// started, `add` calls this function with the whole text.
     using Write = void(std::string_view text);
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer's memory is used as it is filled

@@ -9,9 +9,9 @@
 
 namespace Lct {
 
-/// Decides which log lines are written. A format is a format string of `printf`, compared by address. In a
-/// minute, admits at most 20 lines of a format, and equal lines of a format only once. Remembers 16 formats;
-/// another format replaces the one that was added first. Not synchronised.
+/// Decides which log lines are written. A format is a format string of `printf`, compared by address. Within
+/// any 60 seconds, admits at most 20 lines of one format, and only one of several equal lines of one format.
+/// Remembers 16 formats; a further format replaces the one that was added first. Not synchronised.
 class RepeatLimiter {
 public:
     static constexpr std::int64_t kPeriod = 60; // seconds

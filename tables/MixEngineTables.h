@@ -1,5 +1,6 @@
-// The parameters, texts and mix profiles of the mixing engine, with their names and defaults. The agent reads
-// none of these tables; other programs of the mixing system share them.
+// The numeric parameters, text parameters and mix profiles of the mixing engine: their names, and the
+// defaults of the parameters. The agent reads none of these tables; other programs of the mixing system share
+// them.
 #pragma once
 
 #include <cstdint>
@@ -33,6 +34,7 @@ enum class eMixProfiles : std::int32_t {
 
 enum class eObjectExportFormats : std::int32_t { MDA };
 
+// The capabilities of a mix profile.
 struct mixprofile {
     bool cinema; // for a cinema; false: for near-field monitoring
     std::set<eObjectExportFormats> objectExportFormats;

@@ -18,11 +18,12 @@ namespace Kest::AppKit {
 
 /// Returns whether an NSMenuItem has `setHidden:`. If not, the menu must omit hidden items.
 bool itemsCanHide();
-/// Returns whether an NSMenuItem has `setView:`. If not, the title of an encoding contains its percentage.
+/// Returns whether an NSMenuItem has `setView:`. If not, `applyProperties` adds an encoding's percentage to
+/// its title.
 bool itemsCanHaveViews();
 
-/// Sets tag, title, view, state, `enabled` and `hidden` of `item`. If items can have views, each call with an
-/// encoding sets a new view. For a separator, sets only `tag` and `hidden`. Main thread.
+/// Sets tag, title, state and `enabled` of `item`; also `hidden` and the view, if NSMenuItem has these. Each
+/// call with an encoding sets a new view. For a separator, sets only the tag and `hidden`. Main thread.
 void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

@@ -15,8 +15,9 @@ namespace Kest::AppKit {
 /// Updates only what has changed. In an open menu, existing items are updated, a removed item remains but is
 /// greyed, and a new item is appended, so that no index changes. The menu keeps these items when it closes,
 /// because AppKit sends the action of the chosen item after that. The next call of `applyDeferredLayouts`, or
-/// of `menuNeedsUpdate` for this menu, applies the model's layout: its items in their order. Each `id` is
-/// that of the item that has the menu as its submenu; `kStatusMenuId` for the status menu. Main thread only.
+/// of `menuNeedsUpdate` for this menu, applies the model's layout: the model's items in the model's order.
+/// Each parameter `id` identifies a menu by the item that has it as its submenu; `kStatusMenuId` for the
+/// status menu. Main thread only.
 class MenuMirror {
 public:
     /// `title` is the title of the status menu. The menu is empty at first. `target` must outlive this
@@ -37,8 +38,8 @@ public:
     void menuNeedsUpdate(App::ItemId id);
     /// Records that the menu has opened. Changes no items: AppKit forbids changes during this event.
     void menuOpened(App::ItemId id);
-    /// Records that the menu has closed, and defers the model's layout. Changes no items, for the same
-    /// reason.
+    /// Records that the menu has closed, and defers the model's layout. Changes no items: AppKit forbids
+    /// changes during this event.
     void menuClosed(App::ItemId id);
     /// Applies the model's layout to all menus that have closed and have not opened again.
     void applyDeferredLayouts();

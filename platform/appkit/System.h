@@ -20,11 +20,11 @@ int runApplication(int argc, const char** argv);
 /// thread.
 void removeStatusItem(id item);
 
-/// Returns the class for menu items: NSMenuItem, or with GNUstep a subclass that keeps and draws attributed
-/// titles. Main thread.
+/// Returns the class for menu items: on the Mac NSMenuItem, with GNUstep a subclass that keeps and draws
+/// attributed titles. Main thread.
 Class menuItemClass();
-/// Returns the class for menus: NSMenu, or with GNUstep a subclass that also sends `menuWillOpen:` and
-/// `menuDidClose:` to its delegate when it opens and closes as a submenu.
+/// Returns the class for menus: on the Mac NSMenu, with GNUstep a subclass. If a menu of the subclass is a
+/// submenu, it sends its delegate `menuWillOpen:` when it opens and `menuDidClose:` when it closes.
 Class menuClass();
 
 /// Returns the run-loop modes in which the main loop runs the agent's jobs: the default mode and those in

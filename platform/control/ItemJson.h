@@ -10,8 +10,8 @@ namespace Kest::Control {
 
 // Each function returns one line with its line feed. Paths must be UTF-8 without control characters.
 
-/// Returns the first line that each client gets. It contains the agent's name, version, protocol and process
-/// id.
+/// Returns the first line that each client gets. It contains the agent's name, version and process id, and
+/// the version of the protocol.
 std::string greeting();
 /// Returns the reply to the command `menu`, with all visible items at any depth.
 std::string menuReply(const App::ItemSnapshot& statusMenu);
@@ -21,7 +21,8 @@ std::string itemReply(const App::ItemSnapshot& item, const std::string& path);
 std::string doneReply();
 /// Returns a reply that reports an error. `nearest` is the path of a similar item; omitted if empty.
 std::string errorReply(const std::string& error, const std::string& nearest = {});
-/// Returns an event. It contains the item's properties in `menu`, unless the item was removed.
+/// Returns an event. Unless the item was removed, the line contains the properties that the item has in
+/// `menu`.
 std::string eventLine(const App::MenuEvent& event, const App::MenuModel& menu);
 
 } // namespace Kest::Control

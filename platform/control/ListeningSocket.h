@@ -11,14 +11,14 @@
 namespace Kest::Control {
 
 /// Owns a listening socket. The destructor removes the socket file, and then its folder if the folder is
-/// empty. Exception: it removes nothing if another file now has the path of the socket.
+/// empty. If another file now has the path of the socket, the destructor removes nothing.
 class ListeningSocket {
 public:
     /// Creates the socket with mode 0600 in the first of `folders` in which its path is not too long for a
     /// socket. Creates the folder if it does not exist. Sets the folder's mode to 0700 if other users have
-    /// access. Replaces the socket of a killed agent of this user. Fails if any other file or a running agent
-    /// has the path, or if the folder belongs to another user or is a link. `folders` must not be empty.
-    /// Never blocks. Returns nullopt and logs one line on failure.
+    /// access. Replaces the socket of a killed agent of this user. Fails if the path belongs to a running
+    /// agent or to any other file. Also fails if the folder belongs to another user or is a link. `folders`
+    /// must not be empty. Never blocks. Returns nullopt and logs one line on failure.
     static std::optional<ListeningSocket> open(const std::vector<std::string>& folders);
     ~ListeningSocket();
     ListeningSocket(ListeningSocket&&) = default;

@@ -38,8 +38,9 @@ public:
     using Handler = std::function<void(ClientId, const Request&)>;
 
     /// Starts the thread. Throws std::system_error if that fails. `replies` and `watching` must outlive this
-    /// object. `watching` is the number of clients that watch: the handler must increment it for each `watch`
-    /// request, and this class decrements it.
+    /// object. `watching` counts the clients that watch. The handler must increment it for each `watch`
+    /// request. This class decrements it when a client that watches is disconnected, and if a client repeats
+    /// the request.
     ServerThread(ListeningSocket listening, Outbox& replies, std::atomic<int>& watching,
                  Handler requestHandler, ServerLimits serverLimits);
     /// Sends as much of the output as is possible without blocking, disconnects all clients and ends the

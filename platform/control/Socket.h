@@ -14,7 +14,7 @@ namespace Kest::Control {
 Settings::Descriptor makeSocket();
 
 /// Accepts the next waiting connection of a listening socket. The returned socket is non-blocking and not
-/// inherited. Returns an empty descriptor and sets `errno` if no connection waits or on failure.
+/// inherited. If no connection waits, and on failure, returns an empty descriptor and sets `errno`.
 Settings::Descriptor acceptConnection(int listener);
 
 /// Returns the id of the user whose process connected or listened at the other end. Returns nullopt if the
@@ -22,8 +22,9 @@ Settings::Descriptor acceptConnection(int listener);
 std::optional<uid_t> peerUser(int connection);
 
 /// Returns the user's folder for sockets on Linux: the value of XDG_RUNTIME_DIR, or else /run/user/UID. A
-/// folder is used only if it exists, has an absolute path, belongs to the user and is not writable by others.
-/// Returns an empty text if neither folder can be used. Always returns an empty text on macOS.
+/// folder is used only if it exists, has an absolute path, belongs to the user, and gives neither its group
+/// nor others write permission. Returns an empty text if neither folder can be used. Always returns an empty
+/// text on macOS.
 std::string runtimeFolder();
 
 } // namespace Kest::Control

@@ -63,11 +63,12 @@ int appendContainer(sd_bus_message* message, char type, const char* contents, Ap
 }
 
 int appendVariant(sd_bus_message* message, const Value& value);
-int appendProperties(sd_bus_message* message, const Properties& properties);         // signature a{sv}
-int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // signature as
+int appendProperties(sd_bus_message* message, const Properties& properties);         // signature "a{sv}"
+int appendStrings(sd_bus_message* message, const std::vector<std::string>& strings); // signature "as"
 
-/// Replies to a method call. `append` gets the reply and appends its arguments. On failure, sends no reply:
-/// return the result from the method handler of sd-bus, which then sends an error reply.
+/// Replies to a method call. `append` gets the reply and appends its arguments. Sends no reply on failure.
+/// Return the result of this function from your sd-bus method handler: after a failure, sd-bus then sends an
+/// error reply.
 template <typename Append>
 int reply(sd_bus_message* call, Append append)
 {

@@ -24,12 +24,13 @@ std::string busText(std::string_view text);
 /// Replaces each ASCII control character by a blank.
 std::string escapedLabel(const std::string& text);
 
-/// Returns the item's properties for panels, without those that have default values. Exceptions: always
-/// includes "label", except for a separator, and "toggle-state" if the item has "toggle-type".
+/// Returns the item's properties for panels, without those that have default values. Two properties are
+/// included even if they have their default values: the "label" of an item that is not a separator, and the
+/// "toggle-state" of an item that has "toggle-type".
 Properties itemProperties(const App::ItemSnapshot& item);
 
-/// Returns the item's properties without "type", "toggle-type" and "children-display", but always with
-/// "enabled", "visible" and "disposition", even if these have default values.
+/// Returns `itemProperties(item)` with two differences. "type", "toggle-type" and "children-display" are left
+/// out. "enabled", "visible" and "disposition" are included even if they have default values.
 Properties changeableProperties(const App::ItemSnapshot& item);
 
 /// An item with the items of its submenu.

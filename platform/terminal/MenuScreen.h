@@ -81,7 +81,8 @@ public:
     /// the new buses differ from them, `now` is displayed as the time of their last change.
     void show(App::ItemSnapshot statusMenu, std::time_t now);
     /// Adds text that was printed. A call may pass several lines or only a part of a line. The last line that
-    /// is not blank is displayed. If it is an error or a warning of the log, its date and level are omitted.
+    /// is not blank is displayed. If this line is an error or a warning of the log, it is displayed without
+    /// its date and level.
     void addPrintedText(const std::string& printed);
     void showHost(Settings::HostPresence presence) { host = presence; }
     /// Handles one key or mouse event, and returns what the front end must do.

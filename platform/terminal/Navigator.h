@@ -7,7 +7,7 @@
 
 namespace Kest::Terminal {
 
-/// Identifies items by their ids, so that the selection survives changes of the menu. If an open submenu is
+/// Identifies items by their ids, so that the selection is kept when the menu changes. If an open submenu is
 /// removed or hidden, the menu that contained it becomes the innermost open menu. If the selected item is
 /// removed or hidden, the nearest row is selected. Main thread only.
 class Navigator {
@@ -18,8 +18,8 @@ public:
 
     /// Returns the item whose submenu is the innermost open menu. Valid until the next call of `show`.
     const App::ItemSnapshot& menu() const;
-    /// Returns such an item for each open menu: the status menu first, the innermost open menu last. Valid
-    /// until the next call of `show`.
+    /// Returns, for each open menu, the item that has it as its submenu: the status menu first, the innermost
+    /// open menu last. Valid until the next call of `show`.
     std::vector<const App::ItemSnapshot*> openMenus() const;
     /// Returns the visible items of the innermost open menu, separators included. Valid until the next call
     /// of `show`.

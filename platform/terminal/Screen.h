@@ -13,21 +13,23 @@
 
 namespace Kest::Terminal {
 
-/// Converts a typed character: control characters to Enter, Esc, Backspace or `Key::other`, all other
-/// characters to `Key::character`.
+/// Converts a typed character to Enter, Esc, Backspace or `Key::character`. Other control characters, and
+/// characters that the locale cannot encode, become `Key::other`.
 Input inputOfCharacter(std::wint_t character);
 /// Converts a KEY_ code of ncurses; unknown codes become `Key::other`.
 Input inputOfKey(int code);
 /// Converts the button state of a mouse event of ncurses. `line` is the line of the screen, counted from 0.
 Input inputOfMouse(unsigned long buttons, int line);
 
-/// The screen of a terminal. Create at most one per process. Uses its own descriptor of the terminal, so that
-/// standard output can be redirected. The destructor restores the terminal. Main thread only.
+/// The screen of a terminal. Create at most one per process. Draws through a copy of the descriptor of
+/// standard output, so that standard output can be redirected after `open`. The destructor restores the
+/// terminal. Main thread only.
 class Screen {
 public:
     /// Opens the screen. Returns null on failure, or if standard input or output is not a terminal that can
     /// be drawn on. Waits while the terminal accepts no output, for example after Ctrl-S. Blocks the signals
-    /// SIGTERM, SIGINT and SIGHUP, which the constructor of `Posix::JobQueue` unblocks.
+    /// SIGTERM, SIGINT and SIGHUP. Construct a `Posix::JobQueue` afterwards, also after a failure: its
+    /// constructor unblocks them.
     static std::unique_ptr<Screen> open();
     ~Screen();
     Screen(const Screen&) = delete;
@@ -50,9 +52,9 @@ public:
     /// Adopts the current size of the terminal window, and makes the next `draw` redraw everything.
     void resize();
     /// Resets the terminal and stops the whole process group, as Ctrl-Z does. A shell script that waits for
-    /// this process is therefore stopped too. Returns when the process is continued. Returns at once if the
-    /// process group is orphaned, because the system does not stop such a group. Before it returns, sends the
-    /// process a SIGCONT.
+    /// this process is therefore stopped too. Returns when the process is continued. If the process group is
+    /// orphaned, returns at once, because the system does not stop such a group. In both cases, sends this
+    /// process a SIGCONT before returning.
     void suspend();
     /// Prepares the terminal for drawing again. Call `resume` after a SIGCONT if the process is in the
     /// foreground, then call `draw`.

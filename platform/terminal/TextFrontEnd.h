@@ -23,9 +23,9 @@ public:
     static bool mayHaveScript();
 
     /// Prints the menu, then executes the commands from standard input and prints changes. Returns when
-    /// `quit` is called or standard input ends; ignores the end if standard input is not a terminal and
-    /// contained no command. Prints one line for each failure. Returns false if waiting for events failed, or
-    /// if a command failed and `mayHaveScript()` is true; otherwise true.
+    /// `quit` is called. Also returns when standard input ends, if it is a terminal or contained a command.
+    /// Prints one line for each failure. Returns false if waiting for events failed. Also returns false if a
+    /// command failed and `mayHaveScript()` is true. Otherwise returns true.
     bool run(App::KestSettingsAppDelegate& application);
 
     void showStatusItem(const std::string&) override {} // no effect: the printed lines show the menu

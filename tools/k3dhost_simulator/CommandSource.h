@@ -24,18 +24,19 @@ public:
     /// object is used.
     void readFrom(int descriptor) { input = descriptor; }
 
-    /// Returns the next command; nullopt if none has arrived. If the next line is invalid, returns nullopt
+    /// Returns the next command; nullopt if none is available. If the next line is invalid, returns nullopt
     /// and sets `error` to one line. `error` must be empty before the call. Does not read the descriptor:
     /// `waitForInput` does.
     std::optional<Command> next(std::string& error);
-    /// Returns whether the input of `readFrom` has ended, or reading it has failed, and `next` has returned
-    /// all commands. Always false for a file: the host keeps running after the last command.
+    /// Returns whether `next` has returned all commands and the input of `readFrom` has ended or failed.
+    /// Always false after `readFile`: the host keeps running after the last command.
     bool hasEnded() const { return endSeen && commands.empty() && unread.empty(); }
     /// Returns whether the next command of the file is "start"; false if there is none.
     bool beginsWithStart() const;
 
-    /// Waits until the descriptor has input, a signal handler has run or `timeLimit` has passed. Then reads
-    /// the input, if any.
+    /// Waits until the descriptor of `readFrom` has input, a signal handler has run or `timeLimit` has
+    /// passed. Then reads up to 4096 bytes of the input, if any. If there is no descriptor or its input has
+    /// ended, only waits.
     void waitForInput(std::chrono::milliseconds timeLimit);
 
 private:

@@ -37,8 +37,8 @@ public:
 
     /// These functions change the session. Ids and names must have at most 64 bytes. `postMessage` writes a
     /// status number into the agent's record. Each function fails if the host is stopped. `addBus` also fails
-    /// if a client already has the id or no record is free. `removeBus` and `renameBus` also fail if no bus
-    /// has the id. `postMessage` also fails if there is no agent's record.
+    /// if a client already has the id or no record is free; `removeBus` and `renameBus`, if no bus has the
+    /// id; `postMessage`, if the session does not contain the agent's record.
     Failure addBus(const std::string& id, const std::string& name);
     Failure removeBus(const std::string& id);
     Failure renameBus(const std::string& id, const std::string& name);

@@ -17,8 +17,8 @@ public:
 
     Host& host() { return simulatedHost; }
 
-    /// Stops the host if it is running, and starts it; later waits ignore lines printed before. Fails as
-    /// `Host::start` does.
+    /// Stops the host if it is running, then starts it. Lines that were printed earlier end no later wait.
+    /// Fails as `Host::start` does.
     Failure start(int wordSize, bool withSettings);
     /// Stops the host; `hasEnded` returns true afterwards.
     void end();
@@ -26,11 +26,12 @@ public:
     [[noreturn]] static void killSelf();
 
     /// Begins a wait and returns at once. `updateWait` ends the wait after `timeLimit`. If `line` is not
-    /// empty, it also ends the wait when the host has printed `line` for a write of another process since the
-    /// last `start`, even before this call. Each printed line ends at most one wait.
+    /// empty, it also ends the wait when the host has printed `line` for a write of another process. A line
+    /// that was printed between the last `start` and this call counts too. Each printed line ends at most one
+    /// wait.
     void wait(std::chrono::milliseconds timeLimit, const std::string& line);
-    /// Checks the time and the printed lines, and returns whether the wait continues; false if there is none.
-    /// Call it repeatedly until it returns false.
+    /// Checks the time and the printed lines, and returns whether the wait continues; false if no wait has
+    /// begun. Call it repeatedly until it returns false.
     bool updateWait();
     /// Returns an error if a wait for a line has ever timed out; otherwise nullopt.
     const Failure& failure() const { return timedOut; }

@@ -7,8 +7,8 @@
 
 namespace KestInspect {
 
-/// Return the name of the parameter or text with this number (its index) in the agent's record; empty if it
-/// has no name.
+/// `parameterName` returns the name of a parameter, `textName` that of a text; empty if it has no name.
+/// `number` is the index of the parameter or text in the agent's record.
 std::string_view parameterName(int number);
 std::string_view textName(int number);
 

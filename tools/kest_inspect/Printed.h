@@ -18,7 +18,8 @@ struct Printed {
     Json json;
 };
 
-/// Return the output of the command "session" or "doctor". Each line of `text` ends with a line feed.
+/// Return the output of a command: "session" prints a snapshot, "doctor" prints findings. Each line of `text`
+/// ends with a line feed.
 Printed printed(const HostSnapshot& snapshot);
 Printed printed(const std::vector<Finding>& findings);
 
@@ -27,17 +28,18 @@ Printed printed(const std::vector<Finding>& findings);
 std::string jsonDocument(const Json& json);
 std::string jsonLine(const Json& json);
 
-/// Return one part of a snapshot. `text` is one line without a line feed. `number` is an index in the agent's
-/// record. For an empty `id`, `printedBus` returns "none" and null.
+/// Return one part of a snapshot. `text` is one line without a line feed. `number` is an index in
+/// `AgentRecord`. For an empty `id`, `printedBus` returns "none" and null.
 Printed printedClient(const Client& client);
 Printed printedParameter(int number, float value);
 Printed printedText(int number, const std::string& value);
 Printed printedBus(const std::string& id, const std::string& label);
+/// Returns `bits` as text; 0 as "not published yet".
 std::string printedVersionWord(std::int32_t bits);
 
 /// Converts a client's id or label from Mac OS Roman to printable UTF-8.
 std::string printedName(std::string_view bytes);
-/// Returns a blank and `meaning` in round brackets; empty if `meaning` is empty.
+/// Returns " (meaning)" with a leading blank; empty if `meaning` is empty.
 std::string inBrackets(const std::string& meaning);
 /// Returns `text` as a JSON string of valid UTF-8; null if `text` is empty.
 Json textOrNull(std::string_view text);

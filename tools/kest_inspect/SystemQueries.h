@@ -27,8 +27,8 @@ std::vector<FileHolder> processesHolding(const std::string& path);
 /// same cases as `processesHolding`.
 std::vector<FileHolder> processesHoldingRemoved(const std::string& path);
 
-/// Returns whether a process has locked the file at `path`. Does not lock the file. May return false if the
-/// process belongs to another user.
+/// Returns whether a process has locked the file at `path`. Does not lock the file. A lock of another user's
+/// process may not be found.
 bool isLocked(const std::string& path);
 
 /// Finds a session segment by its size, because its key file may have been removed. Considers only segments
