@@ -1,5 +1,4 @@
-// The least that is an item in a tray: registers, has a menu of one entry, and waits. What the agent's start
-// and memory are measured against.
+// The smallest program with a tray item: registers it, has a menu of one entry, and waits.
 #include <cstddef>
 #include <cstdint>
 #include <systemd/sd-bus.h>
