@@ -44,8 +44,8 @@ class MenuModel;
 /// Main thread only.
 class MenuJournal {
 public:
-    /// Call before an item changes, with its state at that time. Only the item's first state since the last
-    /// `take` is kept.
+    /// Call before an item changes, with its state at that time; for a refill, see `menuWillRefill`. Only the
+    /// item's first state since the last `take` is kept.
     void itemWillChange(ItemId id, const PreviousState& before);
     /// Call when an item is added to a menu or removed from it. `owner` is the id of the item that has this
     /// menu as its submenu; `kStatusMenuId` for the status menu.
@@ -53,8 +53,8 @@ public:
     void itemRemoved(ItemId owner, ItemId id, const SharedProperties& properties);
     /// Call before a menu is refilled, which means that all its items are removed and items are added.
     /// `before` has the ids of the old items from top to bottom. Then call `itemRemoved` for each old item
-    /// and `itemAdded` for each item of the refilled menu. If an item keeps its id through the refill, call
-    /// `itemWillChange` with its old state too, in any order.
+    /// and `itemAdded` for each item of the refilled menu. For an item that keeps its id, also call
+    /// `itemWillChange` with its old state, before or after these calls.
     void menuWillRefill(ItemId owner, std::vector<ItemId> before);
 
     /// Returns the number of calls of `itemWillChange`, `itemAdded` and `itemRemoved` since the last `take`.
@@ -62,10 +62,11 @@ public:
     std::size_t recordCount() const { return recorded; }
 
     /// Returns the changes since the previous `take`, and clears the journal. `lastAssigned` is the highest
-    /// id assigned so far: the journal ignores changes of items with higher ids until the next `take`,
-    /// because these items are new. When ids are reused, pass the highest possible id: then all changes are
-    /// recorded, and `take` leaves out those of new items. An unchanged menu may be reported with an empty
-    /// `LayoutChange` if a refill removed an item that was added since the last `take`.
+    /// id assigned so far: until the next `take`, the journal ignores changes of items with higher ids,
+    /// because these items are new. When ids are reused, new items can have low ids. Then pass the highest
+    /// possible id: the journal records their changes too, and the next `take` drops them. If an item is
+    /// added and a refill removes it again before the next `take`, its menu may be reported with an empty
+    /// `LayoutChange`.
     MenuChanges take(const MenuModel& model, ItemId lastAssigned);
 
 private:

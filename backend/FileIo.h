@@ -15,11 +15,11 @@ struct FileContent {
 /// is not 0 and `text` is empty.
 FileContent readFile(const std::string& path, std::size_t limit);
 
-/// Writes `text` to the file `temporaryOf(path)`, then renames this file to `path`, and waits until its text
-/// and its name are on the disk. So the file at `path` always has either its old or its new text. If the
-/// process is killed, the temporary file may remain. Returns false with `errno` set on failure. If only the
-/// wait for the name has failed, the new file is at `path`; after any other failure, the old file is
-/// unchanged.
+/// Writes `text` to the file `temporaryOf(path)` and waits until it is on the disk. Then renames this file to
+/// `path`, and waits until the new name is on the disk. So the file at `path` always has either its old or
+/// its new text. If the process is killed, the temporary file may remain. Returns false with `errno` set on
+/// failure. If only the wait for the name has failed, the new file is at `path`; after any other failure, the
+/// old file is unchanged.
 bool replaceFile(const std::string& path, const std::string& text);
 /// Returns the path of the temporary file that `replaceFile` uses.
 std::string temporaryOf(const std::string& path);

@@ -11,9 +11,9 @@ class DesktopWorkspace final : public Posix::PosixWorkspace {
 public:
     explicit DesktopWorkspace(sd_bus* sessionBus) : bus(sessionBus) {}
 
-    /// Asks the desktop's file manager to show the folder, and does not wait for the reply. If this fails or
-    /// there is no reply within 2 s, starts xdg-open with the folder. Logs one line if xdg-open cannot be
-    /// started. A new call of this function cancels the wait for the previous reply.
+    /// Asks the desktop's file manager to show the folder, and returns before the reply arrives. If this
+    /// fails or there is no reply within 2 s, starts xdg-open with the folder. Logs one line if xdg-open
+    /// cannot be started. A new call of this function cancels the wait for the previous reply.
     void selectFile(const std::string& folder) override;
     bool hasAboutPanel() const override { return false; } // the menu shows the about text
     void showAboutPanel(const App::About&) override {}

@@ -9,7 +9,8 @@ namespace Kest::Terminal {
 
 /// Identifies items by their ids, so that the selection is kept when the menu changes. If an open submenu is
 /// removed or hidden, the menu that contained it becomes the innermost open menu. If the selected item is
-/// removed or hidden, the nearest row is selected. Main thread only.
+/// removed or hidden, the nearest row is selected. A separator is a row that cannot be selected. Main thread
+/// only.
 class Navigator {
 public:
     /// Replaces the menu.
@@ -29,15 +30,15 @@ public:
     /// select.
     App::ItemId selected() const { return levels.back().selected; }
     /// Selects an item of the innermost open menu. If the menu has no visible item with this id, or the item
-    /// is a separator, selects the row nearest to the previous selection.
+    /// is a separator, keeps the selection.
     void select(App::ItemId id);
     /// Moves the selection down by `steps` rows, or up if `steps` is negative. Does not count separators, and
     /// stops at the first and the last row.
     void moveBy(int steps);
 
     /// Opens the submenu of the item `submenu`. In the submenu, selects the first item that is on, or the
-    /// first row if no item is on. Does nothing if the item is not a visible item of the innermost open menu
-    /// or has no submenu.
+    /// first row that can be selected if no item is on. Does nothing if the item is not a visible item of the
+    /// innermost open menu or has no submenu.
     void enter(App::ItemId submenu);
     /// Closes the innermost submenu. Returns false if none is open.
     bool leave();

@@ -9,9 +9,9 @@
 namespace CommandLine {
 
 /// Parses the arguments into the variables that the options of `app` refer to. Returns true if the program
-/// can continue. Otherwise returns false and sets `exitStatus`, with which the program must exit: 0 after
-/// --help, for which it prints `help`, and after --version; 2 after an error, for which it prints one line on
-/// standard error.
+/// can continue. Otherwise returns false, and the program must exit with `exitStatus`: 0 after --help or
+/// --version, 2 after an error. This function has then printed `help`, the version, or one line on standard
+/// error.
 bool parse(CLI::App& app, const std::string& help, int argc, char** argv, int& exitStatus);
 
 /// Returns a validator that accepts a decimal number from `min` to `max`. `what` is a part of its error
