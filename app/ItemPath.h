@@ -33,10 +33,10 @@ struct FoundItem {
 };
 
 /// Finds the item whose path equals `path`. If there is none, ignores letter case.
-/// Finds no item in three cases:
-/// - No item has this path in any letter case.
+/// Finds no item in two cases:
+/// - No item has this path in any letter case, for example because " #1" or the like is missing after a name
+/// that several items have.
 /// - No path is equal, and several differ from `path` only in case.
-/// - Several items of a menu have the same name, and `path` contains this name without " #1" or the like.
 FoundItem findByPath(const ItemSnapshot& statusMenu, std::string_view path);
 
 } // namespace Kest::App

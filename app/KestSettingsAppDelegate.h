@@ -52,7 +52,7 @@ public:
 
     // For the front end.
     const MenuModel& menu() const { return model; }
-    /// Returns the host's state. The front end's `hostChanged` reports each change.
+    /// Returns the host's state. After each change, this class calls the front end's `hostChanged`.
     const Settings::HostState& hostState() const { return host; }
     /// Performs the action of the item with this id. Returns false if there is no such item, or if the item
     /// is hidden, greyed, a separator or without an action. Also returns false before `awakeFromNib` and

@@ -26,17 +26,18 @@ public:
     /// configuration (-1) is neither marked nor written.
     void showStoredSpeakerConfig();
 
-    // Actions. Each shows the user's choice and writes it to the Backend.
-    // If the delegate is the sender, the next two functions show the mode but do not write it.
+    // Actions. The sender is the user's item, or the application delegate at the start. Each shows the choice
+    // and writes it to the Backend. Exceptions: the first two write nothing if the delegate is the sender;
+    // `setDAWType` does nothing, by design, as its menu is hidden.
     void setSoloModeXOR(Sender sender) { setSoloMode(kExclusive, sender); }
     void setSoloModeLatch(Sender sender) { setSoloMode(kLatch, sender); }
-    // The delay is the sender's tag, or 0 if the sender is not an item.
+    // The delay is the item's tag, or 0 for the delegate.
     void setHdxAuxTrackDelay(Sender sender);
-    // The configuration is the sender's tag, or the stored one if the delegate is the sender.
+    // The configuration is the item's tag, or the stored one for the delegate.
     void setSpeakerConfig(Sender sender);
-    // Inverts the setting of the sender's item; does nothing without an item.
+    // Inverts the item's setting; does nothing for the delegate.
     void toggleSetting(Sender sender);
-    void setDAWType(Sender) {} // no effect, by design; the menu is hidden
+    void setDAWType(Sender) {}
 
     void buildSpeakerConfigMenu(Menu& menu);
 

@@ -38,13 +38,13 @@ public:
     /// thread was not started.
     void stop();
 
-    /// If there is no pipe of this agent at the path, makes the pipe thread create a new one. While another
-    /// process reads a pipe at the path, calls have no effect for up to 60 seconds (see `PipeRivalry`). Call
-    /// this function once a second.
+    /// If there is no pipe of this agent at the path, makes the pipe thread create a new one. Exception: if
+    /// another process reads a pipe at the path, creates the new one only when that process has stopped
+    /// reading, or after a delay of up to 60 seconds (see `PipeRivalry`). Call this function once a second.
     void checkPipe() { progressPipe.check(); }
 
-    /// Calls `query` with the table and returns the result of `query`, which must not refer to the table. The
-    /// table is locked during the call.
+    /// Calls `query` with the table and returns its result. The result must not refer to the table. The table
+    /// is locked during the call.
     template <typename Query>
     auto query(Query&& query) const
     {

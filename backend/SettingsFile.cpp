@@ -262,11 +262,11 @@ bool SettingsFile::isWritable(const juce::StringPairArray& wanted)
 
 void SettingsFile::saveThroughStore()
 {
-    auto* file = store.getUserSettings();
-    // The store would save a file that it could not read as empty.
-    if (file->getAllProperties() == inFile.getAllProperties())
-        file->addAllPropertiesFrom(uncommitted);
-    store.closeFiles();
+    // `store` would read the file twice, the second time as the settings of all users.
+    juce::PropertiesFile file(store.getStorageParameters());
+    // It would save a file that it could not read as empty.
+    if (file.getAllProperties() == inFile.getAllProperties())
+        file.addAllPropertiesFrom(uncommitted);
 }
 
 bool SettingsFile::saveText(const std::string& newText)

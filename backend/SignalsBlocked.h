@@ -1,4 +1,4 @@
-// Blocks signals in all threads except the main one.
+// Starts threads with all signals blocked, so that only the main thread handles signals.
 #pragma once
 
 #include <csignal>

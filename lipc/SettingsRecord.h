@@ -9,8 +9,8 @@ constexpr char kVersionSegment[] = "LIPC_VERSION";
 constexpr char kSessionSegment[] = "LIPC_SESSION";
 
 /// The parameter (index in `ClientEntry::params`) with the host's status number. After creating the agent's
-/// record, the host writes no other parameter of it; the agent writes those in
-/// `Kest::Settings::kParameterSettings`.
+/// record, the host writes no other parameter of it; the agent writes the parameters that
+/// `Kest::Settings::kParameterSettings` lists.
 constexpr int kStatusNumberParameter = 39;
 
 } // namespace LIPC

@@ -22,8 +22,9 @@ bool itemsCanHide();
 /// its title.
 bool itemsCanHaveViews();
 
-/// Sets tag, title, state and `enabled` of `item`; also `hidden` and the view, if NSMenuItem has these. Each
-/// call with an encoding sets a new view. For a separator, sets only the tag and `hidden`. Main thread.
+/// Sets tag, title, state and `enabled` of `item`; also `hidden` and the view, if NSMenuItem has these. If
+/// `props` has an encoding, each call sets a new view. For a separator, sets only the tag and `hidden`. Main
+/// thread.
 void applyProperties(NSMenuItem* item, const App::ItemProperties& props);
 
 } // namespace Kest::AppKit

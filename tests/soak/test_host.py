@@ -59,7 +59,8 @@ def has_changed_only_its_own(session, before):
 
 
 STATES = {  # the sizes of the sessions that are there one after the other
-    "none": [], "one byte": [1], "one byte too small": [SESSION_BYTES - 1], "exact": [SESSION_BYTES], "larger": [SESSION_BYTES + 100000],
+    "none": [], "one byte": [1], "one byte too small": [SESSION_BYTES - 1], "exact": [SESSION_BYTES],
+    "larger": [SESSION_BYTES + 100000],
     "removed while attached": [SESSION_BYTES], "no permission": [SESSION_BYTES],
     "replaced under its key": [SESSION_BYTES, 1, 4096, SESSION_BYTES - 1] * 13}
 

@@ -1,4 +1,4 @@
-// Waits for other threads and processes until a condition holds, instead of for a fixed time.
+// Waits until other threads or processes have made a condition true, so that tests need no fixed delays.
 #pragma once
 
 #include <chrono>

@@ -45,8 +45,8 @@ public:
     /// Returns one line, for example "SoloMode 1", for each changed field that the agent may write. A
     /// parameter has changed if it differs from `expected()`, to which this function copies it. A text (the
     /// facility or the id of the default bus) has changed if it differs from the text reported last. A
-    /// changed text is reported only after two successive calls have found the same text. A value that was
-    /// replaced between two calls is not reported.
+    /// changed text is reported only after two successive calls have found the same text. If a field is
+    /// written several times between two calls, only its last value can be reported.
     std::vector<std::string> takeAgentWrites(const LIPC::SessionBuffer& session);
 
     /// Compares all bytes outside the fields of `takeAgentWrites`, about 3.4 MB, with `expected()`. Returns
