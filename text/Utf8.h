@@ -9,7 +9,7 @@ namespace Kest::Text {
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-/// One character of a text. An invalid byte is a character of its own, with the code U+FFFD.
+/// One character of a text. An invalid byte counts as one character with the code U+FFFD.
 struct Character {
     std::string_view bytes; // points into the text
     char32_t code = kReplacementCharacter;

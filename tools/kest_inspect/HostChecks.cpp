@@ -93,7 +93,8 @@ Check checkHost(const CheckContext& context)
         return warning("host", process(segment->creator) + ": its version word is not published yet",
                        "if that persists: " + std::string(kRestartHost));
     if (word && *word != LIPC::VersionBuffer::kAcceptedWordSize)
-        return error("host", "runs in " + std::to_string(*word) + " bit, which an agent refuses when it starts",
+        return error("host",
+                     "runs in " + std::to_string(*word) + " bit, which an agent refuses when it starts",
                      "start K3DHost in 64 bit, then restart the agent");
     if (!context.session)
         return error("host", process(segment->creator) + " has published its version, but has no session",
